@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+class QIODevice;
+
+namespace ofd {
+
+class Package;
+
+// What a save does to one part.
+struct PartChange
+{
+    bool isRemoval = false;
+    QByteArray bytes;
+    // Set for big parts: gives a device, open for reading, with the new bytes; null when it cannot be opened. Called
+    // once a save, on the saving thread.
+    std::function<std::unique_ptr<QIODevice>()> openData;
+};
+
+// The parts that differ from those of the package, by name. Setting a part that the package has replaces it, setting
+// another adds it at the end. A value type.
+class PackageChanges
+{
+public:
+    void SetPart(const QString& name, const QByteArray& bytes);
+    void SetPartFromDevice(const QString& name, std::function<std::unique_ptr<QIODevice>()> openData);
+    void RemovePart(const QString& name);
+    // Forgets the change of this part.
+    void Revert(const QString& name) { changes.remove(name); }
+
+    bool IsEmpty() const { return changes.isEmpty(); }
+    const QMap<QString, PartChange>& GetChanges() const { return changes; }
+    // A name in the folder that neither the package nor these changes use in any letter case: "Doc_0/Tags/Tag_1.xml"
+    // from folder "Doc_0/Tags/", stem "Tag_" and ending ".xml".
+    QString FreePartName(const Package& package, const QString& folder, const QString& stem,
+                         const QString& ending) const;
+
+private:
+    QMap<QString, PartChange> changes;
+};
+
+} // namespace ofd
