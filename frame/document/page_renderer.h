@@ -1,0 +1,37 @@
+#pragma once
+
+#include <frame/base/export.h>
+
+#include <QImage>
+#include <QRect>
+#include <QSet>
+#include <QString>
+
+#include <atomic>
+#include <memory>
+
+// What to paint of a page, and how.
+struct G_RenderRequest
+{
+    int pageIndex = 0;
+    double pixelsPerMm = 96 / 25.4; // physical pixels
+    QRect region;                   // the wanted part in physical pixels of the whole page; empty = all
+    QSet<int> ignoredTemplates;     // ids of templates not to paint on this page
+    bool withAnnotations = true;
+    std::shared_ptr<std::atomic<bool>> cancelled; // may be null; set by the asker to give up
+};
+
+// What came of it.
+struct G_RenderResult
+{
+    QImage image;  // opaque, paper white; null when cancelled
+    QString error; // why the page could not be painted; the image is then a blank sheet
+};
+
+// Paints pages. Callable from any thread, several at once.
+class FRAME_EXPORT IG_PageRenderer
+{
+public:
+    virtual ~IG_PageRenderer();
+    virtual G_RenderResult RenderPage(const G_RenderRequest& request) = 0;
+};

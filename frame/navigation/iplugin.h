@@ -1,0 +1,27 @@
+#pragma once
+
+#include <frame/base/export.h>
+
+#include <QObject>
+#include <QtPlugin>
+
+namespace ExtensionSystem {
+
+// What a module's instance is. The host calls Initialize, then ExtensionsReady of all plugins, then DelayedInitialize
+// once the first window stands; AboutToShutdown before the plugin is deleted. Main thread only.
+class FRAME_EXPORT IPlugin : public QObject
+{
+    Q_OBJECT
+public:
+    IPlugin();
+    ~IPlugin() override;
+    virtual bool Initialize() = 0;
+    virtual void ExtensionsReady() = 0;
+    virtual void DelayedInitialize();
+    virtual void AboutToShutdown();
+    virtual void MainInstanceInitialized();
+};
+
+} // namespace ExtensionSystem
+
+Q_DECLARE_INTERFACE(ExtensionSystem::IPlugin, "com.orvane.OFD.PcApp")

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <frame/operation/operation.h>
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QStringList>
+
+class G_OperationInterceptor;
+
+// The prototypes by name and the enrolled interceptors, one set a process. Holds by reference, deletes nothing, and
+// survives a plugin that is destroyed and made again. Prototypes change on the main thread only; the interceptor list
+// is guarded, because a worker's ExecuteAction reads it.
+class FRAME_EXPORT G_OperationRegistry
+{
+public:
+    static G_OperationRegistry& Instance();
+
+    void Register(G_Operation* prototype);
+    // Takes the object out only if it is the registered prototype of its name.
+    void Unregister(G_Operation* prototype);
+    G_Operation* Find(const QByteArray& name) const; // exact match; null when unknown
+    QStringList Names() const;                       // in order of registration
+    // Names in the order in which prototypes were taken out since the last call; for tests of a teardown.
+    QStringList TakeDeregistrationLog();
+    // Appends to that log; tool handlers use it too.
+    void LogDeregistration(const QByteArray& name);
+
+    void Enrol(G_OperationInterceptor* interceptor);
+    void Leave(G_OperationInterceptor* interceptor);
+    bool IsEnrolled(G_OperationInterceptor* interceptor) const;
+    int InterceptorCount() const;
+    // Those whose filter matches and whose tag is the document or none, in order of enrolment.
+    QList<G_OperationInterceptor*> Matching(G_Operation* op, IG_Document* document) const;
+
+private:
+    G_OperationRegistry();
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+// The working copies of one context: makes, parks and frees them. Main thread, except that a running copy may be
+// executing on a worker.
+class FRAME_EXPORT G_WorkingCopies : public QObject
+{
+    Q_OBJECT
+public:
+    G_WorkingCopies(G_OperationHost* host, G_UIContext* context, QObject* parent = nullptr);
+    ~G_WorkingCopies() override; // frees all
+    // A copy bound to the view and document; null when the name is unknown (logged).
+    G_Operation* Make(const QByteArray& name, G_DocView* view, IG_Document* document);
+    // Nulls the bindings of all copies on that view.
+    void ForgetView(G_DocView* view);
+    int Count() const; // copies alive, parked ones included
+
+private:
+    friend class G_Operation;
+    friend class G_OperationRegistry;
+    struct Private;
+    std::unique_ptr<Private> d;
+};

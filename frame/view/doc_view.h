@@ -1,0 +1,126 @@
+#pragma once
+
+#include <frame/base/geometry.h>
+#include <frame/base/strings.h>
+#include <frame/document/ig_page.h>
+#include <frame/view/tool_handler.h>
+
+#include <QList>
+#include <QMetaType>
+#include <QObject>
+#include <QPoint>
+#include <QRect>
+
+#include <memory>
+
+class G_UIContext;
+class IG_Document;
+class QUndoStack;
+class QWidget;
+
+// The view's settings that have names.
+class G_Preferences
+{
+public:
+    enum ZoomMode { Custom = 0, ActualSize = 1, FitWidth = 2, FitHeight = 3, FitPage = 4, FitRect = 5 };
+};
+
+// A piece of the text selection: one page's runs.
+struct G_HighLightItem
+{
+    int pageIndex = 0;
+    QList<G_TextRun> runs;
+    QList<CCA_GRect> extraRects;   // reserved
+    QList<G_HighLightItem> nested; // reserved
+};
+
+// The view of one open document: pages in a column of a graphics view, tools, overlays, one undo stack. Owned by the
+// window that shows it; it dies before its document. Main thread only.
+//
+// Units: document units are millimetres on a page (CCA_G… types); scene units are device-independent pixels of the
+// scene at the present zoom. Zoom is in percent, 100 = actual size.
+class FRAME_EXPORT G_DocView : public QObject
+{
+    Q_OBJECT
+public:
+    G_DocView(G_UIContext* context, IG_Document* document, QWidget* parentWidget = nullptr);
+    ~G_DocView() override;
+
+    IG_Document* GDocument() const;
+    G_UIContext* UIContext() const;
+    IG_Page* Page(int pageIndex) const; // null when out of range; not to be released
+    int CurrentPageIndex() const;       // from 0; -1 without pages
+    // Brings the page and, if the rectangle (page mm) is not empty, that rectangle into view. A point (an empty
+    // rectangle that is not all zero) goes to the view's top left; all zero means the top of the page. With `fitRect`
+    // the zoom changes so that the rectangle fills the view. A page out of range does nothing. `sender` is the view
+    // the call comes from; it may be null. Emits PageChange at most once, at the end.
+    void GoToPage(G_DocView* sender, int pageIndex, const CCA_GRect& rect, bool fitRect);
+    float GetZoom() const;
+    // Keeps the zoom within 1 to 6400 and sets the mode to Custom. With `keepCenter` the middle stays, else the top
+    // left.
+    void SetZoom(float percent, bool keepCenter);
+    G_Preferences::ZoomMode ZoomMode() const;
+    void SetZoomMode(G_Preferences::ZoomMode mode);
+    int Rotation() const; // 0, 90, 180, 270 clockwise
+    void SetRotation(int degrees);
+    QRect PageRect(int pageIndex) const;        // scene units
+    QRect PageLogicalRect(int pageIndex) const; // at 100 percent, origin 0, 0
+    QRectF BoundingRect() const;                // the scene's extent
+    QRect VisibleSceneRect() const;
+    CCA_GRect CurrentPageVisibleRectMM() const;
+    // Page millimetres to pixels of that page at the present zoom and rotation, origin at the page's top left corner;
+    // add PageRect().topLeft() for the scene.
+    CCA_Matrix PageDisplayMatrix(int pageIndex) const;
+    CCA_Point ScenePointFromDocPoint(const CCA_GPoint& point, int pageIndex) const;
+    // `page`: in, a page to relate the point to, or -1 to ask for the page hit; out, that page, -1 when none.
+    CCA_GPoint DocPointFromScenePoint(const CCA_Point& point, int* page) const;
+    CCA_Rect SceneRectFromDocRect(const CCA_GRect& rect, int pageIndex) const;
+    // The page under a scene point; -1 when none and `nearest` is off.
+    int PageIndexByPoint(const QPoint& scenePoint, bool nearest, bool visibleOnly) const;
+    const QPoint& CursorPosition() const; // the last mouse position, scene units
+    // Drops cached page images: of the page whose index the text tells in decimal, of all when it is empty.
+    void ClearViewCache(const QString& pageIndexText);
+    void ResetViewRender();
+    void InstallViewRender(G_DocViewRender* render); // once, however often called; not owned
+    void UnInstallViewRender(G_DocViewRender* render);
+    bool IsReadOnly() const;
+    bool IsSignProtected() const;
+    bool IsEncrypt() const;
+    bool AnnotStatus() const; // annotations are shown
+    void SetAnnotStatus(bool shown);
+    void CreateUndoStack();        // makes the stack when it is absent
+    QUndoStack* UndoStack() const; // null until made; owned by the view
+    QList<G_HighLightItem> SelectHighLightText() const;
+    void SetHighLightText(const QList<G_HighLightItem>& items);
+    void SelectAllText();
+
+    virtual void SetCurrentToolHandler(G_ToolHandler* handler); // emits ToolHandlerChange
+    virtual G_ToolHandler* CurrentToolHandler();
+    virtual G_ToolHandler* ToolHandlerByName(const char* name); // this view's clone; null when unknown
+    virtual void SetViewCursor(int shape);                      // 0 normal
+    virtual void UpdateView();                                  // repaints the pages
+
+    // The widget to show; owned by its parent widget once it has one, else by the view.
+    QWidget* Widget() const;
+    // Goes by whole pages, as the page keys do.
+    void NextPage();
+    void PreviousPage();
+
+    // JSON of template ids to ignore on each page: {"pageId": {"IgnoreIDs": [1, 2]}}. "" and "{}" ignore none.
+    QString pageFilter;
+
+signals:
+    // Emitted with the view's own CurrentPageIndex, for the window's page box.
+    void CurrentPageChanged(int pageIndex);
+    void ZoomChanged(float percent);
+    void SelectionChanged();
+    // The first page that was visible after opening has been painted.
+    void FirstPagePainted();
+
+private:
+    friend class GR_PageGraphicItem;
+    friend class G_PageScene;
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+Q_DECLARE_METATYPE(G_DocView*)

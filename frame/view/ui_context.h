@@ -1,0 +1,105 @@
+#pragma once
+
+#include <frame/base/arrays.h>
+#include <frame/base/strings.h>
+#include <frame/operation/operation.h>
+
+#include <QMap>
+#include <QObject>
+#include <QPointer>
+#include <QSize>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+class G_Action;
+class G_ActionHandler;
+class G_ContextMenu;
+class G_DocView;
+class G_Event;
+class G_EventMgr;
+class G_ToolHandler;
+class IG_Document;
+class QWidget;
+
+// One for each main frame: what panes, operations and tools reach the host through. Owned by the frame's window.
+class FRAME_EXPORT G_UIContext : public QObject, public G_OperationHost
+{
+    Q_OBJECT
+public:
+    explicit G_UIContext(QObject* parent = nullptr);
+    ~G_UIContext() override;
+
+    // The frame's modal message boxes. Buttons are the numeric values of Qt's message box buttons; the pressed one's
+    // value comes back, and closing the box by its frame gives 2097152 (Close). `defaultButton` -1 means none;
+    // `captions` replaces buttons' texts by value; an empty size lets the box choose. Virtual: tests script the
+    // answers.
+    virtual int ShowInformationBox(const QString& title, const QString& text, int buttons, int defaultButton,
+                                   const QMap<int, QString>& captions = {}, const QSize& size = {});
+    virtual int ShowMessageBox(const QString& title, const QString& text, int buttons, int defaultButton,
+                               const QMap<int, QString>& captions = {}, const QSize& size = {});
+    virtual int ShowQuestionBox(const QString& title, const QString& text, int buttons, int defaultButton,
+                                const QMap<int, QString>& captions = {}, const QSize& size = {});
+
+    // A new working copy bound to the current view; null (logged) when the name is unknown. A text that is not empty
+    // goes to ParseParamJson.
+    G_Operation* CreateOperationByName(const QByteArray& name, const QString& text);
+    // Creates, performs and deletes; what PerformAction returned, false for an unknown name.
+    bool PerformOperation(const QByteArray& name, const QString& text);
+    // Delivers the event to all listeners and takes it over. From another thread it is posted, in order.
+    void FireEvent(G_Event* event);
+    G_DocView* CurrentDocView() const; // null while no document is open
+    G_EventMgr* EventMgr() const;
+    G_ActionHandler* ActionHandler() const;
+    G_ContextMenu* ContextMenu() const;
+    void SetContextMenu(std::unique_ptr<G_ContextMenu> menu); // tests bring their own
+    // The current view's clone of the tool, or the registered prototype without a view; null when unknown.
+    G_ToolHandler* FindHandlerByName(const QByteArray& name) const;
+    // Whether the reader runs inside a larger office suite.
+    virtual bool IsLarkmerePlugin() const;
+
+    // The frame's side. Makes a view the current one and tells the listeners (SwitchDocView); null when none is left.
+    void SetCurrentDocView(G_DocView* view);
+    QList<G_DocView*> DocViews() const; // all that live
+    QWidget* DialogParent() const;
+    void SetDialogParent(QWidget* widget);
+    // Called ahead of an operation on a document, to make panes that are still missing.
+    void SetPaneMaker(std::function<void(IG_Document*)> makePanes);
+    // True while a modal box of this context is up; the frame refuses to close tabs then.
+    bool IsModalRunning() const;
+
+    // G_OperationHost
+    bool MayRun(G_Operation* op) override;
+    void RefusedByRights(G_Operation* op) override;
+    void BeforePerform(IG_Document* document) override;
+
+private:
+    friend class G_DocView; // enrols and leaves
+    void ViewCreated(G_DocView* view);
+    void ViewDestroyed(G_DocView* view);
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+// Runs document actions on behalf of a click.
+class FRAME_EXPORT G_ActionHandler : public QObject
+{
+    Q_OBJECT
+public:
+    explicit G_ActionHandler(G_UIContext* context);
+    // All actions in order, on the current view if it shows the document; nothing otherwise. `kind` 3 means a click in
+    // a pane. Go-to actions go; others are ignored with a transient note for now.
+    void DoActions(const CCA_ArrayTemplate<G_Action*>& actions, IG_Document* document, int kind);
+
+private:
+    G_UIContext* context; // not owned
+};
+
+// Switches the tool of the view to the one named by the parameter "name".
+class FRAME_EXPORT GP_ChangeHandler : public G_Operation
+{
+public:
+    // No view: false. An unknown tool: false. Otherwise the tool is current afterwards, and true.
+    bool DoAction() override;
+};
