@@ -47,3 +47,32 @@ function(add_program name)
   target_link_libraries(${name} PRIVATE ${P_DEPENDS})
   teto_use_pch(${name} TRUE)
 endfunction()
+
+# add_assembly(NAME ROOMS ... SOURCES ...): one shared library out of object layers.
+function(add_assembly name)
+  cmake_parse_arguments(A "" "" "ROOMS;SOURCES" ${ARGN})
+  add_library(${name} SHARED ${A_SOURCES})
+  target_link_libraries(${name} PUBLIC ${A_ROOMS})
+  target_link_options(${name} PRIVATE -Wl,--no-undefined)
+endfunction()
+
+# add_plugin_module(NAME DEPENDS ... SOURCES ...): a module that QPluginLoader loads, in lib/NAME/.
+function(add_plugin_module name)
+  cmake_parse_arguments(M "" "" "DEPENDS;SOURCES" ${ARGN})
+  add_library(${name} MODULE ${M_SOURCES})
+  target_link_libraries(${name} PRIVATE ${M_DEPENDS})
+  target_link_options(${name} PRIVATE -Wl,--no-undefined)
+  set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/${name})
+  teto_use_pch(${name} TRUE)
+endfunction()
+
+# add_qt_test(NAME SOURCES ... DEPENDS ...): one executable a subject; its main (tests/support) fails on connect warnings.
+function(add_qt_test name)
+  cmake_parse_arguments(T "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(${name} ${T_SOURCES})
+  target_link_libraries(${name} PRIVATE test_support ${T_DEPENDS})
+  teto_use_pch(${name} TRUE)
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300 ENVIRONMENT
+    "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TETO_SCREENS=${CMAKE_SOURCE_DIR}/build/screens;TETO_BIN=${CMAKE_RUNTIME_OUTPUT_DIRECTORY};TETO_LIB=${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
+endfunction()
