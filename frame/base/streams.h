@@ -25,6 +25,8 @@ public:
     virtual ~ICA_StreamWriter();
     // Writes all bytes or fails.
     virtual bool Write(const void* data, qint64 size) = 0;
+    // Gives up: nothing of what was written becomes visible, and later writes fail. For a source that broke half-way.
+    virtual void Abandon() = 0;
     // Opens a file for writing; null when it cannot be made or when it is the file of an open document.
     static ICA_StreamWriter* CreateFileStreamWriter(const wchar_t* path, int flags);
     // What answers whether a native path belongs to an open document; set once by the application, null lets all pass.

@@ -18,7 +18,8 @@ struct OVJsonConfig
 };
 
 // A JSON value that keeps the order of an object's keys. A handle: copies name the same value, so that what AddArray
-// returns can be filled in place. Wrong-typed writes and reads of what is absent do nothing and give defaults.
+// returns can be filled in place. Wrong-typed writes do nothing, and so do writes that would put a value into itself;
+// reads of what is absent give defaults (for a value: one that is neither object nor array nor text nor number).
 class FRAME_EXPORT OVJson
 {
 public:
@@ -28,6 +29,7 @@ public:
     // Writers on an object; an earlier value of the key is replaced in place.
     void SetString(const QByteArray& key, const QString& value);
     void SetInt(const QByteArray& key, int value);
+    void SetDouble(const QByteArray& key, double value); // a value that is no finite number is written as 0
     void SetBool(const QByteArray& key, bool value);
     void SetObject(const QByteArray& key, const OVJson& value);
     OVJson AddArray(const QByteArray& key);
@@ -43,7 +45,7 @@ public:
     bool IsArray() const;
     bool IsString() const;
     bool IsNumber() const;
-    // Elements of an array or members of an object.
+    // Elements of an array or members of an object, by place.
     int Size() const;
     OVJson At(int position) const;
     int MemberCount() const;
@@ -51,13 +53,19 @@ public:
     bool HasMember(const QByteArray& key) const;
     OVJson Member(const QByteArray& key) const;
     int ToInt(int defaultValue = 0) const; // numbers and decimal texts
+    double ToDouble(double defaultValue = 0) const;
     bool ToBool(bool defaultValue = false) const;
     QString ToQString() const; // strings, and numbers as decimal text
 
 private:
     friend class OVJsonFactory;
+    friend class JsonParser;
+    friend class JsonWriter;
     struct Value;
     explicit OVJson(std::shared_ptr<Value> value);
+    void Set(const QByteArray& key, std::shared_ptr<Value> member);
+    void Insert(int position, std::shared_ptr<Value> element);
+
     std::shared_ptr<Value> value;
 };
 
@@ -66,8 +74,8 @@ class FRAME_EXPORT OVJsonFactory
 {
 public:
     // UTF-8 text of `length` bytes (-1: up to the null). Null when the text is no JSON object or array, deeper than 64
-    // levels, or larger than 64 MiB.
+    // levels, larger than 64 MiB, or of more than four million values.
     static OVSharedPtr<OVJson> ParseJsonString(const char* text, int length, const OVJsonConfig* config = nullptr);
-    // UTF-8; a null value gives the empty text.
+    // UTF-8. A null value gives the empty text, and so does one deeper than the 64 levels that can be read back.
     static QByteArray BuildJsonString(const OVSharedPtr<OVJson>& value, const OVJsonConfig* config = nullptr);
 };
