@@ -82,7 +82,9 @@ private:
     G_TreeNode(const G_TreeNode&) = delete;
     G_TreeNode& operator=(const G_TreeNode&) = delete;
     bool Allows(Change change, int position);
-    void Renumber(int from);
+    std::unique_ptr<G_TreeNode> TakeSubNode(int position);
+    void ShiftSubNode(int from, int to);
+    void Renumber(int from, int end);
     void SetLevels(int newLevel);
 
     std::vector<std::unique_ptr<G_TreeNode>> subNodes;
