@@ -5,6 +5,7 @@
 
 #include <QObject>
 
+#include <functional>
 #include <memory>
 
 class G_ToolHandler;
@@ -21,19 +22,23 @@ signals:
     void PageStructChanged(IG_Document* document);
 };
 
-// The signals that panes connect to. Its constructor registers the metatypes that queued connections carry.
+// The signals that panes connect to. Listeners connect EventFired directly: the event is deleted after delivery. Its
+// constructor registers the metatypes of the signals' arguments that this room knows; views and tools register theirs.
 class FRAME_EXPORT G_EventMgr : public CRF_EventMgr
 {
     Q_OBJECT
 public:
     explicit G_EventMgr(QObject* parent = nullptr);
     // Delivers the event through EventFired and deletes it: at once on the main thread, posted in order from another.
-    // A null event is ignored.
+    // A null event is ignored. An event of type 111 is followed by AnnotModify when a source of the current view is
+    // set.
     void Deliver(G_Event* event);
     // Events of this view that are still posted will be dropped.
     void ForgetView(G_DocView* view);
     // A view that lives: events of views that are not known are dropped.
     void KnowView(G_DocView* view);
+    // Asked, on the main thread, for the view that AnnotModify names.
+    void SetCurrentViewSource(std::function<G_DocView*()> source);
 
 signals:
     // Emitted once, at the end of a jump, paging or scroll that changed the current page, with the visible rectangle
@@ -51,5 +56,6 @@ signals:
 
 private:
     struct Private;
+    void Emit(G_Event* event);
     std::shared_ptr<Private> d;
 };

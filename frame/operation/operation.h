@@ -3,16 +3,18 @@
 #include <frame/base/export.h>
 #include <frame/operation/operation_param.h>
 
-#include <QList>
+#include <QVector>
 
 #include <atomic>
 #include <memory>
 
+class CopyKeeper;
 class G_DocView;
+class G_OperationHost;
 class G_OperationInterceptor;
 class G_UIContext;
 class IG_Document;
-class G_OperationHost;
+struct InterceptorEntry;
 
 // What AuthorityType answers.
 namespace Authority {
@@ -24,8 +26,8 @@ constexpr int ShowAnnotation = 16384; // display only; runs on any document
 } // namespace Authority
 
 // A user action that is made by name. Prototypes are registered and never performed; the frame clones one for each
-// performance. A working copy is bound to the view, context and document that were current when it was made; these
-// read null once that view has died.
+// performance. A working copy is bound to the view, context and document that were current when it was made. View and
+// document read null once that view has died, the context once it has died itself.
 class FRAME_EXPORT G_Operation
 {
 public:
@@ -68,24 +70,23 @@ protected:
     G_Operation();
 
 private:
-    friend class G_OperationRegistry;
-    friend class G_WorkingCopies;
+    friend class CopyKeeper;
     Q_DISABLE_COPY(G_Operation)
+    class RunMark;
     bool RunFromBefore();
     void FindInterceptors();
-    QList<G_OperationInterceptor*> LiveInterceptors() const;
+    bool IsPrepared();
 
-    struct Binding
-    {
-        G_OperationHost* host = nullptr; // not owned
-        G_UIContext* context = nullptr;  // not owned
-        G_DocView* view = nullptr;       // not owned
-        IG_Document* document = nullptr; // not owned
-    };
-    Binding binding;
-    QList<G_OperationInterceptor*> interceptors; // not owned; the registry tells which still live
-    bool interceptorsFound = false;
-    std::atomic<int> running{0};
+    // Atomic, because a worker's ExecuteAction may read them while the main thread closes the view.
+    std::atomic<G_OperationHost*> host{nullptr}; // not owned
+    std::atomic<G_UIContext*> context{nullptr};  // not owned
+    std::atomic<G_DocView*> view{nullptr};       // not owned
+    std::atomic<IG_Document*> document{nullptr}; // not owned
+    std::shared_ptr<CopyKeeper> keeper;          // null for what is no working copy
+    QVector<InterceptorEntry> interceptors;      // those found; some may have been destroyed since
+    quint64 leavesWhenFound = 0;                 // the registry's count of leavings at that time
+    bool areInterceptorsFound = false;
+    std::atomic<int> running{0}; // runs of this object that are on some stack now
 };
 
 // What the machinery needs of the frame around it; the UI context is one.

@@ -1,0 +1,3 @@
+#include "event.h"
+
+G_Event::~G_Event() = default;
