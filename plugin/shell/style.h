@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QSize>
+#include <QString>
+
+class QAbstractButton;
+
+// Looks that the panes share. Sizes are in logical units and scaled inside.
+namespace PaneStyle {
+// A length in pixels of the screen.
+int Scaled(int logical);
+// The sheet of a pane's list: text colour, ground, row padding and height.
+QString List();
+// The one-pixel line below the buttons.
+QString Separator();
+// A square tool button with an image for each state: images are ":/nodeQrc/image/<name>_normal.svg" and
+// "<name>_disabled.svg".
+void MakeToolButton(QAbstractButton* button, const QString& imageName, const QString& tooltip);
+} // namespace PaneStyle
