@@ -10,18 +10,21 @@
 // with. Built by calls or from a short text form, one item a line, indentation by two blanks nests:
 //
 //     page 210 297            a page, size in mm; ids count from 1 unless "id=7" is given
-//       text 20 30 Hello      a text run at (x, y) mm: 4 mm high boxes, 2 mm a character
+//       text 20 30 Hello      a text at (x, y) mm to the end of the line: boxes 2 mm wide and 4 mm high a character
 //       layer 1 Body          a layer: kind 0..2 and a name
 //       template 101 Background
-//       annot id=5 type=8 subtype=Stamp creator=Li date=2020-01-02 rect=10,10,40,20 remark=...
+//       annot id=5 type=8 subtype=Stamp creator=Li date=2020-01-02 rect=10,10,40,20 remark=…
 //     template 101 Background Name
 //     bookmark "Name" page=2 rect=0,0,100,50 zoom=1 mode=0
-//     outline "Title" page=1  nests; collapsed with "closed"
-//     tag "Name" key=value …  nests; the top one begins a tree; "objects=pageId:1,2"
-//     attachment name format size id [hidden]
-//     rights edit=no annot=no export=no | readonly | signed | encrypted
+//     outline "Title" page=1  nests; "closed" collapses it, "uri=…" adds an address
+//     tag "Name" key=value …  nests; the top one begins a tree; "objects=pageId:1,2" ties objects of one page
+//     attachment name format sizeKb id [hidden]
+//     rights edit=no annot=no export=no
+//     readonly                and likewise "signed" and "encrypted"
 //
-// Unknown words are an error that names the line.
+// "page=" names a page by its id; "index=2" instead gives a page index from 0 and no id. An annotation knows "points=",
+// "visible=no", "locked=yes" and "hidden=yes" too. A part in double quotes keeps its blanks. Empty lines and lines that
+// begin with "#" are passed over; anything unknown is an error that names the line.
 class FRAME_EXPORT MemoryDocument : public IG_Document
 {
 public:
@@ -32,6 +35,10 @@ public:
 
     // Building. Adds a page and gives its id.
     int AddPage(float widthMm, float heightMm, int id = 0);
+    // The page's object stays, with the index -1; false when out of range.
+    bool RemovePage(int pageIndex);
+    // Adds a text; the objects of a page have the ids 1, 2, … in the order of adding. A text belongs to the layer that
+    // was added last.
     void AddText(int pageIndex, float xMm, float yMm, const QString& text);
     void AddLayer(int pageIndex, int kind, const QString& name);
     void AddTemplate(int id, const QString& zOrder, const QString& name);
@@ -50,6 +57,7 @@ public:
     void SetEncrypted(bool encrypted);
     void SetPageFailure(int pageIndex, bool fails); // GetPage then gives null
     void SetCreateRootFailure(bool fails);          // the Create…Root calls then give false
+    // False makes the present state the one that counts as unchanged.
     void SetModified(bool modified);
     int LoadedPageCount() const; // pages whose content is in memory now
 

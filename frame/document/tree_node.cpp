@@ -47,7 +47,8 @@ G_TreeNode::~G_TreeNode()
         std::move(node->subNodes.begin(), node->subNodes.end(), std::back_inserter(pending));
         node->subNodes.clear();
     }
-    SetChangeGuard(nullptr);
+    if (guard)
+        --guardCount;
     delete data;
 }
 
