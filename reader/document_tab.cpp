@@ -1,0 +1,130 @@
+#include "document_tab.h"
+
+#include <frame/document/ig_document.h>
+#include <frame/operation/event_manager.h>
+#include <frame/view/application.h>
+#include <frame/view/doc_view.h>
+#include <frame/view/ui_context.h>
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <QTimer>
+#include <QUndoStack>
+
+DocumentTab::DocumentTab(std::unique_ptr<DocumentFile> openedFile, G_UIContext* uiContext, QWidget* viewParent)
+    : file(std::move(openedFile))
+    , context(uiContext)
+    , view(new G_DocView(uiContext, file->Document(), viewParent))
+    , watcher(new QFileSystemWatcher(this))
+{
+    G_Application::Instance().DocumentOpened(Document());
+    view->CreateUndoStack();
+    connect(view->UndoStack(), &QUndoStack::indexChanged, this, &DocumentTab::OnStackMoved);
+    connect(view->UndoStack(), &QUndoStack::cleanChanged, this, &DocumentTab::DirtyChanged);
+    connect(context->EventMgr(), &G_EventMgr::EventFired, this, &DocumentTab::OnEvent, Qt::DirectConnection);
+    connect(watcher, &QFileSystemWatcher::fileChanged, this, &DocumentTab::OnWatchedFileChanged);
+    RememberFile();
+}
+
+DocumentTab::~DocumentTab()
+{
+    delete view;
+    G_Application::Instance().DocumentClosed(Document());
+}
+
+IG_Document* DocumentTab::Document() const
+{
+    return file->Document();
+}
+
+QString DocumentTab::Label() const
+{
+    const QString name = QFileInfo(Path()).fileName();
+    return IsDirty() ? QLatin1Char('*') + name : name;
+}
+
+bool DocumentTab::IsDirty() const
+{
+    return hasOffStackChange || !view->UndoStack()->isClean();
+}
+
+// A change event may come ahead of the push or after it, so what it belongs to is known only when the turn is over:
+// with no move of the stack in the same turn, the change is not on the stack.
+void DocumentTab::OnEvent(G_Event* event)
+{
+    if (event->TypeEnum() != EventType::DocumentChanged || event->View() != view)
+        return;
+    hasUnsettledEvent = true;
+    SettleSoon();
+}
+
+void DocumentTab::OnStackMoved()
+{
+    ++unsettledMoves;
+    SettleSoon();
+}
+
+void DocumentTab::SettleSoon()
+{
+    if (!isSettling)
+        QTimer::singleShot(0, this, &DocumentTab::SettleChanges);
+    isSettling = true;
+}
+
+void DocumentTab::SettleChanges()
+{
+    const bool isOffStack = hasUnsettledEvent && unsettledMoves == 0;
+    isSettling = hasUnsettledEvent = false;
+    unsettledMoves = 0;
+    if (!isOffStack || hasOffStackChange)
+        return;
+    hasOffStackChange = true;
+    emit DirtyChanged();
+}
+
+SaveOutcome DocumentTab::Save(bool overwrites)
+{
+    return AfterSave(file->Save(overwrites));
+}
+
+SaveOutcome DocumentTab::SaveAs(const QString& path)
+{
+    return AfterSave(file->SaveAs(path));
+}
+
+SaveOutcome DocumentTab::AfterSave(const SaveOutcome& outcome)
+{
+    if (outcome.done) {
+        hasOffStackChange = false;
+        view->UndoStack()->setClean();
+        RememberFile();
+        emit DirtyChanged();
+    }
+    return outcome;
+}
+
+DocumentTab::FileStamp DocumentTab::CurrentStamp() const
+{
+    const QFileInfo info(Path());
+    return info.exists() ? FileStamp{info.size(), info.lastModified().toMSecsSinceEpoch()} : FileStamp{};
+}
+
+bool DocumentTab::IsFileUnchanged() const
+{
+    return CurrentStamp() == stamp;
+}
+
+void DocumentTab::RememberFile()
+{
+    stamp = CurrentStamp();
+    if (!watcher->files().isEmpty())
+        watcher->removePaths(watcher->files());
+    watcher->addPath(Path());
+}
+
+void DocumentTab::OnWatchedFileChanged()
+{
+    if (!IsFileUnchanged())
+        emit FileChangedOnDisk();
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "document_file.h"
+
+#include <QObject>
+
+class G_DocView;
+class G_Event;
+class G_UIContext;
+class QFileSystemWatcher;
+
+// One open document of the window: its file, its view and whether it is dirty. Owned by the window. The view dies
+// before the document.
+class DocumentTab : public QObject
+{
+    Q_OBJECT
+public:
+    DocumentTab(std::unique_ptr<DocumentFile> file, G_UIContext* context, QWidget* viewParent);
+    ~DocumentTab() override;
+
+    IG_Document* Document() const;
+    G_DocView* View() const { return view; }
+    QString Path() const { return file->Path(); }
+    // The file's name, with a star in front while dirty.
+    QString Label() const;
+    // Dirty when the undo stack is not at its saved state, or when a change that is not on the stack came since the
+    // last save.
+    bool IsDirty() const;
+    // `overwrites`: also when somebody else changed the file since it was opened.
+    SaveOutcome Save(bool overwrites = false);
+    SaveOutcome SaveAs(const QString& path);
+    // Whether the file on disk is still what was opened or saved.
+    bool IsFileUnchanged() const;
+
+signals:
+    void DirtyChanged();
+    // The file was changed, replaced or removed by somebody else.
+    void FileChangedOnDisk();
+
+private slots:
+    void OnEvent(G_Event* event);
+    void OnStackMoved();
+    void SettleChanges();
+    void OnWatchedFileChanged();
+
+private:
+    struct FileStamp
+    {
+        qint64 size = -1;
+        qint64 modifiedMs = 0;
+        bool operator==(const FileStamp& other) const { return size == other.size && modifiedMs == other.modifiedMs; }
+    };
+    FileStamp CurrentStamp() const;
+    void RememberFile();
+    void SettleSoon();
+    SaveOutcome AfterSave(const SaveOutcome& outcome);
+
+    std::unique_ptr<DocumentFile> file;
+    G_UIContext* context;        // not owned
+    G_DocView* view;             // owned; deleted ahead of the file
+    QFileSystemWatcher* watcher; // owned by this
+    FileStamp stamp;
+    // Of the present turn of the event loop:
+    int unsettledMoves = 0; // index changes of the undo stack
+    bool hasUnsettledEvent = false;
+    bool isSettling = false;
+    bool hasOffStackChange = false;
+};

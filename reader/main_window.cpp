@@ -1,0 +1,331 @@
+#include "main_window.h"
+
+#include "menus.h"
+#include "navigation_bar.h"
+#include "pane_area.h"
+#include "reader_context.h"
+#include "recent_files.h"
+#include "status_panel.h"
+
+#include <frame/document/ig_document.h>
+#include <frame/navigation/icore.h>
+#include <frame/navigation/navigation_page.h>
+#include <frame/navigation/pane_maker.h>
+#include <frame/operation/event_manager.h>
+#include <frame/view/application.h>
+#include <frame/view/doc_view.h>
+
+#include <QCloseEvent>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QUndoGroup>
+
+MainWindow::MainWindow(QWidget* parent)
+    : QMainWindow(parent)
+    , context(new ReaderContext(this, this))
+    , recentFiles(std::make_unique<RecentFiles>())
+    , paneMaker(new Core::G_PaneMaker(context, this))
+    , undoGroup(new QUndoGroup(this))
+{
+    setObjectName(QStringLiteral("MainWindow"));
+    resize(1180, 800);
+    setAcceptDrops(true);
+    context->SetDialogParent(this);
+    Core::ICore::SetContext(context);
+    context->SetPaneMaker([this](IG_Document* document) { paneMaker->MakeAll(document); });
+    FillContextMenus(context->ContextMenu());
+    MakeCentralArea();
+    MakeActions();
+    connect(paneMaker, &Core::G_PaneMaker::PaneMade, this,
+            [this](Core::G_NavigationPage*, IG_Document*, QWidget* pane) { paneArea->Adopt(pane); });
+    connect(paneMaker, &Core::G_PaneMaker::PaneMade, this, &MainWindow::ShowCurrentPane);
+    connect(context->EventMgr(), &G_EventMgr::ToolHandlerChange, this, &MainWindow::UpdateToolActions);
+    G_Application::Instance().SetSaveService([this](IG_Document* document) {
+        for (const auto& tab : tabs) {
+            if (tab->Document() == document)
+                return SaveTab(tab.get());
+        }
+        return false;
+    });
+    RefreshWindow();
+}
+
+MainWindow::~MainWindow()
+{
+    G_Application::Instance().SetSaveService({});
+    while (!tabs.empty())
+        RemoveTab(TabCount() - 1);
+    Core::ICore::SetContext(nullptr);
+}
+
+void MainWindow::SetUpNavigation()
+{
+    const QList<Core::G_NavigationPage*> pages = Core::G_PaneMaker::PagesByPosition();
+    for (Core::G_NavigationPage* page : pages)
+        page->SetContext(context);
+    navigationBar->SetPages(pages);
+    for (const auto& tab : tabs)
+        paneMaker->ViewOpened(tab->View());
+}
+
+bool MainWindow::OpenFile(const QString& path, bool readOnly)
+{
+    const int open = PositionOfPath(path);
+    if (open >= 0) {
+        ActivateTab(open);
+        return true;
+    }
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    OpenOutcome outcome = OpenDocumentFile(path, readOnly);
+    QGuiApplication::restoreOverrideCursor();
+    if (!outcome.file) {
+        context->ShowMessageBox(tr("Open"),
+                                tr("%1 cannot be opened.\n%2").arg(QDir::toNativeSeparators(path), outcome.error),
+                                QMessageBox::Ok, QMessageBox::Ok);
+        return false;
+    }
+    AddTab(std::move(outcome.file));
+    recentFiles->Add(QFileInfo(path).absoluteFilePath());
+    return true;
+}
+
+void MainWindow::AddTab(std::unique_ptr<DocumentFile> file)
+{
+    auto tab = std::make_unique<DocumentTab>(std::move(file), context, nullptr);
+    DocumentTab* added = tab.get();
+    tabs.push_back(std::move(tab));
+    viewStack->addWidget(added->View()->Widget());
+    undoGroup->addStack(added->View()->UndoStack());
+    WatchTab(added);
+    const int position = tabBar->addTab(added->Label());
+    tabBar->setTabToolTip(position, QDir::toNativeSeparators(added->Path()));
+    ActivateTab(position);
+    paneMaker->ViewOpened(added->View());
+}
+
+void MainWindow::WatchTab(DocumentTab* tab)
+{
+    connect(tab, &DocumentTab::DirtyChanged, this, [this, tab] { RefreshTab(tab); });
+    connect(tab, &DocumentTab::FileChangedOnDisk, this, [this, tab] { ShowFileChanged(tab); });
+}
+
+void MainWindow::ActivateTab(int position)
+{
+    if (tabBar->currentIndex() == position)
+        OnTabChosen(position);
+    else
+        tabBar->setCurrentIndex(position);
+}
+
+void MainWindow::OnTabChosen(int position)
+{
+    G_DocView* view = position >= 0 && position < TabCount() ? tabs.at(position)->View() : nullptr;
+    viewStack->setCurrentWidget(view ? view->Widget() : welcome);
+    undoGroup->setActiveStack(view ? view->UndoStack() : nullptr);
+    statusPanel->SetView(view);
+    fileBar->hide();
+    shownView = view;
+    if (context->CurrentDocView() != view)
+        context->SetCurrentDocView(view);
+    if (view)
+        view->Widget()->setFocus();
+    ShowCurrentPane();
+    RefreshWindow();
+}
+
+void MainWindow::OnTabMoved(int from, int to)
+{
+    auto moved = std::move(tabs.at(from));
+    tabs.erase(tabs.begin() + from);
+    tabs.insert(tabs.begin() + to, std::move(moved));
+}
+
+DocumentTab* MainWindow::CurrentTab() const
+{
+    const int position = tabBar->currentIndex();
+    return position >= 0 && position < TabCount() ? tabs.at(position).get() : nullptr;
+}
+
+int MainWindow::PositionOf(const DocumentTab* tab) const
+{
+    for (int i = 0; i < TabCount(); ++i) {
+        if (tabs.at(i).get() == tab)
+            return i;
+    }
+    return -1;
+}
+
+int MainWindow::PositionOfPath(const QString& path) const
+{
+    const QFileInfo wanted(path);
+    for (int i = 0; i < TabCount(); ++i) {
+        if (QFileInfo(tabs.at(i)->Path()) == wanted)
+            return i;
+    }
+    return -1;
+}
+
+bool MainWindow::MayClose(DocumentTab* tab)
+{
+    if (!tab->IsDirty())
+        return true;
+    ActivateTab(PositionOf(tab));
+    const QString text = tr("Save the changes in %1?").arg(QFileInfo(tab->Path()).fileName());
+    const int answer = context->ShowQuestionBox(
+        tr("Close"), text, QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+    if (answer == QMessageBox::Save)
+        return SaveTab(tab);
+    return answer == QMessageBox::Discard;
+}
+
+bool MainWindow::CloseTab(int position)
+{
+    if (position < 0 || position >= TabCount() || context->IsModalRunning())
+        return false; // interceptors of the tab may stand on the stack below the box
+    DocumentTab* tab = tabs.at(position).get();
+    if (!MayClose(tab))
+        return false;
+    RemoveTab(PositionOf(tab));
+    return true;
+}
+
+// Panes first, then the view with its stack and tools, then the document: each uses what dies after it.
+void MainWindow::RemoveTab(int position)
+{
+    const std::unique_ptr<DocumentTab> tab = std::move(tabs.at(position));
+    tabs.erase(tabs.begin() + position);
+    paneArea->ShowPane(nullptr, nullptr);
+    statusPanel->SetView(nullptr);
+    viewStack->setCurrentWidget(welcome);
+    undoGroup->removeStack(tab->View()->UndoStack());
+    paneMaker->DocumentClosing(tab->Document());
+    {
+        const QSignalBlocker quiet(tabBar);
+        tabBar->removeTab(position);
+    }
+    viewStack->removeWidget(tab->View()->Widget());
+    if (context->CurrentDocView() == tab->View())
+        context->SetCurrentDocView(nullptr);
+    disconnect(tab.get(), nullptr, this, nullptr);
+    OnTabChosen(tabBar->currentIndex());
+}
+
+bool MainWindow::SaveTab(DocumentTab* tab)
+{
+    SaveOutcome outcome = tab->Save();
+    if (outcome.isForeignChange) {
+        const QString text = tr("%1 was changed by another program since it was opened. Overwrite it?")
+                                 .arg(QFileInfo(tab->Path()).fileName());
+        const int answer =
+            context->ShowQuestionBox(tr("Save"), text, QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+        if (answer != QMessageBox::Ok)
+            return false;
+        outcome = tab->Save(true);
+    }
+    return ReportSave(tab, outcome);
+}
+
+bool MainWindow::SaveTabAs(DocumentTab* tab, const QString& path)
+{
+    const int open = PositionOfPath(path);
+    if (open >= 0 && tabs.at(open).get() != tab) {
+        context->ShowMessageBox(tr("Save As"), tr("%1 is open in another tab.").arg(QDir::toNativeSeparators(path)),
+                                QMessageBox::Ok, QMessageBox::Ok);
+        return false;
+    }
+    const bool done = ReportSave(tab, tab->SaveAs(path));
+    if (done)
+        recentFiles->Add(QFileInfo(path).absoluteFilePath());
+    return done;
+}
+
+bool MainWindow::ReportSave(DocumentTab* tab, const SaveOutcome& outcome)
+{
+    if (!outcome.done) {
+        context->ShowMessageBox(tr("Save"), tr("The document was not saved.\n%1").arg(outcome.error), QMessageBox::Ok,
+                                QMessageBox::Ok);
+        return false;
+    }
+    RefreshTab(tab);
+    ShowNote(outcome.warning.isEmpty() ? tr("Saved.") : outcome.warning);
+    return true;
+}
+
+void MainWindow::ReloadTab(DocumentTab* tab)
+{
+    const QString path = tab->Path();
+    RemoveTab(PositionOf(tab));
+    OpenFile(path);
+}
+
+void MainWindow::SaveCurrent()
+{
+    if (CurrentTab())
+        SaveTab(CurrentTab());
+}
+
+void MainWindow::SaveCurrentAs()
+{
+    DocumentTab* tab = CurrentTab();
+    if (!tab)
+        return;
+    const QString path = QFileDialog::getSaveFileName(this, tr("Save As"), tab->Path(), tr("OFD documents (*.ofd)"));
+    if (!path.isEmpty())
+        SaveTabAs(tab, path);
+}
+
+void MainWindow::ChooseFiles()
+{
+    const QString folder = CurrentTab() ? QFileInfo(CurrentTab()->Path()).path() : QDir::homePath();
+    const QStringList paths =
+        QFileDialog::getOpenFileNames(this, tr("Open"), folder, tr("OFD documents (*.ofd);;All files (*)"));
+    for (const QString& path : paths)
+        OpenFile(path);
+}
+
+void MainWindow::CloseCurrent()
+{
+    CloseTab(tabBar->currentIndex());
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    if (context->IsModalRunning()) {
+        event->ignore();
+        return;
+    }
+    for (const auto& tab : tabs) {
+        if (!MayClose(tab.get())) {
+            event->ignore();
+            return;
+        }
+    }
+    event->accept();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event)
+{
+    event->acceptProposedAction();
+    const QList<QUrl> urls = event->mimeData()->urls();
+    for (const QUrl& url : urls) {
+        if (url.isLocalFile())
+            OpenFile(url.toLocalFile());
+        else
+            ShowNote(tr("Only files of this machine can be opened."));
+    }
+}

@@ -1,0 +1,36 @@
+#include "menus.h"
+
+#include <frame/view/context_menu.h>
+
+#include <QtGlobal>
+
+namespace {
+
+struct MenuRow
+{
+    const char* tool;
+    const char* operation; // empty: a separator
+    const char* text;
+};
+
+const MenuRow menuRows[] = {
+    {"vn_bookmark", "d_addbookmark", QT_TRANSLATE_NOOP("ContextMenu", "Add Bookmark")},
+    {"vn_bookmark", "d_bookmarkrename", QT_TRANSLATE_NOOP("ContextMenu", "Rename")},
+    {"vn_bookmark", "d_bookmarkresetposition", QT_TRANSLATE_NOOP("ContextMenu", "Set to Current Position")},
+    {"vn_bookmark", "", ""},
+    {"vn_bookmark", "d_bookmarkdelete", QT_TRANSLATE_NOOP("ContextMenu", "Delete")},
+    {"vn_bookmark", "d_bookmarkdeleteall", QT_TRANSLATE_NOOP("ContextMenu", "Delete All")},
+    {"vn_bookmark", "", ""},
+    {"vn_bookmark", "d_bookmarkwrap", QT_TRANSLATE_NOOP("ContextMenu", "Wrap Lines")},
+};
+
+} // namespace
+
+void FillContextMenus(G_ContextMenu* menu)
+{
+    QMap<QString, QList<G_MenuEntry>> entries;
+    for (const MenuRow& row : menuRows)
+        entries[QString::fromLatin1(row.tool)].append(G_MenuEntry{row.operation, row.text});
+    for (auto it = entries.cbegin(); it != entries.cend(); ++it)
+        menu->SetEntries(it.key(), it.value());
+}

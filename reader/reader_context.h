@@ -1,0 +1,23 @@
+#pragma once
+
+#include <frame/view/ui_context.h>
+
+class MainWindow;
+
+// The UI context of the reader's window; its operations reach the window through it.
+class ReaderContext : public G_UIContext
+{
+    Q_OBJECT
+public:
+    explicit ReaderContext(MainWindow* window, QObject* parent = nullptr)
+        : G_UIContext(parent)
+        , window(window)
+    {
+    }
+    MainWindow* Window() const { return window; }
+    // The window behind an operation's context; null when it runs in another frame.
+    static MainWindow* WindowOf(G_UIContext* context);
+
+private:
+    MainWindow* window; // not owned
+};

@@ -1,0 +1,124 @@
+#include "status_panel.h"
+
+#include <frame/document/ig_document.h>
+#include <frame/view/doc_view.h>
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QSpinBox>
+
+namespace {
+
+struct ZoomRow
+{
+    const char* text; // null: the percentage itself
+    float percent;
+    G_Preferences::ZoomMode mode;
+};
+
+const ZoomRow zoomRows[] = {
+    {nullptr, 25, G_Preferences::Custom},
+    {nullptr, 50, G_Preferences::Custom},
+    {nullptr, 75, G_Preferences::Custom},
+    {nullptr, 100, G_Preferences::Custom},
+    {nullptr, 150, G_Preferences::Custom},
+    {nullptr, 200, G_Preferences::Custom},
+    {nullptr, 400, G_Preferences::Custom},
+    {QT_TRANSLATE_NOOP("StatusPanel", "Fit Width"), 0, G_Preferences::FitWidth},
+    {QT_TRANSLATE_NOOP("StatusPanel", "Fit Height"), 0, G_Preferences::FitHeight},
+    {QT_TRANSLATE_NOOP("StatusPanel", "Fit Page"), 0, G_Preferences::FitPage},
+};
+
+QString PercentText(float percent)
+{
+    return QString::number(qRound(percent)) + QLatin1Char('%');
+}
+
+} // namespace
+
+StatusPanel::StatusPanel(QWidget* parent)
+    : QWidget(parent)
+    , pageBox(new QSpinBox(this))
+    , zoomBox(new QComboBox(this))
+{
+    pageBox->setAccessibleName(tr("Page"));
+    pageBox->setToolTip(tr("Page"));
+    pageBox->setKeyboardTracking(false);
+    pageBox->setMinimumWidth(110);
+    pageBox->setAlignment(Qt::AlignCenter);
+    zoomBox->setAccessibleName(tr("Zoom"));
+    zoomBox->setToolTip(tr("Zoom"));
+    zoomBox->setEditable(true);
+    zoomBox->setInsertPolicy(QComboBox::NoInsert);
+    for (const ZoomRow& row : zoomRows)
+        zoomBox->addItem(row.text ? tr(row.text) : PercentText(row.percent));
+    auto* line = new QHBoxLayout(this);
+    line->setContentsMargins(0, 0, 8, 0);
+    line->addWidget(pageBox);
+    line->addWidget(zoomBox);
+    connect(pageBox, QOverload<int>::of(&QSpinBox::valueChanged), this, &StatusPanel::GoToTypedPage);
+    connect(zoomBox, QOverload<int>::of(&QComboBox::activated), this, &StatusPanel::ApplyZoomChoice);
+    connect(zoomBox->lineEdit(), &QLineEdit::returnPressed, this, &StatusPanel::ApplyZoomText);
+    SetView(nullptr);
+}
+
+void StatusPanel::SetView(G_DocView* newView)
+{
+    if (view)
+        disconnect(view, nullptr, this, nullptr);
+    view = newView;
+    setEnabled(view != nullptr);
+    if (!view)
+        return;
+    const int pageCount = view->GDocument()->GetPageCount();
+    {
+        const QSignalBlocker quiet(pageBox);
+        pageBox->setRange(1, qMax(1, pageCount));
+        pageBox->setSuffix(QStringLiteral(" / %1").arg(pageCount));
+    }
+    connect(view, &G_DocView::CurrentPageChanged, this, &StatusPanel::ShowPage);
+    connect(view, &G_DocView::ZoomChanged, this, &StatusPanel::ShowZoom);
+    ShowPage(view->CurrentPageIndex());
+    ShowZoom(view->GetZoom());
+}
+
+void StatusPanel::ShowPage(int pageIndex)
+{
+    const QSignalBlocker quiet(pageBox);
+    pageBox->setValue(pageIndex + 1);
+}
+
+void StatusPanel::ShowZoom(float percent)
+{
+    zoomBox->setEditText(PercentText(percent));
+}
+
+void StatusPanel::GoToTypedPage()
+{
+    if (view)
+        view->GoToPage(view, pageBox->value() - 1, CCA_GRect(), false);
+}
+
+void StatusPanel::ApplyZoomChoice(int position)
+{
+    if (!view || position < 0 || position >= int(sizeof(zoomRows) / sizeof(zoomRows[0])))
+        return;
+    const ZoomRow& row = zoomRows[position];
+    if (row.mode == G_Preferences::Custom)
+        view->SetZoom(row.percent, true);
+    else
+        view->SetZoomMode(row.mode);
+    ShowZoom(view->GetZoom());
+}
+
+void StatusPanel::ApplyZoomText()
+{
+    if (!view)
+        return;
+    bool isNumber = false;
+    const float percent = zoomBox->currentText().remove(QLatin1Char('%')).trimmed().toFloat(&isNumber);
+    if (isNumber && percent > 0)
+        view->SetZoom(percent, true);
+    ShowZoom(view->GetZoom());
+}

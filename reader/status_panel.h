@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+class G_DocView;
+class G_Event;
+class QComboBox;
+class QSpinBox;
+
+// Page box and zoom box of the status line; they follow one view and steer it.
+class StatusPanel : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit StatusPanel(QWidget* parent);
+    void SetView(G_DocView* newView); // null greys the panel
+
+private slots:
+    void GoToTypedPage();
+    void ApplyZoomText();
+    void ApplyZoomChoice(int position);
+    void ShowPage(int pageIndex);
+    void ShowZoom(float percent);
+
+private:
+    QPointer<G_DocView> view;
+    QSpinBox* pageBox;  // owned by this
+    QComboBox* zoomBox; // owned by this
+};
