@@ -17,9 +17,10 @@ class Package;
 struct PartChange
 {
     bool isRemoval = false;
+    bool isXml = false; // checked to parse before the save is done
     QByteArray bytes;
     // Set for big parts: gives a device, open for reading, with the new bytes; null when it cannot be opened. Called
-    // once a save, on the saving thread.
+    // at least once a save, on the saving thread.
     std::function<std::unique_ptr<QIODevice>()> openData;
 };
 
@@ -29,6 +30,8 @@ class PackageChanges
 {
 public:
     void SetPart(const QString& name, const QByteArray& bytes);
+    // The same for a part of the document itself: the save fails when these bytes do not parse.
+    void SetXmlPart(const QString& name, const QByteArray& bytes);
     void SetPartFromDevice(const QString& name, std::function<std::unique_ptr<QIODevice>()> openData);
     void RemovePart(const QString& name);
     // Forgets the change of this part.

@@ -3,7 +3,9 @@
 #include "package_error.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QMap>
+#include <QPair>
 #include <QString>
 
 #include <vector>
@@ -60,7 +62,7 @@ public:
     void AppendChild(const pugi::xml_node& parent, const QByteArray& xml);
     // Inserts a child called `localName` where the order wants it: before the first sibling that comes later; when the
     // file's own order is already another, behind the last sibling that does not; else at the end. Nothing existing is
-    // moved.
+    // moved. Call it in schema order for several new children, since each sees only what the part had.
     void InsertInOrder(const pugi::xml_node& parent, const QByteArray& localName, const QByteArray& xml,
                        const SchemaOrder& order);
 
@@ -69,21 +71,37 @@ public:
     QByteArray Apply(PackageError* error = nullptr) const;
 
 private:
+    // Bytes that take the place of a range. The level tells edits around an element from edits inside it when both
+    // begin or end at the same byte: an edit is dropped when one of a lower level covers it.
     struct Splice
     {
-        qint64 begin;
-        qint64 end;
+        qint64 begin = 0;
+        qint64 end = 0;
         QByteArray bytes;
+        int level = 0;
+        bool isInsertion = false;
     };
 
-    void Add(qint64 begin, qint64 end, const QByteArray& bytes);
+    // An empty tag that gets content.
+    struct OpenedTag
+    {
+        qint64 end = 0;
+        QByteArray content;
+        QByteArray qualifiedName;
+        int level = 0;
+    };
+
+    void Replace(qint64 begin, qint64 end, const QByteArray& bytes, int level);
+    void Insert(qint64 at, const QByteArray& bytes, int level);
     QByteArray LeadingBlank(qint64 elementBegin) const;
-    QByteArray OpenedTag(const pugi::xml_node& element, const QByteArray& content) const;
+    // Adds to the content of an empty tag, in front or at the end.
+    void FillEmptyTag(const pugi::xml_node& element, const QByteArray& xml, bool inFront);
     std::vector<Splice> SortedSplices() const;
 
     const XmlPart& part;
     std::vector<Splice> splices;
-    QMap<qint64, Splice> openedTags; // "/>" of an empty tag that gets content, by its place
+    QMap<qint64, OpenedTag> openedTags;                       // by the place of their "/>"
+    QHash<QPair<qint64, QByteArray>, size_t> addedAttributes; // by place and name, the splice that adds it
 };
 
 } // namespace ofd

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "package_error.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+
+class QIODevice;
+
+namespace ofd {
+
+struct PartChange;
+class TargetFile;
+
+// What the directory has to say about an entry that was written anew.
+struct WrittenEntry
+{
+    qint64 headerOffset = 0; // in the new file
+    qint64 compressedSize = 0;
+    qint64 size = 0;
+    quint32 checksum = 0;
+    quint32 dosTime = 0;
+    quint16 flags = 0;
+    bool hasZip64Sizes = false; // whether the local header has room for big sizes; the directory does the same then
+};
+
+// Deflates the new bytes of a part into the file, behind a local header with that raw name. `progress` gets the number
+// of bytes just read and may end it with false.
+PackageError WriteEntry(TargetFile& file, const PartChange& change, const QByteArray& rawName, bool isNameUtf8,
+                        const std::function<bool(qint64)>& progress, WrittenEntry& written);
+
+} // namespace ofd

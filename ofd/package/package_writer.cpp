@@ -1,0 +1,278 @@
+#include "package_writer.h"
+
+#include "byte_source.h"
+#include "directory_writer.h"
+#include "entry_names.h"
+#include "package.h"
+#include "part_inflater.h"
+#include "splice_plan.h"
+#include "target_file.h"
+#include "xml_part.h"
+#include "zip_records.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QIODevice>
+
+#include <algorithm>
+#include <cstring>
+
+namespace ofd {
+
+namespace {
+
+QString Tr(const char* text)
+{
+    return QCoreApplication::translate("OfdPackage", text);
+}
+
+bool IsAscii(const QString& text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
+}
+
+// Writes the steps of a plan and the directory behind them.
+class SpliceWriter
+{
+public:
+    SpliceWriter(const Package* source, const SplicePlan& plan, TargetFile& file, const SaveOptions& options)
+        : source(source)
+        , plan(plan)
+        , file(file)
+        , options(options)
+    {
+        total = plan.copiedBytes;
+        for (const SpliceStep& step : plan.steps)
+            total += step.change ? step.change->bytes.size() : 0;
+    }
+
+    PackageError Write()
+    {
+        if (source)
+            oldRecords = source->GetSource().ReadAt(Old().directoryOffset, Old().directorySize);
+        for (const SpliceStep& step : plan.steps) {
+            if (PackageError error = step.change ? WriteChange(step) : CopyRange(step))
+                return error;
+        }
+        layout.directoryOffset = file.GetPosition();
+        QByteArray oldEnd;
+        if (source)
+            oldEnd = source->GetSource().ReadAt(Old().endOffset, Old().endSize);
+        if (PackageError error = file.Write(MakeDirectory(Old(), oldRecords, oldEnd, plan.fates, layout)))
+            return error;
+        if (!source)
+            return {};
+        // Foreign bytes behind the archive belong to the file too.
+        return file.CopyRange(source->GetSource(), Old().endOffset + Old().endSize, source->GetSource().GetSize(), {});
+    }
+
+private:
+    const ZipDirectory& Old() const { return source ? source->GetDirectory() : nothing; }
+
+    bool Advance(qint64 count)
+    {
+        done += count;
+        return !options.progress || options.progress(done, std::max(done, total));
+    }
+
+    PackageError CopyRange(const SpliceStep& step)
+    {
+        layout.ranges.push_back({step.begin, step.end, file.GetPosition()});
+        return file.CopyRange(source->GetSource(), step.begin, step.end, [this](qint64 n) { return Advance(n); });
+    }
+
+    PackageError WriteChange(const SpliceStep& step)
+    {
+        PlacedEntry placed;
+        placed.entry = step.entry;
+        bool isUtf8 = false;
+        if (step.entry >= 0) {
+            // The old name byte for byte, in whatever encoding it was.
+            const ZipEntry& entry = Old().entries[size_t(step.entry)];
+            const QByteArray record = oldRecords.mid(int(entry.recordOffset), int(entry.recordSize));
+            placed.rawName = record.mid(zip::CentralSize, zip::Get16(record.constData() + zip::CentralNameLength));
+            isUtf8 = entry.flags & zip::FlagUtf8;
+        } else {
+            placed.rawName = step.partName.toUtf8();
+            isUtf8 = !IsAscii(step.partName);
+        }
+        if (placed.rawName.size() > zip::Saturated16)
+            return {PackageErrorKind::WriteFailed, Tr("The name of a part is too long.")};
+        const PackageError error = WriteEntry(
+            file, *step.change, placed.rawName, isUtf8, [this](qint64 n) { return Advance(n); }, placed.written);
+        layout.placed.push_back(placed);
+        return error;
+    }
+
+    const Package* source; // not owned; null for a package made from nothing
+    const SplicePlan& plan;
+    TargetFile& file;
+    const SaveOptions& options;
+    const ZipDirectory nothing;
+    QByteArray oldRecords;
+    NewLayout layout;
+    qint64 done = 0;
+    qint64 total = 0;
+};
+
+PackageError SourceChanged(bool isGone)
+{
+    if (isGone)
+        return {PackageErrorKind::SourceChanged, Tr("The opened file was moved or deleted by another program.")};
+    return {PackageErrorKind::SourceChanged, Tr("The opened file was changed by another program.")};
+}
+
+// Whether the target is the file that the package was opened from.
+bool IsOwnFile(const Package& source, const QString& targetPath)
+{
+    if (source.GetPath().isEmpty())
+        return false;
+    FileIdentity target;
+    const FileIdentity& opened = source.GetSource().GetIdentityAtOpening();
+    if (ByteSource::IdentityOfPath(targetPath, target) && target.device == opened.device && target.node == opened.node)
+        return true;
+    return QFileInfo(targetPath).absoluteFilePath() == QFileInfo(source.GetPath()).absoluteFilePath();
+}
+
+PackageError CheckSource(const Package& source, const QString& targetPath, const SaveOptions& options)
+{
+    const ByteSource& bytes = source.GetSource();
+    // Changed in place: the offsets we know are worth nothing any more, so even a copy elsewhere would be rubbish.
+    if (bytes.GetDescriptor() >= 0 && bytes.GetIdentityNow() != bytes.GetIdentityAtOpening())
+        return SourceChanged(false);
+    if (!IsOwnFile(source, targetPath) || options.overwritesForeignChange)
+        return {};
+    FileIdentity present;
+    if (!ByteSource::IdentityOfPath(targetPath, present))
+        return SourceChanged(true);
+    return present == bytes.GetIdentityAtOpening() ? PackageError() : SourceChanged(false);
+}
+
+PackageError CheckFailed(const QString& name)
+{
+    return {PackageErrorKind::CheckFailed, Tr("The part \"%1\" was not written correctly.").arg(name)};
+}
+
+PackageError CheckPart(const Package& saved, const QString& name, const PartChange& change)
+{
+    const int index = saved.FindEntry(name);
+    if (change.isRemoval)
+        return index < 0 ? PackageError() : CheckFailed(name);
+    if (index < 0)
+        return CheckFailed(name);
+    const ZipEntry& entry = saved.GetDirectory().entries[size_t(index)];
+    if (change.openData) {
+        bool hasWrongChecksum = false;
+        const auto ignore = [](const char*, qint64) { return true; };
+        const PackageError error = InflateEntry(saved.GetSource(), entry, ignore, &hasWrongChecksum);
+        return error || hasWrongChecksum ? CheckFailed(name) : PackageError();
+    }
+    qint64 at = 0;
+    bool hasWrongChecksum = false;
+    const auto compare = [&](const char* bytes, qint64 count) {
+        const bool isSame =
+            at + count <= change.bytes.size() && std::memcmp(change.bytes.constData() + at, bytes, size_t(count)) == 0;
+        at += count;
+        return isSame;
+    };
+    const PackageError error = InflateEntry(saved.GetSource(), entry, compare, &hasWrongChecksum);
+    if (error || hasWrongChecksum || at != change.bytes.size())
+        return CheckFailed(name);
+    PackageError xmlError;
+    if (change.isXml && !XmlPart::Parse(name, change.bytes, &xmlError))
+        return xmlError;
+    return {};
+}
+
+// Reads the finished file back as any reader would.
+std::unique_ptr<Package> OpenAndCheck(const QString& path, const PackageChanges& changes, PackageError* error)
+{
+    std::unique_ptr<Package> saved = Package::Open(path, error);
+    if (!saved) {
+        error->kind = PackageErrorKind::CheckFailed;
+        return nullptr;
+    }
+    for (auto it = changes.GetChanges().cbegin(); it != changes.GetChanges().cend(); ++it) {
+        *error = CheckPart(*saved, it.key(), it.value());
+        if (*error)
+            return nullptr;
+    }
+    return saved;
+}
+
+// Flushes, checks and puts the file in its place.
+SaveResult FinishSave(TargetFile& file, const PackageChanges& changes)
+{
+    SaveResult result;
+    result.error = file.Finish();
+    if (result.error)
+        return result;
+    std::unique_ptr<Package> saved = OpenAndCheck(file.GetTemporaryPath(), changes, &result.error);
+    if (!saved)
+        return result;
+    result.error = file.Commit();
+    if (result.error)
+        return result;
+    saved->SetPath(file.GetTargetPath());
+    result.package = std::move(saved);
+    return result;
+}
+
+// The whole file as it is, prefix and all.
+PackageError CopyWhole(const Package& source, TargetFile& file, const SaveOptions& options)
+{
+    qint64 done = 0;
+    const qint64 size = source.GetSource().GetSize();
+    return file.CopyRange(source.GetSource(), 0, size, [&](qint64 count) {
+        done += count;
+        return !options.progress || options.progress(done, size);
+    });
+}
+
+} // namespace
+
+SaveResult SavePackage(const Package& source, const PackageChanges& changes, const QString& targetPath,
+                       const SaveOptions& options)
+{
+    SaveResult result;
+    result.error = CheckSource(source, targetPath, options);
+    if (result.error)
+        return result;
+    const std::unique_ptr<TargetFile> file = TargetFile::Create(targetPath, &result.error);
+    if (!file)
+        return result;
+    const SplicePlan plan = MakeSplicePlan(source, changes);
+    if (plan.changesNothing)
+        result.error = CopyWhole(source, *file, options);
+    else
+        result.error = SpliceWriter(&source, plan, *file, options).Write();
+    // Somebody may have written into the file while it was being copied.
+    if (!result.error)
+        result.error = CheckSource(source, targetPath, options);
+    if (result.error)
+        return result;
+    return FinishSave(*file, changes);
+}
+
+SaveResult CreatePackage(const PackageChanges& parts, const QString& targetPath)
+{
+    SaveResult result;
+    const std::unique_ptr<TargetFile> file = TargetFile::Create(targetPath, &result.error);
+    if (!file)
+        return result;
+    const SaveOptions options;
+    SplicePlan plan;
+    for (auto it = parts.GetChanges().cbegin(); it != parts.GetChanges().cend(); ++it) {
+        SpliceStep step;
+        step.partName = it.key();
+        step.change = &it.value();
+        if (!it->isRemoval)
+            plan.steps.push_back(step);
+    }
+    result.error = SpliceWriter(nullptr, plan, *file, options).Write();
+    if (result.error)
+        return result;
+    return FinishSave(*file, parts);
+}
+
+} // namespace ofd

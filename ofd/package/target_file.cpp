@@ -1,0 +1,241 @@
+#include "target_file.h"
+
+#include "byte_source.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <algorithm>
+#include <cerrno>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace ofd {
+
+namespace {
+
+constexpr qint64 KernelCopyBytes = qint64(16) << 20;
+constexpr qint64 BlockBytes = qint64(1) << 20;
+
+QString Tr(const char* text)
+{
+    return QCoreApplication::translate("OfdPackage", text);
+}
+
+PackageError WriteError(int code)
+{
+    switch (code) {
+    case ENOSPC:
+    case EDQUOT:
+        return {PackageErrorKind::DiskFull, Tr("The disk is full.")};
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return {PackageErrorKind::NotWritable, Tr("The folder or the file is write-protected.")};
+    case ENOENT:
+    case ENOTDIR:
+        return {PackageErrorKind::NotWritable, Tr("The folder does not exist.")};
+    default:
+        return {PackageErrorKind::WriteFailed, Tr("The file cannot be written: %1.").arg(qt_error_string(code))};
+    }
+}
+
+PackageError SourceEnded()
+{
+    return {PackageErrorKind::SourceChanged, Tr("The opened file was made shorter by another program.")};
+}
+
+PackageError Cancelled()
+{
+    return {PackageErrorKind::Cancelled, Tr("Saving was cancelled.")};
+}
+
+bool MayCopyOtherwise(int code)
+{
+    return code == EXDEV || code == EINVAL || code == ENOSYS || code == EOPNOTSUPP || code == EPERM || code == EBADF;
+}
+
+// Access lists and the like; what the file system refuses is left out.
+void CopyExtendedAttributes(const QByteArray& from, int to)
+{
+    const ssize_t listSize = ::listxattr(from.constData(), nullptr, 0);
+    if (listSize <= 0)
+        return;
+    std::vector<char> names(static_cast<size_t>(listSize));
+    const ssize_t got = ::listxattr(from.constData(), names.data(), names.size());
+    for (const char* name = names.data(); got > 0 && name < names.data() + got; name += qstrlen(name) + 1) {
+        const ssize_t size = ::getxattr(from.constData(), name, nullptr, 0);
+        if (size < 0)
+            continue;
+        std::vector<char> value(static_cast<size_t>(size) + 1);
+        if (::getxattr(from.constData(), name, value.data(), size_t(size)) == size)
+            (void)!::fsetxattr(to, name, value.data(), size_t(size), 0);
+    }
+}
+
+} // namespace
+
+TargetFile::~TargetFile()
+{
+    if (descriptor >= 0)
+        ::close(descriptor);
+    if (!isCommitted && !temporaryPath.isEmpty())
+        ::unlink(QFile::encodeName(temporaryPath).constData());
+}
+
+std::unique_ptr<TargetFile> TargetFile::Create(const QString& targetPath, PackageError* error)
+{
+    std::unique_ptr<TargetFile> file(new TargetFile);
+    const QString canonical = QFileInfo(targetPath).canonicalFilePath();
+    file->targetPath = canonical.isEmpty() ? QFileInfo(targetPath).absoluteFilePath() : canonical;
+    *error = file->PrepareTemporary();
+    return *error ? nullptr : std::move(file);
+}
+
+PackageError TargetFile::PrepareTemporary()
+{
+    const QByteArray target = QFile::encodeName(targetPath);
+    struct stat facts = {};
+    isReplacing = ::stat(target.constData(), &facts) == 0;
+    if (isReplacing && !S_ISREG(facts.st_mode))
+        return {PackageErrorKind::NotWritable, Tr("The target is no ordinary file.")};
+    if (isReplacing && ::access(target.constData(), W_OK) != 0)
+        return WriteError(errno);
+    // Nobody else may look into the copy of a protected file; a fresh file gets what the user's mask says.
+    const mode_t mode = isReplacing ? 0600 : 0666;
+    const QString folder = QFileInfo(targetPath).absolutePath();
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        const QString name = folder + QStringLiteral("/.saving-") +
+                             QString::number(QRandomGenerator::system()->generate64(), 36) + QStringLiteral(".tmp");
+        descriptor = ::open(QFile::encodeName(name).constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        if (descriptor >= 0) {
+            temporaryPath = name;
+            return {};
+        }
+        if (errno != EEXIST)
+            break;
+    }
+    return WriteError(errno);
+}
+
+PackageError TargetFile::Write(const char* bytes, qint64 count)
+{
+    qint64 done = 0;
+    while (done < count) {
+        const ssize_t put = ::write(descriptor, bytes + done, size_t(count - done));
+        if (put < 0 && errno == EINTR)
+            continue;
+        if (put < 0)
+            return WriteError(errno);
+        done += put;
+    }
+    position += count;
+    return {};
+}
+
+PackageError TargetFile::WriteAt(qint64 offset, const QByteArray& bytes)
+{
+    qint64 done = 0;
+    while (done < bytes.size()) {
+        const ssize_t put =
+            ::pwrite(descriptor, bytes.constData() + done, size_t(bytes.size() - done), off_t(offset + done));
+        if (put < 0 && errno == EINTR)
+            continue;
+        if (put < 0)
+            return WriteError(errno);
+        done += put;
+    }
+    return {};
+}
+
+PackageError TargetFile::Rewind(qint64 offset)
+{
+    if (::ftruncate(descriptor, off_t(offset)) != 0 || ::lseek(descriptor, off_t(offset), SEEK_SET) < 0)
+        return WriteError(errno);
+    position = offset;
+    return {};
+}
+
+PackageError TargetFile::CopyRange(const ByteSource& source, qint64 begin, qint64 end, const CopyProgress& progress)
+{
+    off_t from = off_t(begin);
+    while (source.GetDescriptor() >= 0 && from < end) {
+        const qint64 wanted = std::min<qint64>(KernelCopyBytes, end - from);
+        const ssize_t got = ::copy_file_range(source.GetDescriptor(), &from, descriptor, nullptr, size_t(wanted), 0);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0 && MayCopyOtherwise(errno))
+            break;
+        if (got < 0)
+            return WriteError(errno);
+        if (got == 0)
+            break; // also what some file systems answer in place of an error; the block copy finds out
+        BeginWriteback(position, got);
+        position += got;
+        if (progress && !progress(got))
+            return Cancelled();
+    }
+    return CopyByBlocks(source, qint64(from), end, progress);
+}
+
+PackageError TargetFile::CopyByBlocks(const ByteSource& source, qint64 begin, qint64 end, const CopyProgress& progress)
+{
+    std::vector<char> block(size_t(std::min(BlockBytes, std::max<qint64>(end - begin, 0))));
+    for (qint64 at = begin; at < end;) {
+        const qint64 got = source.ReadAt(at, block.data(), std::min<qint64>(qint64(block.size()), end - at));
+        if (got < 0)
+            return {PackageErrorKind::NotReadable, Tr("The opened file cannot be read any more.")};
+        if (got == 0)
+            return SourceEnded();
+        if (PackageError error = Write(block.data(), got))
+            return error;
+        at += got;
+        if (progress && !progress(got))
+            return Cancelled();
+    }
+    return {};
+}
+
+// Lets the disk begin early, so that the flush at the end has less to wait for.
+void TargetFile::BeginWriteback(qint64 offset, qint64 count)
+{
+    (void)::sync_file_range(descriptor, off_t(offset), off_t(count), SYNC_FILE_RANGE_WRITE);
+}
+
+PackageError TargetFile::Finish()
+{
+    struct stat facts = {};
+    const QByteArray target = QFile::encodeName(targetPath);
+    if (isReplacing && ::stat(target.constData(), &facts) == 0) {
+        CopyExtendedAttributes(target, descriptor);
+        (void)!::fchown(descriptor, facts.st_uid, facts.st_gid); // a user may not give files away
+        if (::fchmod(descriptor, facts.st_mode & 07777) != 0)
+            return WriteError(errno);
+    }
+    if (::fsync(descriptor) != 0)
+        return WriteError(errno);
+    return {};
+}
+
+PackageError TargetFile::Commit()
+{
+    if (::rename(QFile::encodeName(temporaryPath).constData(), QFile::encodeName(targetPath).constData()) != 0)
+        return WriteError(errno);
+    isCommitted = true;
+    // The name must survive a power failure as well. Not every file system can do it, and the file is whole anyway.
+    const QByteArray folder = QFile::encodeName(QFileInfo(targetPath).absolutePath());
+    const int folderDescriptor = ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folderDescriptor >= 0) {
+        (void)::fsync(folderDescriptor);
+        ::close(folderDescriptor);
+    }
+    return {};
+}
+
+} // namespace ofd

@@ -1,0 +1,105 @@
+#include "xml_part.h"
+
+#include "package.h"
+#include "xml_scan.h"
+
+#include <QCoreApplication>
+#include <QTextCodec>
+
+namespace ofd {
+
+namespace {
+
+constexpr char Utf8Mark[] = "\xef\xbb\xbf";
+
+// The encoding named in the XML declaration, in capitals; empty when none is named.
+QByteArray DeclaredEncoding(const QByteArray& bytes, int* begin, int* end)
+{
+    const int start = bytes.startsWith(Utf8Mark) ? 3 : 0;
+    if (!bytes.mid(start, 6).startsWith("<?xml"))
+        return {};
+    const int stop = bytes.indexOf("?>", start);
+    const int name = bytes.indexOf("encoding", start);
+    if (stop < 0 || name < 0 || name > stop)
+        return {};
+    int open = name + 8;
+    while (open < stop && bytes.at(open) != '"' && bytes.at(open) != '\'')
+        ++open;
+    const int close = bytes.indexOf(bytes.at(open), open + 1);
+    if (close < 0 || close > stop)
+        return {};
+    *begin = open + 1;
+    *end = close;
+    return bytes.mid(open + 1, close - open - 1).trimmed().toUpper();
+}
+
+// Bytes in UTF-8. Everything in the wild is; a part in another encoding becomes UTF-8 when it is written again.
+QByteArray ToUtf8(const QByteArray& bytes)
+{
+    if (bytes.startsWith(Utf8Mark))
+        return bytes;
+    QByteArray text = bytes;
+    if (bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff"))
+        text = QTextCodec::codecForName("UTF-16")->toUnicode(bytes).toUtf8();
+    int begin = 0;
+    int end = 0;
+    const QByteArray encoding = DeclaredEncoding(text, &begin, &end);
+    if (encoding.isEmpty() || encoding == "UTF-8" || encoding == "UTF8" || encoding == "US-ASCII")
+        return text;
+    if (!encoding.startsWith("UTF-16")) {
+        QTextCodec* codec = QTextCodec::codecForName(encoding); // not owned
+        if (!codec)
+            return text;
+        text = codec->toUnicode(text).toUtf8(); // the declaration is ASCII, so its places stay
+    }
+    return text.replace(begin, end - begin, "UTF-8");
+}
+
+PackageError ParseError(const QString& partName, const QString& reason)
+{
+    return {PackageErrorKind::BadXml,
+            QCoreApplication::translate("OfdPackage", "The part \"%1\" cannot be read: %2").arg(partName, reason)};
+}
+
+} // namespace
+
+std::unique_ptr<XmlPart> XmlPart::Parse(const QString& partName, const QByteArray& bytes, PackageError* error)
+{
+    PackageError ignored;
+    PackageError& result = error ? *error : ignored;
+    result = {};
+    std::unique_ptr<XmlPart> part(new XmlPart);
+    part->name = partName;
+    part->bytes = ToUtf8(bytes);
+    if (const PackageError bad = CheckXml(part->bytes)) {
+        result = ParseError(partName, bad.text);
+        return nullptr;
+    }
+    // No namespace checks here, on purpose: roots like <:name xmlns:=""> and prefixes nobody declared are in real
+    // files.
+    constexpr unsigned mode =
+        pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_comments | pugi::parse_pi | pugi::parse_declaration;
+    const pugi::xml_parse_result parsed =
+        part->document.load_buffer(part->bytes.constData(), size_t(part->bytes.size()), mode, pugi::encoding_utf8);
+    if (!parsed || !part->document.document_element()) {
+        const char* reason = parsed ? "no element" : parsed.description();
+        result = ParseError(partName, QString::fromLatin1(reason));
+        return nullptr;
+    }
+    part->hasByteOrderMark = part->bytes.startsWith(Utf8Mark);
+    const int firstLineEnd = part->bytes.indexOf('\n');
+    part->usesCrLf = firstLineEnd > 0 && part->bytes.at(firstLineEnd - 1) == '\r';
+    return part;
+}
+
+std::unique_ptr<XmlPart> XmlPart::Load(const Package& package, const QString& partName, PackageError* error)
+{
+    const PartData data = package.Read(partName);
+    if (!data.error)
+        return Parse(partName, data.bytes, error);
+    if (error)
+        *error = data.error;
+    return nullptr;
+}
+
+} // namespace ofd

@@ -1,0 +1,127 @@
+#include "xml_scan.h"
+
+#include "limits.h"
+
+#include <QCoreApplication>
+
+#include <cstring>
+
+namespace ofd {
+
+XmlToken XmlScanner::Next()
+{
+    XmlToken token;
+    token.begin = at;
+    token.end = at;
+    if (at >= size)
+        return token;
+    if (data[at] == '<')
+        return Markup();
+    const void* next = std::memchr(data + at, '<', size_t(size - at));
+    at = next ? static_cast<const char*>(next) - data : size;
+    token.kind = XmlToken::Text;
+    token.end = at;
+    return token;
+}
+
+XmlToken XmlScanner::Markup()
+{
+    auto startsWith = [this](const char* text) {
+        const size_t length = std::strlen(text);
+        return size_t(size - at) >= length && std::memcmp(data + at, text, length) == 0;
+    };
+    if (startsWith("<!--"))
+        return Delimited(XmlToken::Comment, 4, "-->");
+    if (startsWith("<![CDATA["))
+        return Delimited(XmlToken::CData, 9, "]]>");
+    if (startsWith("<?"))
+        return Delimited(XmlToken::Instruction, 2, "?>");
+    XmlToken token;
+    token.begin = at;
+    token.end = TagEnd(at + 1);
+    if (token.end < 0)
+        token.kind = XmlToken::Bad;
+    else if (startsWith("<!"))
+        token.kind = XmlToken::DocType;
+    else if (startsWith("</"))
+        token.kind = XmlToken::EndTag;
+    else
+        token.kind = data[token.end - 2] == '/' ? XmlToken::EmptyTag : XmlToken::StartTag;
+    at = token.kind == XmlToken::Bad ? size : token.end;
+    return token;
+}
+
+XmlToken XmlScanner::Delimited(XmlToken::Kind kind, int openLength, const char* close)
+{
+    XmlToken token;
+    token.begin = at;
+    const void* found = size - at > openLength
+                            ? memmem(data + at + openLength, size_t(size - at - openLength), close, std::strlen(close))
+                            : nullptr;
+    token.kind = found ? kind : XmlToken::Bad;
+    token.end = found ? static_cast<const char*>(found) - data + qint64(std::strlen(close)) : size;
+    at = token.end;
+    return token;
+}
+
+// Behind the '>' that ends a tag, -1 when there is none. A '>' between quotes does not.
+qint64 XmlScanner::TagEnd(qint64 from) const
+{
+    char quote = 0;
+    for (qint64 i = from; i < size; ++i) {
+        const char c = data[i];
+        if (quote) {
+            if (c == quote)
+                quote = 0;
+        } else if (c == '"' || c == '\'') {
+            quote = c;
+        } else if (c == '>') {
+            return i + 1;
+        }
+    }
+    return -1;
+}
+
+namespace {
+
+PackageError BadXml(const char* reason)
+{
+    return {PackageErrorKind::BadXml, QCoreApplication::translate("OfdPackage", reason)};
+}
+
+} // namespace
+
+PackageError CheckXml(const QByteArray& bytes)
+{
+    if (std::memchr(bytes.constData(), 0, size_t(bytes.size())))
+        return BadXml("The XML holds a zero byte.");
+    XmlScanner scanner(bytes, 0);
+    int depth = 0;
+    int elements = 0;
+    for (XmlToken token = scanner.Next(); token.kind != XmlToken::End; token = scanner.Next()) {
+        switch (token.kind) {
+        case XmlToken::DocType:
+            return BadXml("The XML has a document type declaration, which is not allowed.");
+        case XmlToken::Bad:
+            return BadXml("The XML ends in the middle of a tag.");
+        case XmlToken::StartTag:
+            if (++depth > limits::MaxXmlDepth)
+                return BadXml("The XML is nested too deep.");
+            ++elements;
+            break;
+        case XmlToken::EmptyTag:
+            ++elements;
+            break;
+        case XmlToken::EndTag:
+            --depth;
+            break;
+        default:
+            break;
+        }
+        if (elements > limits::MaxXmlElements)
+            return BadXml("The XML has too many elements.");
+    }
+    return {};
+}
+
+} // namespace ofd
