@@ -2,24 +2,49 @@
 
 #include <common/reorder_tree.h>
 
-#include <QList>
-
-class G_DocView;
-class G_TreeNode;
 class NaviBookmarkWidget;
-class QMimeData;
 
-// The list of the bookmark pane: rows are reordered by dragging, with a drop indicator of its own, and by Alt+Up and
-// Alt+Down. A direct child of its NaviBookmarkWidget. The flags and lines of a drag and the request for a new row's
-// editor stand in the shared base. Main thread only.
+// Where the user stood in the list, by row, so that a refill does not throw them back to the top.
+struct RowPlace
+{
+    int currentRow = -1;
+    int scrollValue = 0;
+};
+
+// The list of the bookmark pane: rows are reordered by dragging and by Alt+Up and Alt+Down; Enter goes to a bookmark,
+// F2 renames it, Delete deletes the selection. A direct child of its NaviBookmarkWidget. Main thread only.
 class CBookmarkTreeWidget : public ReorderTree
 {
     Q_OBJECT
 public:
     CBookmarkTreeWidget(QWidget* parent, G_DocView* docView);
 
-    // A new bookmark that waits for its editor: the list's root (null = none) with `pendingRow`.
-    G_TreeNode*& pendingRoot;
+    G_TreeNode*& pendingRoot; // the list's root while a new bookmark waits for its editor, else null
 
+    // Null once the pane is being destroyed.
     NaviBookmarkWidget* Pane() const;
+    QMimeData* PrepareDrag() override;
+    RowPlace CurrentPlace() const;
+    // Makes the row current without selecting it and scrolls back; a row that is gone is left alone.
+    void GoBackTo(const RowPlace& place);
+
+protected:
+    QString MimeType() const override;
+    int LineStart(const QRect& rowRect, const QPoint& position) override;
+    bool CanDropOn(QTreeWidgetItem* source, QTreeWidgetItem* target) const override;
+    void Drop(QDropEvent* event) override;
+    void Resized() override;
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QList<int> SelectedRows() const;
+    QList<G_TreeNode*> NodesAt(const QList<int>& rows) const;
+    G_TreeNode* ListRoot() const;
+    bool MoveDragged(const QPoint& position, QTreeWidgetItem* source);
+    void MoveSelection(int step);
+    void SelectBlock(int firstRow, int count, int currentRow);
+    void DeleteSelection();
+    void OpenMenuAtCurrent();
+    bool PerformKey(const QKeyEvent& event);
 };

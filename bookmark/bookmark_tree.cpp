@@ -1,0 +1,269 @@
+#include "bookmark_tree.h"
+
+#include "bookmark_node.h"
+#include "bookmark_pane.h"
+
+#include <common/public_method.h>
+#include <common/rights.h>
+#include <frame/document/ig_document.h>
+
+#include <QContextMenuEvent>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QScrollBar>
+
+namespace {
+
+constexpr int LineInset = 6; // px from the row's left edge
+
+} // namespace
+
+CBookmarkTreeWidget::CBookmarkTreeWidget(QWidget* parent, G_DocView* docView)
+    : ReorderTree(parent, docView)
+    , pendingRoot(pendingNode)
+{
+    viewport()->setAttribute(Qt::WA_Hover); // the delegate paints the row under the mouse
+}
+
+NaviBookmarkWidget* CBookmarkTreeWidget::Pane() const
+{
+    return qobject_cast<NaviBookmarkWidget*>(parentWidget());
+}
+
+G_TreeNode* CBookmarkTreeWidget::ListRoot() const
+{
+    const NaviBookmarkWidget* pane = Pane();
+    return pane && pane->document ? pane->document->GetBookmarkRoot() : nullptr;
+}
+
+// Ascending.
+QList<int> CBookmarkTreeWidget::SelectedRows() const
+{
+    QList<int> rows;
+    const QModelIndexList selected = selectionModel()->selectedRows();
+    rows.reserve(selected.size());
+    for (const QModelIndex& index : selected)
+        rows.append(index.row());
+    PublicMethod::SortRows(rows);
+    return rows;
+}
+
+QList<G_TreeNode*> CBookmarkTreeWidget::NodesAt(const QList<int>& rows) const
+{
+    QList<G_TreeNode*> nodes;
+    G_TreeNode* root = ListRoot();
+    for (const int row : rows) {
+        if (G_TreeNode* node = root ? root->SubNode(row) : nullptr)
+            nodes.append(node);
+    }
+    return nodes;
+}
+
+QMimeData* CBookmarkTreeWidget::PrepareDrag()
+{
+    const NaviBookmarkWidget* pane = Pane();
+    if (!pane || !MayReorder(pane->document))
+        return nullptr;
+    const QList<int> rows = SelectedRows();
+    if (rows.isEmpty())
+        return nullptr;
+    dragNodes = NodesAt(rows);
+    isDragging = true;
+    return PackSelection();
+}
+
+QString CBookmarkTreeWidget::MimeType() const
+{
+    return QStringLiteral("BookmarkMoveDstItem");
+}
+
+int CBookmarkTreeWidget::LineStart(const QRect& rowRect, const QPoint&)
+{
+    return rowRect.left() + LineInset;
+}
+
+bool CBookmarkTreeWidget::CanDropOn(QTreeWidgetItem*, QTreeWidgetItem* target) const
+{
+    return !target->isSelected();
+}
+
+void CBookmarkTreeWidget::Drop(QDropEvent* event)
+{
+    const int count = dragNodes.size();
+    const bool isMoved = MoveDragged(event->pos(), SourceItem(event->mimeData()));
+    if (isMoved) {
+        event->setDropAction(Qt::MoveAction);
+        event->accept();
+    } else {
+        // Ignored altogether: with any other action Qt would move the items itself, and the list would show an order
+        // that the document does not have.
+        event->setDropAction(Qt::IgnoreAction);
+        event->ignore();
+    }
+    QTreeWidget::dropEvent(event);
+    // Selected only now: what is selected while Qt handles the drop might be moved by it.
+    if (isMoved && !dragNodes.isEmpty())
+        SelectBlock(dragNodes.first()->index, count, dragNodes.first()->index);
+    dragNodes.clear(); // an undo would leave dead nodes
+}
+
+bool CBookmarkTreeWidget::MoveDragged(const QPoint& position, QTreeWidgetItem* source)
+{
+    QTreeWidgetItem* target = itemAt(position);
+    if (!source || !target || source == target || target->isSelected())
+        return false;
+    G_TreeNode* root = ListRoot();
+    G_TreeNode* node = root ? root->SubNode(indexOfTopLevelItem(target)) : nullptr;
+    if (!node)
+        return false;
+    if (dropAtTop)
+        Pane()->MoveBookmarks(dragNodes, node->parent, true);
+    else
+        Pane()->MoveBookmarks(dragNodes, node, false);
+    return true;
+}
+
+// Moves the selected rows as one block up or down by one row, through the same command as a drag.
+void CBookmarkTreeWidget::MoveSelection(int step)
+{
+    NaviBookmarkWidget* pane = Pane();
+    const QList<int> rows = SelectedRows();
+    if (!pane || rows.isEmpty() || !MayReorder(pane->document))
+        return;
+    const int count = rows.size();
+    const int currentOffset = qMax(0, rows.indexOf(currentIndex().row()));
+    const bool isBlock = rows.last() - rows.first() + 1 == count;
+    if (step < 0) {
+        if (rows.first() == 0 && isBlock)
+            return;
+        const int first = qMax(0, rows.first() - 1);
+        G_TreeNode* before = first > 0 ? ListRoot()->SubNode(first - 1) : nullptr;
+        pane->MoveBookmarks(NodesAt(rows), before ? before : ListRoot(), !before);
+        SelectBlock(first, count, first + currentOffset);
+        return;
+    }
+    G_TreeNode* behind = ListRoot()->SubNode(rows.last() + 1);
+    if (!behind)
+        return;
+    pane->MoveBookmarks(NodesAt(rows), behind, false);
+    const int first = rows.last() + 2 - count;
+    SelectBlock(first, count, first + currentOffset);
+}
+
+void CBookmarkTreeWidget::SelectBlock(int firstRow, int count, int currentRow)
+{
+    const int lastRow = qMin(firstRow + count, topLevelItemCount()) - 1;
+    if (firstRow < 0 || lastRow < firstRow)
+        return;
+    const QItemSelection block(model()->index(firstRow, 0), model()->index(lastRow, 0));
+    selectionModel()->setCurrentIndex(model()->index(currentRow, 0), QItemSelectionModel::NoUpdate);
+    selectionModel()->select(block, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+RowPlace CBookmarkTreeWidget::CurrentPlace() const
+{
+    return {currentIndex().row(), verticalScrollBar()->value()};
+}
+
+void CBookmarkTreeWidget::GoBackTo(const RowPlace& place)
+{
+    const int row = qMin(place.currentRow, topLevelItemCount() - 1);
+    if (row >= 0) {
+        // Without scrolling, which would lay out all rows now and not when they are shown.
+        const bool scrolls = hasAutoScroll();
+        setAutoScroll(false);
+        selectionModel()->setCurrentIndex(model()->index(row, 0), QItemSelectionModel::NoUpdate);
+        setAutoScroll(scrolls);
+    }
+    if (place.scrollValue > 0) {
+        executeDelayedItemsLayout();
+        verticalScrollBar()->setValue(place.scrollValue);
+    }
+}
+
+// The key goes on with the row that took the place of the deleted ones.
+void CBookmarkTreeWidget::DeleteSelection()
+{
+    const int count = topLevelItemCount();
+    const QList<int> rows = SelectedRows();
+    if (NaviBookmarkWidget* pane = Pane())
+        pane->DelBookmark();
+    const int left = topLevelItemCount();
+    if (left > 0 && left < count && !rows.isEmpty())
+        setCurrentItem(topLevelItem(qMin(rows.first(), left - 1)));
+}
+
+void CBookmarkTreeWidget::OpenMenuAtCurrent()
+{
+    const QModelIndex current = currentIndex();
+    if (!current.isValid())
+        return;
+    scrollTo(current);
+    emit customContextMenuRequested(visualRect(current).center());
+}
+
+bool CBookmarkTreeWidget::event(QEvent* event)
+{
+    if (event->type() == QEvent::ContextMenu) {
+        auto* menuEvent = static_cast<QContextMenuEvent*>(event);
+        if (menuEvent->reason() == QContextMenuEvent::Keyboard) {
+            OpenMenuAtCurrent();
+            menuEvent->accept();
+            return true;
+        }
+    }
+    return ReorderTree::event(event);
+}
+
+void CBookmarkTreeWidget::keyPressEvent(QKeyEvent* event)
+{
+    if (PerformKey(*event)) {
+        event->accept();
+        return;
+    }
+    ReorderTree::keyPressEvent(event);
+}
+
+// What the mouse does, through the same operations. False when the key is none of these.
+bool CBookmarkTreeWidget::PerformKey(const QKeyEvent& event)
+{
+    NaviBookmarkWidget* pane = Pane();
+    if (!pane)
+        return false;
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    if (modifiers == Qt::AltModifier && (event.key() == Qt::Key_Up || event.key() == Qt::Key_Down)) {
+        MoveSelection(event.key() == Qt::Key_Up ? -1 : 1);
+        return true;
+    }
+    if (modifiers == Qt::ShiftModifier && event.key() == Qt::Key_F10) {
+        OpenMenuAtCurrent();
+        return true;
+    }
+    if (modifiers != Qt::NoModifier)
+        return false;
+    switch (event.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        pane->onClickItem(currentItem(), 0);
+        return true;
+    case Qt::Key_F2:
+        pane->RenameBookmark(currentItem());
+        return true;
+    case Qt::Key_Delete:
+        DeleteSelection();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void CBookmarkTreeWidget::Resized()
+{
+    NaviBookmarkWidget* pane = Pane();
+    if (!pane)
+        return;
+    pane->UpdateNoContent();
+    if (pane->wrapEnabled)
+        scheduleDelayedItemsLayout(); // lines break elsewhere now
+}
