@@ -1,0 +1,217 @@
+#include "reorder_tree.h"
+
+#include <frame/operation/event.h>
+#include <frame/view/ui_context.h>
+
+#include <QDrag>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QPixmap>
+#include <QScrollBar>
+#include <QShowEvent>
+
+namespace {
+
+constexpr int topZone = 5;     // px below the view's top edge that mean "to the top of the list"
+constexpr int lineEndGap = 4;  // px between the indicator and the row's right end
+constexpr int topLineDrop = 4; // px below the row's top where the indicator of the top zone stands
+
+std::function<Qt::DropAction(QDrag*)>& DragRunner()
+{
+    static std::function<Qt::DropAction(QDrag*)> runner;
+    return runner;
+}
+
+G_Event* ToolButtonEvent(const QString& toolName, bool value)
+{
+    CommandBarSettingData data;
+    data.names = QStringList{toolName};
+    data.value = value;
+    return new G_CommandBarOpChangedEvent(data);
+}
+
+} // namespace
+
+ReorderTree::ReorderTree(QWidget* parent, G_DocView* docView)
+    : QTreeWidget(parent)
+    , docView(docView)
+{
+    setDragEnabled(true);
+    setAcceptDrops(true);
+    setDropIndicatorShown(true);
+    setDragDropMode(QAbstractItemView::InternalMove);
+}
+
+void ReorderTree::SetDragRunner(std::function<Qt::DropAction(QDrag*)> runner)
+{
+    DragRunner() = std::move(runner);
+}
+
+void ReorderTree::ClearPending()
+{
+    pendingNode = nullptr;
+    pendingRow = -1;
+}
+
+void ReorderTree::Resized() {}
+
+QMimeData* ReorderTree::PackSelection() const
+{
+    const QList<QTreeWidgetItem*> selected = selectedItems();
+    auto* data = new QMimeData;
+    data->setData(MimeType(), QByteArray::number(reinterpret_cast<quintptr>(selected.value(0))));
+    return data;
+}
+
+QTreeWidgetItem* ReorderTree::SourceItem(const QMimeData* data) const
+{
+    const quintptr address = data->data(MimeType()).toULongLong();
+    for (QTreeWidgetItem* item : selectedItems()) {
+        if (reinterpret_cast<quintptr>(item) == address)
+            return item;
+    }
+    return nullptr;
+}
+
+void ReorderTree::startDrag(Qt::DropActions)
+{
+    QMimeData* data = PrepareDrag();
+    if (!data)
+        return;
+    auto* drag = new QDrag(this);
+    drag->setMimeData(data);
+    drag->setDragCursor(QPixmap(QStringLiteral(":/nodeQrc/image/ico.svg")), Qt::MoveAction);
+    if (DragRunner()) {
+        DragRunner()(drag);
+        delete drag;
+    } else {
+        drag->exec(Qt::MoveAction); // deletes itself
+    }
+}
+
+void ReorderTree::dragEnterEvent(QDragEnterEvent* event)
+{
+    leftView = false;
+    event->setAccepted(event->mimeData()->hasFormat(MimeType()));
+}
+
+void ReorderTree::dragLeaveEvent(QDragLeaveEvent* event)
+{
+    leftView = true;
+    viewport()->update(); // takes the indicator away
+    event->accept();
+}
+
+void ReorderTree::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (!event->mimeData()->hasFormat(MimeType())) {
+        event->ignore();
+        return;
+    }
+    dropAtTop = event->pos().y() < topZone;
+    if (!dropAtTop && !LeaveSignatureTool())
+        return;
+    event->setDropAction(Qt::MoveAction);
+    QTreeWidgetItem* target = itemAt(event->pos());
+    if (!target) {
+        event->ignore();
+        return;
+    }
+    PlaceIndicator(target, event->pos());
+    QTreeWidgetItem* source = SourceItem(event->mimeData());
+    canDrop = source && CanDropOn(source, target);
+    if (!canDrop) {
+        oldLine = line;
+        line = QLine();
+    }
+    viewport()->update();
+    event->setAccepted(canDrop);
+}
+
+// A drag over the list ends the electronic-signature tool, which would take the drop for a click of its own. False when
+// the view has no tool or no hand tool to change to; the move is then not looked at further.
+bool ReorderTree::LeaveSignatureTool()
+{
+    G_ToolHandler* tool = docView ? docView->CurrentToolHandler() : nullptr;
+    if (!tool)
+        return false;
+    const CCA_String toolName = tool->Name();
+    if (toolName != "d_electronicsignature")
+        return true;
+    G_UIContext* context = docView->UIContext();
+    G_ToolHandler* hand = context->FindHandlerByName("t_handtool");
+    if (!hand)
+        return false;
+    context->FireEvent(ToolButtonEvent(QStringLiteral("t_handtool"), true));
+    context->FireEvent(ToolButtonEvent(QString::fromUtf8(toolName.Bytes()), false));
+    docView->SetCurrentToolHandler(hand);
+    return true;
+}
+
+void ReorderTree::PlaceIndicator(const QTreeWidgetItem* target, const QPoint& position)
+{
+    oldLine = line;
+    const QRect row = visualItemRect(target);
+    const int start = LineStart(row, position);
+    const int y = dropAtTop ? row.top() + topLineDrop : row.bottom();
+    line = QLine(start, y, row.right() - lineEndGap, y);
+}
+
+void ReorderTree::dropEvent(QDropEvent* event)
+{
+    isDragging = false;
+    if (event->mimeData()->hasFormat(MimeType())) {
+        Drop(event);
+        return;
+    }
+    // Without an action the base class only ends its own state: it must not move items the document knows nothing of.
+    event->setDropAction(Qt::IgnoreAction);
+    event->ignore();
+    QTreeWidget::dropEvent(event);
+}
+
+void ReorderTree::paintEvent(QPaintEvent* event)
+{
+    QTreeWidget::paintEvent(event);
+    if (isDragging && !line.isNull() && !leftView)
+        PaintIndicator();
+}
+
+void ReorderTree::PaintIndicator()
+{
+    QPainter painter(viewport());
+    const QColor color = canDrop ? QColor(100, 101, 106) : QColor(Qt::red);
+    const QPoint tip = line.p1();
+    const QPoint arrow[] = {tip + QPoint(-6, -5), tip, tip + QPoint(-6, 5)};
+    painter.setPen(palette().color(QPalette::Base));
+    painter.setBrush(color);
+    painter.drawPolygon(arrow, 3);
+    QPen pen(color, 1);
+    pen.setDashPattern({2, 3, 2, 3});
+    painter.setPen(pen);
+    painter.drawLine(line);
+}
+
+void ReorderTree::resizeEvent(QResizeEvent* event)
+{
+    QTreeWidget::resizeEvent(event);
+    // Qt keeps row heights over a resize; wrapped rows have other heights at another width.
+    if (event->size().width() != event->oldSize().width())
+        scheduleDelayedItemsLayout();
+    Resized();
+}
+
+void ReorderTree::showEvent(QShowEvent* event)
+{
+    QTreeWidget::showEvent(event);
+    if (verticalScrollBar()->isVisible())
+        RemeasureRows();
+}
+
+void ReorderTree::RemeasureRows()
+{
+    resize(width() - 1, height());
+    resize(width() + 1, height());
+    scheduleDelayedItemsLayout(); // hidden widgets get no resize events
+}

@@ -1,0 +1,13 @@
+#include "text_rules.h"
+
+QString RemoveBlanks(const QString& text)
+{
+    const QLatin1Char blank(' ');
+    int begin = 0;
+    int end = text.size();
+    while (begin < end && text.at(begin) == blank)
+        ++begin;
+    while (end > begin && text.at(end - 1) == blank)
+        --end;
+    return text.mid(begin, end - begin);
+}

@@ -4,7 +4,6 @@
 
 class G_UIContext;
 class IG_Document;
-class OVPaintNoContent;
 
 // The base of the pane widgets: a hidden pane does no work when pages change, it is only marked stale and refills when
 // it is shown. Lives for one document tab. Main thread only.
