@@ -2,6 +2,7 @@
 
 #include <frame/base/export.h>
 
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -41,8 +42,17 @@ signals:
 private:
     void MakeNext();
     QWidget* Make(G_NavigationPage* page, IG_Document* document);
-    G_UIContext* context; // not owned
-    QList<QPointer<QObject>> due;
+    void Schedule();
+    bool IsCurrent(IG_Document* document) const;
+    QList<G_NavigationPage*> Missing(IG_Document* document) const;
+
+    G_UIContext* context;         // not owned
+    QList<QPointer<QObject>> due; // views whose panes may be made
+    // Pages whose pane is being made: what CreateWidget sets off may ask for panes again.
+    QList<G_NavigationPage*> making;
+    // Documents and the pages that gave no pane for them, so that they are not asked for ever.
+    QHash<IG_Document*, QList<QPointer<QObject>>> barren;
+    bool isScheduled = false;
 };
 
 } // namespace Core

@@ -2,10 +2,10 @@
 
 #include <frame/base/export.h>
 
+#include <QAbstractButton>
 #include <QDialog>
 #include <QPoint>
-
-class QAbstractButton;
+#include <QPointer>
 
 namespace Utils {
 namespace Widgets {
@@ -33,7 +33,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
-    QAbstractButton* defaultButton = nullptr; // not owned
+    QPointer<QAbstractButton> defaultButton; // not owned
     QPoint grip;
     bool movable;
     bool isMoving = false;

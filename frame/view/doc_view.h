@@ -93,6 +93,12 @@ public:
     QList<G_HighLightItem> SelectHighLightText() const;
     void SetHighLightText(const QList<G_HighLightItem>& items);
     void SelectAllText();
+    // The selected text, one line for each run.
+    QString SelectedText() const;
+    // Moves the visible part of the scene.
+    void ScrollBy(int dx, int dy);
+    // Renders what is in view now and waits for it: for pictures of the window and for programs without an event loop.
+    void FinishRendering();
 
     virtual void SetCurrentToolHandler(G_ToolHandler* handler); // emits ToolHandlerChange
     virtual G_ToolHandler* CurrentToolHandler();
@@ -119,7 +125,7 @@ signals:
 
 private:
     friend class GR_PageGraphicItem;
-    friend class G_PageScene;
+    friend class G_PageWidget;
     struct Private;
     std::unique_ptr<Private> d;
 };

@@ -20,6 +20,7 @@ class G_DocView;
 class G_Event;
 class G_EventMgr;
 class G_ToolHandler;
+class IG_Annot;
 class IG_Document;
 class QWidget;
 
@@ -68,6 +69,11 @@ public:
     void SetPaneMaker(std::function<void(IG_Document*)> makePanes);
     // True while a modal box of this context is up; the frame refuses to close tabs then.
     bool IsModalRunning() const;
+    // One step on the current view's stack, never on another's: commands act on the current view. False without one.
+    bool Undo();
+    bool Redo();
+    // Shows a transient note over the current view, or over the dialog parent without one.
+    void ShowNote(const QString& text);
 
     // G_OperationHost
     bool MayRun(G_Operation* op) override;
@@ -78,6 +84,10 @@ private:
     friend class G_DocView; // enrols and leaves
     void ViewCreated(G_DocView* view);
     void ViewDestroyed(G_DocView* view);
+    void UseEvent(G_Event* event);
+    void RepaintAnnotation(IG_Document* document, IG_Annot* annot);
+    struct BoxText;
+    int RunBox(int icon, const BoxText& content);
     struct Private;
     std::unique_ptr<Private> d;
 };

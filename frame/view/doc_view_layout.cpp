@@ -1,0 +1,272 @@
+#include "doc_view_private.h"
+
+#include <frame/document/ig_document.h>
+#include <frame/operation/event_manager.h>
+#include <frame/utils/dpi.h>
+
+#include <QScrollBar>
+
+namespace {
+
+constexpr double kLeastZoomPercent = 1;
+constexpr double kMostZoomPercent = 6400;
+
+// Pixels of a millimetre at actual size on this screen.
+double PixelsPerMm()
+{
+    return 96 * Utils::OVDpi::Instance()->DpiScale() / 25.4;
+}
+
+bool IsAllZero(const CCA_GRect& rect)
+{
+    return rect == CCA_GRect();
+}
+
+} // namespace
+
+void G_DocView::Private::ReadPages()
+{
+    QVector<QSizeF> sizes;
+    const int count = document->GetPageCount();
+    sizes.reserve(count);
+    for (int page = 0; page < count; ++page)
+        sizes.append(document->PageSizeMm(page));
+    layout.SetPages(sizes);
+}
+
+void G_DocView::Private::Arrange()
+{
+    layout.Arrange(zoom, rotation, PixelsPerMm());
+    scene.setSceneRect(layout.SceneRect());
+    if (widget)
+        widget->setSceneRect(layout.SceneRect());
+    SyncItems();
+}
+
+QRect G_DocView::Private::VisibleRect() const
+{
+    if (!widget)
+        return {};
+    return widget->mapToScene(widget->viewport()->rect()).boundingRect().toAlignedRect();
+}
+
+void G_DocView::Private::SyncItems()
+{
+    const QRect visible = VisibleRect();
+    const QPair<int, int> pages = layout.PagesIn(visible);
+    const QList<int> present = items.keys();
+    for (const int page : present) {
+        if (page < pages.first || page > pages.second)
+            delete items.take(page);
+    }
+    for (int page = pages.first; page <= pages.second; ++page) {
+        GR_PageGraphicItem*& item = items[page];
+        if (!item) {
+            item = new GR_PageGraphicItem(q, page);
+            scene.addItem(item);
+        }
+        const QRect rect = layout.PageRect(page);
+        item->setPos(rect.topLeft());
+        item->SetSize(rect.size());
+    }
+}
+
+void G_DocView::Private::ScrollTo(const QPointF& scenePoint, const QPoint& viewportPoint)
+{
+    if (!widget)
+        return;
+    widget->horizontalScrollBar()->setValue(qRound(scenePoint.x()) - viewportPoint.x());
+    widget->verticalScrollBar()->setValue(qRound(scenePoint.y()) - viewportPoint.y());
+    SyncItems();
+}
+
+void G_DocView::Private::ZoomAt(double percent, const QPoint& viewportPoint)
+{
+    percent = qBound(kLeastZoomPercent, percent, kMostZoomPercent);
+    if (percent == zoom || !widget)
+        return;
+    const QPointF scenePoint = widget->mapToScene(viewportPoint);
+    const int page = layout.NearestPage(scenePoint.toPoint());
+    const QPointF onPage = page < 0 ? QPointF() : layout.ToPage(scenePoint, page);
+    ++moving;
+    zoom = percent;
+    Arrange();
+    if (page >= 0)
+        ScrollTo(layout.ToScene(onPage, page), viewportPoint);
+    --moving;
+    UpdateCurrentAfterLayout();
+    emit q->ZoomChanged(static_cast<float>(zoom));
+}
+
+// A change of layout keeps the current page as long as any of it is in view: zooming is no turning of pages.
+void G_DocView::Private::UpdateCurrentAfterLayout()
+{
+    SyncItems();
+    const QRect visible = VisibleRect();
+    if (current < 0 || !layout.PageRect(current).intersects(visible)) {
+        const int filling = layout.FillingPage(visible);
+        if (filling >= 0)
+            current = filling;
+    }
+    AnnounceLater();
+    q->UpdateView();
+}
+
+void G_DocView::Private::Announce()
+{
+    announceTimer.stop();
+    if (announced == current)
+        return;
+    announced = current;
+    emit q->CurrentPageChanged(current);
+    if (context)
+        emit context->EventMgr()->PageChange(q);
+}
+
+// A jump often comes as zoom and then place: what the zoom alone did to the page is told only if it stays so.
+void G_DocView::Private::AnnounceLater()
+{
+    announceTimer.start();
+}
+
+void G_DocView::Private::Scrolled()
+{
+    SyncItems();
+    if (moving > 0)
+        return;
+    const int filling = layout.FillingPage(VisibleRect());
+    if (filling >= 0)
+        current = filling;
+    Announce();
+}
+
+void G_DocView::Private::Resized()
+{
+    if (isFitting)
+        return;
+    ++moving;
+    ApplyMode();
+    --moving;
+    UpdateCurrentAfterLayout();
+}
+
+double G_DocView::Private::FittingZoom(G_Preferences::ZoomMode wanted) const
+{
+    const QSizeF page = layout.TurnedSizeMm(qMax(0, current)) * PixelsPerMm();
+    if (layout.Count() == 0 || page.isEmpty())
+        return zoom;
+    const QSize room = widget->viewport()->size() - QSize(2 * PageLayout::gapPx, 2 * PageLayout::gapPx);
+    const double byWidth = room.width() / page.width() * 100;
+    const double byHeight = room.height() / page.height() * 100;
+    if (wanted == G_Preferences::FitWidth)
+        return byWidth;
+    return wanted == G_Preferences::FitHeight ? byHeight : qMin(byWidth, byHeight);
+}
+
+void G_DocView::Private::ApplyMode()
+{
+    if (!widget || isFitting)
+        return;
+    isFitting = true; // a scroll bar that comes or goes resizes the viewport again
+    switch (mode) {
+    case G_Preferences::ActualSize:
+        ZoomAt(100, QPoint(0, 0));
+        break;
+    case G_Preferences::FitWidth:
+    case G_Preferences::FitHeight:
+    case G_Preferences::FitPage:
+        ZoomAt(FittingZoom(mode), QPoint(0, 0));
+        break;
+    default:
+        break;
+    }
+    isFitting = false;
+}
+
+void G_DocView::GoToPage(G_DocView* /*sender*/, int pageIndex, const CCA_GRect& rect, bool fitRect)
+{
+    if (!d->layout.IsValid(pageIndex) || !d->widget)
+        return;
+    ++d->moving;
+    const QSize room = d->widget->viewport()->size();
+    if (fitRect && !rect.IsEmpty()) {
+        const QRectF turned = d->layout.PageMatrix(pageIndex).mapRect(QRectF(0, 0, rect.Width(), rect.Height()));
+        const double factor = qMin(room.width() / turned.width(), room.height() / turned.height());
+        d->ZoomAt(d->zoom * factor, QPoint(0, 0));
+        d->mode = G_Preferences::FitRect;
+        const CCA_Rect place = SceneRectFromDocRect(rect, pageIndex);
+        const QPointF middle((place.left + place.right) / 2.0, (place.top + place.bottom) / 2.0);
+        d->ScrollTo(middle, QPoint(room.width() / 2, room.height() / 2));
+    } else if (IsAllZero(rect)) {
+        const QRect page = PageRect(pageIndex);
+        const int left = page.width() < room.width() ? page.center().x() - room.width() / 2 : VisibleSceneRect().left();
+        d->ScrollTo(QPointF(left, page.top() - PageLayout::gapPx), QPoint(0, 0));
+    } else {
+        const CCA_Rect place = SceneRectFromDocRect(rect, pageIndex);
+        d->ScrollTo(QPointF(place.left, place.top), QPoint(0, 0));
+    }
+    --d->moving;
+    d->current = pageIndex;
+    d->Announce();
+    UpdateView();
+}
+
+float G_DocView::GetZoom() const
+{
+    return static_cast<float>(d->zoom);
+}
+
+void G_DocView::SetZoom(float percent, bool keepCenter)
+{
+    d->mode = G_Preferences::Custom;
+    const QRect viewport = d->widget ? d->widget->viewport()->rect() : QRect();
+    d->ZoomAt(static_cast<double>(percent), keepCenter ? viewport.center() : QPoint(0, 0));
+}
+
+G_Preferences::ZoomMode G_DocView::ZoomMode() const
+{
+    return d->mode;
+}
+
+void G_DocView::SetZoomMode(G_Preferences::ZoomMode mode)
+{
+    d->mode = mode;
+    d->ApplyMode();
+}
+
+int G_DocView::Rotation() const
+{
+    return d->rotation;
+}
+
+void G_DocView::SetRotation(int degrees)
+{
+    const int turned = ((degrees % 360) + 360) % 360 / 90 * 90;
+    if (turned == d->rotation)
+        return;
+    const int page = d->current;
+    ++d->moving;
+    d->rotation = turned;
+    d->Arrange();
+    d->ApplyMode();
+    if (page >= 0)
+        d->ScrollTo(QPointF(VisibleSceneRect().left(), PageRect(page).top() - PageLayout::gapPx), QPoint(0, 0));
+    --d->moving;
+    d->UpdateCurrentAfterLayout();
+}
+
+void G_DocView::ScrollBy(int dx, int dy)
+{
+    if (d->widget)
+        d->widget->ScrollStep(dx, dy);
+}
+
+void G_DocView::NextPage()
+{
+    GoToPage(this, d->current + 1, CCA_GRect(), false);
+}
+
+void G_DocView::PreviousPage()
+{
+    GoToPage(this, d->current - 1, CCA_GRect(), false);
+}

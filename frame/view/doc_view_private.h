@@ -1,0 +1,99 @@
+#pragma once
+
+#include "doc_view.h"
+#include "page_cache.h"
+#include "page_item.h"
+#include "page_layout.h"
+#include "page_widget.h"
+#include "render_jobs.h"
+#include "ui_context.h"
+
+#include <QGraphicsScene>
+#include <QHash>
+#include <QPointer>
+#include <QSet>
+#include <QTimer>
+
+class QPainter;
+
+// What a view is made of. The functions stand in the doc_view_*.cpp of their subject.
+struct G_DocView::Private
+{
+    Private(G_DocView* view, G_UIContext* context, IG_Document* document, QWidget* parentWidget);
+
+    // doc_view_layout.cpp
+    void ReadPages();
+    void Arrange();
+    // Changes the zoom so that the scene point under this point of the viewport stays there.
+    void ZoomAt(double percent, const QPoint& viewportPoint);
+    void ApplyMode();
+    double FittingZoom(G_Preferences::ZoomMode mode) const;
+    // Brings a scene point under a point of the viewport, as far as the scene reaches.
+    void ScrollTo(const QPointF& scenePoint, const QPoint& viewportPoint);
+    void SyncItems();
+    void Resized();
+    void Scrolled();
+    // Emits the page change when there is one.
+    void Announce();
+    void AnnounceLater();
+    void UpdateCurrentAfterLayout();
+    QRect VisibleRect() const;
+
+    // doc_view_render.cpp
+    void PaintPage(QPainter* painter, GR_PageGraphicItem* item);
+    void PaintPicture(QPainter* painter, int page, const QSize& size);
+    void PaintError(QPainter* painter, const QSize& size, const QString& error) const;
+    void PaintSelection(QPainter* painter, int page) const;
+    void PaintScene(QPainter* painter, bool isStart);
+    // Overlays in order of installation, the current tool last.
+    QList<G_DocViewRender*> Overlays() const;
+    bool IsOverlay(G_DocViewRender* render) const;
+    void AskForPicturesLater();
+    void AskForPictures();
+    RenderWish WishFor(int page);
+    bool IsGood(const PagePicture* picture, const RenderWish& wish) const;
+    QRect VisiblePart(int page, const QSize& whole) const; // physical pixels of the shown page
+    QSet<int> IgnoredTemplates(int page);
+    void PictureMade(const RenderWish& wish, const G_RenderResult& result);
+
+    // doc_view_tools.cpp
+    CCA_Point Remember(const QPoint& viewportPoint);
+    bool MouseEvent(QMouseEvent* event);
+    bool WheelEvent(QWheelEvent* event);
+    bool KeyEvent(QKeyEvent* event);
+    bool DefaultKey(QKeyEvent* event);
+    void DestroyTools();
+
+    G_DocView* q;                  // not owned; the view this belongs to
+    QPointer<G_UIContext> context; // not owned
+    IG_Document* document;         // not owned
+    PageLayout layout;
+    QGraphicsScene scene;
+    QPointer<G_PageWidget> widget;         // owned by its parent widget, or by the view while it has none
+    QHash<int, GR_PageGraphicItem*> items; // owned by the scene; only pages near the visible part have one
+    mutable QSet<int> handedOut;           // pages that callers were given; released at the end
+
+    double zoom = 100; // percent
+    G_Preferences::ZoomMode mode = G_Preferences::Custom;
+    int rotation = 0;
+    int current = -1;
+    int announced = -2; // the page that listeners were last told of; -2: none yet
+    int moving = 0;     // above 0 while a jump is under way: its scrolling steps are not announced
+    bool isFitting = false;
+    QTimer announceTimer;
+
+    PageCache cache;
+    std::unique_ptr<RenderJobs> jobs; // null when the document paints nothing
+    QTimer pictureTimer;
+    bool wasFirstPagePainted = false;
+    QString parsedFilter;                   // the text that ignoredTemplates came from
+    QHash<int, QSet<int>> ignoredTemplates; // by page id
+    bool showsAnnotations = true;
+    QList<G_DocViewRender*> renders; // not owned
+
+    QHash<QByteArray, G_ToolHandler*> tools; // owned
+    G_ToolHandler* tool = nullptr;           // not owned; one of `tools`, or a caller's
+    QPoint cursor;                           // scene units
+    QList<G_HighLightItem> selection;
+    QUndoStack* stack = nullptr; // owned by the view as its child
+};

@@ -1,0 +1,177 @@
+#include "doc_view_private.h"
+
+#include <frame/document/ig_document.h>
+#include <frame/operation/event_manager.h>
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QWheelEvent>
+
+#include <cmath>
+
+namespace {
+
+constexpr int kArrowStepPx = 40;
+constexpr double kWheelZoomFactor = 1.1; // a notch of the wheel
+constexpr double kWheelNotch = 120;
+
+// Which tool function takes an event of this kind, by button.
+using MouseHandler = int (G_ToolHandler::*)(unsigned, CCA_Point);
+
+MouseHandler HandlerOf(QEvent::Type type, Qt::MouseButton button)
+{
+    struct Row
+    {
+        QEvent::Type type;
+        Qt::MouseButton button;
+        MouseHandler handler;
+    };
+    static const Row rows[] = {
+        {QEvent::MouseButtonPress, Qt::LeftButton, &G_ToolHandler::OnLButtonDown},
+        {QEvent::MouseButtonRelease, Qt::LeftButton, &G_ToolHandler::OnLButtonUp},
+        {QEvent::MouseButtonDblClick, Qt::LeftButton, &G_ToolHandler::OnLButtonDblClk},
+        {QEvent::MouseButtonPress, Qt::MiddleButton, &G_ToolHandler::OnMButtonDown},
+        {QEvent::MouseButtonRelease, Qt::MiddleButton, &G_ToolHandler::OnMButtonUp},
+        {QEvent::MouseButtonDblClick, Qt::MiddleButton, &G_ToolHandler::OnMButtonDblClk},
+        {QEvent::MouseButtonPress, Qt::RightButton, &G_ToolHandler::OnRButtonDown},
+        {QEvent::MouseButtonRelease, Qt::RightButton, &G_ToolHandler::OnRButtonUp},
+        {QEvent::MouseButtonDblClick, Qt::RightButton, &G_ToolHandler::OnRButtonDblClk},
+    };
+    if (type == QEvent::MouseMove)
+        return &G_ToolHandler::OnMouseMove;
+    for (const Row& row : rows) {
+        if (row.type == type && row.button == button)
+            return row.handler;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void G_DocView::SetCurrentToolHandler(G_ToolHandler* handler)
+{
+    if (d->tool == handler)
+        return;
+    if (d->tool)
+        d->tool->OnDeactivate();
+    d->tool = handler;
+    if (handler)
+        handler->OnActivate();
+    UpdateView();
+    if (d->context)
+        emit d->context->EventMgr()->ToolHandlerChange(handler);
+}
+
+G_ToolHandler* G_DocView::CurrentToolHandler()
+{
+    return d->tool;
+}
+
+G_ToolHandler* G_DocView::ToolHandlerByName(const char* name)
+{
+    const QByteArray key(name);
+    if (G_ToolHandler* known = d->tools.value(key))
+        return known;
+    G_ToolHandler* prototype = G_ToolRegistry::Instance().Find(key);
+    G_ToolHandler* clone = prototype ? prototype->Clone() : nullptr;
+    if (!clone)
+        return nullptr;
+    clone->view = this;
+    d->tools.insert(key, clone);
+    return clone;
+}
+
+void G_DocView::Private::DestroyTools()
+{
+    if (tool)
+        tool->OnDeactivate();
+    tool = nullptr;
+    const QHash<QByteArray, G_ToolHandler*> dying = tools;
+    for (G_ToolHandler* clone : dying)
+        clone->OnDestroy();
+    tools.clear();
+    for (G_ToolHandler* clone : dying) {
+        clone->view = nullptr;
+        delete clone;
+    }
+}
+
+CCA_Point G_DocView::Private::Remember(const QPoint& viewportPoint)
+{
+    cursor = widget->mapToScene(viewportPoint).toPoint();
+    return {cursor.x(), cursor.y()};
+}
+
+bool G_DocView::Private::MouseEvent(QMouseEvent* event)
+{
+    const CCA_Point point = Remember(event->pos());
+    const MouseHandler handler = HandlerOf(event->type(), event->button());
+    if (!tool || !handler)
+        return false;
+    // Buttons and modifiers are different bits, so both fit into the flags.
+    const unsigned flags = static_cast<unsigned>(event->buttons()) | static_cast<unsigned>(event->modifiers());
+    return (tool->*handler)(flags, point) != 0;
+}
+
+bool G_DocView::Private::WheelEvent(QWheelEvent* event)
+{
+    const QPoint place = event->position().toPoint();
+    const CCA_Point point = Remember(place);
+    const int delta = event->angleDelta().y();
+    const auto flags = static_cast<unsigned>(event->buttons()) | static_cast<unsigned>(event->modifiers());
+    if (tool && tool->OnWheel(flags, delta, point) != 0)
+        return true;
+    if ((event->modifiers() & Qt::ControlModifier) == 0)
+        return false;
+    mode = G_Preferences::Custom;
+    ZoomAt(zoom * std::pow(kWheelZoomFactor, delta / kWheelNotch), place);
+    return true;
+}
+
+bool G_DocView::Private::KeyEvent(QKeyEvent* event)
+{
+    const auto flags = static_cast<unsigned>(event->modifiers());
+    if (event->type() == QEvent::KeyRelease)
+        return tool && tool->OnKeyUp(event->key(), flags) != 0;
+    if (tool && tool->OnKeyDown(event->key(), flags) != 0)
+        return true;
+    return DefaultKey(event);
+}
+
+bool G_DocView::Private::DefaultKey(QKeyEvent* event)
+{
+    if ((event->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier | Qt::ControlModifier)) != 0)
+        return false;
+    const int screen = qMax(kArrowStepPx, widget->viewport()->height() - kArrowStepPx);
+    switch (event->key()) {
+    case Qt::Key_PageDown:
+        q->NextPage();
+        return true;
+    case Qt::Key_PageUp:
+        q->PreviousPage();
+        return true;
+    case Qt::Key_Home:
+        q->GoToPage(q, 0, CCA_GRect(), false);
+        return true;
+    case Qt::Key_End:
+        q->GoToPage(q, layout.Count() - 1, CCA_GRect(), false);
+        return true;
+    case Qt::Key_Down:
+        widget->ScrollStep(0, kArrowStepPx);
+        return true;
+    case Qt::Key_Up:
+        widget->ScrollStep(0, -kArrowStepPx);
+        return true;
+    case Qt::Key_Left:
+        widget->ScrollStep(-kArrowStepPx, 0);
+        return true;
+    case Qt::Key_Right:
+        widget->ScrollStep(kArrowStepPx, 0);
+        return true;
+    case Qt::Key_Space:
+        widget->ScrollStep(0, (event->modifiers() & Qt::ShiftModifier) != 0 ? -screen : screen);
+        return true;
+    default:
+        return false;
+    }
+}

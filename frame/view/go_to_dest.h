@@ -1,0 +1,10 @@
+#pragma once
+
+#include <frame/base/export.h>
+#include <frame/document/destination.h>
+
+class G_DocView;
+
+// Brings a destination into view: zoom mode, zoom and place as it says. With `keepZoom` only the place. Tells the
+// listeners that the zoom changed, unless it was kept. A page that does not exist does nothing.
+FRAME_EXPORT void GoToDest(G_DocView* view, const G_Dest& dest, bool keepZoom);

@@ -1,0 +1,210 @@
+#include "host_tools.h"
+
+#include "doc_view.h"
+#include "page_holds.h"
+
+#include <frame/document/ig_document.h>
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+namespace {
+
+constexpr int kArrowCursor = Qt::ArrowCursor;
+
+// Whether the first place stands behind the second in reading order; only the page and the height matter here.
+bool IsBehind(int page, const CCA_GPoint& point, int otherPage, const CCA_GPoint& other)
+{
+    return page != otherPage ? page > otherPage : point.y > other.y;
+}
+
+// The word of a text around a position: letters, digits and what stands for them in scripts without blanks.
+QPair<int, int> WordAt(const QString& text, int position)
+{
+    const auto isWord = [&text](int i) { return text.at(i).isLetterOrNumber() || text.at(i) == QLatin1Char('_'); };
+    if (text.isEmpty())
+        return {0, 0};
+    position = qBound(0, position, text.size() - 1);
+    if (!isWord(position))
+        return {position, position + 1};
+    int from = position;
+    int to = position + 1;
+    while (from > 0 && isWord(from - 1))
+        --from;
+    while (to < text.size() && isWord(to))
+        ++to;
+    return {from, to};
+}
+
+} // namespace
+
+void RegisterHostTools()
+{
+    // Never freed: the registry holds them by reference until the process ends.
+    static auto* hand = new GT_HandTool;
+    static auto* select = new GT_TextSelect;
+    if (G_ToolRegistry::Instance().Find("t_handtool") != hand)
+        hand->RegisterHandlerToGlobal();
+    if (G_ToolRegistry::Instance().Find("t_textselect") != select)
+        select->RegisterHandlerToGlobal();
+}
+
+G_ToolHandler* GT_HandTool::Clone()
+{
+    return new GT_HandTool;
+}
+
+CCA_String GT_HandTool::Name()
+{
+    return "t_handtool";
+}
+
+void GT_HandTool::OnActivate()
+{
+    DocView()->SetViewCursor(Qt::OpenHandCursor);
+}
+
+void GT_HandTool::OnDeactivate()
+{
+    isDragging = false;
+    DocView()->SetViewCursor(kArrowCursor);
+}
+
+int GT_HandTool::OnLButtonDown(unsigned /*flags*/, CCA_Point point)
+{
+    isDragging = true;
+    grip = point;
+    DocView()->SetViewCursor(Qt::ClosedHandCursor);
+    return 1;
+}
+
+int GT_HandTool::OnLButtonUp(unsigned /*flags*/, CCA_Point /*point*/)
+{
+    if (!isDragging)
+        return 0;
+    isDragging = false;
+    DocView()->SetViewCursor(Qt::OpenHandCursor);
+    return 1;
+}
+
+int GT_HandTool::OnMouseMove(unsigned /*flags*/, CCA_Point point)
+{
+    if (!isDragging)
+        return 0;
+    // The scene moves under the mouse, so `point` is again the grip once the view has followed.
+    DocView()->ScrollBy(grip.x - point.x, grip.y - point.y);
+    return 1;
+}
+
+GT_TextSelect::~GT_TextSelect() = default;
+
+G_ToolHandler* GT_TextSelect::Clone()
+{
+    return new GT_TextSelect;
+}
+
+CCA_String GT_TextSelect::Name()
+{
+    return "t_textselect";
+}
+
+void GT_TextSelect::OnDestroy()
+{
+    holds.reset();
+}
+
+void GT_TextSelect::OnActivate()
+{
+    DocView()->SetViewCursor(Qt::IBeamCursor);
+}
+
+void GT_TextSelect::OnDeactivate()
+{
+    isSelecting = false;
+    holds.reset();
+    DocView()->SetViewCursor(kArrowCursor);
+}
+
+int GT_TextSelect::OnLButtonDown(unsigned /*flags*/, CCA_Point point)
+{
+    DocView()->SetHighLightText({});
+    startPage = DocView()->PageIndexByPoint(QPoint(point.x, point.y), true, false);
+    if (startPage < 0)
+        return 1;
+    start = DocView()->DocPointFromScenePoint(point, &startPage);
+    holds = std::make_unique<G_PageHolds>(GDocument());
+    isSelecting = true;
+    return 1;
+}
+
+int GT_TextSelect::OnMouseMove(unsigned /*flags*/, CCA_Point point)
+{
+    if (!isSelecting)
+        return 0;
+    SelectTo(point);
+    return 1;
+}
+
+int GT_TextSelect::OnLButtonUp(unsigned /*flags*/, CCA_Point point)
+{
+    if (!isSelecting)
+        return 0;
+    if (!DocView()->SelectHighLightText().isEmpty())
+        SelectTo(point);
+    isSelecting = false;
+    holds.reset();
+    return 1;
+}
+
+void GT_TextSelect::SelectTo(CCA_Point point)
+{
+    int endPage = DocView()->PageIndexByPoint(QPoint(point.x, point.y), true, false);
+    if (endPage < 0)
+        return;
+    const CCA_GPoint end = DocView()->DocPointFromScenePoint(point, &endPage);
+    if (IsBehind(startPage, start, endPage, end))
+        DocView()->SetHighLightText(holds->TextBetween(endPage, end, startPage, start));
+    else
+        DocView()->SetHighLightText(holds->TextBetween(startPage, start, endPage, end));
+}
+
+int GT_TextSelect::OnLButtonDblClk(unsigned /*flags*/, CCA_Point point)
+{
+    int page = -1;
+    const CCA_GPoint place = DocView()->DocPointFromScenePoint(point, &page);
+    if (page < 0)
+        return 1;
+    G_PageHolds wordHold(GDocument());
+    const QList<G_TextRun> runs = wordHold.AllRuns(page);
+    for (const G_TextRun& run : runs) {
+        if (!run.rect.Contains(place) || run.text.isEmpty())
+            continue;
+        const float step = run.rect.Width() / run.text.size();
+        const QPair<int, int> word = WordAt(run.text, static_cast<int>((place.x - run.rect.left) / step));
+        G_TextRun part;
+        part.text = run.text.mid(word.first, word.second - word.first);
+        part.rect = CCA_GRect(run.rect.left + step * word.first, run.rect.top, run.rect.left + step * word.second,
+                              run.rect.bottom);
+        G_HighLightItem item;
+        item.pageIndex = page;
+        item.runs.append(part);
+        DocView()->SetHighLightText({item});
+        return 1;
+    }
+    return 1;
+}
+
+int GT_TextSelect::OnKeyDown(int key, unsigned flags)
+{
+    const bool isControl = (flags & Qt::ControlModifier) != 0;
+    if (isControl && key == Qt::Key_A) {
+        DocView()->SelectAllText();
+        return 1;
+    }
+    if (!isControl || (key != Qt::Key_C && key != Qt::Key_Insert))
+        return 0;
+    const QString text = DocView()->SelectedText();
+    if (!text.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
+    return 1;
+}

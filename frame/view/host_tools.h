@@ -1,0 +1,55 @@
+#pragma once
+
+#include <frame/base/export.h>
+#include <frame/view/tool_handler.h>
+
+#include <memory>
+
+class G_PageHolds;
+
+// Registers the host's own tools, "t_handtool" and "t_textselect"; they stay registered as long as the process runs.
+// Harmless when repeated.
+FRAME_EXPORT void RegisterHostTools();
+
+// Drags the pages. A view's tool when no other is chosen.
+class FRAME_EXPORT GT_HandTool : public GT_Base
+{
+public:
+    G_ToolHandler* Clone() override;
+    CCA_String Name() override;
+    void OnActivate() override;
+    void OnDeactivate() override;
+    int OnLButtonDown(unsigned flags, CCA_Point point) override;
+    int OnLButtonUp(unsigned flags, CCA_Point point) override;
+    int OnMouseMove(unsigned flags, CCA_Point point) override;
+
+private:
+    bool isDragging = false;
+    CCA_Point grip; // the scene point that stays under the mouse
+};
+
+// Selects text by dragging from one place to another, also across pages; a double click selects a word, Ctrl+C copies.
+class FRAME_EXPORT GT_TextSelect : public GT_Base
+{
+public:
+    ~GT_TextSelect() override;
+    G_ToolHandler* Clone() override;
+    CCA_String Name() override;
+    void OnDestroy() override;
+    void OnActivate() override;
+    void OnDeactivate() override;
+    int OnLButtonDown(unsigned flags, CCA_Point point) override;
+    int OnLButtonUp(unsigned flags, CCA_Point point) override;
+    int OnLButtonDblClk(unsigned flags, CCA_Point point) override;
+    int OnMouseMove(unsigned flags, CCA_Point point) override;
+    int OnKeyDown(int key, unsigned flags) override;
+
+private:
+    void SelectTo(CCA_Point point);
+
+    bool isSelecting = false;
+    int startPage = -1;
+    CCA_GPoint start; // mm on startPage
+    // Pages whose text the drag went over, kept loaded until the button is let go.
+    std::unique_ptr<G_PageHolds> holds;
+};
