@@ -1,6 +1,5 @@
 #include "copy_keeper.h"
 
-#include <QCoreApplication>
 #include <QThread>
 
 // Qt's own rule of deferred deletion is what is wanted here: not before control is back in the event loop that the
@@ -22,10 +21,21 @@ private:
     quint64 serial;
 };
 
-CopyKeeper::CopyKeeper(QObject* owner)
-    : mainThread(owner->thread())
-    , owner(owner)
+void CopyInbox::ReadNext()
 {
+    keeper->ReadNext();
+}
+
+CopyKeeper::CopyKeeper()
+    : mainThread(QThread::currentThread())
+{
+}
+
+std::shared_ptr<CopyKeeper> CopyKeeper::Create()
+{
+    const std::shared_ptr<CopyKeeper> keeper(new CopyKeeper);
+    keeper->inbox = new CopyInbox(keeper);
+    return keeper;
 }
 
 void CopyKeeper::Add(G_Operation* copy, G_OperationHost* host, G_UIContext* context, G_DocView* view,
@@ -36,8 +46,9 @@ void CopyKeeper::Add(G_Operation* copy, G_OperationHost* host, G_UIContext* cont
     copy->view = view;
     copy->document = document;
     copy->keeper = shared_from_this();
+    copy->serial = ++lastSerial;
     Record record;
-    record.serial = ++lastSerial;
+    record.serial = copy->serial;
     records.insert(copy, record);
 }
 
@@ -45,6 +56,7 @@ void CopyKeeper::Remove(G_Operation* copy)
 {
     records.remove(copy);
     heldCopies.removeOne(copy);
+    CloseInboxIfEmpty();
 }
 
 void CopyKeeper::ForgetView(G_DocView* view)
@@ -77,11 +89,11 @@ void CopyKeeper::Park(G_Operation* copy, const QVector<InterceptorEntry>& refuse
             if (other != copy && qstrcmp(other->Name(), copy->Name()) == 0)
                 LetGo(other, refuser.interceptor);
         }
-        const auto it = records.find(copy);
-        if (it == records.end())
+        Record* const record = Find(copy, copy->serial);
+        if (!record || isContextDead)
             return;
-        if (!it->holders.contains(refuser.interceptor))
-            it->holders.append(refuser.interceptor);
+        if (!record->holders.contains(refuser.interceptor))
+            record->holders.append(refuser.interceptor);
         if (!heldCopies.contains(copy))
             heldCopies.append(copy);
     }
@@ -89,55 +101,62 @@ void CopyKeeper::Park(G_Operation* copy, const QVector<InterceptorEntry>& refuse
 
 void CopyKeeper::LetGo(G_Operation* copy, G_OperationInterceptor* holder)
 {
-    const auto it = records.find(copy);
-    if (it == records.end() || !it->holders.removeOne(holder) || !it->holders.isEmpty())
+    Record* const record = Find(copy, copy->serial);
+    if (!record || !record->holders.removeOne(holder) || !record->holders.isEmpty())
         return;
     heldCopies.removeOne(copy);
-    Consider(copy);
+    Consider(copy, *record);
 }
 
 void CopyKeeper::ContextDies()
 {
-    {
-        const QMutexLocker lock(&ownerMutex);
-        owner = nullptr;
-    }
-    const QList<G_Operation*> copies = records.keys();
+    isContextDead = true;
     heldCopies.clear();
+    const QList<G_Operation*> copies = records.keys();
     for (G_Operation* copy : copies) {
         const auto it = records.find(copy);
-        if (it == records.end()) // the destructor of an earlier one freed it
+        if (it == records.end()) // freed by the destructor of an earlier one
             continue;
-        copy->host = nullptr;
-        copy->context = nullptr;
-        copy->view = nullptr;
-        copy->document = nullptr;
+        Unbind(copy);
         it->holders.clear();
         it->isHandedBack = true;
         if (IsFree(copy, *it))
             delete copy;
     }
+    CloseInboxIfEmpty();
+}
+
+void CopyKeeper::Unbind(G_Operation* copy)
+{
+    copy->host = nullptr;
+    copy->context = nullptr;
+    copy->view = nullptr;
+    copy->document = nullptr;
 }
 
 void CopyKeeper::HandBack(G_Operation* copy)
 {
-    if (QThread::currentThread() != mainThread) {
-        Post([self = shared_from_this(), copy] { self->HandBack(copy); });
-        return;
-    }
-    const auto it = records.find(copy);
-    if (it == records.end())
-        return;
-    it->isHandedBack = true;
-    Consider(copy);
+    Leave({copy, copy->serial, true});
 }
 
-void CopyKeeper::RunEnded(G_Operation* copy)
+void CopyKeeper::RunEnded(G_Operation* copy, quint64 serial)
 {
-    if (QThread::currentThread() == mainThread)
-        Consider(copy);
-    else
-        Post([self = shared_from_this(), copy] { self->Consider(copy); });
+    Leave({copy, serial, false});
+}
+
+void CopyKeeper::Note(const Word& word)
+{
+    Record* const record = Find(word.copy, word.serial);
+    if (!record)
+        return;
+    record->isHandedBack |= word.isHandBack;
+    Consider(word.copy, *record);
+}
+
+CopyKeeper::Record* CopyKeeper::Find(G_Operation* copy, quint64 serial)
+{
+    const auto it = records.find(copy);
+    return it != records.end() && it->serial == serial ? &it.value() : nullptr;
 }
 
 bool CopyKeeper::IsFree(const G_Operation* copy, const Record& record)
@@ -145,28 +164,57 @@ bool CopyKeeper::IsFree(const G_Operation* copy, const Record& record)
     return record.isHandedBack && record.holders.isEmpty() && copy->running == 0;
 }
 
-void CopyKeeper::Consider(G_Operation* copy)
+void CopyKeeper::Consider(G_Operation* copy, Record& record)
 {
-    const auto it = records.find(copy);
-    if (it == records.end() || it->isReaperPosted || !IsFree(copy, *it))
+    if (record.isReaperPosted || !IsFree(copy, record))
         return;
-    it->isReaperPosted = true;
-    (new Reaper(shared_from_this(), copy, it->serial))->deleteLater();
+    record.isReaperPosted = true;
+    (new Reaper(shared_from_this(), copy, record.serial))->deleteLater();
 }
 
 void CopyKeeper::Reap(G_Operation* copy, quint64 serial)
 {
-    const auto it = records.find(copy);
-    if (it == records.end() || it->serial != serial)
+    Record* const record = Find(copy, serial);
+    if (!record)
         return;
-    it->isReaperPosted = false;
-    if (IsFree(copy, *it)) // else what keeps it now asks again when it ends
+    record->isReaperPosted = false;
+    if (IsFree(copy, *record)) // else what keeps it now speaks up when it ends
         delete copy;
 }
 
-bool CopyKeeper::Post(std::function<void()> call)
+// Words cross over in a list of our own, and only an empty wake-up is posted: a thread checker that does not see into
+// Qt's event queue then still sees who handed what to whom.
+void CopyKeeper::Leave(const Word& word)
 {
-    const QMutexLocker lock(&ownerMutex);
-    QObject* const receiver = owner ? owner : QCoreApplication::instance();
-    return receiver && QMetaObject::invokeMethod(receiver, std::move(call), Qt::QueuedConnection);
+    if (QThread::currentThread() == mainThread) {
+        Note(word);
+        return;
+    }
+    const std::lock_guard<std::mutex> lock(mutex);
+    if (!inbox)
+        return;
+    words.append(word);
+    QMetaObject::invokeMethod(inbox, "ReadNext", Qt::QueuedConnection);
+}
+
+void CopyKeeper::ReadNext()
+{
+    Word word;
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        if (words.isEmpty())
+            return;
+        word = words.takeFirst();
+    }
+    Note(word);
+}
+
+void CopyKeeper::CloseInboxIfEmpty()
+{
+    if (!isContextDead || !records.isEmpty())
+        return;
+    const std::lock_guard<std::mutex> lock(mutex);
+    if (inbox)
+        inbox->deleteLater(); // it may be what called
+    inbox = nullptr;
 }

@@ -4,9 +4,12 @@
 #include <frame/document/ig_document.h>
 
 #include <QHash>
-#include <QMutex>
 #include <QPointer>
 #include <QThread>
+
+#include <deque>
+#include <memory>
+#include <mutex>
 
 CRF_EventMgr::CRF_EventMgr(QObject* parent)
     : QObject(parent)
@@ -15,16 +18,23 @@ CRF_EventMgr::CRF_EventMgr(QObject* parent)
 
 struct G_EventMgr::Private
 {
-    mutable QMutex mutex;                   // guards what stands below: a worker reads it when it posts
+    mutable std::mutex mutex;               // guards what stands below: a worker reads it when it posts
     QHash<G_DocView*, quint64> viewSerials; // the number tells a view from a later one at the same address
     quint64 lastSerial = 0;
+    struct Post
+    {
+        std::unique_ptr<G_Event> event;
+        G_DocView* view = nullptr; // not owned; null when the event speaks of none
+        quint64 serial = 0;
+    };
+    std::deque<Post> posts; // from workers, not delivered yet
 
     std::function<G_DocView*()> currentView; // main thread only
 
     // 0 for a view that is not known.
     quint64 SerialOf(G_DocView* view) const
     {
-        const QMutexLocker lock(&mutex);
+        const std::lock_guard<std::mutex> lock(mutex);
         return viewSerials.value(view);
     }
 };
@@ -39,14 +49,14 @@ G_EventMgr::G_EventMgr(QObject* parent)
 
 void G_EventMgr::KnowView(G_DocView* view)
 {
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     if (view && !d->viewSerials.contains(view))
         d->viewSerials.insert(view, ++d->lastSerial);
 }
 
 void G_EventMgr::ForgetView(G_DocView* view)
 {
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     d->viewSerials.remove(view);
 }
 
@@ -59,7 +69,7 @@ void G_EventMgr::Deliver(G_Event* event)
 {
     if (!event)
         return;
-    std::shared_ptr<G_Event> owned(event); // a posted event that is never delivered is freed with its post
+    std::unique_ptr<G_Event> owned(event);
     G_DocView* const view = event->View();
     const quint64 serial = view ? d->SerialOf(view) : 0;
     if (view && serial == 0) {
@@ -70,12 +80,25 @@ void G_EventMgr::Deliver(G_Event* event)
         Emit(event);
         return;
     }
-    // Moved all the way, so that the event is deleted on the thread that delivers it.
-    auto deliver = [this, owned = std::move(owned), view, serial] {
-        if (!view || d->SerialOf(view) == serial)
-            Emit(owned.get());
-    };
-    QMetaObject::invokeMethod(this, std::move(deliver), Qt::QueuedConnection);
+    // One wake-up for each event keeps their place among whatever else the worker posts. The event itself crosses over
+    // in a list of our own, so that it is freed with this object when no event loop turns any more.
+    const std::lock_guard<std::mutex> lock(d->mutex);
+    d->posts.push_back({std::move(owned), view, serial});
+    QMetaObject::invokeMethod(this, "DeliverNext", Qt::QueuedConnection);
+}
+
+void G_EventMgr::DeliverNext()
+{
+    Private::Post post;
+    {
+        const std::lock_guard<std::mutex> lock(d->mutex);
+        if (d->posts.empty())
+            return;
+        post = std::move(d->posts.front());
+        d->posts.pop_front();
+    }
+    if (!post.view || d->SerialOf(post.view) == post.serial)
+        Emit(post.event.get());
 }
 
 void G_EventMgr::Emit(G_Event* event)

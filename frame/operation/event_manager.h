@@ -54,6 +54,9 @@ signals:
     void AnnotSelected(IG_Annot* annot, IG_Document* document, bool selected);
     void ToolHandlerChange(G_ToolHandler* handler);
 
+private slots:
+    void DeliverNext();
+
 private:
     struct Private;
     void Emit(G_Event* event);

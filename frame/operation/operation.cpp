@@ -17,6 +17,7 @@ public:
     explicit RunMark(G_Operation* op)
         : op(op)
         , keeper(op->keeper)
+        , serial(op->serial)
     {
         ++op->running;
     }
@@ -24,13 +25,14 @@ public:
     {
         --op->running;
         if (keeper)
-            keeper->RunEnded(op);
+            keeper->RunEnded(op, serial);
     }
 
 private:
     Q_DISABLE_COPY(RunMark)
     G_Operation* op; // not owned
     std::shared_ptr<CopyKeeper> keeper;
+    quint64 serial;
 };
 
 namespace {

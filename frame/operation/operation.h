@@ -83,6 +83,7 @@ private:
     std::atomic<G_DocView*> view{nullptr};       // not owned
     std::atomic<IG_Document*> document{nullptr}; // not owned
     std::shared_ptr<CopyKeeper> keeper;          // null for what is no working copy
+    quint64 serial = 0;                          // the keeper's number of this copy
     QVector<InterceptorEntry> interceptors;      // those found; some may have been destroyed since
     quint64 leavesWhenFound = 0;                 // the registry's count of leavings at that time
     bool areInterceptorsFound = false;

@@ -5,9 +5,10 @@
 #include <frame/base/log.h>
 
 #include <QHash>
-#include <QMutex>
 
+#include <algorithm>
 #include <atomic>
+#include <mutex>
 
 struct G_OperationRegistry::Private
 {
@@ -18,7 +19,7 @@ struct G_OperationRegistry::Private
     QStringList deregistrationLog;
     QVector<G_WorkingCopies*> copies; // not owned
 
-    mutable QMutex mutex; // guards the two below
+    mutable std::mutex mutex; // guards the two below
     QVector<InterceptorEntry> entries;
     QHash<G_OperationInterceptor*, quint64> serials;
     quint64 lastSerial = 0;
@@ -94,7 +95,7 @@ void G_OperationRegistry::LogDeregistration(const QByteArray& name)
 
 void G_OperationRegistry::Enrol(G_OperationInterceptor* interceptor)
 {
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     if (!interceptor || d->serials.contains(interceptor))
         return;
     const quint64 serial = ++d->lastSerial;
@@ -105,7 +106,7 @@ void G_OperationRegistry::Enrol(G_OperationInterceptor* interceptor)
 void G_OperationRegistry::Leave(G_OperationInterceptor* interceptor)
 {
     {
-        const QMutexLocker lock(&d->mutex);
+        const std::lock_guard<std::mutex> lock(d->mutex);
         if (d->serials.remove(interceptor) == 0)
             return;
         ++d->leaves;
@@ -118,19 +119,19 @@ void G_OperationRegistry::Leave(G_OperationInterceptor* interceptor)
 
 bool G_OperationRegistry::IsEnrolled(G_OperationInterceptor* interceptor) const
 {
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     return d->serials.contains(interceptor);
 }
 
 bool G_OperationRegistry::IsEnrolled(const InterceptorEntry& entry) const
 {
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     return d->serials.value(entry.interceptor) == entry.serial;
 }
 
 int G_OperationRegistry::InterceptorCount() const
 {
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     return d->entries.size();
 }
 
@@ -144,7 +145,7 @@ QVector<InterceptorEntry> G_OperationRegistry::Matching(G_Operation* op, IG_Docu
     QVector<InterceptorEntry> candidates;
     quint64 leavesBefore = 0;
     {
-        const QMutexLocker lock(&d->mutex);
+        const std::lock_guard<std::mutex> lock(d->mutex);
         candidates = d->entries; // shares the list
         leavesBefore = d->leaves;
     }

@@ -8,7 +8,7 @@ G_WorkingCopies::G_WorkingCopies(G_OperationHost* host, G_UIContext* context, QO
     : QObject(parent)
     , host(host)
     , context(context)
-    , keeper(std::make_shared<CopyKeeper>(this))
+    , keeper(CopyKeeper::Create())
 {
     G_OperationRegistry::Instance().AddCopies(this);
 }

@@ -1,13 +1,14 @@
-#include "test_main.h"
-
 #include "operation_fakes.h"
 
 #include <frame/document/ig_document.h>
 #include <frame/operation/event_manager.h>
+#include <tests/support/test_main.h>
 
 #include <QSignalSpy>
 #include <QThread>
 #include <QtTest>
+
+#include <thread>
 
 namespace {
 
@@ -39,9 +40,7 @@ private:
 // Runs the call on a thread of its own and waits for it.
 void RunOnWorker(const std::function<void()>& call)
 {
-    const std::unique_ptr<QThread> worker(QThread::create(call));
-    worker->start();
-    worker->wait();
+    std::thread(call).join();
 }
 
 } // namespace

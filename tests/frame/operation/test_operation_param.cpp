@@ -1,6 +1,5 @@
-#include "test_main.h"
-
 #include <frame/operation/operation_param.h>
+#include <tests/support/test_main.h>
 
 #include <QtTest>
 

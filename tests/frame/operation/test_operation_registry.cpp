@@ -1,8 +1,7 @@
-#include "test_main.h"
-
 #include "operation_fakes.h"
 
 #include <frame/base/log.h>
+#include <tests/support/test_main.h>
 
 #include <QtTest>
 

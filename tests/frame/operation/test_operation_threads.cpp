@@ -1,14 +1,40 @@
-#include "test_main.h"
-
 #include "operation_fakes.h"
 
 #include <frame/operation/event_manager.h>
+#include <tests/support/test_main.h>
 
-#include <QSemaphore>
-#include <QThread>
 #include <QtTest>
 
 #include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace {
+
+// Opens once, for all who wait.
+class Gate
+{
+public:
+    void Open()
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        isOpen = true;
+        opened.notify_all();
+    }
+    void Pass()
+    {
+        std::unique_lock<std::mutex> lock(mutex);
+        opened.wait(lock, [this] { return isOpen; });
+    }
+
+private:
+    std::mutex mutex;
+    std::condition_variable opened;
+    bool isOpen = false;
+};
+
+} // namespace
 
 // One worker runs ExecuteAction while the main thread goes on turning its event loop, as it does under a modal label.
 class TestOperationThreads : public QObject
@@ -47,16 +73,17 @@ private slots:
             op->PerformAction();
             op->DeleteLater();
         });
-        const std::unique_ptr<QThread> worker(QThread::create([&] {
+        std::atomic<bool> isFinished{false};
+        std::thread worker([&] {
             for (int i = 0; i < 200; ++i) {
                 kept->Params->Add("file", QString::number(i));
                 kept->ExecuteAction();
             }
-        }));
-        worker->start();
-        while (!worker->isFinished())
+            isFinished = true;
+        });
+        while (!isFinished)
             TurnEventLoop();
-        worker->wait();
+        worker.join();
         TurnEventLoop();
         QCOMPARE(added.size(), 200);
         QCOMPARE(added.last(), QStringLiteral("199"));
@@ -75,18 +102,19 @@ private slots:
         own.after = [&](G_Operation*) { ++afters; };
         G_Operation* const op = copies.Make("d_work", FakeView(1), FakeDocument(1));
         op->PerformAction();
-        const std::unique_ptr<QThread> worker(QThread::create([&] {
+        std::atomic<bool> isFinished{false};
+        std::thread worker([&] {
             for (int i = 0; i < 500; ++i)
                 op->ExecuteAction();
-        }));
-        worker->start();
+            isFinished = true;
+        });
         int made = 0;
-        while (!worker->isFinished() || made < 100) {
+        while (!isFinished || made < 100) {
             const G_InterceptorScope scope(FakeDocument(2)); // another tab's pane comes up and goes
             const ScriptedInterceptor foreign("d_work");
             ++made;
         }
-        worker->wait();
+        worker.join();
         QCOMPARE(afters.load(), 501);
         QVERIFY(G_OperationRegistry::Instance().IsEnrolled(&own));
     }
@@ -95,22 +123,21 @@ private slots:
     {
         const Prototype prototype("d_work");
         G_WorkingCopies copies(&host, FakeContext());
-        QSemaphore started;
-        QSemaphore forgotten;
+        Gate started;
+        Gate forgotten;
         prototype->doAction = [&](G_Operation* op) {
             const bool isBound = op->DocView() != nullptr;
-            started.release();
-            forgotten.acquire();
+            started.Open();
+            forgotten.Pass();
             return isBound && !op->DocView() && !op->GDocument();
         };
         G_Operation* const op = copies.Make("d_work", FakeView(1), FakeDocument(1));
         int result = 0;
-        const std::unique_ptr<QThread> worker(QThread::create([&] { result = op->ExecuteAction(); }));
-        worker->start();
-        started.acquire();
+        std::thread worker([&] { result = op->ExecuteAction(); });
+        started.Pass();
         copies.ForgetView(FakeView(1));
-        forgotten.release();
-        worker->wait();
+        forgotten.Open();
+        worker.join();
         QCOMPARE(result, 1);
     }
 
@@ -118,21 +145,20 @@ private slots:
     {
         const Prototype prototype("d_work");
         G_WorkingCopies copies(&host, FakeContext());
-        QSemaphore started;
-        QSemaphore goOn;
+        Gate started;
+        Gate goOn;
         prototype->doAction = [&](G_Operation*) {
-            started.release();
-            goOn.acquire();
+            started.Open();
+            goOn.Pass();
             return true;
         };
         G_Operation* const op = copies.Make("d_work", FakeView(1), FakeDocument(1));
-        const std::unique_ptr<QThread> worker(QThread::create([&] { op->ExecuteAction(); }));
-        worker->start();
-        started.acquire();
+        std::thread worker([&] { op->ExecuteAction(); });
+        started.Pass();
         RunInEventLoop([&] { op->DeleteLater(); });
         QCOMPARE(copies.Count(), 1);
-        goOn.release();
-        worker->wait();
+        goOn.Open();
+        worker.join();
         TurnEventLoop();
         TurnEventLoop();
         QCOMPARE(copies.Count(), 0);
@@ -143,22 +169,21 @@ private slots:
     {
         const Prototype prototype("d_work");
         auto copies = std::make_unique<G_WorkingCopies>(&host, FakeContext());
-        QSemaphore started;
-        QSemaphore goOn;
+        Gate started;
+        Gate goOn;
         prototype->doAction = [&](G_Operation* op) {
-            started.release();
-            goOn.acquire();
+            started.Open();
+            goOn.Pass();
             return op->UIContext() == nullptr;
         };
         G_Operation* const op = copies->Make("d_work", FakeView(1), FakeDocument(1));
         int result = 0;
-        const std::unique_ptr<QThread> worker(QThread::create([&] { result = op->ExecuteAction(); }));
-        worker->start();
-        started.acquire();
+        std::thread worker([&] { result = op->ExecuteAction(); });
+        started.Pass();
         copies.reset();
         QCOMPARE(prototype.Copies(), 1);
-        goOn.release();
-        worker->wait();
+        goOn.Open();
+        worker.join();
         QCOMPARE(result, 1);
         TurnEventLoop();
         TurnEventLoop();
@@ -170,12 +195,11 @@ private slots:
         const Prototype prototype("d_work");
         G_WorkingCopies copies(&host, FakeContext());
         G_Operation* const op = copies.Make("d_work", FakeView(1), FakeDocument(1));
-        const std::unique_ptr<QThread> worker(QThread::create([&] {
+        std::thread worker([&] {
             op->ExecuteAction();
             op->DeleteLater();
-        }));
-        worker->start();
-        worker->wait();
+        });
+        worker.join();
         TurnEventLoop();
         TurnEventLoop();
         QCOMPARE(prototype.Copies(), 0);

@@ -1,6 +1,6 @@
-#include "test_main.h"
-
 #include "operation_fakes.h"
+
+#include <tests/support/test_main.h>
 
 #include <QtTest>
 
