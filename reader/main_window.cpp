@@ -29,14 +29,16 @@
 #include <QTabBar>
 #include <QUndoGroup>
 
-MainWindow::MainWindow(QWidget* parent)
+MainWindow::MainWindow(ReaderContext* givenContext, QWidget* parent)
     : QMainWindow(parent)
-    , context(new ReaderContext(this, this))
+    , context(givenContext ? givenContext : new ReaderContext)
     , recentFiles(std::make_unique<RecentFiles>())
     , paneMaker(new Core::G_PaneMaker(context, this))
     , undoGroup(new QUndoGroup(this))
 {
     setObjectName(QStringLiteral("MainWindow"));
+    context->setParent(this);
+    context->SetWindow(this);
     resize(1180, 800);
     setAcceptDrops(true);
     context->SetDialogParent(this);

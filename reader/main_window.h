@@ -34,7 +34,8 @@ class MainWindow : public QMainWindow
 {
     Q_OBJECT
 public:
-    explicit MainWindow(QWidget* parent = nullptr);
+    // Takes the context over; tests bring one whose message boxes are scripted.
+    explicit MainWindow(ReaderContext* context = nullptr, QWidget* parent = nullptr);
     ~MainWindow() override; // closes all tabs without a question
 
     ReaderContext* Context() const { return context; }

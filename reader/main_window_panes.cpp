@@ -11,6 +11,7 @@
 #include <frame/navigation/pane_maker.h>
 #include <frame/view/doc_view.h>
 
+#include <QAction>
 #include <QFileInfo>
 #include <QFrame>
 #include <QHBoxLayout>
@@ -99,6 +100,8 @@ bool MainWindow::ShowPane(const QString& paneId, bool opens)
     else if (currentPage == page)
         currentPage = nullptr;
     navigationBar->SetChecked(CurrentPaneId());
+    if (currentPage && CurrentTab())
+        paneMaker->PaneFor(currentPage, CurrentTab()->Document()); // now: the user waits for it
     ShowCurrentPane();
     return true;
 }

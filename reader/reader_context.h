@@ -9,15 +9,12 @@ class ReaderContext : public G_UIContext
 {
     Q_OBJECT
 public:
-    explicit ReaderContext(MainWindow* window, QObject* parent = nullptr)
-        : G_UIContext(parent)
-        , window(window)
-    {
-    }
+    using G_UIContext::G_UIContext;
     MainWindow* Window() const { return window; }
+    void SetWindow(MainWindow* newWindow) { window = newWindow; }
     // The window behind an operation's context; null when it runs in another frame.
     static MainWindow* WindowOf(G_UIContext* context);
 
 private:
-    MainWindow* window; // not owned
+    MainWindow* window = nullptr; // not owned
 };

@@ -1,0 +1,229 @@
+#include "reader_desk.h"
+
+#include <tests/support/test_main.h>
+#include <tests/support/tree_dump.h>
+
+#include <frame/document/ig_document.h>
+#include <frame/navigation/navigation_page.h>
+#include <frame/view/doc_view.h>
+
+#include <QFile>
+#include <QMessageBox>
+#include <QTreeWidget>
+#include <QUndoStack>
+#include <QtTest>
+
+// Tabs: dirty or clean, saved or not, closed with or without a question, changed behind the reader's back.
+class TestReaderTabs : public QObject
+{
+    Q_OBJECT
+private slots:
+    void aChangeMakesTheTabDirtyAndUndoMakesItClean();
+    void savingMakesTheTabCleanAndUndoDirtyAgain();
+    void aSavedBookmarkIsThereAfterReopening();
+    void closingADirtyTabAsksAndCancelKeepsIt();
+    void closingADirtyTabWithDiscardLosesTheChangeOnly();
+    void closingADirtyTabWithSaveSaves();
+    void saveAsLeavesTheOriginalAlone();
+    void undoActsOnTheCurrentTabOnly();
+    void aFileThatVanishesWhileOpenIsToldAndSavingRefuses();
+    void aFileReplacedByAnotherProgramIsNotOverwrittenWithoutAQuestion();
+    void closingATabWhileItsEditorIsOpenIsSafe();
+    void eachTabHasPanesOfItsOwn();
+
+private:
+    static bool AddBookmark(ReaderDesk& desk)
+    {
+        return desk.WaitForPanes() && desk.Context()->PerformOperation("d_addbookmark", QString());
+    }
+    static int BookmarkCount(ReaderDesk& desk)
+    {
+        G_TreeNode* root = desk.View()->GDocument()->GetBookmarkRoot();
+        return root ? root->SubNodeCount() : 0;
+    }
+    static QByteArray Bytes(const QString& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    static void Settle() { QTest::qWait(20); }
+};
+
+void TestReaderTabs::aChangeMakesTheTabDirtyAndUndoMakesItClean()
+{
+    ReaderDesk desk;
+    QVERIFY(desk.Window()->OpenFile(desk.Sample("tour.ofd")));
+    DocumentTab* tab = desk.Window()->CurrentTab();
+    QVERIFY(!tab->IsDirty());
+    QVERIFY(AddBookmark(desk));
+    Settle();
+    QVERIFY(tab->IsDirty());
+    QVERIFY(tab->Label().startsWith('*'));
+    desk.View()->UndoStack()->undo();
+    Settle();
+    QVERIFY(!tab->IsDirty());
+}
+
+void TestReaderTabs::savingMakesTheTabCleanAndUndoDirtyAgain()
+{
+    ReaderDesk desk;
+    QVERIFY(desk.Window()->OpenFile(desk.Sample("tour.ofd")));
+    DocumentTab* tab = desk.Window()->CurrentTab();
+    QVERIFY(AddBookmark(desk));
+    QVERIFY(desk.Window()->SaveTab(tab));
+    Settle();
+    QVERIFY(!tab->IsDirty());
+    desk.View()->UndoStack()->undo();
+    Settle();
+    QVERIFY(tab->IsDirty());
+}
+
+void TestReaderTabs::aSavedBookmarkIsThereAfterReopening()
+{
+    ReaderDesk desk;
+    const QString path = desk.Sample("tour.ofd");
+    QVERIFY(desk.Window()->OpenFile(path));
+    QVERIFY(AddBookmark(desk));
+    const QString before = DumpTree(desk.View()->GDocument()->GetBookmarkRoot());
+    QVERIFY(desk.Window()->SaveTab(desk.Window()->CurrentTab()));
+    QVERIFY(desk.Window()->CloseTab(0));
+    QVERIFY(desk.Window()->OpenFile(path));
+    QCOMPARE(DumpTree(desk.View()->GDocument()->GetBookmarkRoot()), before);
+}
+
+void TestReaderTabs::closingADirtyTabAsksAndCancelKeepsIt()
+{
+    ReaderDesk desk;
+    QVERIFY(desk.Window()->OpenFile(desk.Sample("tour.ofd")));
+    QVERIFY(AddBookmark(desk));
+    desk.Context()->Answer(QMessageBox::Cancel);
+    QVERIFY(!desk.Window()->CloseTab(0));
+    QCOMPARE(desk.Window()->TabCount(), 1);
+    QCOMPARE(desk.Context()->PendingAnswers(), 0);
+}
+
+void TestReaderTabs::closingADirtyTabWithDiscardLosesTheChangeOnly()
+{
+    ReaderDesk desk;
+    const QString path = desk.Sample("tour.ofd");
+    const QByteArray before = Bytes(path);
+    QVERIFY(desk.Window()->OpenFile(path));
+    QVERIFY(AddBookmark(desk));
+    desk.Context()->Answer(QMessageBox::Discard);
+    QVERIFY(desk.Window()->CloseTab(0));
+    QCOMPARE(desk.Window()->TabCount(), 0);
+    QCOMPARE(Bytes(path), before);
+}
+
+void TestReaderTabs::closingADirtyTabWithSaveSaves()
+{
+    ReaderDesk desk;
+    const QString path = desk.Sample("tour.ofd");
+    QVERIFY(desk.Window()->OpenFile(path));
+    const int count = BookmarkCount(desk);
+    QVERIFY(AddBookmark(desk));
+    desk.Context()->Answer(QMessageBox::Save);
+    QVERIFY(desk.Window()->CloseTab(0));
+    QVERIFY(desk.Window()->OpenFile(path));
+    QCOMPARE(BookmarkCount(desk), count + 1);
+}
+
+void TestReaderTabs::saveAsLeavesTheOriginalAlone()
+{
+    ReaderDesk desk;
+    const QString path = desk.Sample("tour.ofd");
+    const QByteArray before = Bytes(path);
+    QVERIFY(desk.Window()->OpenFile(path));
+    QVERIFY(AddBookmark(desk));
+    const QString copy = desk.Folder() + "/copy.ofd";
+    QVERIFY(desk.Window()->SaveTabAs(desk.Window()->CurrentTab(), copy));
+    QCOMPARE(Bytes(path), before);
+    QCOMPARE(desk.Window()->CurrentTab()->Path(), copy);
+    QCOMPARE(QString::fromUtf8(desk.View()->GDocument()->GetDocumentKey().Bytes()), copy);
+}
+
+void TestReaderTabs::undoActsOnTheCurrentTabOnly()
+{
+    ReaderDesk desk;
+    QVERIFY(desk.Window()->OpenFile(desk.Sample("tour.ofd")));
+    QVERIFY(AddBookmark(desk));
+    const int first = BookmarkCount(desk);
+    QVERIFY(desk.Window()->OpenFile(desk.Sample("letter.ofd")));
+    QVERIFY(AddBookmark(desk));
+    const int second = BookmarkCount(desk);
+    desk.View()->Widget()->setFocus();
+    QTest::keyClick(desk.Window(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(BookmarkCount(desk), second - 1);
+    desk.Window()->ActivateTab(0);
+    QCOMPARE(BookmarkCount(desk), first);
+    desk.Context()->Answer(QMessageBox::Discard);
+    QVERIFY(desk.Window()->CloseTab(0));
+}
+
+void TestReaderTabs::aFileThatVanishesWhileOpenIsToldAndSavingRefuses()
+{
+    ReaderDesk desk;
+    const QString path = desk.Sample("tour.ofd");
+    QVERIFY(desk.Window()->OpenFile(path));
+    DocumentTab* tab = desk.Window()->CurrentTab();
+    QSignalSpy changed(tab, &DocumentTab::FileChangedOnDisk);
+    QVERIFY(AddBookmark(desk));
+    QVERIFY(QFile::remove(path));
+    QVERIFY(changed.wait(5000));
+    desk.Context()->Answer(QMessageBox::Cancel); // overwrite what is not there any more? no
+    QVERIFY(!desk.Window()->SaveTab(tab));
+    QVERIFY(!QFile::exists(path));
+    QVERIFY(tab->IsDirty());
+    desk.View()->GoToPage(desk.View(), 1, CCA_GRect(), false); // the document lives on
+    QCOMPARE(desk.View()->CurrentPageIndex(), 1);
+}
+
+void TestReaderTabs::aFileReplacedByAnotherProgramIsNotOverwrittenWithoutAQuestion()
+{
+    ReaderDesk desk;
+    const QString path = desk.Sample("tour.ofd");
+    QVERIFY(desk.Window()->OpenFile(path));
+    QVERIFY(AddBookmark(desk));
+    QVERIFY(QFile::remove(path));
+    QVERIFY(QFile::copy(desk.Sample("letter.ofd"), path));
+    const QByteArray foreign = Bytes(path);
+    desk.Context()->Answer(QMessageBox::Cancel);
+    QVERIFY(!desk.Window()->SaveTab(desk.Window()->CurrentTab()));
+    QCOMPARE(Bytes(path), foreign);
+}
+
+void TestReaderTabs::closingATabWhileItsEditorIsOpenIsSafe()
+{
+    ReaderDesk desk;
+    QVERIFY(desk.Window()->OpenFile(desk.Sample("tour.ofd")));
+    QVERIFY(AddBookmark(desk)); // leaves the editor of the new row open
+    desk.Context()->Answer(QMessageBox::Discard);
+    QVERIFY(desk.Window()->CloseTab(0));
+    Settle();
+    QCOMPARE(desk.Window()->TabCount(), 0);
+}
+
+void TestReaderTabs::eachTabHasPanesOfItsOwn()
+{
+    ReaderDesk desk;
+    QVERIFY(desk.Window()->OpenFile(desk.Sample("tour.ofd")));
+    QVERIFY(desk.WaitForPanes());
+    IG_Document* first = desk.View()->GDocument();
+    QVERIFY(desk.Window()->OpenFile(desk.Sample("letter.ofd")));
+    QVERIFY(desk.WaitForPanes());
+    IG_Document* second = desk.View()->GDocument();
+    const QList<Core::G_NavigationPage*> pages = Core::G_NavigationPage::allNaviPages();
+    QVERIFY(!pages.isEmpty());
+    for (const Core::G_NavigationPage* page : pages) {
+        QVERIFY(page->WidgetFor(first));
+        QVERIFY(page->WidgetFor(first) != page->WidgetFor(second));
+    }
+    desk.Window()->CloseTab(1);
+    for (const Core::G_NavigationPage* page : pages) {
+        QVERIFY(page->WidgetFor(first));
+        QVERIFY(!page->WidgetFor(second));
+    }
+}
+
+TETO_TEST_MAIN(TestReaderTabs)
+#include "test_reader_tabs.moc"
