@@ -4,6 +4,8 @@
 #include <frame/base/strings.h>
 #include <frame/json/ovjson.h>
 
+#include <QMetaType>
+
 #include <functional>
 #include <memory>
 #include <vector>
