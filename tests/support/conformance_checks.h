@@ -1,0 +1,12 @@
+#pragma once
+
+#include "document_conformance.h"
+
+// The groups that ConformanceChecks() puts together. Private to the suite.
+QVector<ConformanceCheck> TreeConformanceChecks();
+QVector<ConformanceCheck> PageConformanceChecks();
+QVector<ConformanceCheck> ContentConformanceChecks();
+QVector<ConformanceCheck> AttachmentConformanceChecks();
+
+// The document that most checks begin with.
+QString ConformanceFixture();
