@@ -72,8 +72,8 @@ G_RenderResult MemoryRenderer::RenderPage(const G_RenderRequest& request)
     const double widthPx = std::ceil(sheet.sizeMm.width() * scale);
     const double heightPx = std::ceil(sheet.sizeMm.height() * scale);
     const bool isWhole = request.region.isEmpty();
-    const double pixels = isWhole ? widthPx * heightPx : double(request.region.width()) * request.region.height();
-    if (!(pixels >= 1 && pixels <= largestImagePixels)) {
+    const double wantedPixels = isWhole ? widthPx * heightPx : double(request.region.width()) * request.region.height();
+    if (!(scale > 0 && std::isfinite(scale) && wantedPixels <= largestImagePixels)) {
         result.error = QStringLiteral("The wanted picture has an impossible size");
         result.image = BlankImage(QSize(1, 1));
         return result;
