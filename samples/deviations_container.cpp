@@ -1,0 +1,146 @@
+#include "deviations.h"
+
+#include "raw_zip.h"
+
+namespace samples {
+
+namespace {
+
+constexpr quint16 kUtf8Flag = 0x0800;
+
+void EntryLast(Package& package)
+{
+    package.MoveToEnd(kEntryPart);
+}
+
+void NonAsciiNames(Package& package)
+{
+    package.Rename(kPicture, QString::fromUtf8("Doc_0/Res/图片.png"));
+    package.Replace(kDocumentRes, "quadrants.png", QByteArray("图片.png"));
+    package.Rename("Doc_0/Attachs/note.txt", QString::fromUtf8("Doc_0/Attachs/说明.txt"));
+    package.Replace(kAttachmentList, "note.txt", QByteArray("说明.txt"));
+}
+
+void OtherFolder(Package& package)
+{
+    for (Part& part : package.Parts())
+        if (part.name.startsWith("Doc_0/"))
+            part.name = "Inhalt/" + part.name.mid(6);
+    package.Replace(kEntryPart, "Doc_0/Document.xml", "Inhalt/Document.xml");
+}
+
+void FolderInTwoCases(Package& package)
+{
+    package.Rename(kSecondPage, "Doc_0/PAGES/Page_1/Content.xml");
+}
+
+QByteArray WithFolders(const Package& package)
+{
+    RawZip zip(package);
+    std::vector<RawEntry> folders;
+    for (const char* name : {"Doc_0/", "Doc_0/Pages/", "Doc_0/Pages/Page_0/", "Doc_0/Pages/Page_1/", "Doc_0/Res/"}) {
+        RawEntry folder;
+        folder.name = name;
+        folder.isStored = true;
+        folders.push_back(folder);
+    }
+    zip.entries.insert(zip.entries.begin(), folders.begin(), folders.end());
+    return zip.Bytes();
+}
+
+QByteArray WithUtf8Flag(const Package& package)
+{
+    RawZip zip(package);
+    for (RawEntry& entry : zip.entries)
+        entry.localFlags = entry.centralFlags = kUtf8Flag;
+    return zip.Bytes();
+}
+
+QByteArray WithUnflaggedNames(const Package& package)
+{
+    return RawZip(package).Bytes();
+}
+
+QByteArray WithDescriptors(const Package& package)
+{
+    RawZip zip(package);
+    for (RawEntry& entry : zip.entries)
+        entry.hasDescriptor = true;
+    return zip.Bytes();
+}
+
+QByteArray WithOtherLocalFlags(const Package& package)
+{
+    RawZip zip(package);
+    for (RawEntry& entry : zip.entries)
+        entry.localFlags = kUtf8Flag | 0x0002; // and a hint of how hard the compressor tried
+    return zip.Bytes();
+}
+
+QByteArray WithLocalZip64(const Package& package)
+{
+    RawZip zip(package);
+    for (RawEntry& entry : zip.entries)
+        entry.hasLocalZip64 = true;
+    return zip.Bytes();
+}
+
+QByteArray WithComment(const Package& package)
+{
+    RawZip zip(package);
+    zip.comment = "made by a program that leaves its name here";
+    return zip.Bytes();
+}
+
+QByteArray WithFileTimes(const Package& package)
+{
+    RawZip zip(package);
+    // Block 0x000A of 32 bytes: four reserved, attribute 1 of 24 bytes, three times.
+    const QByteArray times =
+        QByteArray::fromHex("0a00200000000000010018000000a1b2c3d4da010000a1b2c3d4da010000a1b2c3d4da01");
+    for (RawEntry& entry : zip.entries)
+        entry.extra = times;
+    return zip.Bytes();
+}
+
+QByteArray WithStoredParts(const Package& package)
+{
+    RawZip zip(package);
+    for (RawEntry& entry : zip.entries)
+        entry.isStored = true;
+    return zip.Bytes();
+}
+
+} // namespace
+
+std::vector<Deviation> ContainerDeviations()
+{
+    const char* const group = "Container";
+    return {
+        {"ofd_xml_not_first", group, "OFD.xml is the last entry of the package", "find it by name", EntryLast},
+        {"directory_entries", group, "the package has entries for folders", "ignore them on load, keep them on save",
+         nullptr, WithFolders},
+        {"utf8_name_flag", group, "all entries carry the flag for UTF-8 names", "read as usual", nullptr, WithUtf8Flag},
+        {"data_descriptors", group, "local headers have no sizes; they follow the data",
+         "take sizes from the central directory", nullptr, WithDescriptors},
+        {"local_flags_differ", group, "flags of the local headers are not those of the central directory",
+         "take flags from the central directory", nullptr, WithOtherLocalFlags},
+        {"local_zip64_sizes", group,
+         "local headers have 64-bit sizes in an extra block, the central directory plain ones",
+         "take sizes from the central directory", nullptr, WithLocalZip64},
+        {"non_ascii_part_names", group, "a picture and an attachment have Chinese part names",
+         "decode the names and find the parts", NonAsciiNames},
+        {"non_ascii_names_unflagged", group, "Chinese part names in UTF-8 without the flag that says so",
+         "try UTF-8 first", NonAsciiNames, WithUnflaggedNames},
+        {"archive_comment", group, "the archive ends with a comment", "read as usual, keep it on save", nullptr,
+         WithComment},
+        {"folder_in_two_cases", group, "one folder is spelled Pages and PAGES", "find the part ignoring case",
+         FolderInTwoCases},
+        {"document_folder_other_name", group, "the document folder is not called Doc_0", "follow DocRoot", OtherFolder},
+        {"extra_file_times", group, "all entries carry an extra block with file times",
+         "read as usual, keep it on save", nullptr, WithFileTimes},
+        {"stored_parts", group, "no part is compressed", "read as usual", nullptr, WithStoredParts},
+    };
+}
+
+} // namespace samples
