@@ -18,17 +18,16 @@ bool IsAscii(const QByteArray& bytes)
     return std::all_of(bytes.begin(), bytes.end(), [](char c) { return uchar(c) < 0x80; });
 }
 
-// The text, or a null string when the codec meets a byte that it does not know.
+// The text, or a null string when the bytes are not of that encoding: then they do not come back from it. (The codecs'
+// own count of bad characters leaves out half a character at the end.)
 QString DecodeStrictly(const char* codecName, const QByteArray& bytes)
 {
     QTextCodec* codec = QTextCodec::codecForName(codecName); // not owned
     if (!codec)
         return {};
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    const QString text = codec->toUnicode(bytes.constData(), bytes.size(), &state);
-    if (state.invalidChars > 0 || state.remainingChars > 0)
-        return {};
-    return text;
+    const QString text = codec->toUnicode(bytes);
+    QTextCodec::ConverterState noMark(QTextCodec::IgnoreHeader);
+    return codec->fromUnicode(text.constData(), text.size(), &noMark) == bytes ? text : QString();
 }
 
 QString DecodeCodePage437(const QByteArray& bytes)
