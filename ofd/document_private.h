@@ -1,0 +1,63 @@
+#pragma once
+
+#include "ofd_document.h"
+#include "ofd_page.h"
+
+#include <ofd/model/attachment_table.h>
+#include <ofd/model/document_store.h>
+#include <ofd/package/package.h>
+#include <ofd/package/package_changes.h>
+#include <ofd/package/package_writer.h>
+#include <ofd/package/xml_part.h>
+#include <ofd/parse/custom_tag_reader.h>
+#include <ofd/parse/outline_reader.h>
+#include <ofd/render/page_renderer.h>
+#include <ofd/write/bookmark_writer.h>
+
+namespace ofd {
+
+// What an open document holds. Private to the sources of OfdDocument.
+struct OfdDocument::Private
+{
+    const DocumentStructure& Structure() const { return store->GetStructure(); }
+    OfdPage* PageAt(IG_Document* document, int index);
+
+    // The trees are read when they are first asked for.
+    void ReadBookmarksOnce();
+    void ReadOutlineOnce();
+    void ReadTagsOnce();
+    std::vector<G_Bookmark*> CurrentBookmarks() const;
+    bool AreBookmarksEdited() const;
+    std::vector<OfdAnnot*> EditedAnnots() const;
+    bool HasRemovedAnnots() const;
+
+    // Saving. Collects what changed as new bytes of parts; false, with the reason, when a part cannot be edited.
+    bool CollectChanges(PackageChanges& changes, PackageError& error) const;
+    bool CollectDocumentPart(PackageChanges& changes, PackageError& error) const;
+    void StampModificationDate(PackageChanges& changes) const;
+    DocumentSaveResult Write(const QString& target, bool overwritesForeignChange);
+    void AdoptSaved(std::unique_ptr<Package> saved, const QString& target);
+
+    QString path;
+    bool isReadOnly = false;
+    std::shared_ptr<DocumentStore> store;
+    std::unique_ptr<XmlPart> documentPart; // as in the file; for reading trees and for edits
+    std::unique_ptr<AttachmentTable> attachments;
+    std::unique_ptr<OfdPageRenderer> renderer;
+    std::vector<std::unique_ptr<OfdPage>> pages; // null until asked for
+
+    bool areBookmarksRead = false;
+    TreeRoot bookmarks;              // null when there is no list
+    BookmarkSources bookmarkSources; // of the elements in the document part, in order
+    bool isOutlineRead = false;
+    TreeRoot outline;
+    QByteArray savedOutline; // its fingerprint as read
+    bool areTagsRead = false;
+    std::vector<TagTree> tags;
+    QByteArray savedTags;
+};
+
+// Tells trees apart by what a saver would write of them.
+QByteArray FingerprintOf(G_TreeNode* root);
+
+} // namespace ofd

@@ -1,0 +1,214 @@
+#include "document_private.h"
+
+#include <ofd/model/record_sources.h>
+#include <ofd/package/byte_source.h>
+#include <ofd/package/xml_edit.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/write/annotation_writer.h>
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QFileInfo>
+
+namespace ofd {
+
+namespace {
+
+QString Tr(const char* text)
+{
+    return QCoreApplication::translate("OfdDocument", text);
+}
+
+// The bookmarks below a node, parents before children: the format knows a flat list only.
+void CollectBookmarks(const G_TreeNode* node, std::vector<G_Bookmark*>& list)
+{
+    for (int i = 0; i < node->SubNodeCount(); ++i) {
+        const G_TreeNode* child = node->SubNode(i);
+        if (auto* bookmark = dynamic_cast<G_Bookmark*>(child->data))
+            list.push_back(bookmark);
+        CollectBookmarks(child, list);
+    }
+}
+
+} // namespace
+
+std::vector<G_Bookmark*> OfdDocument::Private::CurrentBookmarks() const
+{
+    std::vector<G_Bookmark*> list;
+    if (bookmarks)
+        CollectBookmarks(bookmarks.get(), list);
+    return list;
+}
+
+bool OfdDocument::Private::AreBookmarksEdited() const
+{
+    return areBookmarksRead && AreBookmarksChanged(bookmarkSources, CurrentBookmarks());
+}
+
+std::vector<OfdAnnot*> OfdDocument::Private::EditedAnnots() const
+{
+    std::vector<OfdAnnot*> edited;
+    for (const std::unique_ptr<OfdPage>& page : pages) {
+        if (!page)
+            continue;
+        for (const std::unique_ptr<OfdAnnot>& annot : page->Annots()) {
+            if (!annot->IsRemoved() && annot->IsEdited())
+                edited.push_back(annot.get());
+        }
+    }
+    return edited;
+}
+
+bool OfdDocument::Private::HasRemovedAnnots() const
+{
+    for (const std::unique_ptr<OfdPage>& page : pages) {
+        if (!page)
+            continue;
+        for (const std::unique_ptr<OfdAnnot>& annot : page->Annots()) {
+            if (annot->IsRemoved())
+                return true;
+        }
+    }
+    return false;
+}
+
+bool OfdDocument::Private::CollectDocumentPart(PackageChanges& changes, PackageError& error) const
+{
+    if (!AreBookmarksEdited())
+        return true;
+    XmlEdit edit(*documentPart);
+    WriteBookmarks(edit, *documentPart, Structure(), bookmarkSources, CurrentBookmarks());
+    if (edit.IsEmpty())
+        return true;
+    const QByteArray bytes = edit.Apply(&error);
+    if (bytes.isEmpty())
+        return false;
+    changes.SetPart(documentPart->GetName(), bytes);
+    return true;
+}
+
+// Keeps the date of the last change up to date where the document tells one. A signed document is left alone: its
+// signature may cover the entry part.
+void OfdDocument::Private::StampModificationDate(PackageChanges& changes) const
+{
+    if (changes.IsEmpty() || Structure().isSigned)
+        return;
+    const std::shared_ptr<const Package> package = store->GetPackage();
+    const std::unique_ptr<XmlPart> entry = XmlPart::Load(*package, package->GetEntryPoint());
+    const pugi::xml_node date = entry ? Descend(entry->GetRoot(), {"DocBody", "DocInfo", "ModDate"}) : pugi::xml_node();
+    if (!date)
+        return;
+    XmlEdit edit(*entry);
+    edit.SetText(date, QDate::currentDate().toString(Qt::ISODate));
+    const QByteArray bytes = edit.Apply();
+    if (!bytes.isEmpty() && bytes != entry->GetBytes())
+        changes.SetPart(package->GetEntryPoint(), bytes);
+}
+
+bool OfdDocument::Private::CollectChanges(PackageChanges& changes, PackageError& error) const
+{
+    if (!CollectDocumentPart(changes, error))
+        return false;
+    if (!WriteAnnotations(*store->GetPackage(), EditedAnnots(), changes, error))
+        return false;
+    StampModificationDate(changes);
+    return true;
+}
+
+DocumentSaveResult OfdDocument::Private::Write(const QString& target, bool overwritesForeignChange)
+{
+    DocumentSaveResult result;
+    PackageChanges changes;
+    PackageError error;
+    if (!CollectChanges(changes, error)) {
+        result.error = error.text;
+        return result;
+    }
+    SaveOptions options;
+    options.overwritesForeignChange = overwritesForeignChange;
+    SaveResult saved = SavePackage(*store->GetPackage(), changes, target, options);
+    if (!saved) {
+        result.error = saved.error.text;
+        result.isForeignChange = saved.error.kind == PackageErrorKind::SourceChanged;
+        return result;
+    }
+    AdoptSaved(std::move(saved.package), target);
+    result.isSaved = true;
+    return result;
+}
+
+// Goes on with the new file. Records get the sources of their new elements, so that the next save compares with what is
+// in the file now; copies that undo steps hold keep their old sources, which still have the old bytes.
+void OfdDocument::Private::AdoptSaved(std::unique_ptr<Package> saved, const QString& target)
+{
+    const std::shared_ptr<Package> package(std::move(saved));
+    for (OfdAnnot* annot : EditedAnnots())
+        annot->MarkSaved();
+    store->ReplacePackage(package);
+    path = target;
+    std::unique_ptr<XmlPart> document = XmlPart::Load(*package, Structure().documentPart);
+    if (!document)
+        return; // the saver has read it back already, so this is a broken medium; the old tree serves on
+    documentPart = std::move(document);
+    if (!areBookmarksRead)
+        return;
+    BookmarkSources sources;
+    ReadBookmarks(*documentPart, Structure(), &sources);
+    const std::vector<G_Bookmark*> current = CurrentBookmarks();
+    for (size_t i = 0; i < current.size() && i < sources.size(); ++i)
+        current[i]->source = sources[i];
+    bookmarkSources = std::move(sources);
+}
+
+DocumentSaveResult OfdDocument::Save(bool overwritesForeignChange)
+{
+    DocumentSaveResult result;
+    if (d->isReadOnly) {
+        result.error = Tr("The document is read-only. Save it under another name.");
+        return result;
+    }
+    if (!IsModified() && !IsChangedOnDisk()) // the file is what it should be
+        result.isSaved = true;
+    else
+        result = d->Write(d->path, overwritesForeignChange);
+    result.notWritten = GetUnsavableChanges();
+    return result;
+}
+
+DocumentSaveResult OfdDocument::SaveAs(const QString& path)
+{
+    const QFileInfo info(path);
+    const QString known = info.canonicalFilePath();
+    const QString target = known.isEmpty() ? info.absoluteFilePath() : known;
+    DocumentSaveResult result = d->Write(target, target != d->path);
+    if (result.isSaved)
+        d->isReadOnly = false; // it could be written just now
+    result.notWritten = GetUnsavableChanges();
+    return result;
+}
+
+bool OfdDocument::IsChangedOnDisk() const
+{
+    FileIdentity now;
+    const std::shared_ptr<const Package> package = d->store->GetPackage();
+    return !ByteSource::IdentityOfPath(d->path, now) || now != package->GetSource().GetIdentityAtOpening();
+}
+
+QStringList OfdDocument::GetUnsavableChanges() const
+{
+    QStringList kinds;
+    if (d->isOutlineRead && FingerprintOf(d->outline.get()) != d->savedOutline)
+        kinds.append(Tr("outline"));
+    QByteArray tags;
+    for (const TagTree& tree : d->tags)
+        tags += FingerprintOf(tree.root.get());
+    if (d->areTagsRead && tags != d->savedTags)
+        kinds.append(Tr("custom tags"));
+    if (d->attachments->IsChanged())
+        kinds.append(Tr("attachments"));
+    if (d->HasRemovedAnnots())
+        kinds.append(Tr("removed annotations"));
+    return kinds;
+}
+
+} // namespace ofd

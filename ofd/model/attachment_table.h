@@ -1,0 +1,50 @@
+#pragma once
+
+#include <frame/document/payloads.h>
+
+#include <QMutex>
+#include <QString>
+#include <QTemporaryFile>
+#include <QVector>
+
+#include <memory>
+
+class ICA_StreamReader;
+class ICA_StreamWriter;
+
+namespace ofd {
+
+class Package;
+
+// One attachment: what is shown, and where its bytes are.
+struct AttachmentEntry
+{
+    G_AttachmentInfo info;
+    QString part;                         // in the package; empty when it was added, or its part is missing
+    std::shared_ptr<QTemporaryFile> file; // of an added one, until it is saved
+};
+
+// The attachments of a document as plain values behind a lock, which is never held while bytes are copied. Any thread.
+class AttachmentTable
+{
+public:
+    explicit AttachmentTable(QVector<AttachmentEntry> entries);
+
+    int GetCount() const;
+    int GetIndexById(int id) const;
+    // A default value when out of range.
+    G_AttachmentInfo GetInfo(int index) const;
+    bool Write(int index, const Package& package, ICA_StreamWriter* writer) const;
+    // Copies the bytes to a private file first; false, and nothing added, when they cannot be read.
+    bool AddFrom(ICA_StreamReader* reader, G_AttachmentInfo info);
+    bool Remove(int index);
+    // Differs from what was read.
+    bool IsChanged() const;
+
+private:
+    mutable QMutex mutex;
+    QVector<AttachmentEntry> entries;
+    bool isChanged = false;
+};
+
+} // namespace ofd

@@ -1,0 +1,196 @@
+#include "document_store.h"
+
+#include <ofd/package/locations.h>
+#include <ofd/package/package.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/package/xml_part.h>
+#include <ofd/package/xml_values.h>
+#include <ofd/parse/annotation_reader.h>
+#include <ofd/parse/content_reader.h>
+#include <ofd/parse/page_head.h>
+#include <ofd/parse/resource_reader.h>
+#include <ofd/render/image_store.h>
+#include <ofd/text/font_store.h>
+
+#include <QCoreApplication>
+
+namespace ofd {
+
+namespace {
+
+// Source bytes of the page contents that are kept; parsed, they take about ten times as much.
+constexpr int CachedContentBytes = 16 << 20;
+
+ContentResult NoContent(const QString& error, const std::shared_ptr<const Resources>& resources)
+{
+    auto content = std::make_shared<PageContent>();
+    content->resources = resources;
+    return {content, error};
+}
+
+} // namespace
+
+DocumentStore::DocumentStore(std::shared_ptr<Package> package, DocumentStructure structureIn)
+    : structure(std::move(structureIn))
+    , fonts(std::make_unique<FontStore>())
+    , images(std::make_unique<ImageStore>())
+    , package(std::move(package))
+    , pageSizes(structure.pages.size())
+    , contents(CachedContentBytes)
+{
+}
+
+DocumentStore::~DocumentStore() = default;
+
+std::shared_ptr<const Package> DocumentStore::GetPackage() const
+{
+    const QMutexLocker lock(&packageMutex);
+    return package;
+}
+
+void DocumentStore::ReplacePackage(std::shared_ptr<Package> newPackage)
+{
+    const QMutexLocker lock(&packageMutex);
+    package = std::move(newPackage);
+}
+
+QSizeF DocumentStore::GetPageSize(int pageIndex)
+{
+    if (pageIndex < 0 || pageIndex >= structure.pages.size())
+        return QSizeF(DefaultPageWidthMm, DefaultPageHeightMm);
+    {
+        const QMutexLocker lock(&sizeMutex);
+        if (pageSizes.at(pageIndex).isValid())
+            return pageSizes.at(pageIndex);
+    }
+    const QSizeF size = ReadPageSize(pageIndex);
+    const QMutexLocker lock(&sizeMutex);
+    pageSizes[pageIndex] = size;
+    return size;
+}
+
+// The page's own area, else that of the first template it uses, else the document's, else a common sheet.
+QSizeF DocumentStore::ReadPageSize(int pageIndex)
+{
+    const std::shared_ptr<const Package> source = GetPackage();
+    const PageHead head = ReadPageHead(*source, structure.pages.at(pageIndex).part);
+    if (head.areaSize.isValid())
+        return head.areaSize;
+    if (!head.templateIds.isEmpty()) {
+        const int position = structure.templateById.value(head.templateIds.first(), -1);
+        const QString part = position < 0 ? QString() : structure.templates.at(position).part;
+        QSizeF size;
+        {
+            const QMutexLocker lock(&sizeMutex);
+            size = templateSizes.value(part);
+        }
+        if (!part.isEmpty() && !size.isValid()) {
+            size = ReadPageHead(*source, part).areaSize;
+            const QMutexLocker lock(&sizeMutex);
+            templateSizes.insert(part, size);
+        }
+        if (size.isValid())
+            return size;
+    }
+    return structure.pageSizeMm.isValid() ? structure.pageSizeMm : QSizeF(DefaultPageWidthMm, DefaultPageHeightMm);
+}
+
+std::shared_ptr<const Resources> DocumentStore::GetResources()
+{
+    const QMutexLocker lock(&resourceMutex);
+    if (!resources) {
+        const QStringList parts = structure.documentRes + structure.publicRes; // the former win over the latter
+        resources =
+            ReadResources(*GetPackage(), parts, structure.documentFolder, int(structure.defaultColorSpace), nullptr);
+    }
+    return resources;
+}
+
+ContentResult DocumentStore::GetPageContent(int pageIndex)
+{
+    const QString part = structure.pages.value(pageIndex).part;
+    if (part.isEmpty()) {
+        const QString error = QCoreApplication::translate("OfdDocument", "The page is missing in the file.");
+        return NoContent(error, GetResources());
+    }
+    return GetContent(part);
+}
+
+ContentResult DocumentStore::GetContent(const QString& part)
+{
+    {
+        const QMutexLocker lock(&contentMutex);
+        if (const ContentResult* known = contents.object(part))
+            return *known;
+    }
+    const ContentResult result = ReadContent(part);
+    const int cost = int(std::min<qint64>(result.content->bytes, CachedContentBytes - 1)) + 1;
+    const QMutexLocker lock(&contentMutex);
+    contents.insert(part, new ContentResult(result), cost);
+    return result;
+}
+
+ContentResult DocumentStore::ReadContent(const QString& part)
+{
+    const std::shared_ptr<const Package> source = GetPackage();
+    std::shared_ptr<const Resources> known = GetResources();
+    PackageError error;
+    const std::unique_ptr<XmlPart> xml = XmlPart::Load(*source, part, &error);
+    if (!xml)
+        return NoContent(error.text, known);
+    LocationContext context;
+    context.holderPart = part;
+    context.documentFolder = structure.documentFolder;
+    QStringList pageRes;
+    for (const pugi::xml_node& reference : ChildElements(xml->GetRoot(), "PageRes")) {
+        const QString found = ResolveLocation(*source, TrimmedText(reference), context).part;
+        if (!found.isEmpty())
+            pageRes.append(found);
+    }
+    if (!pageRes.isEmpty())
+        known = ReadResources(*source, pageRes, structure.documentFolder, known->defaultColorSpace, known);
+    const std::shared_ptr<PageContent> content = ReadPageContent(xml->GetRoot(), known);
+    content->bytes = xml->GetBytes().size();
+    return {content, QString()};
+}
+
+std::shared_ptr<const PageContent> DocumentStore::GetTemplateContent(int templateId)
+{
+    const int position = structure.templateById.value(templateId, -1);
+    const QString part = position < 0 ? QString() : structure.templates.at(position).part;
+    return part.isEmpty() ? NoContent(QString(), GetResources()).content : GetContent(part).content;
+}
+
+std::shared_ptr<const PageAnnotations> DocumentStore::GetPageAnnotations(int pageIndex)
+{
+    const std::shared_ptr<const Resources> known = GetResources();
+    const QMutexLocker lock(&annotationMutex);
+    const auto found = annotations.constFind(pageIndex);
+    if (found != annotations.constEnd())
+        return *found;
+    const std::shared_ptr<const Package> source = GetPackage();
+    if (!annotationIndex)
+        annotationIndex = std::make_unique<AnnotationIndex>(
+            ReadAnnotationIndex(*source, structure.annotationsPart, structure.documentFolder));
+    QStringList parts;
+    const int pageId = structure.pages.value(pageIndex).id;
+    if (structure.pageIndexById.value(pageId, -1) == pageIndex) // of two pages with one id the first has them
+        parts = annotationIndex->value(pageId);
+    const std::shared_ptr<const PageAnnotations> page = ReadPageAnnotations(*source, parts, known);
+    annotations.insert(pageIndex, page);
+    return page;
+}
+
+LayerKind DocumentStore::GetTemplateKind(int templateId, const QString& onPage) const
+{
+    const int position = structure.templateById.value(templateId, -1);
+    QString word = onPage;
+    if (word.isEmpty() && position >= 0)
+        word = structure.templates.at(position).zOrder;
+    const QByteArray text = word.toUtf8();
+    if (EqualsWord(text.constData(), "Foreground"))
+        return LayerKind::Foreground;
+    return EqualsWord(text.constData(), "Body") ? LayerKind::Body : LayerKind::Background;
+}
+
+} // namespace ofd

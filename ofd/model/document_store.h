@@ -1,0 +1,81 @@
+#pragma once
+
+#include "annotations.h"
+#include "resources.h"
+#include "session_state.h"
+#include "structure.h"
+
+#include <QCache>
+#include <QMutex>
+#include <QSizeF>
+
+#include <memory>
+
+namespace ofd {
+
+class FontStore;
+class ImageStore;
+class Package;
+
+// A page's content, or why there is none.
+struct ContentResult
+{
+    std::shared_ptr<const PageContent> content; // never null; empty on failure
+    QString error;
+};
+
+// Everything that is read from an open document at first use, shared by the main thread and the painting threads. What
+// it hands out is immutable and stays valid as long as it is held, also while the document is saved.
+class DocumentStore
+{
+public:
+    DocumentStore(std::shared_ptr<Package> package, DocumentStructure structure);
+    ~DocumentStore();
+
+    const DocumentStructure& GetStructure() const { return structure; }
+    SessionState& GetSession() { return session; }
+    FontStore& GetFonts() { return *fonts; }
+    ImageStore& GetImages() { return *images; }
+
+    // The package to read from now. A save replaces it.
+    std::shared_ptr<const Package> GetPackage() const;
+    void ReplacePackage(std::shared_ptr<Package> newPackage);
+
+    // Null-safe for any index: out of range gives the default size, or an empty page with an error.
+    QSizeF GetPageSize(int pageIndex);
+    ContentResult GetPageContent(int pageIndex);
+    // Empty when there is no such template.
+    std::shared_ptr<const PageContent> GetTemplateContent(int templateId);
+    std::shared_ptr<const PageAnnotations> GetPageAnnotations(int pageIndex);
+    std::shared_ptr<const Resources> GetResources();
+    // The z-order of a template on a page that says `onPage` of it.
+    LayerKind GetTemplateKind(int templateId, const QString& onPage) const;
+
+private:
+    QSizeF ReadPageSize(int pageIndex);
+    ContentResult GetContent(const QString& part);
+    ContentResult ReadContent(const QString& part);
+
+    const DocumentStructure structure;
+    SessionState session;
+    std::unique_ptr<FontStore> fonts;
+    std::unique_ptr<ImageStore> images;
+
+    mutable QMutex packageMutex;
+    std::shared_ptr<Package> package;
+
+    // The caches have a lock each. Sizes and contents are read without holding it; resources and annotations under it,
+    // so that they are read once.
+    QMutex sizeMutex;
+    QVector<QSizeF> pageSizes;            // invalid until known
+    QHash<QString, QSizeF> templateSizes; // by part
+    QMutex contentMutex;
+    QCache<QString, ContentResult> contents; // by part; weighed by the bytes of their source
+    QMutex resourceMutex;
+    std::shared_ptr<const Resources> resources;
+    QMutex annotationMutex;
+    std::unique_ptr<AnnotationIndex> annotationIndex;
+    QHash<int, std::shared_ptr<const PageAnnotations>> annotations; // by page index
+};
+
+} // namespace ofd

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QHash>
+#include <QMutex>
+#include <QPair>
+#include <QSet>
+
+namespace ofd {
+
+// What is hidden in this session. The panes write it on the main thread while painting threads read it; nothing of it
+// is saved.
+class SessionState
+{
+public:
+    struct PageView
+    {
+        QSet<int> hiddenTemplates;   // ids
+        QSet<int> hiddenLayers;      // positions on the page
+        QSet<int> hiddenAnnotations; // positions in the page's list, removed ones included
+    };
+
+    void SetTemplateHidden(int id, bool isHidden);
+    bool IsTemplateHidden(int id) const;
+    void SetLayerHidden(int pageIndex, int position, bool isHidden);
+    bool IsLayerHidden(int pageIndex, int position) const;
+    void SetAnnotationHidden(int pageIndex, int position, bool isHidden);
+    // All that concerns one page, at one moment.
+    PageView GetPageView(int pageIndex) const;
+
+private:
+    mutable QMutex mutex;
+    QSet<int> templates;
+    QHash<int, QSet<int>> layers; // by page index
+    QHash<int, QSet<int>> annotations;
+};
+
+} // namespace ofd

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QDate>
+#include <QHash>
+#include <QSizeF>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+namespace ofd {
+
+// A page as the document lists it. The order of the list is the page order.
+struct PageEntry
+{
+    int id = 0;
+    QString part; // empty when the part is missing: the page is then an empty sheet
+};
+
+struct TemplateEntry
+{
+    int id = 0;
+    QString part; // empty when missing
+    QString name;
+    QString zOrder; // as written; empty when not given
+};
+
+// What the document allows. All true when it says nothing.
+struct Permissions
+{
+    bool exist = false;
+    bool edit = true;
+    bool annotate = true;
+    bool exportContent = true;
+    QDate validFrom; // invalid: no bound
+    QDate validUntil;
+
+    bool IsValidOn(const QDate& day) const;
+};
+
+// What the entry part and the document part say, read at opening and never changed afterwards. Part names are resolved.
+struct DocumentStructure
+{
+    QString documentPart;
+    QString documentFolder; // "Doc_0/", empty at the root
+    QString title;
+    QVector<PageEntry> pages;
+    QHash<int, int> pageIndexById; // the first page of an id wins
+    QVector<TemplateEntry> templates;
+    QHash<int, int> templateById; // position in `templates`
+    QStringList documentRes;
+    QStringList publicRes;
+    quint32 defaultColorSpace = 0;
+    QSizeF pageSizeMm; // of pages without an area of their own; invalid when the document has none
+    QString attachmentsPart;
+    QString annotationsPart;
+    QString customTagsPart;
+    Permissions permissions;
+    bool isSigned = false;
+    bool isEncrypted = false;
+};
+
+// A sheet for pages about whose size nothing is known.
+constexpr double DefaultPageWidthMm = 210;
+constexpr double DefaultPageHeightMm = 297;
+
+} // namespace ofd

@@ -1,0 +1,441 @@
+#include "document_private.h"
+
+#include <frame/base/converters.h>
+#include <frame/base/streams.h>
+#include <ofd/parse/attachment_reader.h>
+#include <ofd/parse/document_reader.h>
+#include <ofd/text/text_page.h>
+
+#include <QCryptographicHash>
+#include <QDate>
+#include <QDateTime>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <limits>
+
+namespace ofd {
+
+namespace {
+
+// A record's part of a fingerprint.
+QByteArray DescriptionOf(const G_NodeData* data)
+{
+    const auto* record = dynamic_cast<const G_Object*>(data);
+    return record ? record->ToString().Bytes() : QByteArray();
+}
+
+bool CanBeReplaced(const QString& path)
+{
+    const QFileInfo file(path);
+    return file.isWritable() && QFileInfo(file.absolutePath()).isWritable();
+}
+
+CCA_Path PathOf(const QPainterPath& outline)
+{
+    CCA_Path path;
+    for (int i = 0; i < outline.elementCount(); ++i) {
+        const QPainterPath::Element element = outline.elementAt(i);
+        const CCA_GPoint point{float(element.x), float(element.y)};
+        if (element.isMoveTo())
+            path.AppendPoint(point, CCA_Path::MoveTo);
+        else
+            path.AppendPoint(point, element.isLineTo() ? CCA_Path::LineTo : CCA_Path::BezierTo);
+    }
+    return path;
+}
+
+} // namespace
+
+QByteArray FingerprintOf(G_TreeNode* root)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    QVector<G_TreeNode*> pending;
+    if (root)
+        pending.append(root);
+    while (!pending.isEmpty()) {
+        G_TreeNode* node = pending.takeLast();
+        hash.addData(QByteArray::number(node->level) + ' ' + DescriptionOf(node->data) + '\n');
+        for (int i = node->SubNodeCount() - 1; i >= 0; --i)
+            pending.append(node->SubNode(i));
+    }
+    return hash.result();
+}
+
+OpenResult OfdDocument::Open(const QString& path, bool readOnly)
+{
+    OpenResult result;
+    const QFileInfo info(path);
+    const QString known = info.canonicalFilePath();
+    auto data = std::make_unique<Private>();
+    data->path = known.isEmpty() ? info.absoluteFilePath() : known;
+    PackageError error;
+    std::shared_ptr<Package> package = Package::Open(data->path, &error);
+    if (!package) {
+        result.error = error.text;
+        return result;
+    }
+    DocumentParts parts = ReadDocument(*package);
+    if (!parts.document) {
+        result.error = parts.error;
+        return result;
+    }
+    data->isReadOnly = readOnly || !CanBeReplaced(data->path);
+    data->documentPart = std::move(parts.document);
+    data->attachments =
+        std::make_unique<AttachmentTable>(ReadAttachments(*package, parts.structure, data->documentPart->GetRoot()));
+    data->pages.resize(size_t(parts.structure.pages.size()));
+    data->store = std::make_shared<DocumentStore>(std::move(package), std::move(parts.structure));
+    data->renderer = std::make_unique<OfdPageRenderer>(data->store);
+    result.document.reset(new OfdDocument(std::move(data)));
+    return result;
+}
+
+OfdDocument::OfdDocument(std::unique_ptr<Private> d)
+    : d(std::move(d))
+{
+}
+
+OfdDocument::~OfdDocument() = default;
+
+QString OfdDocument::GetPath() const
+{
+    return d->path;
+}
+
+QString OfdDocument::GetTitle() const
+{
+    return d->Structure().title;
+}
+
+CCA_String OfdDocument::GetDocumentKey()
+{
+    return CCA_String(d->path.toUtf8());
+}
+
+// Pages.
+
+OfdPage* OfdDocument::Private::PageAt(IG_Document* document, int index)
+{
+    if (index < 0 || index >= int(pages.size()))
+        return nullptr;
+    std::unique_ptr<OfdPage>& page = pages[size_t(index)];
+    if (!page)
+        page = std::make_unique<OfdPage>(document, store, index);
+    return page.get();
+}
+
+int OfdDocument::PageIdFromIndex(int index)
+{
+    return d->Structure().pages.value(index).id;
+}
+
+int OfdDocument::PageIndexFromId(int id)
+{
+    return d->Structure().pageIndexById.value(id, -1);
+}
+
+int OfdDocument::GetPageCount()
+{
+    return d->Structure().pages.size();
+}
+
+IG_Page* OfdDocument::GetPage(int index)
+{
+    return d->PageAt(this, index);
+}
+
+void OfdDocument::ReleasePage(int index, int)
+{
+    if (index >= 0 && index < int(d->pages.size()) && d->pages[size_t(index)])
+        d->pages[size_t(index)]->Unload();
+}
+
+QSizeF OfdDocument::PageSizeMm(int index)
+{
+    return d->store->GetPageSize(index);
+}
+
+IG_PageRenderer* OfdDocument::Renderer()
+{
+    return d->renderer.get();
+}
+
+// Templates.
+
+int OfdDocument::GetTemplateCount()
+{
+    return d->Structure().templates.size();
+}
+
+int OfdDocument::GetTemplateIdAt(int position)
+{
+    return d->Structure().templates.value(position).id;
+}
+
+CCA_String OfdDocument::GetTemplateName(int id)
+{
+    const DocumentStructure& structure = d->Structure();
+    return CCA_String(structure.templates.value(structure.templateById.value(id, -1)).name.toUtf8());
+}
+
+CCA_String OfdDocument::GetTemplateZOrder(int id)
+{
+    const LayerKind kind = d->store->GetTemplateKind(id, QString());
+    return kind == LayerKind::Foreground ? "Foreground" : kind == LayerKind::Body ? "Body" : "Background";
+}
+
+void OfdDocument::SetTemplateVisible(int id, bool visible)
+{
+    if (d->Structure().templateById.contains(id))
+        d->store->GetSession().SetTemplateHidden(id, !visible);
+}
+
+bool OfdDocument::IsTemplateVisible(int id)
+{
+    return !d->store->GetSession().IsTemplateHidden(id);
+}
+
+// Trees.
+
+void OfdDocument::Private::ReadBookmarksOnce()
+{
+    if (areBookmarksRead)
+        return;
+    bookmarks = ReadBookmarks(*documentPart, Structure(), &bookmarkSources);
+    areBookmarksRead = true;
+}
+
+bool OfdDocument::CreateBookmarkRoot()
+{
+    d->ReadBookmarksOnce();
+    if (!d->bookmarks)
+        d->bookmarks.reset(G_TreeNode::CreateRoot());
+    return true;
+}
+
+G_TreeNode* OfdDocument::GetBookmarkRoot()
+{
+    d->ReadBookmarksOnce();
+    return d->bookmarks.get();
+}
+
+void OfdDocument::Private::ReadOutlineOnce()
+{
+    if (isOutlineRead)
+        return;
+    outline = ReadOutline(*documentPart, Structure());
+    const TreeRoot empty(G_TreeNode::CreateRoot()); // a root made later and left empty is no change
+    savedOutline = FingerprintOf(outline ? outline.get() : empty.get());
+    isOutlineRead = true;
+}
+
+bool OfdDocument::CreateOutlineRoot()
+{
+    d->ReadOutlineOnce();
+    if (!d->outline)
+        d->outline.reset(G_TreeNode::CreateRoot());
+    return true;
+}
+
+G_TreeNode* OfdDocument::GetOutlineRoot()
+{
+    d->ReadOutlineOnce();
+    return d->outline.get();
+}
+
+void OfdDocument::Private::ReadTagsOnce()
+{
+    if (areTagsRead)
+        return;
+    const DocumentStructure& structure = Structure();
+    tags = ReadCustomTags(*store->GetPackage(), structure.customTagsPart, structure.documentFolder);
+    for (const TagTree& tree : tags)
+        savedTags += FingerprintOf(tree.root.get());
+    areTagsRead = true;
+}
+
+bool OfdDocument::AddCustomTagRoot(const char* name, const char* prefix, const char* nameSpace, int)
+{
+    d->ReadTagsOnce();
+    TagTree tree;
+    tree.root.reset(G_TreeNode::CreateRoot());
+    tree.prefix = QString::fromUtf8(prefix);
+    tree.nameSpace = QString::fromUtf8(nameSpace);
+    auto* tag = new G_CustomTagItem; // owned by its node
+    tag->tagName = CCA_String(name);
+    tree.root->AddSubNode(0, tag);
+    d->tags.push_back(std::move(tree));
+    return true;
+}
+
+int OfdDocument::CustomTagRootCount()
+{
+    d->ReadTagsOnce();
+    return int(d->tags.size());
+}
+
+G_TreeNode* OfdDocument::CustomTagRoot(int position)
+{
+    d->ReadTagsOnce();
+    return position >= 0 && position < int(d->tags.size()) ? d->tags[size_t(position)].root.get() : nullptr;
+}
+
+void OfdDocument::CustomTagObjects(CCA_LockedArray<G_PageObjectPath>& objects, const G_CustomTagItem* item)
+{
+    if (!item)
+        return;
+    for (const G_PageObjRef* reference : item->objects.Values()) {
+        OfdPage* page = d->PageAt(this, PageIndexFromId(reference->pageId));
+        if (!page)
+            continue;
+        for (const int id : reference->objectIds) {
+            const ObjectPlace* place = page->FindObject(id);
+            if (!place)
+                continue;
+            G_PageObjectPath path;
+            path.pageIndex = page->GetIndex();
+            path.kind = place->outline.isEmpty() ? 1 : 2;
+            if (place->outline.isEmpty())
+                path.path.AppendRect(GQ_ToCAGRect(place->box));
+            else
+                path.path = PathOf(place->outline);
+            objects.Add(path);
+        }
+    }
+}
+
+// Rights and states.
+
+bool OfdDocument::IsReadOnly()
+{
+    return d->isReadOnly;
+}
+
+bool OfdDocument::CheckRight(bool edit)
+{
+    return !edit || (MayEdit() && d->Structure().permissions.IsValidOn(QDate::currentDate()));
+}
+
+bool OfdDocument::HasPermissions()
+{
+    return d->Structure().permissions.exist;
+}
+
+bool OfdDocument::MayEdit()
+{
+    return d->Structure().permissions.edit;
+}
+
+bool OfdDocument::MayAnnotate()
+{
+    return d->Structure().permissions.annotate;
+}
+
+bool OfdDocument::MayExport()
+{
+    return d->Structure().permissions.exportContent;
+}
+
+bool OfdDocument::IsSignProtected()
+{
+    return d->Structure().isSigned;
+}
+
+bool OfdDocument::IsEncrypted()
+{
+    return d->Structure().isEncrypted;
+}
+
+bool OfdDocument::IsModified()
+{
+    return d->AreBookmarksEdited() || !d->EditedAnnots().empty();
+}
+
+void OfdDocument::Prepare()
+{
+    d->ReadBookmarksOnce();
+    d->ReadOutlineOnce();
+    d->store->GetResources();
+}
+
+bool OfdDocument::RemoveAnnot(IG_Annot* annot)
+{
+    auto* page = annot ? dynamic_cast<OfdPage*>(annot->GetOwnerPage()) : nullptr;
+    return page && page->GetDocument() == this && page->SetAnnotRemoved(annot, true);
+}
+
+bool OfdDocument::ReviveAnnot(IG_Annot* annot)
+{
+    auto* page = annot ? dynamic_cast<OfdPage*>(annot->GetOwnerPage()) : nullptr;
+    return page && page->GetDocument() == this && page->SetAnnotRemoved(annot, false);
+}
+
+// Attachments.
+
+int OfdDocument::GetAttachmentCount()
+{
+    return d->attachments->GetCount();
+}
+
+int OfdDocument::GetAttachmentIndexById(int id)
+{
+    return d->attachments->GetIndexById(id);
+}
+
+G_AttachmentInfo OfdDocument::GetAttachment(int index)
+{
+    return d->attachments->GetInfo(index);
+}
+
+bool OfdDocument::WriteAttachment(int index, ICA_StreamWriter* writer)
+{
+    return d->attachments->Write(index, *d->store->GetPackage(), writer);
+}
+
+bool OfdDocument::AddAttachment(ICA_StreamReader* reader, bool, const char* title, const char* format, const char* name,
+                                const char*, int)
+{
+    const std::unique_ptr<ICA_StreamReader> owned(reader);
+    const QString shown = QString::fromUtf8(title ? title : name);
+    G_AttachmentInfo info;
+    info.name = CCA_String(CleanedName(shown).toUtf8());
+    info.format = CCA_String(CleanedName(QString::fromUtf8(format)).toUtf8());
+    info.addDate = CCA_String(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss")).toUtf8());
+    return d->attachments->AddFrom(owned.get(), info);
+}
+
+bool OfdDocument::RemoveAttachment(int index)
+{
+    return d->attachments->Remove(index);
+}
+
+// Text.
+
+QList<G_TextRects> OfdDocument::SelectTextRange(const CCA_GPoint& start, int startPage, const CCA_GPoint& end,
+                                                int endPage, const OVSharedPtr<OVJson>&)
+{
+    QList<G_TextRects> selection;
+    const bool isForward = startPage <= endPage;
+    const int first = std::min(startPage, endPage);
+    const int last = std::max(startPage, endPage);
+    const bool isEmpty = first == last && start.x == end.x && start.y == end.y;
+    if (first < 0 || last >= GetPageCount() || isEmpty)
+        return selection;
+    constexpr float farAway = std::numeric_limits<float>::max();
+    for (int index = first; index <= last; ++index) {
+        const CCA_GPoint from = index == first ? (isForward ? start : end) : CCA_GPoint{-farAway, -farAway};
+        const CCA_GPoint to = index == last ? (isForward ? end : start) : CCA_GPoint{farAway, farAway};
+        const ContentResult page = d->store->GetPageContent(index);
+        OfdTextPage text(d->store, page.content, page.error.isEmpty());
+        text.Parse(0);
+        G_TextRects rects;
+        rects.pageIndex = index;
+        for (const G_TextRun& run : text.RunsBetween(from, to))
+            rects.rects.Add(run.rect);
+        selection.append(rects);
+    }
+    return selection;
+}
+
+} // namespace ofd

@@ -1,0 +1,219 @@
+#include "ofd_page.h"
+
+#include "tag_hits.h"
+
+#include <frame/document/ig_document.h>
+#include <frame/document/payloads.h>
+#include <ofd/model/document_store.h>
+#include <ofd/text/text_page.h>
+
+#include <QSet>
+
+#include <algorithm>
+
+namespace ofd {
+
+OfdPageLayer::OfdPageLayer(DocumentStore& store, int pageIndex, int position, const QString& name, LayerKind kind)
+    : store(store)
+    , pageIndex(pageIndex)
+    , position(position)
+    , name(name)
+    , kind(kind)
+{
+}
+
+void OfdPageLayer::SetVisible(bool visible)
+{
+    store.GetSession().SetLayerHidden(pageIndex, position, !visible);
+}
+
+bool OfdPageLayer::IsVisible()
+{
+    return !store.GetSession().IsLayerHidden(pageIndex, position);
+}
+
+OfdPage::OfdPage(IG_Document* document, std::shared_ptr<DocumentStore> store, int index)
+    : document(document)
+    , store(std::move(store))
+    , index(index)
+{
+}
+
+OfdPage::~OfdPage() = default;
+
+float OfdPage::GetPageWidth()
+{
+    return float(store->GetPageSize(index).width());
+}
+
+float OfdPage::GetPageHeight()
+{
+    return float(store->GetPageSize(index).height());
+}
+
+int OfdPage::PageId()
+{
+    return store->GetStructure().pages.at(index).id;
+}
+
+bool OfdPage::Load()
+{
+    if (content)
+        return true;
+    const ContentResult result = store->GetPageContent(index);
+    const bool isMissing = store->GetStructure().pages.at(index).part.isEmpty();
+    if (!result.error.isEmpty() && !isMissing)
+        return false;
+    content = result.content;
+    MakeLayers();
+    return true;
+}
+
+void OfdPage::Unload()
+{
+    content.reset();
+    textPage.reset();
+    places.reset();
+}
+
+void OfdPage::MakeLayers()
+{
+    for (size_t i = layers.size(); i < content->layers.size(); ++i) {
+        const Layer& layer = content->layers[i];
+        layers.push_back(std::make_unique<OfdPageLayer>(*store, index, int(i), layer.name, layer.kind));
+    }
+}
+
+int OfdPage::GetTemplateRefCount()
+{
+    return content ? content->templates.size() : 0;
+}
+
+int OfdPage::GetTemplateRefAt(int position)
+{
+    return content ? content->templates.value(position).id : 0;
+}
+
+CCA_String OfdPage::GetTemplateRefZOrder(int position)
+{
+    if (position < 0 || position >= GetTemplateRefCount())
+        return "Background";
+    const TemplateRef& reference = content->templates.at(position);
+    const LayerKind kind = store->GetTemplateKind(reference.id, reference.zOrder);
+    return kind == LayerKind::Foreground ? "Foreground" : kind == LayerKind::Body ? "Body" : "Background";
+}
+
+IG_PageLayer* OfdPage::GetLayerAt(int position)
+{
+    return position >= 0 && position < GetLayerCount() ? layers[size_t(position)].get() : nullptr;
+}
+
+int OfdPage::LoadAnnots()
+{
+    if (areAnnotsRead)
+        return areAnnotsBroken ? 1 : 0;
+    const std::shared_ptr<const PageAnnotations> list = store->GetPageAnnotations(index);
+    int freeId = 0;
+    for (const AnnotationRecord& record : list->annotations)
+        freeId = std::max(freeId, record.id);
+    QSet<int> taken;
+    for (int i = 0; i < int(list->annotations.size()); ++i) {
+        int id = list->annotations[size_t(i)].id;
+        if (id == 0 || taken.contains(id))
+            id = ++freeId; // in memory only
+        taken.insert(id);
+        annots.push_back(std::make_unique<OfdAnnot>(this, *store, list, i, id));
+    }
+    areAnnotsRead = true;
+    areAnnotsBroken = list->isBroken;
+    ListAnnots();
+    return areAnnotsBroken ? 1 : 0;
+}
+
+void OfdPage::ListAnnots()
+{
+    shownAnnots.clear();
+    for (const std::unique_ptr<OfdAnnot>& annot : annots) {
+        if (!annot->IsRemoved())
+            shownAnnots.append(annot.get());
+    }
+}
+
+IG_Annot* OfdPage::GetAnnotById(int id)
+{
+    const auto found =
+        std::find_if(shownAnnots.cbegin(), shownAnnots.cend(), [id](IG_Annot* annot) { return annot->GetId() == id; });
+    return found != shownAnnots.cend() ? *found : nullptr;
+}
+
+bool OfdPage::SetAnnotRemoved(IG_Annot* annot, bool isRemoved)
+{
+    for (const std::unique_ptr<OfdAnnot>& own : annots) {
+        if (own.get() != annot || own->IsRemoved() == isRemoved)
+            continue;
+        own->SetRemoved(isRemoved);
+        ListAnnots();
+        return true;
+    }
+    return false;
+}
+
+IG_TextPage* OfdPage::GetTextPage()
+{
+    if (!content)
+        return nullptr;
+    if (!textPage)
+        textPage = std::make_unique<OfdTextPage>(store, content, true);
+    return textPage.get();
+}
+
+const QVector<ObjectPlace>& OfdPage::Places()
+{
+    if (!places)
+        places = std::make_unique<QVector<ObjectPlace>>(PlaceObjects(*store->GetPageContent(index).content, *store));
+    return *places;
+}
+
+const ObjectPlace* OfdPage::FindObject(int id)
+{
+    for (const ObjectPlace& place : Places()) {
+        if (place.id == id)
+            return &place;
+    }
+    return nullptr;
+}
+
+int OfdPage::CollectObjectsInRect(const CCA_GRect& rect, G_PageObjRef* ref)
+{
+    if (!content || !ref)
+        return 0;
+    const SessionState::PageView view = store->GetSession().GetPageView(index);
+    int added = 0;
+    for (const ObjectPlace& place : Places()) {
+        const QPointF centre = place.box.center();
+        const bool isShown = place.isVisible && !view.hiddenLayers.contains(place.layer);
+        if (isShown && rect.Contains({float(centre.x()), float(centre.y())})) {
+            ref->objectIds.append(place.id);
+            ++added;
+        }
+    }
+    return added;
+}
+
+bool OfdPage::CustomTagAtPoint(float x, float y, G_TreeNode** node, int* extra)
+{
+    if (!content)
+        return false;
+    TagHits hits(PageId(), QPointF(x, y), Places());
+    for (int i = 0; i < document->CustomTagRootCount(); ++i)
+        hits.Search(document->CustomTagRoot(i));
+    if (!hits.GetNode())
+        return false;
+    if (node)
+        *node = hits.GetNode();
+    if (extra)
+        *extra = hits.GetObjectId();
+    return true;
+}
+
+} // namespace ofd

@@ -1,0 +1,131 @@
+#include "annotation_reader.h"
+
+#include "content_reader.h"
+
+#include <ofd/package/locations.h>
+#include <ofd/package/package.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/package/xml_part.h>
+#include <ofd/package/xml_text.h>
+#include <ofd/package/xml_values.h>
+
+namespace ofd {
+
+namespace {
+
+constexpr int MaxPoints = 100'000;
+
+// The boxes of all objects together, for appearances that tell none of their own.
+QRectF UnionOfBoundaries(const ObjectList& objects)
+{
+    QRectF all;
+    for (const std::unique_ptr<const GraphicObject>& object : objects) {
+        if (object->kind == GraphicObject::Kind::Group)
+            all |= UnionOfBoundaries(static_cast<const GroupObject&>(*object).objects);
+        else
+            all |= object->boundary.normalized();
+    }
+    return all;
+}
+
+const PathObject* FirstPath(const ObjectList& objects)
+{
+    for (const std::unique_ptr<const GraphicObject>& object : objects) {
+        if (object->kind == GraphicObject::Kind::Path)
+            return static_cast<const PathObject*>(object.get());
+        if (object->kind == GraphicObject::Kind::Group) {
+            if (const PathObject* path = FirstPath(static_cast<const GroupObject&>(*object).objects))
+                return path;
+        }
+    }
+    return nullptr;
+}
+
+// The points of the first outline of the appearance, on the page.
+QString PointsOfAppearance(const AnnotationRecord& annotation)
+{
+    const PathObject* path = FirstPath(annotation.objects);
+    if (!path)
+        return QString();
+    const QTransform toPage =
+        path->toContainer * QTransform::fromTranslate(annotation.boundary.x(), annotation.boundary.y());
+    std::vector<double> numbers;
+    for (int i = 0; i < std::min(path->path.elementCount(), MaxPoints); ++i) {
+        const QPointF point = toPage.map(QPointF(path->path.elementAt(i)));
+        numbers.push_back(point.x());
+        numbers.push_back(point.y());
+    }
+    return QString::fromLatin1(FormatNumbers(numbers));
+}
+
+QString PointsParameter(const pugi::xml_node& element)
+{
+    for (const pugi::xml_node& parameter : ChildElements(ChildElement(element, "Parameters"), "Parameter")) {
+        if (AttributeText(parameter, "Name") == QLatin1String("Points"))
+            return TrimmedText(parameter);
+    }
+    return QString();
+}
+
+AnnotationRecord ReadAnnotation(const pugi::xml_node& element, const Resources& resources)
+{
+    AnnotationRecord annotation;
+    annotation.id = int(IdAttribute(element, "ID"));
+    annotation.typeWord = AttributeText(element, "Type").trimmed();
+    annotation.subType = AttributeText(element, "Subtype");
+    annotation.creator = AttributeText(element, "Creator");
+    annotation.date = AttributeText(element, "LastModDate").trimmed();
+    annotation.remark = ElementText(ChildElement(element, "Remark"));
+    annotation.isVisible = BooleanAttribute(element, "Visible", true);
+    annotation.isReadOnly = BooleanAttribute(element, "ReadOnly", true);
+    const pugi::xml_node appearance = ChildElement(element, "Appearance");
+    annotation.objects = ReadObjects(appearance, resources);
+    const std::optional<QRectF> boundary = BoxAttribute(appearance, "Boundary");
+    annotation.boundary = boundary ? *boundary : UnionOfBoundaries(annotation.objects);
+    annotation.pointsText = PointsParameter(element);
+    if (annotation.pointsText.isEmpty())
+        annotation.pointsText = PointsOfAppearance(annotation);
+    return annotation;
+}
+
+} // namespace
+
+AnnotationIndex ReadAnnotationIndex(const Package& package, const QString& listPart, const QString& documentFolder)
+{
+    AnnotationIndex index;
+    const std::unique_ptr<XmlPart> xml = listPart.isEmpty() ? nullptr : XmlPart::Load(package, listPart);
+    if (!xml)
+        return index;
+    LocationContext context;
+    context.holderPart = listPart;
+    context.documentFolder = documentFolder;
+    for (const pugi::xml_node& page : ChildElements(xml->GetRoot(), "Page")) {
+        const QString part = ResolveLocation(package, TrimmedText(ChildElement(page, "FileLoc")), context).part;
+        QStringList& parts = index[int(IdAttribute(page, "PageID"))];
+        if (!part.isEmpty() && !parts.contains(part)) // a part that is listed twice is read once
+            parts.append(part);
+    }
+    return index;
+}
+
+std::shared_ptr<const PageAnnotations> ReadPageAnnotations(const Package& package, const QStringList& parts,
+                                                           const std::shared_ptr<const Resources>& resources)
+{
+    auto page = std::make_shared<PageAnnotations>();
+    page->resources = resources;
+    for (const QString& part : parts) {
+        const std::unique_ptr<XmlPart> xml = XmlPart::Load(package, part);
+        page->isBroken |= !xml;
+        if (!xml)
+            continue;
+        int ordinal = 0;
+        for (const pugi::xml_node& element : ChildElements(xml->GetRoot(), "Annot")) {
+            page->annotations.push_back(ReadAnnotation(element, *resources));
+            page->annotations.back().part = part;
+            page->annotations.back().ordinal = ordinal++;
+        }
+    }
+    return page;
+}
+
+} // namespace ofd

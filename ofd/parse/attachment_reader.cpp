@@ -1,0 +1,118 @@
+#include "attachment_reader.h"
+
+#include <ofd/model/structure.h>
+#include <ofd/package/entry_names.h>
+#include <ofd/package/locations.h>
+#include <ofd/package/package.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/package/xml_part.h>
+#include <ofd/package/xml_values.h>
+
+#include <QSet>
+
+#include <algorithm>
+
+namespace ofd {
+
+namespace {
+
+constexpr int MaxNameLength = 200;
+
+CCA_String Utf8(const QString& text)
+{
+    return CCA_String(text.toUtf8());
+}
+
+bool IsMisleading(QChar c)
+{
+    const QChar::Category category = c.category();
+    return category == QChar::Other_Control || category == QChar::Other_Format ||
+           QStringLiteral("/\\:*?\"<>|").contains(c);
+}
+
+// The number that the text is or ends in; 0 when there is none.
+int TrailingNumber(const QString& text)
+{
+    int first = text.size();
+    while (first > 0 && text.at(first - 1).isDigit())
+        --first;
+    return text.mid(first).toInt();
+}
+
+QString DateOf(const pugi::xml_node& element)
+{
+    const QString created = AttributeText(element, "CreationDate").trimmed();
+    return created.isEmpty() ? AttributeText(element, "ModDate").trimmed() : created;
+}
+
+AttachmentEntry ReadEntry(const pugi::xml_node& element, const Package& package, const LocationContext& context)
+{
+    AttachmentEntry entry;
+    const QString location = TrimmedText(ChildElement(element, "FileLoc"));
+    entry.part = ResolveLocation(package, location, context).part;
+    QString format = AttributeText(element, "Format").trimmed();
+    if (format.isEmpty()) {
+        const QString fileName = FileNameOf(location);
+        format = fileName.contains(QLatin1Char('.')) ? fileName.section(QLatin1Char('.'), -1) : QString();
+    }
+    QString name = AttributeText(element, "Name").trimmed();
+    const QString ending = QLatin1Char('.') + format;
+    if (!format.isEmpty() && name.endsWith(ending, Qt::CaseInsensitive))
+        name.chop(ending.size());
+    entry.info.name = Utf8(CleanedName(name));
+    entry.info.format = Utf8(CleanedName(format));
+    entry.info.addDate = Utf8(DateOf(element));
+    const qint64 bytes = entry.part.isEmpty() ? -1 : package.GetPartSize(entry.part);
+    entry.info.size = bytes >= 0 ? float(bytes / 1024.0) : float(NumberAttribute(element, "Size"));
+    entry.info.id = TrailingNumber(AttributeText(element, "ID").trimmed());
+    entry.info.visible = BooleanAttribute(element, "Visible", true);
+    return entry;
+}
+
+// Missing and repeated identifiers get free numbers, in memory only.
+void MakeIdsUnique(QVector<AttachmentEntry>& entries)
+{
+    int highest = 0;
+    for (const AttachmentEntry& entry : qAsConst(entries))
+        highest = std::max(highest, entry.info.id);
+    QSet<int> taken;
+    for (AttachmentEntry& entry : entries) {
+        if (entry.info.id <= 0 || taken.contains(entry.info.id))
+            entry.info.id = ++highest;
+        taken.insert(entry.info.id);
+    }
+}
+
+} // namespace
+
+QString CleanedName(const QString& name)
+{
+    QString cleaned;
+    for (const QChar c : name)
+        cleaned += IsMisleading(c) ? QChar(QLatin1Char('_')) : c;
+    while (cleaned.startsWith(QLatin1Char('.')))
+        cleaned.remove(0, 1);
+    return cleaned.left(MaxNameLength).trimmed();
+}
+
+QVector<AttachmentEntry> ReadAttachments(const Package& package, const DocumentStructure& structure,
+                                         const pugi::xml_node& documentRoot)
+{
+    QVector<AttachmentEntry> entries;
+    LocationContext context;
+    context.documentFolder = structure.documentFolder;
+    context.holderPart = structure.documentPart;
+    for (const pugi::xml_node& element : ChildElements(ChildElement(documentRoot, "Attachments"), "Attachment"))
+        entries.append(ReadEntry(element, package, context));
+    const std::unique_ptr<XmlPart> list =
+        structure.attachmentsPart.isEmpty() ? nullptr : XmlPart::Load(package, structure.attachmentsPart);
+    if (list) {
+        context.holderPart = structure.attachmentsPart;
+        for (const pugi::xml_node& element : ChildElements(list->GetRoot(), "Attachment"))
+            entries.append(ReadEntry(element, package, context));
+    }
+    MakeIdsUnique(entries);
+    return entries;
+}
+
+} // namespace ofd

@@ -1,0 +1,221 @@
+#include "content_reader.h"
+
+#include "object_style.h"
+#include "path_data.h"
+#include "text_reader.h"
+
+#include <ofd/model/resources.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/package/xml_values.h>
+
+#include <cmath>
+
+namespace ofd {
+
+namespace {
+
+QTransform MatrixAttribute(const pugi::xml_node& element, bool* isGiven = nullptr)
+{
+    const std::optional<QVector<double>> values = ArrayAttribute(element, "CTM");
+    const bool isUsable = values && values->size() >= 6;
+    if (isGiven)
+        *isGiven = isUsable;
+    if (!isUsable)
+        return QTransform();
+    const QVector<double>& m = *values;
+    return QTransform(m[0], m[1], m[2], m[3], m[4], m[5]);
+}
+
+QTransform MoveTo(const QRectF& boundary)
+{
+    return QTransform::fromTranslate(boundary.x(), boundary.y());
+}
+
+QPainterPath ReadPath(const pugi::xml_node& element)
+{
+    QPainterPath path = ParsePathData(ElementText(ChildElement(element, "AbbreviatedData")).toStdString());
+    const bool isEvenOdd = EqualsWord(Attribute(element, "Rule").as_string(), "Even-Odd");
+    path.setFillRule(isEvenOdd ? Qt::OddEvenFill : Qt::WindingFill);
+    return path;
+}
+
+class ObjectReader
+{
+public:
+    explicit ObjectReader(const Resources& resources, int layerDrawParam = 0)
+        : resources(resources)
+        , layerDrawParam(layerDrawParam)
+    {
+    }
+
+    ObjectList ReadAll(const pugi::xml_node& parent) const
+    {
+        ObjectList objects;
+        for (pugi::xml_node child = FirstElement(parent); child; child = NextElement(child)) {
+            if (std::unique_ptr<GraphicObject> object = Read(child))
+                objects.push_back(std::move(object));
+        }
+        return objects;
+    }
+
+private:
+    // Null for elements that are no objects.
+    std::unique_ptr<GraphicObject> Read(const pugi::xml_node& element) const
+    {
+        const std::string_view name = LocalName(element);
+        if (name == "TextObject")
+            return Common(element, ReadText(element));
+        if (name == "PathObject")
+            return Common(element, ReadPathObject(element));
+        if (name == "ImageObject")
+            return Common(element, ReadImage(element));
+        if (name == "CompositeObject")
+            return Common(element, ReadComposite(element));
+        if (name == "PageBlock") { // nesting is bound by the depth limit of the XML reader
+            auto group = std::make_unique<GroupObject>();
+            group->id = int(IdAttribute(element, "ID"));
+            group->objects = ReadAll(element);
+            return group;
+        }
+        return nullptr;
+    }
+
+    StyleChain ChainOf(const pugi::xml_node& element) const
+    {
+        StyleChain chain(resources);
+        chain.Append(int(IdAttribute(element, "DrawParam")));
+        chain.Append(layerDrawParam);
+        return chain;
+    }
+
+    std::unique_ptr<GraphicObject> Common(const pugi::xml_node& element, std::unique_ptr<GraphicObject> object) const
+    {
+        object->id = int(IdAttribute(element, "ID"));
+        object->isVisible = BooleanAttribute(element, "Visible", true);
+        object->boundary = BoxAttribute(element, "Boundary").value_or(QRectF());
+        object->toContainer = MatrixAttribute(element, &object->hasMatrix) * MoveTo(object->boundary);
+        object->toContainer.type(); // settles its lazy kind before threads share it
+        object->alpha = std::clamp(IntegerAttribute(element, "Alpha", 255), 0, 255) / 255.0;
+        object->clips = ReadClips(element, *object);
+        return object;
+    }
+
+    std::unique_ptr<GraphicObject> ReadText(const pugi::xml_node& element) const
+    {
+        auto text = std::make_unique<TextObject>();
+        const StyleChain chain = ChainOf(element);
+        text->stroke = chain.ReadStroke(element);
+        text->isFilled = BooleanAttribute(element, "Fill", true);
+        text->isStroked = BooleanAttribute(element, "Stroke", false);
+        text->fillPaint = chain.ReadFill(element, Qt::black);
+        text->strokePaint = chain.ReadStrokePaint(element, Qt::transparent);
+        ReadTextObject(element, *text);
+        return text;
+    }
+
+    std::unique_ptr<GraphicObject> ReadPathObject(const pugi::xml_node& element) const
+    {
+        auto path = std::make_unique<PathObject>();
+        const StyleChain chain = ChainOf(element);
+        path->stroke = chain.ReadStroke(element);
+        path->isStroked = BooleanAttribute(element, "Stroke", true);
+        path->isFilled = BooleanAttribute(element, "Fill", false);
+        path->strokePaint = chain.ReadStrokePaint(element, Qt::black);
+        path->fillPaint = chain.ReadFill(element, Qt::transparent); // a fill without a colour fills nothing
+        path->path = ReadPath(element);
+        return path;
+    }
+
+    std::unique_ptr<GraphicObject> ReadImage(const pugi::xml_node& element) const
+    {
+        auto image = std::make_unique<ImageObject>();
+        image->mediaId = int(IdAttribute(element, "ResourceID"));
+        image->substitutionId = int(IdAttribute(element, "Substitution"));
+        image->maskId = int(IdAttribute(element, "ImageMask"));
+        return image;
+    }
+
+    std::unique_ptr<GraphicObject> ReadComposite(const pugi::xml_node& element) const
+    {
+        auto composite = std::make_unique<CompositeObject>();
+        composite->unitId = int(IdAttribute(element, "ResourceID"));
+        return composite;
+    }
+
+    // One outline a clip, in the container's space.
+    QVector<QPainterPath> ReadClips(const pugi::xml_node& element, const GraphicObject& object) const
+    {
+        QVector<QPainterPath> clips;
+        const pugi::xml_node list = ChildElement(element, "Clips");
+        const bool followsMatrix = BooleanAttribute(list, "TransFlag", true);
+        for (const pugi::xml_node& clip : ChildElements(list, "Clip")) {
+            const QPainterPath local = ReadClip(clip);
+            QPainterPath placed = local * (followsMatrix ? object.toContainer : MoveTo(object.boundary));
+            const bool misses = !object.boundary.isEmpty() && !placed.boundingRect().intersects(object.boundary);
+            if (misses && !HasAttribute(list, "TransFlag"))
+                placed = local * MoveTo(object.boundary);
+            placed.setFillRule(local.fillRule());
+            clips.append(placed);
+        }
+        return clips;
+    }
+
+    // All areas of a clip together, in the space of the object before its own matrix.
+    QPainterPath ReadClip(const pugi::xml_node& clip) const
+    {
+        QPainterPath all;
+        for (const pugi::xml_node& area : ChildElements(clip, "Area")) {
+            const pugi::xml_node path = ChildElement(area, "Path");
+            if (!path)
+                continue;
+            const QRectF boundary = BoxAttribute(path, "Boundary").value_or(QRectF());
+            const QTransform place = MatrixAttribute(path) * MoveTo(boundary) * MatrixAttribute(area);
+            const QPainterPath outline = ReadPath(path);
+            QPainterPath placed = place.map(outline);
+            placed.setFillRule(outline.fillRule());
+            all = all.isEmpty() ? placed : all.united(placed);
+        }
+        return all;
+    }
+
+    const Resources& resources;
+    const int layerDrawParam;
+};
+
+LayerKind KindOfLayer(const pugi::xml_node& layer)
+{
+    const char* type = Attribute(layer, "Type").as_string();
+    return EqualsWord(type, "Background")   ? LayerKind::Background
+           : EqualsWord(type, "Foreground") ? LayerKind::Foreground
+                                            : LayerKind::Body;
+}
+
+} // namespace
+
+std::shared_ptr<PageContent> ReadPageContent(const pugi::xml_node& page,
+                                             const std::shared_ptr<const Resources>& resources)
+{
+    auto content = std::make_shared<PageContent>();
+    content->resources = resources;
+    for (const pugi::xml_node& reference : ChildElements(page, "Template"))
+        content->templates.append(
+            {int(IdAttribute(reference, "TemplateID")), AttributeText(reference, "ZOrder").trimmed()});
+    for (const pugi::xml_node& holder : ChildElements(page, "Content")) {
+        for (const pugi::xml_node& element : ChildElements(holder, "Layer")) {
+            Layer layer;
+            layer.id = int(IdAttribute(element, "ID"));
+            layer.kind = KindOfLayer(element);
+            layer.name = AttributeText(element, "Name");
+            layer.objects = ObjectReader(*resources, int(IdAttribute(element, "DrawParam"))).ReadAll(element);
+            content->layers.push_back(std::move(layer));
+        }
+    }
+    return content;
+}
+
+ObjectList ReadObjects(const pugi::xml_node& parent, const Resources& resources)
+{
+    return ObjectReader(resources).ReadAll(parent);
+}
+
+} // namespace ofd

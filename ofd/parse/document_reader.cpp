@@ -1,0 +1,229 @@
+#include "document_reader.h"
+
+#include <ofd/package/entry_names.h>
+#include <ofd/package/locations.h>
+#include <ofd/package/package.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/package/xml_part.h>
+#include <ofd/package/xml_values.h>
+
+#include <QCoreApplication>
+
+namespace ofd {
+
+namespace {
+
+QString Tr(const char* text)
+{
+    return QCoreApplication::translate("OfdDocument", text);
+}
+
+QString Resolve(const Package& package, const pugi::xml_node& holder, const LocationContext& context)
+{
+    return holder ? ResolveLocation(package, TrimmedText(holder), context).part : QString();
+}
+
+// The date a text begins with; writers use one or two digits and dashes or slashes.
+QDate LeadingDate(const QString& text)
+{
+    const QStringList pieces = text.trimmed()
+                                   .section(QLatin1Char('T'), 0, 0)
+                                   .section(QLatin1Char(' '), 0, 0)
+                                   .split(text.contains(QLatin1Char('/')) ? QLatin1Char('/') : QLatin1Char('-'));
+    return pieces.size() < 3 ? QDate() : QDate(pieces[0].toInt(), pieces[1].toInt(), pieces[2].toInt());
+}
+
+Permissions ReadPermissions(const pugi::xml_node& element)
+{
+    Permissions permissions;
+    permissions.exist = bool(element);
+    const auto flag = [&element](const char* name) {
+        const pugi::xml_node child = ChildElement(element, name);
+        return child ? ParseBoolean(TrimmedText(child).toStdString()).value_or(true) : true;
+    };
+    permissions.edit = flag("Edit");
+    permissions.annotate = flag("Annot");
+    permissions.exportContent = flag("Export");
+    const pugi::xml_node period = ChildElement(element, "ValidPeriod");
+    permissions.validFrom = LeadingDate(AttributeText(period, "StartDate"));
+    permissions.validUntil = LeadingDate(AttributeText(period, "EndDate"));
+    return permissions;
+}
+
+class StructureReader
+{
+public:
+    StructureReader(const Package& package, DocumentStructure& structure)
+        : package(package)
+        , structure(structure)
+    {
+        context.holderPart = structure.documentPart;
+        context.documentFolder = structure.documentFolder;
+    }
+
+    void Read(const pugi::xml_node& root)
+    {
+        ReadCommonData(ChildElement(root, "CommonData"));
+        ReadPages(ChildElement(root, "Pages"));
+        structure.permissions = ReadPermissions(ChildElement(root, "Permissions"));
+        structure.annotationsPart = Resolve(package, ChildElement(root, "Annotations"), context);
+        structure.customTagsPart = Resolve(package, ChildElement(root, "CustomTags"), context);
+        structure.attachmentsPart = Resolve(package, ChildElement(root, "Attachments"), context);
+    }
+
+private:
+    // Children come in any order in the wild, so they are looked up by name.
+    void ReadCommonData(const pugi::xml_node& common)
+    {
+        structure.pageSizeMm = ReadAreaSize(ChildElement(common, "PageArea"));
+        structure.defaultColorSpace = ParseId(TrimmedText(ChildElement(common, "DefaultCS")).toStdString()).value_or(0);
+        for (pugi::xml_node child = FirstElement(common); child; child = NextElement(child)) {
+            if (IsElement(child, "PublicRes"))
+                AppendPart(structure.publicRes, child);
+            else if (IsElement(child, "DocumentRes"))
+                AppendPart(structure.documentRes, child);
+            else if (IsElement(child, "TemplatePage"))
+                AppendTemplate(child);
+        }
+    }
+
+    void AppendPart(QStringList& parts, const pugi::xml_node& element)
+    {
+        const QString part = Resolve(package, element, context);
+        if (!part.isEmpty())
+            parts.append(part);
+    }
+
+    void AppendTemplate(const pugi::xml_node& element)
+    {
+        TemplateEntry entry;
+        entry.id = int(IdAttribute(element, "ID"));
+        entry.part = ResolveLocation(package, AttributeText(element, "BaseLoc"), context).part;
+        entry.name = AttributeText(element, "Name");
+        entry.zOrder = AttributeText(element, "ZOrder").trimmed();
+        if (!structure.templateById.contains(entry.id))
+            structure.templateById.insert(entry.id, structure.templates.size());
+        structure.templates.append(entry);
+    }
+
+    void ReadPages(const pugi::xml_node& pages)
+    {
+        for (pugi::xml_node child = FirstElement(pages); child; child = NextElement(child)) {
+            if (!IsElement(child, "Page"))
+                continue;
+            PageEntry page;
+            page.id = int(IdAttribute(child, "ID"));
+            page.part = ResolveLocation(package, AttributeText(child, "BaseLoc"), context).part;
+            if (!structure.pageIndexById.contains(page.id))
+                structure.pageIndexById.insert(page.id, structure.pages.size());
+            structure.pages.append(page);
+        }
+    }
+
+    const Package& package;
+    DocumentStructure& structure;
+    LocationContext context;
+};
+
+// The part that holds the document: that of the current version when there is one, else the body's own.
+QString FindDocumentPart(const Package& package, const pugi::xml_node& body, const LocationContext& context)
+{
+    for (const pugi::xml_node& version : ChildElements(ChildElement(body, "Versions"), "Version")) {
+        if (!BooleanAttribute(version, "Current", false))
+            continue;
+        const QString part = ResolveLocation(package, AttributeText(version, "BaseLoc"), context).part;
+        const std::unique_ptr<XmlPart> xml = part.isEmpty() ? nullptr : XmlPart::Load(package, part);
+        if (!xml)
+            continue;
+        LocationContext inside = context;
+        inside.holderPart = part;
+        const QString root = Resolve(package, ChildElement(xml->GetRoot(), "DocRoot"), inside);
+        if (!root.isEmpty())
+            return root;
+    }
+    return Resolve(package, ChildElement(body, "DocRoot"), context);
+}
+
+// A document counts as signed when it lists a signature, whether or not that can be found, or carries a list that
+// guards the whole package.
+bool IsSigned(const Package& package, const pugi::xml_node& body, const LocationContext& context)
+{
+    if (package.HasPartIgnoringCase(QStringLiteral("OFDEntries.xml")))
+        return true;
+    const pugi::xml_node signatures = ChildElement(body, "Signatures");
+    if (!signatures)
+        return false;
+    const QString part = Resolve(package, signatures, context);
+    if (part.isEmpty())
+        return false;
+    const std::unique_ptr<XmlPart> xml = XmlPart::Load(package, part);
+    return xml && ChildElement(xml->GetRoot(), "Signature");
+}
+
+// The entry part's facts; false, and `error` set, when there is no document behind it.
+bool ReadEntryPart(const Package& package, DocumentStructure& structure, QString& error)
+{
+    PackageError xmlError;
+    const std::unique_ptr<XmlPart> entry = XmlPart::Load(package, package.GetEntryPoint(), &xmlError);
+    if (!entry) {
+        error = xmlError.kind == PackageErrorKind::Encrypted
+                    ? Tr("The document is encrypted and cannot be opened.")
+                    : Tr("The document's entry part cannot be read: %1").arg(xmlError.text);
+        return false;
+    }
+    const pugi::xml_node body = ChildElement(entry->GetRoot(), "DocBody");
+    LocationContext context;
+    context.holderPart = package.GetEntryPoint();
+    structure.documentPart = FindDocumentPart(package, body, context);
+    if (structure.documentPart.isEmpty()) {
+        error = Tr("The file names no document, or the document it names is missing.");
+        return false;
+    }
+    structure.documentFolder = FolderOf(structure.documentPart);
+    structure.title = TrimmedText(Descend(body, {"DocInfo", "Title"}));
+    context.documentFolder = structure.documentFolder;
+    structure.isSigned = IsSigned(package, body, context);
+    structure.isEncrypted =
+        package.HasEncryptedParts() || package.HasPartIgnoringCase(QStringLiteral("Encryptions.xml"));
+    return true;
+}
+
+} // namespace
+
+bool Permissions::IsValidOn(const QDate& day) const
+{
+    return (!validFrom.isValid() || validFrom <= day) && (!validUntil.isValid() || day <= validUntil);
+}
+
+QSizeF ReadAreaSize(const pugi::xml_node& area)
+{
+    const pugi::xml_node box = ChildElement(area, "PhysicalBox");
+    if (!box)
+        return QSizeF();
+    const std::optional<QRectF> rect = ParseBox(TrimmedText(box).toStdString());
+    return rect && rect->width() > 0 && rect->height() > 0 ? rect->size() : QSizeF();
+}
+
+DocumentParts ReadDocument(const Package& package)
+{
+    DocumentParts parts;
+    DocumentStructure& structure = parts.structure;
+    if (!ReadEntryPart(package, structure, parts.error))
+        return parts;
+    PackageError xmlError;
+    std::unique_ptr<XmlPart> document = XmlPart::Load(package, structure.documentPart, &xmlError);
+    if (!document) {
+        parts.error = structure.isEncrypted ? Tr("The document is encrypted and cannot be opened.")
+                                            : Tr("The document part cannot be read: %1").arg(xmlError.text);
+        return parts;
+    }
+    StructureReader(package, structure).Read(document->GetRoot());
+    if (structure.pages.isEmpty()) {
+        parts.error = Tr("The document has no pages.");
+        return parts;
+    }
+    parts.document = std::move(document);
+    return parts;
+}
+
+} // namespace ofd

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <ofd/model/structure.h>
+#include <ofd/package/package_error.h>
+
+#include <QSizeF>
+
+#include <memory>
+
+#include <pugixml.hpp>
+
+namespace ofd {
+
+class Package;
+class XmlPart;
+
+// The document part with what was read from it.
+struct DocumentParts
+{
+    DocumentStructure structure;
+    std::unique_ptr<XmlPart> document; // null on failure
+    QString error;                     // a sentence for people
+};
+
+// Reads the entry part and the document part. Fails only without an entry part, a document part, or any page; all else
+// degrades.
+DocumentParts ReadDocument(const Package& package);
+
+// The size told by an area element (PageArea or Area); invalid when it has none that is usable.
+QSizeF ReadAreaSize(const pugi::xml_node& area);
+
+} // namespace ofd

@@ -1,0 +1,115 @@
+#include "object_style.h"
+
+#include "color_reader.h"
+
+#include <ofd/model/resources.h>
+#include <ofd/package/limits.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/package/xml_values.h>
+
+#include <cmath>
+
+namespace ofd {
+
+namespace {
+
+constexpr int MaxDashes = 1024;
+
+Qt::PenCapStyle CapOf(const char* word)
+{
+    return EqualsWord(word, "Round") ? Qt::RoundCap : EqualsWord(word, "Square") ? Qt::SquareCap : Qt::FlatCap;
+}
+
+Qt::PenJoinStyle JoinOf(const char* word)
+{
+    return EqualsWord(word, "Round") ? Qt::RoundJoin : EqualsWord(word, "Bevel") ? Qt::BevelJoin : Qt::SvgMiterJoin;
+}
+
+// Lengths of dashes and gaps; empty, a solid line, when they could not be drawn.
+QVector<double> UsableDashes(const QVector<double>& dashes)
+{
+    double sum = 0;
+    for (const double dash : dashes) {
+        if (dash < 0)
+            return {};
+        sum += dash;
+    }
+    if (sum <= 0 || dashes.size() > MaxDashes)
+        return {};
+    return dashes.size() % 2 ? dashes + dashes : dashes;
+}
+
+} // namespace
+
+void StyleChain::Append(int drawParamId)
+{
+    for (int depth = 0; drawParamId && depth < limits::MaxReferenceDepth; ++depth) {
+        const DrawParam* param = resources.FindDrawParam(drawParamId);
+        if (!param || params.contains(param))
+            return;
+        params.append(param);
+        drawParamId = param->relative;
+    }
+}
+
+template <typename T>
+T StyleChain::Inherited(std::optional<T> DrawParam::*member, const T& missing) const
+{
+    for (const DrawParam* param : params) {
+        if (param->*member)
+            return *(param->*member);
+    }
+    return missing;
+}
+
+StrokeStyle StyleChain::ReadStroke(const pugi::xml_node& object) const
+{
+    DrawParam own;
+    ReadDrawParam(object, resources, own);
+    const StrokeStyle missing;
+    const auto value = [&](auto member, const auto& fallback) {
+        return own.*member ? *(own.*member) : Inherited(member, fallback);
+    };
+    StrokeStyle style;
+    style.widthMm = std::abs(value(&DrawParam::lineWidth, missing.widthMm)); // negative widths occur
+    style.cap = value(&DrawParam::cap, missing.cap);
+    style.join = value(&DrawParam::join, missing.join);
+    style.miterLimit = value(&DrawParam::miterLimit, missing.miterLimit);
+    style.dashOffset = value(&DrawParam::dashOffset, missing.dashOffset);
+    style.dashes = UsableDashes(value(&DrawParam::dashes, missing.dashes));
+    return style;
+}
+
+Paint StyleChain::ReadFill(const pugi::xml_node& object, const QColor& missing) const
+{
+    const pugi::xml_node color = ChildElement(object, "FillColor");
+    return color ? ReadPaint(color, resources) : Inherited(&DrawParam::fill, Paint{missing, nullptr});
+}
+
+Paint StyleChain::ReadStrokePaint(const pugi::xml_node& object, const QColor& missing) const
+{
+    const pugi::xml_node color = ChildElement(object, "StrokeColor");
+    return color ? ReadPaint(color, resources) : Inherited(&DrawParam::stroke, Paint{missing, nullptr});
+}
+
+void ReadDrawParam(const pugi::xml_node& element, const Resources& resources, DrawParam& param)
+{
+    const auto number = [&element](const char* name) { return ParseNumber(Attribute(element, name).as_string()); };
+    param.lineWidth = number("LineWidth");
+    param.miterLimit = number("MiterLimit");
+    param.dashOffset = number("DashOffset");
+    if (const pugi::xml_attribute cap = Attribute(element, "Cap"))
+        param.cap = CapOf(cap.value());
+    if (const pugi::xml_attribute join = Attribute(element, "Join"))
+        param.join = JoinOf(join.value());
+    param.dashes = ArrayAttribute(element, "DashPattern");
+    if (!IsElement(element, "DrawParam"))
+        return; // objects have their colours read apart, with defaults of their own
+    param.relative = int(IdAttribute(element, "Relative"));
+    if (const pugi::xml_node fill = ChildElement(element, "FillColor"))
+        param.fill = ReadPaint(fill, resources);
+    if (const pugi::xml_node stroke = ChildElement(element, "StrokeColor"))
+        param.stroke = ReadPaint(stroke, resources);
+}
+
+} // namespace ofd

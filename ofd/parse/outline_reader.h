@@ -1,0 +1,31 @@
+#pragma once
+
+#include <frame/document/payloads.h>
+#include <frame/document/tree_node.h>
+
+#include <memory>
+#include <vector>
+
+#include <pugixml.hpp>
+
+namespace ofd {
+
+class XmlPart;
+struct BookmarkSource;
+struct DocumentStructure;
+
+// A tree whose nodes still lack their document.
+using TreeRoot = std::unique_ptr<G_TreeNode>;
+
+// A destination element; what is missing is 0, a page that does not exist has index -1.
+G_Dest ReadDestination(const pugi::xml_node& element, const DocumentStructure& structure);
+
+// The bookmarks of the document part as flat children of a root; null when it has no list of them. `sources` gets the
+// source of each element in the order of the part.
+TreeRoot ReadBookmarks(const XmlPart& document, const DocumentStructure& structure,
+                       std::vector<std::shared_ptr<const BookmarkSource>>* sources);
+
+// The outline of the document part; null when it has none.
+TreeRoot ReadOutline(const XmlPart& document, const DocumentStructure& structure);
+
+} // namespace ofd

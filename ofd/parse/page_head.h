@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QSizeF>
+#include <QString>
+#include <QVector>
+
+namespace ofd {
+
+class Package;
+
+// What a page says besides its content.
+struct PageHead
+{
+    QSizeF areaSize; // invalid when the page has no area of its own
+    QVector<int> templateIds;
+};
+
+// Reads a page's own size. Only the beginning of the part is inflated when the size stands there, as it does in nearly
+// all files; pages that tell it behind their content, or not at all, are inflated whole, but their content is not
+// parsed. Any thread.
+PageHead ReadPageHead(const Package& package, const QString& part);
+
+} // namespace ofd

@@ -1,0 +1,147 @@
+#include "resource_reader.h"
+
+#include "content_reader.h"
+#include "object_style.h"
+
+#include <ofd/model/resources.h>
+#include <ofd/package/locations.h>
+#include <ofd/package/package.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/package/xml_part.h>
+#include <ofd/package/xml_values.h>
+
+#include <functional>
+
+namespace ofd {
+
+namespace {
+
+constexpr int MaxPaletteEntries = 65536;
+
+class ResourceReader
+{
+public:
+    ResourceReader(const Package& package, const QString& documentFolder, Resources& resources)
+        : package(package)
+        , resources(resources)
+    {
+        context.documentFolder = documentFolder;
+        context.isMedia = true;
+    }
+
+    // Draw parameters need colour spaces and units need both, wherever they stand: one pass for each kind.
+    void Read(const std::vector<std::unique_ptr<XmlPart>>& parts)
+    {
+        Each(parts, "ColorSpaces", "ColorSpace", [this](const pugi::xml_node& e) { AddColorSpace(e); });
+        Each(parts, "DrawParams", "DrawParam", [this](const pugi::xml_node& e) { AddDrawParam(e); });
+        Each(parts, "Fonts", "Font", [this](const pugi::xml_node& e) { AddFont(e); });
+        Each(parts, "MultiMedias", "MultiMedia", [this](const pugi::xml_node& e) { AddMedia(e); });
+        Each(parts, "CompositeGraphicUnits", "CompositeGraphicUnit", [this](const pugi::xml_node& e) { AddUnit(e); });
+    }
+
+private:
+    void Each(const std::vector<std::unique_ptr<XmlPart>>& parts, std::string_view list, std::string_view item,
+              const std::function<void(const pugi::xml_node&)>& add)
+    {
+        for (const std::unique_ptr<XmlPart>& part : parts) {
+            context.holderPart = part->GetName();
+            context.baseLoc = AttributeText(part->GetRoot(), "BaseLoc").trimmed();
+            for (const pugi::xml_node& holder : ChildElements(part->GetRoot(), list)) {
+                for (const pugi::xml_node& element : ChildElements(holder, item))
+                    add(element);
+            }
+        }
+    }
+
+    template <typename T>
+    static void InsertFirst(QHash<int, T>& table, const pugi::xml_node& element, const T& value)
+    {
+        const int id = int(IdAttribute(element, "ID"));
+        if (id && !table.contains(id))
+            table.insert(id, value);
+    }
+
+    void AddColorSpace(const pugi::xml_node& element)
+    {
+        ColorSpace space;
+        const char* type = Attribute(element, "Type").as_string();
+        if (EqualsWord(type, "GRAY"))
+            space.kind = ColorSpace::Kind::Gray;
+        else if (EqualsWord(type, "CMYK"))
+            space.kind = ColorSpace::Kind::Cmyk;
+        space.bits = IntegerAttribute(element, "BitsPerComponent", 8);
+        for (const pugi::xml_node& value : ChildElements(ChildElement(element, "Palette"), "CV")) {
+            if (space.palette.size() >= MaxPaletteEntries)
+                break;
+            space.palette.append(ParseArray(value.text().get()).value_or(QVector<double>()));
+        }
+        InsertFirst(resources.colorSpaces, element, space);
+    }
+
+    void AddDrawParam(const pugi::xml_node& element)
+    {
+        DrawParam param;
+        ReadDrawParam(element, resources, param);
+        InsertFirst(resources.drawParams, element, param);
+    }
+
+    void AddFont(const pugi::xml_node& element)
+    {
+        FontResource font;
+        font.fontName = AttributeText(element, "FontName").trimmed();
+        font.familyName = AttributeText(element, "FamilyName").trimmed();
+        font.isItalic = BooleanAttribute(element, "Italic", false);
+        font.isBold = BooleanAttribute(element, "Bold", false);
+        font.isSerif = BooleanAttribute(element, "Serif", false);
+        font.isFixedWidth = BooleanAttribute(element, "FixedWidth", false);
+        font.part = PartOf(ChildElement(element, "FontFile"));
+        InsertFirst(resources.fonts, element, font);
+    }
+
+    void AddMedia(const pugi::xml_node& element)
+    {
+        MediaResource media;
+        media.type = AttributeText(element, "Type").trimmed();
+        media.format = AttributeText(element, "Format").trimmed();
+        media.part = PartOf(ChildElement(element, "MediaFile"));
+        InsertFirst(resources.media, element, media);
+    }
+
+    void AddUnit(const pugi::xml_node& element)
+    {
+        auto unit = std::make_shared<CompositeUnit>();
+        unit->width = NumberAttribute(element, "Width");
+        unit->height = NumberAttribute(element, "Height");
+        unit->objects = ReadObjects(ChildElement(element, "Content"), resources);
+        InsertFirst<std::shared_ptr<const CompositeUnit>>(resources.units, element, unit);
+    }
+
+    QString PartOf(const pugi::xml_node& reference) const
+    {
+        return reference ? ResolveLocation(package, TrimmedText(reference), context).part : QString();
+    }
+
+    const Package& package;
+    Resources& resources;
+    LocationContext context;
+};
+
+} // namespace
+
+std::shared_ptr<const Resources> ReadResources(const Package& package, const QStringList& parts,
+                                               const QString& documentFolder, int defaultColorSpace,
+                                               const std::shared_ptr<const Resources>& outer)
+{
+    auto resources = std::make_shared<Resources>();
+    resources->outer = outer;
+    resources->defaultColorSpace = defaultColorSpace;
+    std::vector<std::unique_ptr<XmlPart>> xmlParts;
+    for (const QString& part : parts) {
+        if (std::unique_ptr<XmlPart> xml = XmlPart::Load(package, part))
+            xmlParts.push_back(std::move(xml));
+    }
+    ResourceReader(package, documentFolder, *resources).Read(xmlParts);
+    return resources;
+}
+
+} // namespace ofd

@@ -1,0 +1,31 @@
+#include "image_decoder.h"
+
+#include "jbig2_decoder.h"
+
+#include <ofd/package/limits.h>
+
+#include <QBuffer>
+#include <QImageReader>
+
+namespace ofd {
+
+QImage DecodeImage(const QByteArray& bytes)
+{
+    if (IsJbig2(bytes))
+        return DecodeJbig2(bytes);
+    QBuffer buffer;
+    buffer.setData(bytes);
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(false);
+    // The size stands in the header; a picture that does not tell it is not decoded on trust.
+    const QSize size = reader.size();
+    if (!size.isValid() || size.isEmpty() || qint64(size.width()) * size.height() > limits::MaxImagePixels)
+        return QImage();
+    // Vector pictures could reach for other files, and the format has no place for them.
+    if (reader.format() == "svg" || reader.format() == "svgz")
+        return QImage();
+    return reader.read();
+}
+
+} // namespace ofd

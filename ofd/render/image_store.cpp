@@ -1,0 +1,35 @@
+#include "image_store.h"
+
+#include "image_decoder.h"
+
+#include <ofd/package/package.h>
+
+namespace ofd {
+
+namespace {
+
+constexpr int CachedKilobytes = 256 << 10;
+
+} // namespace
+
+ImageStore::ImageStore()
+    : images(CachedKilobytes)
+{
+}
+
+QImage ImageStore::GetImage(const Package& package, const QString& part)
+{
+    {
+        const QMutexLocker lock(&mutex);
+        if (const QImage* known = images.object(part))
+            return *known;
+    }
+    const PartData data = package.Read(part);
+    const QImage image = data.error ? QImage() : DecodeImage(data.bytes);
+    const int cost = int(image.sizeInBytes() / 1024) + 1;
+    const QMutexLocker lock(&mutex);
+    images.insert(part, new QImage(image), cost);
+    return image;
+}
+
+} // namespace ofd

@@ -1,0 +1,154 @@
+#include "page_renderer.h"
+
+#include "page_painter.h"
+
+#include <ofd/model/document_store.h>
+#include <ofd/package/limits.h>
+#include <ofd/package/package.h>
+
+#include <QCoreApplication>
+#include <QPainter>
+
+#include <cmath>
+
+namespace ofd {
+
+namespace {
+
+constexpr LayerKind PaintingOrder[] = {LayerKind::Background, LayerKind::Body, LayerKind::Foreground};
+
+// One page being painted.
+class PagePainting
+{
+public:
+    PagePainting(QPainter& painter, DocumentStore& store, const G_RenderRequest& request)
+        : painter(painter)
+        , store(store)
+        , view(store.GetSession().GetPageView(request.pageIndex))
+        , content(painter, store, store.GetPackage(), [&request] { return IsCancelled(request); })
+    {
+        view.hiddenTemplates += request.ignoredTemplates;
+    }
+
+    static bool IsCancelled(const G_RenderRequest& request)
+    {
+        return request.cancelled && request.cancelled->load(std::memory_order_relaxed);
+    }
+
+    // False when it was cancelled.
+    bool PaintPage(const PageContent& page)
+    {
+        for (const LayerKind kind : PaintingOrder) {
+            if (!PaintTemplates(page, kind) || !PaintLayers(page, kind, true))
+                return false;
+        }
+        return true;
+    }
+
+    bool PaintAnnotations(const PageAnnotations& page)
+    {
+        for (int i = 0; i < int(page.annotations.size()); ++i) {
+            const AnnotationRecord& annotation = page.annotations[size_t(i)];
+            if (!annotation.isVisible || view.hiddenAnnotations.contains(i))
+                continue;
+            painter.save();
+            painter.translate(annotation.boundary.topLeft());
+            const bool isDone = content.PaintObjects(annotation.objects, *page.resources);
+            painter.restore();
+            if (!isDone)
+                return false;
+        }
+        return true;
+    }
+
+private:
+    bool PaintTemplates(const PageContent& page, LayerKind kind)
+    {
+        for (const TemplateRef& reference : page.templates) {
+            if (store.GetTemplateKind(reference.id, reference.zOrder) != kind)
+                continue;
+            if (view.hiddenTemplates.contains(reference.id) || openTemplates.contains(reference.id) ||
+                openTemplates.size() >= limits::MaxReferenceDepth)
+                continue;
+            openTemplates.append(reference.id);
+            const bool isDone = PaintTemplate(*store.GetTemplateContent(reference.id));
+            openTemplates.removeLast();
+            if (!isDone)
+                return false;
+        }
+        return true;
+    }
+
+    bool PaintTemplate(const PageContent& page)
+    {
+        for (const LayerKind kind : PaintingOrder) {
+            if (!PaintTemplates(page, kind) || !PaintLayers(page, kind, false))
+                return false;
+        }
+        return true;
+    }
+
+    // Layers of the page itself can be hidden, those of templates only with their template.
+    bool PaintLayers(const PageContent& page, LayerKind kind, bool canBeHidden)
+    {
+        for (int i = 0; i < int(page.layers.size()); ++i) {
+            const Layer& layer = page.layers[size_t(i)];
+            if (layer.kind != kind || (canBeHidden && view.hiddenLayers.contains(i)))
+                continue;
+            if (!content.PaintObjects(layer.objects, *page.resources))
+                return false;
+        }
+        return true;
+    }
+
+    QPainter& painter;
+    DocumentStore& store;
+    SessionState::PageView view;
+    ContentPainter content;
+    QVector<int> openTemplates; // being painted, against cycles
+};
+
+} // namespace
+
+OfdPageRenderer::OfdPageRenderer(std::shared_ptr<DocumentStore> store)
+    : store(std::move(store))
+{
+}
+
+OfdPageRenderer::~OfdPageRenderer() = default;
+
+G_RenderResult OfdPageRenderer::RenderPage(const G_RenderRequest& request)
+{
+    G_RenderResult result;
+    if (PagePainting::IsCancelled(request))
+        return result;
+    const QSizeF sizeMm = store->GetPageSize(request.pageIndex);
+    const QRectF pageRect(QPointF(), sizeMm * request.pixelsPerMm);
+    const QRect region = request.region.isEmpty() ? pageRect.toAlignedRect() : request.region;
+    if (qint64(region.width()) * region.height() > limits::MaxImagePixels) {
+        result.error = QCoreApplication::translate("OfdDocument", "The page is too large to be painted.");
+        return result;
+    }
+    QImage image(region.size(), QImage::Format_RGB32);
+    if (image.isNull()) {
+        result.error = QCoreApplication::translate("OfdDocument", "There is not enough memory to paint the page.");
+        return result;
+    }
+    image.fill(Qt::white);
+    const ContentResult page = store->GetPageContent(request.pageIndex);
+    result.error = page.error;
+    QPainter painter(&image);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.translate(-region.topLeft());
+    painter.scale(request.pixelsPerMm, request.pixelsPerMm);
+    PagePainting painting(painter, *store, request);
+    bool isDone = painting.PaintPage(*page.content);
+    if (isDone && request.withAnnotations)
+        isDone = painting.PaintAnnotations(*store->GetPageAnnotations(request.pageIndex));
+    painter.end();
+    if (isDone)
+        result.image = image;
+    return result;
+}
+
+} // namespace ofd

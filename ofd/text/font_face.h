@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QMutex>
+#include <QPainterPath>
+#include <QString>
+
+#include <memory>
+
+struct FT_FaceRec_;
+
+namespace ofd {
+
+// One face of a font: outlines and widths by glyph index. Fonts come from hostile files and often lack tables, so
+// nothing but outlines is demanded. Unhinted; everything in units of the font size, y downward. Any thread.
+class FontFace
+{
+public:
+    // Null when the bytes are no font whose outlines can be read.
+    static std::shared_ptr<FontFace> FromBytes(const QByteArray& bytes);
+    // A face of an installed font file.
+    static std::shared_ptr<FontFace> FromFile(const QString& path, int faceIndex);
+    ~FontFace();
+    FontFace(const FontFace&) = delete;
+    FontFace& operator=(const FontFace&) = delete;
+
+    // 0 when the font has no glyph for the character, or no character map at all.
+    quint32 GlyphOf(uint code) const;
+    // Empty for blanks and for glyphs that do not exist. Only to be mapped or copied, see PrivateCopy.
+    QPainterPath OutlineOf(quint32 glyph) const;
+    // How far the pen moves; 0 when the font does not tell.
+    double AdvanceOf(quint32 glyph) const;
+    // Heights above and below the baseline, both positive, sensible also when the font tells nonsense.
+    double GetAscent() const { return ascent; }
+    double GetDescent() const { return descent; }
+    bool IsBold() const { return isBold; }
+    bool IsItalic() const { return isItalic; }
+
+private:
+    struct Glyph
+    {
+        QPainterPath outline;
+        double advance = 0;
+    };
+
+    FontFace() = default;
+    bool Adopt(FT_FaceRec_* openedFace);
+    void ChooseCharacterMap();
+    void ReadHeights();
+    Glyph GlyphData(quint32 glyph) const;
+
+    FT_FaceRec_* face = nullptr; // owned
+    QByteArray data;             // of a face in memory
+    double unitsPerEm = 1000;
+    double ascent = 0.88;
+    double descent = 0.12;
+    bool isBold = false;
+    bool isItalic = false;
+    uint symbolOffset = 0; // added to codes below 256 in fonts with a symbol map
+
+    mutable QMutex mutex; // guards the face and the caches
+    mutable QHash<quint32, Glyph> glyphs;
+    mutable QHash<uint, quint32> glyphByCode;
+};
+
+} // namespace ofd

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace ofd {
+
+struct FontResource;
+
+// What a font that is not embedded looks like.
+enum class FontStyleClass { Song, Hei, Kai, FangSong, Serif, Sans, Mono };
+
+// Tells the style of a face from its name in either script, its family and its flags.
+FontStyleClass ClassifyFont(const FontResource& font);
+// Names of families to try for a style, the best first; every list ends in a face that covers Chinese.
+QStringList SubstituteFamilies(FontStyleClass style);
+// A face name without a subset mark ("ABCDEF+") and without style words ("-Bold", ",Italic"); the words say what was
+// cut off.
+QString BareFamilyName(const QString& name, bool* isBold, bool* isItalic);
+
+} // namespace ofd

@@ -1,0 +1,100 @@
+#include "font_store.h"
+
+#include "font_names.h"
+#include "installed_fonts.h"
+
+#include <ofd/model/resources.h>
+#include <ofd/package/package.h>
+
+namespace ofd {
+
+namespace {
+
+constexpr int BoldFrom = 600;
+constexpr qint64 MaxFontBytes = 128 << 20;
+
+FontChoice ChoiceOf(const InstalledFont& font, bool wantsBold, bool wantsItalic)
+{
+    FontChoice choice;
+    choice.face = font.face;
+    choice.needsEmboldening = wantsBold && !font.isBold;
+    choice.needsSlanting = wantsItalic && !font.isItalic;
+    return choice;
+}
+
+} // namespace
+
+FontStore::FontStore() = default;
+FontStore::~FontStore() = default;
+
+FontChoice FontStore::GetFont(const Package& package, const FontResource* font, int weight, bool isItalic)
+{
+    if (font && !font->part.isEmpty()) {
+        if (std::shared_ptr<const FontFace> face = Embedded(package, font->part)) {
+            FontChoice choice;
+            choice.needsSlanting = isItalic && !font->isItalic && !face->IsItalic();
+            choice.needsEmboldening = weight >= BoldFrom && !font->isBold && !face->IsBold();
+            choice.face = std::move(face);
+            choice.isEmbedded = true;
+            return choice;
+        }
+    }
+    const FontResource unknown;
+    const FontResource& wanted = font ? *font : unknown;
+    return Substitute(wanted, wanted.isBold || weight >= BoldFrom, wanted.isItalic || isItalic);
+}
+
+std::shared_ptr<const FontFace> FontStore::Embedded(const Package& package, const QString& part)
+{
+    const QMutexLocker lock(&mutex);
+    const auto known = embedded.constFind(part);
+    if (known != embedded.constEnd())
+        return *known;
+    std::shared_ptr<const FontFace> face;
+    const qint64 size = package.GetPartSize(part);
+    if (size > 0 && size <= MaxFontBytes) {
+        const PartData data = package.Read(part);
+        if (!data.error)
+            face = FontFace::FromBytes(data.bytes);
+    }
+    embedded.insert(part, face);
+    return face;
+}
+
+FontChoice FontStore::Substitute(const FontResource& font, bool wantsBold, bool wantsItalic)
+{
+    const QString key = font.fontName + QLatin1Char('\n') + font.familyName + QLatin1Char('\n') +
+                        QString::number(wantsBold + 2 * wantsItalic + 4 * font.isSerif + 8 * font.isFixedWidth);
+    const QMutexLocker lock(&mutex);
+    const auto known = substitutes.constFind(key);
+    if (known != substitutes.constEnd())
+        return *known;
+    const QString byName = BareFamilyName(font.fontName, &wantsBold, &wantsItalic);
+    const QStringList families = QStringList{byName, font.familyName} + SubstituteFamilies(ClassifyFont(font));
+    InstalledFont found;
+    for (const QString& family : families) {
+        if (!found.face && !family.isEmpty())
+            found = FindInstalledFont(family, wantsBold, wantsItalic);
+    }
+    if (!found.face)
+        found = FindInstalledFontFor('a', families, wantsBold);
+    const FontChoice choice = ChoiceOf(found, wantsBold, wantsItalic);
+    substitutes.insert(key, choice);
+    return choice;
+}
+
+std::shared_ptr<const FontFace> FontStore::GetFallback(uint code, const FontResource* font, int weight)
+{
+    const FontStyleClass style = font ? ClassifyFont(*font) : FontStyleClass::Song;
+    const bool wantsBold = weight >= BoldFrom || (font && font->isBold);
+    const QString key = QStringLiteral("%1 %2 %3").arg(code).arg(int(style)).arg(wantsBold);
+    const QMutexLocker lock(&mutex);
+    const auto known = fallbacks.constFind(key);
+    if (known != fallbacks.constEnd())
+        return *known;
+    const std::shared_ptr<const FontFace> face = FindInstalledFontFor(code, SubstituteFamilies(style), wantsBold).face;
+    fallbacks.insert(key, face);
+    return face;
+}
+
+} // namespace ofd

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "font_face.h"
+
+#include <QHash>
+#include <QMutex>
+#include <QString>
+
+#include <memory>
+
+namespace ofd {
+
+class Package;
+struct FontResource;
+
+// The face that stands for a font of the document.
+struct FontChoice
+{
+    std::shared_ptr<const FontFace> face; // null when nothing at all is installed
+    bool isEmbedded = false;              // its glyph indices mean what the document means
+    bool needsEmboldening = false;        // a heavier face was wanted than there is
+    bool needsSlanting = false;
+};
+
+// Finds and keeps faces: the embedded ones of a document and the installed ones that stand in for others. Any thread.
+class FontStore
+{
+public:
+    FontStore();
+    ~FontStore();
+
+    // `font` may be null: a font that the document does not have.
+    FontChoice GetFont(const Package& package, const FontResource* font, int weight, bool isItalic);
+    // A face that has the character, for those that the wanted face lacks; null when none is installed.
+    std::shared_ptr<const FontFace> GetFallback(uint code, const FontResource* font, int weight);
+
+private:
+    std::shared_ptr<const FontFace> Embedded(const Package& package, const QString& part);
+    FontChoice Substitute(const FontResource& font, bool wantsBold, bool wantsItalic);
+
+    QMutex mutex;
+    QHash<QString, std::shared_ptr<const FontFace>> embedded;  // by part; null for those that cannot be read
+    QHash<QString, FontChoice> substitutes;                    // by name and style
+    QHash<QString, std::shared_ptr<const FontFace>> fallbacks; // by character and style
+};
+
+} // namespace ofd

@@ -1,0 +1,174 @@
+#include "glyph_layout.h"
+
+#include "font_store.h"
+
+#include <ofd/model/resources.h>
+
+#include <QTransform>
+
+#include <cmath>
+
+namespace ofd {
+
+namespace {
+
+constexpr double SlantTangent = 0.2; // of a face that is leaned because there is no italic one
+constexpr double BoldLine = 0.03;    // of the font size, around a face that is made heavier
+constexpr double UnknownAdvance = 1; // of the font size, when the font tells none
+
+class TextPlacer
+{
+public:
+    TextPlacer(const TextObject& text, const Resources& resources, const Package& package, FontStore& fonts)
+        : text(text)
+        , font(resources.FindFont(text.fontId))
+        , fonts(fonts)
+        , choice(fonts.GetFont(package, font, text.weight, text.isItalic))
+    {
+        shape.rotate(text.characterDirection); // y down: positive turns clockwise
+        shape.scale(text.size * text.horizontalScale, text.size);
+    }
+
+    TextLayout Place()
+    {
+        for (const TextCode& code : text.codes)
+            PlaceCode(code);
+        return std::move(layout);
+    }
+
+private:
+    void PlaceCode(const TextCode& code)
+    {
+        pen = QPointF(code.x, code.y);
+        deltaIndex = 0;
+        auto mapping = code.mappings.begin();
+        for (int i = 0; i < code.codes.size();) {
+            if (mapping != code.mappings.end() && mapping->firstCode == i) {
+                PlaceMapping(code, *mapping);
+                i += mapping->codeCount;
+                ++mapping;
+            } else {
+                PlaceCharacter(code, code.codes.at(i));
+                ++i;
+            }
+        }
+    }
+
+    void PlaceCharacter(const TextCode& code, uint character)
+    {
+        std::shared_ptr<const FontFace> face = choice.face;
+        quint32 glyph = face ? face->GlyphOf(character) : 0;
+        if (!glyph && character != ' ') {
+            if (std::shared_ptr<const FontFace> other = fonts.GetFallback(character, font, text.weight)) {
+                glyph = other->GlyphOf(character);
+                face = std::move(other);
+            } else {
+                face = nullptr; // the box of a missing glyph helps nobody
+            }
+        }
+        BeginCluster(QString::fromUcs4(&character, 1));
+        PlaceGlyph(code, face, glyph);
+        EndCluster();
+    }
+
+    // Glyph indices mean something only in the font they were made for; without it the characters are drawn.
+    void PlaceMapping(const TextCode& code, const GlyphMapping& mapping)
+    {
+        const QVector<uint> codes = code.codes.mid(mapping.firstCode, mapping.codeCount);
+        if (!choice.isEmbedded && codes.size() == mapping.glyphs.size()) {
+            for (const uint character : codes)
+                PlaceCharacter(code, character);
+            return;
+        }
+        BeginCluster(QString::fromUcs4(codes.constData(), codes.size()));
+        for (int i = 0; i < mapping.glyphs.size(); ++i) {
+            if (choice.isEmbedded)
+                PlaceGlyph(code, choice.face, mapping.glyphs.at(i));
+            else
+                PlaceGlyph(code, choice.face, choice.face && i < codes.size() ? choice.face->GlyphOf(codes.at(i)) : 0);
+        }
+        EndCluster();
+    }
+
+    void PlaceGlyph(const TextCode& code, const std::shared_ptr<const FontFace>& face, quint32 glyph)
+    {
+        double advance = face ? face->AdvanceOf(glyph) : 0;
+        if (advance <= 0)
+            advance = UnknownAdvance;
+        QTransform place = shape * QTransform::fromTranslate(pen.x(), pen.y());
+        AddCell(face, place, advance);
+        PlacedGlyph placed;
+        placed.face = face;
+        placed.glyph = glyph;
+        placed.extraWeight = choice.needsEmboldening ? text.size * BoldLine : 0;
+        if (choice.needsSlanting)
+            place = QTransform(1, 0, -SlantTangent, 1, 0, 0) * place;
+        placed.toObject = place;
+        layout.glyphs.push_back(std::move(placed));
+        MovePen(code, advance);
+    }
+
+    // The cell that is selected: as wide as the pen moves, as high as the font says.
+    void AddCell(const std::shared_ptr<const FontFace>& face, const QTransform& place, double advance)
+    {
+        const double up = face ? face->GetAscent() : 0.88;
+        const double down = face ? face->GetDescent() : 0.12;
+        cell |= QRectF(cellOffset, -up, advance, up + down);
+        if (layout.clusters.back().glyphCount == 0)
+            cellPlace = place;
+        cellOffset += advance;
+        ++layout.clusters.back().glyphCount;
+    }
+
+    void BeginCluster(const QString& characters)
+    {
+        TextCluster cluster;
+        cluster.text = characters;
+        cluster.baseline = pen;
+        cluster.firstGlyph = int(layout.glyphs.size());
+        layout.clusters.push_back(cluster);
+        cell = QRectF();
+        cellOffset = 0;
+    }
+
+    void EndCluster() { layout.clusters.back().box = cellPlace.map(QPolygonF(cell)); }
+
+    // A glyph moves the pen by its distance; missing distances repeat the last one, on an axis without any the pen
+    // stays. Without distances on either axis the font's widths serve.
+    void MovePen(const TextCode& code, double advance)
+    {
+        if (!code.hasDeltas) {
+            const QTransform direction = shape;
+            pen += direction.map(QPointF(advance, 0));
+            return;
+        }
+        pen += QPointF(DeltaAt(code.deltasX), DeltaAt(code.deltasY));
+        ++deltaIndex;
+    }
+
+    double DeltaAt(const QVector<double>& deltas) const
+    {
+        return deltas.isEmpty() ? 0 : deltas.at(std::min(deltaIndex, deltas.size() - 1));
+    }
+
+    const TextObject& text;
+    const FontResource* font; // not owned; null when the document has no such font
+    FontStore& fonts;
+    const FontChoice choice;
+    QTransform shape;
+    TextLayout layout;
+    QPointF pen;
+    int deltaIndex = 0;
+    QRectF cell;
+    double cellOffset = 0;
+    QTransform cellPlace;
+};
+
+} // namespace
+
+TextLayout LayOutText(const TextObject& text, const Resources& resources, const Package& package, FontStore& fonts)
+{
+    return TextPlacer(text, resources, package, fonts).Place();
+}
+
+} // namespace ofd

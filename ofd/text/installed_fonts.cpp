@@ -1,0 +1,98 @@
+#include "installed_fonts.h"
+
+#include <QFile>
+#include <QHash>
+#include <QMutex>
+
+#include <fontconfig/fontconfig.h>
+
+namespace ofd {
+
+namespace {
+
+using PatternPointer = std::unique_ptr<FcPattern, decltype(&FcPatternDestroy)>;
+
+PatternPointer MakePattern(const QStringList& families, bool wantsBold, bool wantsItalic)
+{
+    PatternPointer pattern(FcPatternCreate(), &FcPatternDestroy);
+    for (const QString& family : families)
+        FcPatternAddString(pattern.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family.toUtf8().constData()));
+    FcPatternAddInteger(pattern.get(), FC_WEIGHT, wantsBold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
+    FcPatternAddInteger(pattern.get(), FC_SLANT, wantsItalic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
+    FcPatternAddBool(pattern.get(), FC_SCALABLE, FcTrue);
+    return pattern;
+}
+
+PatternPointer BestMatch(const PatternPointer& pattern)
+{
+    FcConfigSubstitute(nullptr, pattern.get(), FcMatchPattern);
+    FcDefaultSubstitute(pattern.get());
+    FcResult result = FcResultMatch;
+    return PatternPointer(FcFontMatch(nullptr, pattern.get(), &result), &FcPatternDestroy);
+}
+
+bool HasFamily(FcPattern* font, const QString& family)
+{
+    FcChar8* name = nullptr; // not owned
+    for (int i = 0; FcPatternGetString(font, FC_FAMILY, i, &name) == FcResultMatch; ++i) {
+        if (QString::fromUtf8(reinterpret_cast<const char*>(name)).compare(family, Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
+
+// Faces by file and number, so that documents share them. They are few: what the substitution tables name.
+std::shared_ptr<const FontFace> SharedFace(const QString& path, int faceIndex)
+{
+    static QMutex mutex;
+    static QHash<QString, std::shared_ptr<const FontFace>> faces;
+    const QString key = path + QLatin1Char('#') + QString::number(faceIndex);
+    const QMutexLocker lock(&mutex);
+    auto found = faces.constFind(key);
+    if (found == faces.constEnd())
+        found = faces.insert(key, FontFace::FromFile(path, faceIndex));
+    return *found;
+}
+
+InstalledFont FontOf(FcPattern* font)
+{
+    InstalledFont result;
+    FcChar8* file = nullptr; // not owned
+    if (FcPatternGetString(font, FC_FILE, 0, &file) != FcResultMatch)
+        return result;
+    int index = 0;
+    FcPatternGetInteger(font, FC_INDEX, 0, &index);
+    int weight = FC_WEIGHT_REGULAR;
+    FcPatternGetInteger(font, FC_WEIGHT, 0, &weight);
+    int slant = FC_SLANT_ROMAN;
+    FcPatternGetInteger(font, FC_SLANT, 0, &slant);
+    FcChar8* family = nullptr; // not owned
+    if (FcPatternGetString(font, FC_FAMILY, 0, &family) == FcResultMatch)
+        result.family = QString::fromUtf8(reinterpret_cast<const char*>(family));
+    result.face = SharedFace(QFile::decodeName(reinterpret_cast<const char*>(file)), index);
+    result.isBold = weight >= FC_WEIGHT_DEMIBOLD;
+    result.isItalic = slant != FC_SLANT_ROMAN;
+    return result;
+}
+
+} // namespace
+
+InstalledFont FindInstalledFont(const QString& family, bool wantsBold, bool wantsItalic)
+{
+    const PatternPointer match = BestMatch(MakePattern({family}, wantsBold, wantsItalic));
+    return match && HasFamily(match.get(), family) ? FontOf(match.get()) : InstalledFont();
+}
+
+InstalledFont FindInstalledFontFor(uint code, const QStringList& families, bool wantsBold)
+{
+    const PatternPointer pattern = MakePattern(families, wantsBold, false);
+    FcCharSet* characters = FcCharSetCreate();
+    FcCharSetAddChar(characters, code);
+    FcPatternAddCharSet(pattern.get(), FC_CHARSET, characters);
+    FcCharSetDestroy(characters);
+    const PatternPointer match = BestMatch(pattern);
+    const InstalledFont font = match ? FontOf(match.get()) : InstalledFont();
+    return font.face && font.face->GlyphOf(code) ? font : InstalledFont();
+}
+
+} // namespace ofd

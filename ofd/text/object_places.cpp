@@ -1,0 +1,142 @@
+#include "object_places.h"
+
+#include "font_store.h"
+#include "glyph_layout.h"
+
+#include <ofd/model/document_store.h>
+#include <ofd/package/limits.h>
+#include <ofd/package/package.h>
+
+namespace ofd {
+
+namespace {
+
+// Walks the texts of objects, composites included.
+class TextWalker
+{
+public:
+    TextWalker(const Resources& resources, DocumentStore& store, QVector<PlacedText>& texts)
+        : resources(resources)
+        , store(store)
+        , package(store.GetPackage())
+        , texts(texts)
+    {
+    }
+
+    void Walk(const ObjectList& objects, const QTransform& toPage)
+    {
+        for (const std::unique_ptr<const GraphicObject>& object : objects) {
+            if (object->isVisible)
+                Visit(*object, toPage);
+        }
+    }
+
+private:
+    void Visit(const GraphicObject& object, const QTransform& toPage)
+    {
+        if (object.kind == GraphicObject::Kind::Group)
+            Walk(static_cast<const GroupObject&>(object).objects, toPage);
+        else if (object.kind == GraphicObject::Kind::Composite)
+            VisitUnit(static_cast<const CompositeObject&>(object), toPage);
+        else if (object.kind == GraphicObject::Kind::Text)
+            VisitText(static_cast<const TextObject&>(object), object.toContainer * toPage);
+    }
+
+    void VisitUnit(const CompositeObject& object, const QTransform& toPage)
+    {
+        const CompositeUnit* unit = resources.FindUnit(object.unitId);
+        if (!unit || openUnits.contains(unit) || openUnits.size() >= limits::MaxReferenceDepth)
+            return;
+        openUnits.append(unit);
+        Walk(unit->objects, object.toContainer * toPage);
+        openUnits.removeLast();
+    }
+
+    void VisitText(const TextObject& text, const QTransform& toPage)
+    {
+        const TextLayout layout = LayOutText(text, resources, *package, store.GetFonts());
+        for (const TextCluster& cluster : layout.clusters)
+            texts.append({toPage.map(cluster.box).boundingRect(), cluster.text});
+    }
+
+    const Resources& resources;
+    DocumentStore& store;
+    const std::shared_ptr<const Package> package;
+    QVector<PlacedText>& texts;
+    QVector<const CompositeUnit*> openUnits; // not owned
+};
+
+class ObjectWalker
+{
+public:
+    ObjectWalker(const Resources& resources, DocumentStore& store, QVector<ObjectPlace>& places)
+        : resources(resources)
+        , store(store)
+        , package(store.GetPackage())
+        , places(places)
+    {
+    }
+
+    void Walk(const ObjectList& objects, int layer)
+    {
+        for (const std::unique_ptr<const GraphicObject>& object : objects) {
+            if (object->kind == GraphicObject::Kind::Group) {
+                Walk(static_cast<const GroupObject&>(*object).objects, layer);
+            } else if (object->id != 0) {
+                ObjectPlace place = PlaceOf(*object);
+                place.id = object->id;
+                place.layer = layer;
+                place.isVisible = object->isVisible;
+                places.append(place);
+            }
+        }
+    }
+
+private:
+    ObjectPlace PlaceOf(const GraphicObject& object) const
+    {
+        ObjectPlace place;
+        place.box = object.boundary.normalized();
+        if (object.kind == GraphicObject::Kind::Text) {
+            const TextLayout layout =
+                LayOutText(static_cast<const TextObject&>(object), resources, *package, store.GetFonts());
+            QRectF cells;
+            for (const TextCluster& cluster : layout.clusters)
+                cells |= object.toContainer.map(cluster.box).boundingRect();
+            if (!cells.isEmpty())
+                place.box = cells;
+        } else if (object.kind == GraphicObject::Kind::Path) {
+            place.outline = object.toContainer.map(PrivateCopy(static_cast<const PathObject&>(object).path));
+            if (place.box.isEmpty())
+                place.box = place.outline.boundingRect();
+        }
+        return place;
+    }
+
+    const Resources& resources;
+    DocumentStore& store;
+    const std::shared_ptr<const Package> package;
+    QVector<ObjectPlace>& places;
+};
+
+} // namespace
+
+QVector<PlacedText> PlaceTexts(const PageContent& content, DocumentStore& store)
+{
+    QVector<PlacedText> texts;
+    TextWalker walker(*content.resources, store, texts);
+    for (const Layer& layer : content.layers)
+        walker.Walk(layer.objects, QTransform());
+    return texts;
+}
+
+QVector<ObjectPlace> PlaceObjects(const PageContent& content, DocumentStore& store)
+{
+    QVector<ObjectPlace> places;
+    ObjectWalker walker(*content.resources, store, places);
+    for (int i = 0; i < int(content.layers.size()); ++i)
+        walker.Walk(content.layers[size_t(i)].objects, i);
+    return places;
+}
+
+} // namespace ofd

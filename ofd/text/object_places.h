@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QPainterPath>
+#include <QRectF>
+#include <QString>
+#include <QVector>
+
+namespace ofd {
+
+class DocumentStore;
+struct PageContent;
+
+// A piece of text that is selected as one.
+struct PlacedText
+{
+    QRectF box; // page mm
+    QString text;
+};
+
+// Where an object is painted.
+struct ObjectPlace
+{
+    int id = 0;
+    int layer = 0; // position of its layer
+    bool isVisible = true;
+    QRectF box;           // page mm, normalised; that of the glyphs for texts, whose boundaries are often empty
+    QPainterPath outline; // page mm; of paths only
+};
+
+// The visible texts of all layers in document order, those inside composites included.
+QVector<PlacedText> PlaceTexts(const PageContent& content, DocumentStore& store);
+// All objects with an identifier, in document order, also those inside groups; a composite counts as one object.
+QVector<ObjectPlace> PlaceObjects(const PageContent& content, DocumentStore& store);
+
+} // namespace ofd

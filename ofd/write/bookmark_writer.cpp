@@ -1,0 +1,193 @@
+#include "bookmark_writer.h"
+
+#include "longest_rise.h"
+
+#include <frame/document/payloads.h>
+#include <ofd/model/record_sources.h>
+#include <ofd/model/structure.h>
+#include <ofd/package/xml_edit.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/package/xml_part.h>
+#include <ofd/package/xml_text.h>
+
+#include <QHash>
+
+#include <algorithm>
+
+namespace ofd {
+
+namespace {
+
+const SchemaOrder DocumentOrder = {"CommonData", "Pages",        "Outlines",  "Permissions",
+                                   "Actions",    "VPreferences", "Bookmarks", "Annotations",
+                                   "CustomTags", "Attachments",  "Extensions"};
+
+constexpr const char* DestinationTypes[] = {"XYZ", "Fit", "FitH", "FitV", "FitR"};
+
+QString NameOf(const G_Bookmark& bookmark)
+{
+    return QString::fromUtf8(bookmark.name.Bytes());
+}
+
+const BookmarkSource* SourceOf(const G_Bookmark& bookmark)
+{
+    return dynamic_cast<const BookmarkSource*>(bookmark.source.get());
+}
+
+struct DestinationAttribute
+{
+    const char* name;
+    QString value; // null: the mode does not use it
+};
+
+QString Number(double value)
+{
+    return QString::fromLatin1(FormatNumber(value));
+}
+
+// What a destination is written as; attributes that its mode does not use are left out.
+QVector<DestinationAttribute> AttributesOf(const G_Dest& dest, const DocumentStructure& structure)
+{
+    const int mode = dest.zoomMode >= 0 && dest.zoomMode <= 4 ? dest.zoomMode : 0;
+    const int pageId = dest.pageId ? dest.pageId : structure.pages.value(dest.pageIndex).id;
+    const bool hasAll = mode == 0 || mode == 4;
+    return {{"Type", QString::fromLatin1(DestinationTypes[mode])},
+            {"PageID", QString::number(pageId)},
+            {"Left", hasAll || mode == 3 ? Number(double(dest.left)) : QString()},
+            {"Top", hasAll || mode == 2 ? Number(double(dest.top)) : QString()},
+            {"Right", hasAll ? Number(double(dest.right)) : QString()},
+            {"Bottom", hasAll ? Number(double(dest.bottom)) : QString()},
+            {"Zoom", mode == 0 && dest.zoom > 0 ? Number(double(dest.zoom)) : QString()}};
+}
+
+void AppendDestination(XmlFragment& xml, const G_Dest& dest, const DocumentStructure& structure)
+{
+    xml.Open("Dest");
+    for (const DestinationAttribute& attribute : AttributesOf(dest, structure)) {
+        if (!attribute.value.isNull())
+            xml.Attribute(attribute.name, attribute.value);
+    }
+    xml.Close();
+}
+
+// Changes in an existing element what differs from its source; attributes that we do not know stay.
+void EditElement(XmlEdit& edit, const pugi::xml_node& element, const BookmarkSource& source, const G_Bookmark& bookmark,
+                 const DocumentStructure& structure)
+{
+    if (!(bookmark.name == source.name))
+        edit.SetAttribute(element, "Name", NameOf(bookmark));
+    if (*bookmark.dest == source.dest)
+        return;
+    const pugi::xml_node dest = ChildElement(element, "Dest");
+    if (!dest) {
+        XmlFragment xml(PrefixOf(element));
+        AppendDestination(xml, *bookmark.dest, structure);
+        edit.AppendChild(element, xml.GetBytes());
+        return;
+    }
+    for (const DestinationAttribute& attribute : AttributesOf(*bookmark.dest, structure)) {
+        if (!attribute.value.isNull())
+            edit.SetAttribute(dest, attribute.name, attribute.value);
+        else
+            edit.RemoveAttribute(dest, attribute.name);
+    }
+}
+
+// The bytes of an element that stands nowhere in the part: a new one, or one that comes back or moves.
+QByteArray ElementBytes(const G_Bookmark& bookmark, const DocumentStructure& structure, const QByteArray& prefix)
+{
+    const BookmarkSource* source = SourceOf(bookmark);
+    const std::unique_ptr<XmlPart> old = source ? XmlPart::Parse(QString(), source->xml) : nullptr;
+    if (old) {
+        XmlEdit edit(*old);
+        EditElement(edit, old->GetRoot(), *source, bookmark, structure);
+        const QByteArray bytes = edit.IsEmpty() ? source->xml : edit.Apply();
+        if (!bytes.isEmpty())
+            return bytes;
+    }
+    XmlFragment xml(prefix);
+    xml.Open("Bookmark").Attribute("Name", NameOf(bookmark));
+    AppendDestination(xml, *bookmark.dest, structure);
+    return xml.Close().GetBytes();
+}
+
+// For each current bookmark the place of its element in the part, -1 when it has none. Each element is given once.
+std::vector<int> MatchElements(const BookmarkSources& saved, const std::vector<G_Bookmark*>& current)
+{
+    QHash<const void*, int> places;
+    for (int i = 0; i < int(saved.size()); ++i)
+        places.insert(saved[size_t(i)].get(), i);
+    std::vector<int> matches;
+    for (const G_Bookmark* bookmark : current) {
+        const auto place = places.find(SourceOf(*bookmark));
+        matches.push_back(place == places.end() ? -1 : *place);
+        if (place != places.end())
+            places.erase(place);
+    }
+    return matches;
+}
+
+} // namespace
+
+bool AreBookmarksChanged(const BookmarkSources& saved, const std::vector<G_Bookmark*>& current)
+{
+    if (saved.size() != current.size())
+        return true;
+    for (size_t i = 0; i < saved.size(); ++i) {
+        const G_Bookmark& bookmark = *current[i];
+        const BookmarkSource& source = *saved[i];
+        if (SourceOf(bookmark) != &source || !(bookmark.name == source.name) || !(*bookmark.dest == source.dest))
+            return true;
+    }
+    return false;
+}
+
+void WriteBookmarks(XmlEdit& edit, const XmlPart& document, const DocumentStructure& structure,
+                    const BookmarkSources& saved, const std::vector<G_Bookmark*>& current)
+{
+    const pugi::xml_node root = document.GetRoot();
+    const pugi::xml_node list = ChildElement(root, "Bookmarks");
+    if (current.empty()) {
+        if (list && !saved.empty())
+            edit.Remove(list);
+        return;
+    }
+    if (!list) {
+        XmlFragment xml(PrefixOf(root));
+        xml.Open("Bookmarks");
+        for (const G_Bookmark* bookmark : current)
+            xml.Raw(ElementBytes(*bookmark, structure, PrefixOf(root)));
+        edit.InsertInOrder(root, "Bookmarks", xml.Close().GetBytes(), DocumentOrder);
+        return;
+    }
+    const std::vector<pugi::xml_node> elements = ChildElements(list, "Bookmark");
+    const std::vector<int> matches = MatchElements(saved, current);
+    const std::vector<bool> stays = LongestRise(matches);
+    std::vector<bool> isKept(elements.size(), false);
+    for (size_t i = 0; i < current.size(); ++i) {
+        if (stays[i])
+            isKept[size_t(matches[i])] = true;
+    }
+    for (size_t i = 0; i < elements.size(); ++i) {
+        if (!isKept[i])
+            edit.Remove(elements[i]);
+    }
+    const auto firstKept = std::find(isKept.begin(), isKept.end(), true);
+    pugi::xml_node before; // the last element that stays
+    for (size_t i = 0; i < current.size(); ++i) {
+        if (stays[i]) {
+            before = elements[size_t(matches[i])];
+            EditElement(edit, before, *saved[size_t(matches[i])], *current[i], structure);
+            continue;
+        }
+        const QByteArray bytes = ElementBytes(*current[i], structure, PrefixOf(list));
+        if (before)
+            edit.InsertAfter(before, bytes);
+        else if (firstKept != isKept.end())
+            edit.InsertBefore(elements[size_t(firstKept - isKept.begin())], bytes);
+        else
+            edit.AppendChild(list, bytes);
+    }
+}
+
+} // namespace ofd
