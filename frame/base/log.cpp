@@ -1,8 +1,8 @@
 #include "log.h"
 
 #include <QLoggingCategory>
-#include <QMutex>
 
+#include <mutex>
 #include <utility>
 
 namespace {
@@ -11,7 +11,7 @@ Q_LOGGING_CATEGORY(frameLog, "tetobaisfla")
 
 using Listener = std::function<void(const QByteArray&)>;
 
-QMutex listenerMutex;
+std::mutex listenerMutex;
 
 Listener& TheListener()
 {
@@ -27,7 +27,7 @@ void FrameLog(const QByteArray& line)
     Listener listener;
     {
         // Called outside the lock, so that a listener may log or replace itself.
-        const QMutexLocker lock(&listenerMutex);
+        const std::lock_guard<std::mutex> lock(listenerMutex);
         listener = TheListener();
     }
     if (listener)
@@ -36,6 +36,6 @@ void FrameLog(const QByteArray& line)
 
 void SetFrameLogListener(std::function<void(const QByteArray& line)> listener)
 {
-    const QMutexLocker lock(&listenerMutex);
+    const std::lock_guard<std::mutex> lock(listenerMutex);
     TheListener() = std::move(listener);
 }

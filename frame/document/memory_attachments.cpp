@@ -26,13 +26,13 @@ bool ReadAll(ICA_StreamReader* reader, QByteArray* data)
 
 int MemoryAttachments::Count() const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return entries.size();
 }
 
 int MemoryAttachments::IndexById(int id) const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     for (int i = 0; i < entries.size(); ++i) {
         if (entries.at(i).info.id == id)
             return i;
@@ -42,7 +42,7 @@ int MemoryAttachments::IndexById(int id) const
 
 G_AttachmentInfo MemoryAttachments::Info(int index) const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return entries.value(index).info;
 }
 
@@ -50,7 +50,7 @@ bool MemoryAttachments::Write(int index, ICA_StreamWriter* writer) const
 {
     QByteArray data;
     {
-        const QMutexLocker lock(&mutex);
+        const std::lock_guard<std::mutex> lock(mutex);
         if (index < 0 || index >= entries.size())
             return false;
         data = entries.at(index).data;
@@ -60,7 +60,7 @@ bool MemoryAttachments::Write(int index, ICA_StreamWriter* writer) const
 
 void MemoryAttachments::Add(G_AttachmentInfo info, const QByteArray& data)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     int highestId = 0;
     bool isTaken = false;
     for (const Entry& entry : qAsConst(entries)) {
@@ -88,7 +88,7 @@ bool MemoryAttachments::AddFrom(ICA_StreamReader* reader, const G_AttachmentInfo
 
 bool MemoryAttachments::Remove(int index)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     if (index < 0 || index >= entries.size())
         return false;
     entries.remove(index);

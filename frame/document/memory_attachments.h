@@ -2,8 +2,9 @@
 
 #include "payloads.h"
 
-#include <QMutex>
 #include <QVector>
+
+#include <mutex>
 
 class ICA_StreamReader;
 class ICA_StreamWriter;
@@ -31,6 +32,6 @@ private:
         QByteArray data;
     };
 
-    mutable QMutex mutex;
+    mutable std::mutex mutex;
     QVector<Entry> entries;
 };

@@ -57,7 +57,7 @@ void MemoryDocument::Private::NumberPages()
 
 bool MemoryDocument::Private::FillSheet(const G_RenderRequest& request, MemorySheet* sheet) const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     MemoryPage* page = PageAt(request.pageIndex);
     if (!page)
         return false;
@@ -96,7 +96,7 @@ int MemoryDocument::AddPage(float widthMm, float heightMm, int id)
         for (const auto& page : d->pages)
             id = std::max(id, page->PageId() + 1);
     }
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     d->pages.push_back(std::make_unique<MemoryPage>(this, &d->isModified, id, widthMm, heightMm));
     d->NumberPages();
     return id;
@@ -107,7 +107,7 @@ bool MemoryDocument::RemovePage(int pageIndex)
     MemoryPage* page = d->PageAt(pageIndex);
     if (!page)
         return false;
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     page->Unload();
     page->SetIndex(-1);
     d->removedPages.push_back(std::move(d->pages[static_cast<size_t>(pageIndex)]));
@@ -119,14 +119,14 @@ bool MemoryDocument::RemovePage(int pageIndex)
 
 void MemoryDocument::AddText(int pageIndex, float xMm, float yMm, const QString& text)
 {
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     if (MemoryPage* page = d->PageAt(pageIndex))
         page->AddText(xMm, yMm, text);
 }
 
 void MemoryDocument::AddLayer(int pageIndex, int kind, const QString& name)
 {
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     if (MemoryPage* page = d->PageAt(pageIndex))
         page->AddLayer(kind, name);
 }
@@ -137,21 +137,21 @@ void MemoryDocument::AddTemplate(int id, const QString& zOrder, const QString& n
     added.id = id;
     added.name = GQ_ToCAS(name);
     added.zOrder = KnownZOrder(zOrder);
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     if (!d->FindTemplate(id))
         d->templates.append(added);
 }
 
 void MemoryDocument::AddTemplateRef(int pageIndex, int templateId, const QString& zOrder)
 {
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     if (MemoryPage* page = d->PageAt(pageIndex))
         page->AddTemplateRef({templateId, KnownZOrder(zOrder)});
 }
 
 IG_Annot* MemoryDocument::AddAnnot(int pageIndex, const AnnotRecord& record)
 {
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     MemoryPage* page = d->PageAt(pageIndex);
     return page ? page->AddAnnot(record) : nullptr;
 }
@@ -199,7 +199,7 @@ void MemoryDocument::SetEncrypted(bool encrypted)
 
 void MemoryDocument::SetPageFailure(int pageIndex, bool fails)
 {
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     if (MemoryPage* page = d->PageAt(pageIndex))
         page->SetFails(fails);
 }
@@ -266,7 +266,7 @@ CCA_String MemoryDocument::GetTemplateZOrder(int id)
 
 void MemoryDocument::SetTemplateVisible(int id, bool visible)
 {
-    const QMutexLocker lock(&d->mutex);
+    const std::lock_guard<std::mutex> lock(d->mutex);
     for (Private::Template& item : d->templates) {
         if (item.id == id)
             item.isVisible = visible;

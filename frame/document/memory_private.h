@@ -5,7 +5,7 @@
 #include "memory_page.h"
 #include "memory_renderer.h"
 
-#include <QMutex>
+#include <mutex>
 
 // What the in-memory document holds. The mutex guards the pages and templates against the renderer's threads: the main
 // thread takes it to write, other threads to read.
@@ -33,7 +33,7 @@ struct MemoryDocument::Private
     bool FillSheet(const G_RenderRequest& request, MemorySheet* sheet) const;
 
     CCA_String key;
-    mutable QMutex mutex;
+    mutable std::mutex mutex;
     std::vector<std::unique_ptr<MemoryPage>> pages;
     std::vector<std::unique_ptr<MemoryPage>> removedPages; // kept for those who still point at them
     QVector<Template> templates;

@@ -3,8 +3,10 @@
 
 #include <frame/base/converters.h>
 
-#include <QThread>
 #include <QtTest>
+
+#include <atomic>
+#include <thread>
 
 namespace {
 
@@ -109,18 +111,20 @@ void AttachmentsMayBeReachedFromTwoThreads(ConformanceBackend& backend)
     const auto document = backend.Make(ConformanceFixture());
     QVERIFY(document);
     int addedCount = 0;
-    const std::unique_ptr<QThread> adder(QThread::create([&] {
+    std::atomic<bool> isDone{false};
+    std::thread adder([&] {
         for (int i = 0; i < 50; ++i)
             addedCount += AddBytes(document.get(), QByteArray(i, 'x'), "worker") ? 1 : 0;
-    }));
-    adder->start();
+        isDone = true;
+    });
     int seenCount = 0;
     bool isInOrder = true;
     do {
         const int count = document->GetAttachmentCount();
         isInOrder = isInOrder && count >= seenCount && !document->GetAttachment(count - 1).name.IsEmpty();
         seenCount = count;
-    } while (!adder->wait(1));
+    } while (!isDone);
+    adder.join();
     QVERIFY(isInOrder);
     QCOMPARE(addedCount, 50);
     QCOMPARE(document->GetAttachmentCount(), 52);

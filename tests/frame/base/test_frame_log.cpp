@@ -1,11 +1,10 @@
 #include <frame/base/log.h>
 #include <tests/support/test_main.h>
 
-#include <QMutex>
-#include <QThread>
 #include <QtTest>
 
-#include <memory>
+#include <atomic>
+#include <thread>
 
 class TestFrameLog : public QObject
 {
@@ -43,21 +42,16 @@ void TestFrameLog::aListenerMayLogAndReplaceItself()
 
 void TestFrameLog::linesFromOtherThreadsArrive()
 {
-    QMutex mutex;
-    int lineCount = 0;
-    SetFrameLogListener([&](const QByteArray&) {
-        const QMutexLocker lock(&mutex);
-        ++lineCount;
-    });
+    std::atomic<int> lineCount{0};
+    SetFrameLogListener([&lineCount](const QByteArray&) { ++lineCount; });
     const auto logMany = [] {
         for (int i = 0; i < 100; ++i)
             FrameLog("line");
     };
-    const std::unique_ptr<QThread> other(QThread::create(logMany));
-    other->start();
+    std::thread other(logMany);
     logMany();
-    other->wait();
-    QCOMPARE(lineCount, 200);
+    other.join();
+    QCOMPARE(lineCount.load(), 200);
 }
 
 TETO_TEST_MAIN(TestFrameLog)
