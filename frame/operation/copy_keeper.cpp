@@ -33,7 +33,7 @@ CopyKeeper::CopyKeeper()
 
 std::shared_ptr<CopyKeeper> CopyKeeper::Create()
 {
-    const std::shared_ptr<CopyKeeper> keeper(new CopyKeeper);
+    std::shared_ptr<CopyKeeper> keeper(new CopyKeeper);
     keeper->inbox = new CopyInbox(keeper);
     return keeper;
 }

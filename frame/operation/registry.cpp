@@ -60,11 +60,9 @@ void G_OperationRegistry::Register(G_Operation* prototype)
 
 void G_OperationRegistry::Unregister(G_Operation* prototype)
 {
-    const auto it = d->names.constFind(prototype);
-    if (it == d->names.constEnd())
+    const QByteArray name = d->names.take(prototype);
+    if (name.isEmpty())
         return;
-    const QByteArray name = it.value();
-    d->names.erase(it);
     d->prototypes.remove(name);
     d->order.removeOne(name);
     LogDeregistration(name);
