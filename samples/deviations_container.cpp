@@ -111,6 +111,44 @@ QByteArray WithStoredParts(const Package& package)
     return zip.Bytes();
 }
 
+QByteArray WithBackslashes(const Package& package)
+{
+    RawZip zip(package);
+    for (RawEntry& entry : zip.entries)
+        entry.name.replace('/', '\\');
+    return zip.Bytes();
+}
+
+QByteArray WithLeadingSlashes(const Package& package)
+{
+    RawZip zip(package);
+    for (size_t index = 0; index < zip.entries.size(); ++index)
+        zip.entries[index].name.prepend(index % 2 == 0 ? "/" : "./");
+    return zip.Bytes();
+}
+
+QByteArray WithDuplicateNames(const Package& package)
+{
+    RawZip zip(package);
+    // The older one first: the last entry of a name counts.
+    RawEntry older;
+    older.name = kSecondPage.toUtf8();
+    for (const RawEntry& entry : zip.entries)
+        if (entry.name == older.name)
+            older.data = QByteArray(entry.data).replace(">Second page<", ">Superseded!<");
+    zip.entries.insert(zip.entries.begin(), older);
+    return zip.Bytes();
+}
+
+QByteArray WithOtherCaseOfEntry(const Package& package)
+{
+    RawZip zip(package);
+    for (RawEntry& entry : zip.entries)
+        if (entry.name == kEntryPart.toUtf8())
+            entry.name = "ofd.XML";
+    return zip.Bytes();
+}
+
 } // namespace
 
 std::vector<Deviation> ContainerDeviations()
@@ -140,6 +178,14 @@ std::vector<Deviation> ContainerDeviations()
         {"extra_file_times", group, "all entries carry an extra block with file times",
          "read as usual, keep it on save", nullptr, WithFileTimes},
         {"stored_parts", group, "no part is compressed", "read as usual", nullptr, WithStoredParts},
+        {"names_with_backslashes", group, "entry names use backslashes", "treat them as slashes", nullptr,
+         WithBackslashes},
+        {"names_with_leading_slash", group, "entry names begin with / or ./", "strip that", nullptr,
+         WithLeadingSlashes},
+        {"duplicate_names", group, "two entries have the name of the second page",
+         "the last one counts; keep both on save", nullptr, WithDuplicateNames},
+        {"entry_part_other_case", group, "OFD.xml is spelled ofd.XML", "accept it when there is one", nullptr,
+         WithOtherCaseOfEntry},
     };
 }
 

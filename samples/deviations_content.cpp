@@ -120,6 +120,11 @@ void RadialShading(Package& package)
         "<ofd:AbbreviatedData>M 0 0 L 113 0 L 113 113 L 0 113 C</ofd:AbbreviatedData></ofd:PathObject>\n");
 }
 
+void ObjectInvisible(Package& package)
+{
+    package.Replace(kFirstPage, "<ofd:PathObject ID=\"9\"", "<ofd:PathObject ID=\"9\" Visible=\"false\"");
+}
+
 void FillWithoutColour(Package& package)
 {
     package.Replace(kFirstPage, "<ofd:FillColor Value=\"200 220 250\"/>\n", "");
@@ -275,6 +280,8 @@ std::vector<Deviation> ContentDeviations()
          CmykAndGray},
         {"radial_shading", group, "a radial shading on an object with a matrix", "its points are not transformed",
          RadialShading},
+        {"object_invisible", group, "a path is not visible", "do not draw it; its tag highlights nothing else",
+         ObjectInvisible},
         {"fill_without_colour", group, "a path is to be filled and has no fill colour", "fill nothing",
          FillWithoutColour},
         {"colour_without_fill", group, "a path has a fill colour and is not to be filled", "fill nothing",

@@ -122,6 +122,23 @@ void UnknownPermissions(Package& package)
                     "<ofd:ContentRegist>false</ofd:ContentRegist></ofd:Permissions>\n<ofd:Bookmarks>");
 }
 
+void PageWithoutContent(Package& package)
+{
+    package.Replace(kSecondPage, ElementText(package, kSecondPage, "Content"), "");
+}
+
+void TemplateTwice(Package& package)
+{
+    package.Replace(kFirstPage, "<ofd:Area>", "<ofd:Template TemplateID=\"3\" ZOrder=\"Foreground\"/>\n<ofd:Area>");
+}
+
+void LayersOfEqualNames(Package& package)
+{
+    package.Replace(kFirstPage, "<ofd:Layer ID=\"7\">",
+                    "<ofd:Layer ID=\"900\" Name=\"Same\"/>\n<ofd:Layer ID=\"7\" Name=\"Same\">");
+    package.Replace(kFirstPage, "</ofd:Content>", "<ofd:Layer ID=\"901\" Type=\"Custom\"/>\n</ofd:Content>");
+}
+
 } // namespace
 
 std::vector<Deviation> DocumentDeviations()
@@ -163,6 +180,11 @@ std::vector<Deviation> DocumentDeviations()
          "list it; a point at 0 0; edit in place", BookmarksUnprefixed},
         {"permissions_unknown_children", group, "Permissions has children that the format does not know",
          "ignore them, keep them on save", UnknownPermissions},
+        {"page_without_content", group, "the second page has no content", "an empty page", PageWithoutContent},
+        {"template_twice", group, "a page uses one template as background and as foreground", "draw it in both places",
+         TemplateTwice},
+        {"layers_of_equal_names", group, "two layers share a name; a custom layer; two layers are empty",
+         "list them all", LayersOfEqualNames},
     };
 }
 

@@ -61,10 +61,10 @@ public:
         objects.TextCentred(QPointF(101, 14.5), QString::fromUtf8("电子发票（普通发票）"), title);
         objects.Line(QPointF(66, 17.6), QPointF(142, 17.6), line);
         objects.Line(QPointF(66, 18.8), QPointF(142, 18.8), line);
-        objects.Text(QPointF(150, 12), QString::fromUtf8("发票号码："), label);
-        fields.append({"InvoiceNumber", objects.Text(QPointF(166, 12), "24310000000012345678", number)});
-        objects.Text(QPointF(150, 18), QString::fromUtf8("开票日期："), label);
-        fields.append({"IssueDate", objects.Text(QPointF(166, 18), QString::fromUtf8("2024年05月20日"), data)});
+        objects.Text(QPointF(146, 12), QString::fromUtf8("发票号码："), label);
+        fields.append({"InvoiceNumber", objects.Text(QPointF(162, 12), "24310000000012345678", number)});
+        objects.Text(QPointF(146, 18), QString::fromUtf8("开票日期："), label);
+        fields.append({"IssueDate", objects.Text(QPointF(162, 18), QString::fromUtf8("2024年05月20日"), data)});
     }
 
     void Frame()
@@ -75,7 +75,6 @@ public:
         for (double x : {15.0, 105.0, 112.0})
             objects.Line(QPointF(x, 28), QPointF(x, 50), line);
         objects.Line(QPointF(15, 100), QPointF(15, 128), line);
-        objects.Line(QPointF(kLeft, 100), QPointF(kRight, 100), line);
     }
 
     void Party(double x, const QString& title, const QString& tag, const QString& name, const QString& taxNumber)

@@ -121,7 +121,7 @@ double Mixed(ObjectWriter& objects, const Tour& tour, const QPointF& at, const Q
 }
 
 void Heading(ObjectWriter& objects, const Tour& tour, const QString& number, const QString& chinese,
-             const QString& english)
+             const QString& english, double right)
 {
     objects.Rect(QRectF(20, 20, 11, 11), Filled(kBlue));
     TextStyle digit = Styled(tour.sans, 7, Qt::white);
@@ -129,7 +129,7 @@ void Heading(ObjectWriter& objects, const Tour& tour, const QString& number, con
     objects.TextCentred(QPointF(25.5, 28.1), number, digit);
     const double x = Mixed(objects, tour, QPointF(35, 28), chinese, 7, kInk, true);
     objects.Text(QPointF(x + 4, 28), english, Styled(tour.sans, 4.6, kMuted));
-    objects.Line(QPointF(20, 34), QPointF(190, 34), Stroked(kBlue, 0.4));
+    objects.Line(QPointF(20, 34), QPointF(right, 34), Stroked(kBlue, 0.4));
 }
 
 void Caption(ObjectWriter& objects, const Tour& tour, const QPointF& at, const QString& text)

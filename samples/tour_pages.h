@@ -30,7 +30,7 @@ double Mixed(ObjectWriter& objects, const Tour& tour, const QPointF& at, const Q
              const QColor& colour = kInk, bool isHeading = false);
 // The heading that every page but the cover starts with.
 void Heading(ObjectWriter& objects, const Tour& tour, const QString& number, const QString& chinese,
-             const QString& english);
+             const QString& english, double right = 190);
 void Caption(ObjectWriter& objects, const Tour& tour, const QPointF& at, const QString& text);
 
 void AddCover(Tour& tour);

@@ -220,7 +220,7 @@ void AddTablePage(Tour& tour)
     tour.pages.append(tour.document.AddPage(landscape, [&](PageBuilder& page) {
         page.BeginLayer();
         ObjectWriter& objects = page.Objects();
-        Heading(objects, tour, "2", QString::fromUtf8("表格"), "Tables, on a page that lies on its side");
+        Heading(objects, tour, "2", QString::fromUtf8("表格"), "Tables, on a page that lies on its side", 277);
         const QVector<double> widths{24, 32, 22, 22, 22, 22};
         TableGrid(objects, 20, 46, widths, 7, 11);
         const char* const heads[] = {"馆", "Library", "一季度", "二季度", "三季度", "四季度"};

@@ -45,6 +45,17 @@ const char* const kExpectedDamage =
     "truncated empty encrypted no_ofd_xml no_doc_root no_pages doctype bomb cyclic_template dot_dot_names not_a_zip "
     "huge_delta_count";
 
+// The name under which a tolerant reader finds the part.
+QString PartName(QString name)
+{
+    name.replace('\\', '/');
+    if (name.startsWith("./"))
+        name.remove(0, 1);
+    if (name.startsWith('/'))
+        name.remove(0, 1);
+    return name.compare("OFD.xml", Qt::CaseInsensitive) == 0 ? QStringLiteral("OFD.xml") : name;
+}
+
 // The parts of a zip by name; empty when it cannot be read, entries that cannot be inflated are left out.
 QMap<QString, QByteArray> ReadZip(const QString& path)
 {
@@ -60,7 +71,7 @@ QMap<QString, QByteArray> ReadZip(const QString& path)
             continue;
         QByteArray data(int(stat.size), '\0');
         if (zip_fread(file, data.data(), stat.size) == zip_int64_t(stat.size))
-            parts.insert(QString::fromUtf8(stat.name), data);
+            parts.insert(PartName(QString::fromUtf8(stat.name)), data);
         zip_fclose(file);
     }
     zip_discard(archive);
