@@ -22,6 +22,7 @@ namespace {
 
 constexpr qint64 KernelCopyBytes = qint64(16) << 20;
 constexpr qint64 BlockBytes = qint64(1) << 20;
+constexpr qint64 WritebackBytes = qint64(8) << 20;
 
 QString Tr(const char* text)
 {
@@ -136,6 +137,7 @@ PackageError TargetFile::Write(const char* bytes, qint64 count)
         done += put;
     }
     position += count;
+    BeginWriteback();
     return {};
 }
 
@@ -159,6 +161,7 @@ PackageError TargetFile::Rewind(qint64 offset)
     if (::ftruncate(descriptor, off_t(offset)) != 0 || ::lseek(descriptor, off_t(offset), SEEK_SET) < 0)
         return WriteError(errno);
     position = offset;
+    writtenBack = std::min(writtenBack, offset & ~qint64(4095));
     return {};
 }
 
@@ -176,8 +179,8 @@ PackageError TargetFile::CopyRange(const ByteSource& source, qint64 begin, qint6
             return WriteError(errno);
         if (got == 0)
             break; // also what some file systems answer in place of an error; the block copy finds out
-        BeginWriteback(position, got);
         position += got;
+        BeginWriteback();
         if (progress && !progress(got))
             return Cancelled();
     }
@@ -202,10 +205,15 @@ PackageError TargetFile::CopyByBlocks(const ByteSource& source, qint64 begin, qi
     return {};
 }
 
-// Lets the disk begin early, so that the flush at the end has less to wait for.
-void TargetFile::BeginWriteback(qint64 offset, qint64 count)
+// Lets the disk begin early, so that the flush at the end has less to wait for. Whole pages only: the next write would
+// have to wait for one that is on its way.
+void TargetFile::BeginWriteback()
 {
-    (void)::sync_file_range(descriptor, off_t(offset), off_t(count), SYNC_FILE_RANGE_WRITE);
+    const qint64 wholePages = position & ~qint64(4095);
+    if (wholePages - writtenBack < WritebackBytes)
+        return;
+    (void)::sync_file_range(descriptor, off_t(writtenBack), off_t(wholePages - writtenBack), SYNC_FILE_RANGE_WRITE);
+    writtenBack = wholePages;
 }
 
 PackageError TargetFile::Finish()

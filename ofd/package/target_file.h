@@ -45,12 +45,13 @@ private:
     TargetFile() = default;
     PackageError PrepareTemporary();
     PackageError CopyByBlocks(const ByteSource& source, qint64 begin, qint64 end, const CopyProgress& progress);
-    void BeginWriteback(qint64 offset, qint64 count);
+    void BeginWriteback();
 
     QString targetPath;
     QString temporaryPath;
     int descriptor = -1;
     qint64 position = 0;
+    qint64 writtenBack = 0;   // up to where the disk was told to begin
     bool isReplacing = false; // the target exists
     bool isCommitted = false;
 };
