@@ -1,0 +1,208 @@
+#include "pane_desk.h"
+
+#include <bookmark/bookmark_pane.h>
+#include <bookmark/bookmark_tree.h>
+#include <tests/support/screens.h>
+#include <tests/support/test_main.h>
+
+#include <frame/utils/dpi.h>
+
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QMimeData>
+#include <QTextEdit>
+#include <QtTest>
+
+namespace {
+
+QString TourText(int extraRows = 0)
+{
+    QString text = QStringLiteral("page 210 297\npage 210 297\n"
+                                  "bookmark \"Cover\" page=1 zoom=1\n"
+                                  "bookmark \"1 Introduction\" page=1 zoom=1\n"
+                                  "bookmark \"2 A heading that is so long that it has to go on in a second line of the "
+                                  "list, or be cut\" page=1 zoom=1\n"
+                                  "bookmark \"\u7b2c\u4e09\u7ae0 \u6587\u6863\u7ed3\u6784\u4e0e\u5bfc\u822a\" page=2 "
+                                  "zoom=1\n"
+                                  "bookmark \"4 Appendix\" page=2 zoom=1\n");
+    for (int row = 0; row < extraRows; ++row)
+        text += QStringLiteral("bookmark \"Entry %1\" page=2 zoom=1\n").arg(row + 1);
+    return text;
+}
+
+// A picture of the pane in this state, for the eye; a blank one fails.
+void Shoot(const DeskTab* tab, const QString& state)
+{
+    const QString name = QStringLiteral("bookmark-%1").arg(state);
+    if (qEnvironmentVariableIsSet("TETO_SCREENS"))
+        QVERIFY(!Screens::SaveScreen(tab->pane, name).isEmpty());
+    QVERIFY2(Screens::ColourCount(Screens::Grab(tab->pane)) > 8, qPrintable(name));
+}
+
+void HoverRow(const DeskTab* tab, int row)
+{
+    QWidget* viewport = tab->Tree()->viewport();
+    QHoverEvent enter(QEvent::HoverEnter, tab->RowPoint(row), QPoint(-1, -1));
+    QApplication::sendEvent(viewport, &enter);
+    QHoverEvent move(QEvent::HoverMove, tab->RowPoint(row), QPoint(0, 0));
+    QApplication::sendEvent(viewport, &move);
+}
+
+} // namespace
+
+// Pictures of the pane in each state, below the folder that TETO_SCREENS names, with what can be told of them by
+// numbers.
+class TestBookmarkScreens : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    void filled();
+    void oneLineARow();
+    void empty();
+    void withAScrollBar();
+    void hovered();
+    void selected();
+    void inEdit();
+    void inEditOfAWrappedRow();
+    void dragging();
+    void draggingToTheTop();
+    void readOnly();
+    void atTwiceTheScale();
+    void emptyAtTwiceTheScale();
+    void inEditAtTwiceTheScale();
+};
+
+void TestBookmarkScreens::init()
+{
+    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
+}
+
+void TestBookmarkScreens::cleanup()
+{
+    Utils::OVDpi::Instance()->OverrideScale(0);
+}
+
+void TestBookmarkScreens::filled()
+{
+    PaneDesk desk(TourText());
+    Shoot(desk.First(), QStringLiteral("filled"));
+}
+
+void TestBookmarkScreens::oneLineARow()
+{
+    PaneDesk desk(TourText());
+    desk.Perform("d_bookmarkwrap");
+    Shoot(desk.First(), QStringLiteral("one-line"));
+}
+
+void TestBookmarkScreens::empty()
+{
+    PaneDesk desk(QStringLiteral("page 210 297"));
+    Shoot(desk.First(), QStringLiteral("empty"));
+}
+
+void TestBookmarkScreens::withAScrollBar()
+{
+    PaneDesk desk(TourText(40));
+    Shoot(desk.First(), QStringLiteral("scroll-bar"));
+}
+
+void TestBookmarkScreens::hovered()
+{
+    PaneDesk desk(TourText());
+    const QImage before = Screens::Grab(desk.First()->pane);
+    HoverRow(desk.First(), 1);
+    QVERIFY(Screens::Grab(desk.First()->pane) != before);
+    Shoot(desk.First(), QStringLiteral("hovered"));
+}
+
+void TestBookmarkScreens::selected()
+{
+    PaneDesk desk(TourText());
+    desk.First()->Select({1, 2});
+    HoverRow(desk.First(), 2);
+    Shoot(desk.First(), QStringLiteral("selected"));
+}
+
+void TestBookmarkScreens::inEdit()
+{
+    PaneDesk desk(TourText());
+    QTest::mouseClick(desk.First()->pane->addButton, Qt::LeftButton);
+    QVERIFY(desk.First()->Editor());
+    Shoot(desk.First(), QStringLiteral("edit"));
+}
+
+void TestBookmarkScreens::inEditOfAWrappedRow()
+{
+    PaneDesk desk(TourText());
+    desk.First()->Select({2});
+    QTest::keyClick(desk.First()->Tree(), Qt::Key_F2);
+    QVERIFY(desk.First()->Editor());
+    QTest::keyClick(desk.First()->Editor(), Qt::Key_End);
+    Shoot(desk.First(), QStringLiteral("edit-wrapped"));
+}
+
+void TestBookmarkScreens::dragging()
+{
+    PaneDesk desk(TourText());
+    const DeskTab* tab = desk.First();
+    tab->Select({4});
+    const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
+    for (const int row : {3, 1}) {
+        QDragMoveEvent move(tab->RowPoint(row), Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(tab->Tree()->viewport(), &move);
+    }
+    Shoot(tab, QStringLiteral("dragging"));
+}
+
+void TestBookmarkScreens::draggingToTheTop()
+{
+    PaneDesk desk(TourText());
+    const DeskTab* tab = desk.First();
+    tab->Select({4});
+    const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
+    QDragMoveEvent move(QPoint(30, 2), Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(tab->Tree()->viewport(), &move);
+    Shoot(tab, QStringLiteral("dragging-top"));
+}
+
+void TestBookmarkScreens::readOnly()
+{
+    PaneDesk desk(QStringLiteral("readonly\n") + TourText());
+    Shoot(desk.First(), QStringLiteral("read-only"));
+}
+
+void TestBookmarkScreens::atTwiceTheScale()
+{
+    Utils::OVDpi::Instance()->OverrideScale(2);
+    PaneDesk desk(TourText());
+    desk.First()->pane->resize(520, 840);
+    ViewFixture::Settle();
+    desk.First()->Select({1});
+    Shoot(desk.First(), QStringLiteral("scaled"));
+}
+
+void TestBookmarkScreens::emptyAtTwiceTheScale()
+{
+    Utils::OVDpi::Instance()->OverrideScale(2);
+    PaneDesk desk(QStringLiteral("page 210 297"));
+    desk.First()->pane->resize(520, 840);
+    ViewFixture::Settle();
+    Shoot(desk.First(), QStringLiteral("scaled-empty"));
+}
+
+void TestBookmarkScreens::inEditAtTwiceTheScale()
+{
+    Utils::OVDpi::Instance()->OverrideScale(2);
+    PaneDesk desk(TourText());
+    desk.First()->pane->resize(520, 840);
+    ViewFixture::Settle();
+    QTest::mouseClick(desk.First()->pane->addButton, Qt::LeftButton);
+    QVERIFY(desk.First()->Editor());
+    Shoot(desk.First(), QStringLiteral("scaled-edit"));
+}
+
+TETO_TEST_MAIN(TestBookmarkScreens)
+#include "test_bookmark_screens.moc"
