@@ -114,8 +114,9 @@ QList<G_NavigationPage*> G_PaneMaker::Missing(IG_Document* document) const
 
 QWidget* G_PaneMaker::Make(G_NavigationPage* page, IG_Document* document)
 {
-    if (making.contains(page))
-        return nullptr;
+    // What an earlier pane set off may have made this one meanwhile.
+    if (making.contains(page) || page->WidgetFor(document))
+        return page->WidgetFor(document);
     if (!IsCurrent(document)) {
         // A pane connects itself for life to the stack of the view that is current while it is made.
         FrameLog("frame error: pane " + page->objectName().toUtf8() + " asked for while its view is not current");

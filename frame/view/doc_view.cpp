@@ -19,7 +19,7 @@ G_DocView::Private::Private(G_DocView* view, G_UIContext* context, IG_Document* 
     , cache(kPictureBudgetBytes)
 {
     scene.setItemIndexMethod(QGraphicsScene::NoIndex); // there are only a handful of items at a time
-    widget = new G_PageWidget(view, &scene, parentWidget);
+    widget = new G_PageWidget(&scene, parentWidget);
     announceTimer.setSingleShot(true);
     announceTimer.setInterval(0);
     pictureTimer.setSingleShot(true);
@@ -34,6 +34,7 @@ G_DocView::G_DocView(G_UIContext* context, IG_Document* document, QWidget* paren
     : d(new Private(this, context, document, parentWidget))
 {
     EnrolLiveView(this);
+    d->widget->Attach(this);
     connect(&d->announceTimer, &QTimer::timeout, this, [this] { d->Announce(); });
     connect(&d->pictureTimer, &QTimer::timeout, this, [this] { d->AskForPictures(); });
     d->ReadPages();

@@ -4,9 +4,11 @@
 
 namespace {
 
-QPoint Rounded(const QPointF& point)
+// To whole scene units. Places come from documents and may lie anywhere, or nowhere.
+int Rounded(double value)
 {
-    return {qRound(point.x()), qRound(point.y())};
+    constexpr double most = 1.0e9;
+    return std::isfinite(value) ? qRound(qBound(-most, value, most)) : 0;
 }
 
 } // namespace
@@ -54,8 +56,8 @@ CCA_Point G_DocView::ScenePointFromDocPoint(const CCA_GPoint& point, int pageInd
 {
     if (!d->layout.IsValid(pageIndex))
         return {};
-    const QPoint scenePoint = Rounded(d->layout.ToScene(QPointF(point.x, point.y), pageIndex));
-    return {scenePoint.x(), scenePoint.y()};
+    const QPointF scenePoint = d->layout.ToScene(QPointF(point.x, point.y), pageIndex);
+    return {Rounded(scenePoint.x()), Rounded(scenePoint.y())};
 }
 
 CCA_GPoint G_DocView::DocPointFromScenePoint(const CCA_Point& point, int* page) const
@@ -78,7 +80,7 @@ CCA_Rect G_DocView::SceneRectFromDocRect(const CCA_GRect& rect, int pageIndex) c
     const QRectF onPage(QPointF(rect.left, rect.top), QPointF(rect.right, rect.bottom));
     const QRectF inScene =
         d->layout.PageMatrix(pageIndex).mapRect(onPage.normalized()).translated(PageRect(pageIndex).topLeft());
-    return {qRound(inScene.left()), qRound(inScene.top()), qRound(inScene.right()), qRound(inScene.bottom())};
+    return {Rounded(inScene.left()), Rounded(inScene.top()), Rounded(inScene.right()), Rounded(inScene.bottom())};
 }
 
 int G_DocView::PageIndexByPoint(const QPoint& scenePoint, bool nearest, bool visibleOnly) const

@@ -6,6 +6,8 @@
 
 #include <QScrollBar>
 
+#include <cmath>
+
 namespace {
 
 constexpr double kLeastZoomPercent = 1;
@@ -15,6 +17,26 @@ constexpr double kMostZoomPercent = 6400;
 double PixelsPerMm()
 {
     return 96 * Utils::OVDpi::Instance()->DpiScale() / 25.4;
+}
+
+// A page size that can be laid out, whatever the document claims.
+QSizeF Sane(const QSizeF& sizeMm)
+{
+    constexpr double least = 1;
+    constexpr double most = 20000;
+    if (!std::isfinite(sizeMm.width()) || !std::isfinite(sizeMm.height()))
+        return {210, 297};
+    return {qBound(least, sizeMm.width(), most), qBound(least, sizeMm.height(), most)};
+}
+
+// The rectangle with each edge brought on to the page: destinations come from documents and may name any place.
+CCA_GRect OnPage(const CCA_GRect& rect, const QSizeF& page)
+{
+    const auto within = [](float value, double most) {
+        return std::isfinite(value) ? qBound(0.0F, value, static_cast<float>(most)) : 0.0F;
+    };
+    return CCA_GRect(within(rect.left, page.width()), within(rect.top, page.height()), within(rect.right, page.width()),
+                     within(rect.bottom, page.height()));
 }
 
 bool IsAllZero(const CCA_GRect& rect)
@@ -30,8 +52,14 @@ void G_DocView::Private::ReadPages()
     const int count = document->GetPageCount();
     sizes.reserve(count);
     for (int page = 0; page < count; ++page)
-        sizes.append(document->PageSizeMm(page));
+        sizes.append(Sane(document->PageSizeMm(page)));
     layout.SetPages(sizes);
+    // Scroll bars count in int: a document of tens of thousands of pages cannot be enlarged to the very end.
+    double columnMm = 1;
+    for (const QSizeF& size : qAsConst(sizes))
+        columnMm += qMax(size.width(), size.height());
+    const double room = 2.0e9 - double(count) * PageLayout::gapPx;
+    mostZoom = qBound(kLeastZoomPercent, room / (columnMm * PixelsPerMm()) * 100, kMostZoomPercent);
 }
 
 void G_DocView::Private::Arrange()
@@ -82,7 +110,7 @@ void G_DocView::Private::ScrollTo(const QPointF& scenePoint, const QPoint& viewp
 
 void G_DocView::Private::ZoomAt(double percent, const QPoint& viewportPoint)
 {
-    percent = qBound(kLeastZoomPercent, percent, kMostZoomPercent);
+    percent = qBound(kLeastZoomPercent, std::isfinite(percent) ? percent : zoom, mostZoom);
     if (percent == zoom || !widget)
         return;
     const QPointF scenePoint = widget->mapToScene(viewportPoint);
@@ -142,7 +170,7 @@ void G_DocView::Private::Scrolled()
 
 void G_DocView::Private::Resized()
 {
-    if (isFitting)
+    if (isFitting || moving > 0) // a scroll bar came or went half-way through a change
         return;
     ++moving;
     ApplyMode();
@@ -183,10 +211,11 @@ void G_DocView::Private::ApplyMode()
     isFitting = false;
 }
 
-void G_DocView::GoToPage(G_DocView* /*sender*/, int pageIndex, const CCA_GRect& rect, bool fitRect)
+void G_DocView::GoToPage(G_DocView* /*sender*/, int pageIndex, const CCA_GRect& wanted, bool fitRect)
 {
     if (!d->layout.IsValid(pageIndex) || !d->widget)
         return;
+    const CCA_GRect rect = OnPage(wanted, d->layout.SizeMm(pageIndex));
     ++d->moving;
     const QSize room = d->widget->viewport()->size();
     if (fitRect && !rect.IsEmpty()) {
@@ -199,7 +228,12 @@ void G_DocView::GoToPage(G_DocView* /*sender*/, int pageIndex, const CCA_GRect& 
         d->ScrollTo(middle, QPoint(room.width() / 2, room.height() / 2));
     } else if (IsAllZero(rect)) {
         const QRect page = PageRect(pageIndex);
-        const int left = page.width() < room.width() ? page.center().x() - room.width() / 2 : VisibleSceneRect().left();
+        // Across, the place stays as long as it shows the page.
+        const int margin = PageLayout::gapPx;
+        const int left = page.width() + 2 * margin <= room.width()
+                             ? page.center().x() - room.width() / 2
+                             : qBound(page.left() - margin, VisibleSceneRect().left(),
+                                      page.left() + page.width() + margin - room.width());
         d->ScrollTo(QPointF(left, page.top() - PageLayout::gapPx), QPoint(0, 0));
     } else {
         const CCA_Rect place = SceneRectFromDocRect(rect, pageIndex);
@@ -257,8 +291,12 @@ void G_DocView::SetRotation(int degrees)
 
 void G_DocView::ScrollBy(int dx, int dy)
 {
-    if (d->widget)
-        d->widget->ScrollStep(dx, dy);
+    if (!d->widget)
+        return;
+    ++d->moving;
+    d->widget->ScrollStep(dx, dy);
+    --d->moving;
+    d->Scrolled();
 }
 
 void G_DocView::NextPage()

@@ -43,6 +43,7 @@ struct G_DocView::Private
     void PaintPage(QPainter* painter, GR_PageGraphicItem* item);
     void PaintPicture(QPainter* painter, int page, const QSize& size);
     void PaintError(QPainter* painter, const QSize& size, const QString& error) const;
+    void TellFirstPainted();
     void PaintSelection(QPainter* painter, int page) const;
     void PaintScene(QPainter* painter, bool isStart);
     // Overlays in order of installation, the current tool last.
@@ -73,7 +74,8 @@ struct G_DocView::Private
     QHash<int, GR_PageGraphicItem*> items; // owned by the scene; only pages near the visible part have one
     mutable QSet<int> handedOut;           // pages that callers were given; released at the end
 
-    double zoom = 100; // percent
+    double zoom = 100;      // percent
+    double mostZoom = 6400; // percent
     G_Preferences::ZoomMode mode = G_Preferences::Custom;
     int rotation = 0;
     int current = -1;

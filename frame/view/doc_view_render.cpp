@@ -98,8 +98,11 @@ void G_DocView::Private::PaintScene(QPainter* painter, bool isStart)
             render->PaintSceneEnd(painter, q);
         painter->restore();
     }
-    if (!isStart)
-        AskForPicturesLater();
+    if (isStart)
+        return;
+    AskForPicturesLater();
+    if (layout.Count() == 0)
+        TellFirstPainted(); // there is nothing to wait for
 }
 
 void G_DocView::Private::PaintPage(QPainter* painter, GR_PageGraphicItem* item)
@@ -144,13 +147,18 @@ void G_DocView::Private::PaintPicture(QPainter* painter, int page, const QSize& 
     painter->setPen(paperEdge);
     painter->setBrush(Qt::NoBrush);
     painter->drawRect(paper.adjusted(0, 0, -1, -1));
-    const bool isPainted = !jobs || (picture && !picture->isStale);
-    if (isPainted && !wasFirstPagePainted) {
-        wasFirstPagePainted = true;
-        // In a later turn: whoever hears of it may change what is being painted here.
-        QMetaObject::invokeMethod(
-            q, [this] { emit q->FirstPagePainted(); }, Qt::QueuedConnection);
-    }
+    if (!jobs || (picture && !picture->isStale))
+        TellFirstPainted();
+}
+
+void G_DocView::Private::TellFirstPainted()
+{
+    if (wasFirstPagePainted)
+        return;
+    wasFirstPagePainted = true;
+    // In a later turn: whoever hears of it may change what is being painted here.
+    QMetaObject::invokeMethod(
+        q, [this] { emit q->FirstPagePainted(); }, Qt::QueuedConnection);
 }
 
 void G_DocView::Private::PaintError(QPainter* painter, const QSize& size, const QString& error) const

@@ -157,19 +157,19 @@ bool G_DocView::Private::DefaultKey(QKeyEvent* event)
         q->GoToPage(q, layout.Count() - 1, CCA_GRect(), false);
         return true;
     case Qt::Key_Down:
-        widget->ScrollStep(0, kArrowStepPx);
+        q->ScrollBy(0, kArrowStepPx);
         return true;
     case Qt::Key_Up:
-        widget->ScrollStep(0, -kArrowStepPx);
+        q->ScrollBy(0, -kArrowStepPx);
         return true;
     case Qt::Key_Left:
-        widget->ScrollStep(-kArrowStepPx, 0);
+        q->ScrollBy(-kArrowStepPx, 0);
         return true;
     case Qt::Key_Right:
-        widget->ScrollStep(kArrowStepPx, 0);
+        q->ScrollBy(kArrowStepPx, 0);
         return true;
     case Qt::Key_Space:
-        widget->ScrollStep(0, (event->modifiers() & Qt::ShiftModifier) != 0 ? -screen : screen);
+        q->ScrollBy(0, (event->modifiers() & Qt::ShiftModifier) != 0 ? -screen : screen);
         return true;
     default:
         return false;

@@ -11,6 +11,7 @@
 namespace {
 
 constexpr int kArrowCursor = Qt::ArrowCursor;
+constexpr int kScrollStepPx = 40;
 
 // Whether the first place stands behind the second in reading order; only the page and the height matter here.
 bool IsBehind(int page, const CCA_GPoint& point, int otherPage, const CCA_GPoint& other)
@@ -142,6 +143,11 @@ int GT_TextSelect::OnMouseMove(unsigned /*flags*/, CCA_Point point)
     if (!isSelecting)
         return 0;
     SelectTo(point);
+    // A drag beyond the edge goes on with what lies there.
+    const QRect seen = DocView()->VisibleSceneRect();
+    const int beyond = point.y < seen.top() ? point.y - seen.top() : qMax(0, point.y - seen.bottom());
+    if (beyond != 0)
+        DocView()->ScrollBy(0, qBound(-kScrollStepPx, beyond, kScrollStepPx));
     return 1;
 }
 

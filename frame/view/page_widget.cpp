@@ -9,9 +9,8 @@ namespace {
 const QColor ground(0xE2, 0xE5, 0xEA);
 } // namespace
 
-G_PageWidget::G_PageWidget(G_DocView* view, QGraphicsScene* scene, QWidget* parent)
+G_PageWidget::G_PageWidget(QGraphicsScene* scene, QWidget* parent)
     : QGraphicsView(scene, parent)
-    , view(view)
 {
     setObjectName(QStringLiteral("pageView"));
     setAccessibleName(tr("Document pages"));
@@ -25,6 +24,11 @@ G_PageWidget::G_PageWidget(G_DocView* view, QGraphicsScene* scene, QWidget* pare
     setViewportUpdateMode(QGraphicsView::FullViewportUpdate);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // else fitting to the width would chase the bar
     setBackgroundBrush(ground);
+}
+
+void G_PageWidget::Attach(G_DocView* docView)
+{
+    view = docView;
 }
 
 void G_PageWidget::Detach()

@@ -9,7 +9,9 @@ class G_PageWidget : public QGraphicsView
 {
     Q_OBJECT
 public:
-    G_PageWidget(G_DocView* view, QGraphicsScene* scene, QWidget* parent);
+    G_PageWidget(QGraphicsScene* scene, QWidget* parent);
+    // From here on events go to the view, which must be complete.
+    void Attach(G_DocView* docView);
     // The view is dying; the widget stays empty until its parent goes.
     void Detach();
     // The scroll bars' own step by keys and buttons, in scene units.
@@ -34,5 +36,5 @@ protected:
 private:
     void Mouse(QMouseEvent* event);
     void Key(QKeyEvent* event);
-    G_DocView* view; // not owned; null once it died
+    G_DocView* view = nullptr; // not owned; null once it died
 };

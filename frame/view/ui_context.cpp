@@ -31,6 +31,10 @@ G_UIContext::G_UIContext(QObject* parent)
     , d(new Private)
 {
     RegisterHostTools();
+    // What the event manager's signals carry and what only this room knows the classes of.
+    qRegisterMetaType<G_DocView*>("G_DocView*");
+    qRegisterMetaType<G_ToolHandler*>("G_ToolHandler*");
+    qRegisterMetaType<IG_Annot*>("IG_Annot*");
     d->events = new G_EventMgr(this);
     d->events->SetCurrentViewSource([this] { return d->current; });
     d->actions = new G_ActionHandler(this);

@@ -3,6 +3,7 @@
 #include <frame/operation/event_manager.h>
 #include <frame/view/settings.h>
 
+#include <QAbstractScrollArea>
 #include <QCoreApplication>
 #include <QWidget>
 #include <QtTest>
@@ -25,6 +26,11 @@ ViewFixture::~ViewFixture()
         Close(tabs.back().get());
     context.reset();
     Settle();
+}
+
+QWidget* ViewFixture::Viewport(const G_DocView* view)
+{
+    return qobject_cast<QAbstractScrollArea*>(view->Widget())->viewport();
 }
 
 OpenTab* ViewFixture::Open(const QString& documentText, const QSize& viewSize)

@@ -29,6 +29,8 @@ public:
     ScriptedContext* Context() const { return context.get(); }
     MemoryDocument* Document() const { return tabs.front()->document.get(); }
     G_DocView* View() const { return tabs.front()->view.get(); }
+    // What the mouse events of a view are sent to.
+    static QWidget* Viewport(const G_DocView* view);
     // Opens another document; its view is current afterwards. Owned by the fixture.
     OpenTab* Open(const QString& documentText, const QSize& viewSize = QSize(800, 600));
     void Close(OpenTab* tab);

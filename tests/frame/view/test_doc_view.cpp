@@ -1,0 +1,538 @@
+// Places, zoom, paging and the page change of a view.
+#include <tests/support/test_main.h>
+#include <tests/support/view_fixture.h>
+
+#include <frame/operation/event_manager.h>
+#include <frame/utils/dpi.h>
+#include <frame/view/go_to_dest.h>
+
+#include <QElapsedTimer>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QUndoStack>
+#include <QtTest>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+const QString threePages = QStringLiteral("page 210 297\npage 100 200\npage 210 297\n");
+
+QString ManyPages(int count)
+{
+    return QStringLiteral("page 210 297\n").repeated(count);
+}
+
+class TestDocView : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase() { Utils::OVDpi::Instance()->OverrideScale(1); }
+    void pagesLieInAColumnWithGapsEachInTheMiddle();
+    void documentPointsGoToTheSceneAndBackOnTheSecondPageAtAQuarterTurn();
+    void everyRotationMapsThePagesCornersToItsRectangle_data();
+    void everyRotationMapsThePagesCornersToItsRectangle();
+    void thePageMatrixIsLocalToThePage();
+    void aScenePointRelatesToTheAskedPageOrToThePageHit();
+    void thePageUnderAPointMayBeTheNearestAndMustBeVisibleWhenAsked();
+    void logicalRectanglesAreThoseOfActualSizeAtAnyZoom();
+    void thePageChangeComesOnceAfterOpening();
+    void aJumpTellsThePageOnceAndNotThePagesPassedOnTheWay();
+    void theVisibleRectangleIsNewWhenThePageChangeArrives();
+    void aJumpInsideThePageTellsNothing();
+    void zoomingBeforeAJumpTellsThePageOnlyOnce();
+    void scrollingByWheelAndKeysTellsThePage();
+    void aJumpToTheEndOfAPageKeepsThatPageCurrent();
+    void aPageOutOfRangeIsIgnored();
+    void anEmptyRectangleGoesToTheTopAndAPointToTheTopLeft();
+    void fittingARectangleFillsTheViewWithIt();
+    void destinationsFromHostileDocumentsGoSomewhereOnThePage();
+    void zoomStaysWithinItsBoundsAndSetsTheModeToCustom();
+    void zoomingKeepsTheMiddleOrTheTopLeft();
+    void fittingModesFitAgainAfterAResize();
+    void destinationModesMapToTheViewsModes_data();
+    void destinationModesMapToTheViewsModes();
+    void theVisibleRectangleOfTheCurrentPageIsInMillimetres();
+    void tenThousandPagesOpenWithoutTouchingTheirContent();
+    void aDocumentWithoutPagesIsAnEmptyView();
+    void theUndoStackIsMadeOnceAndEachViewHasItsOwn();
+    void pagesOfHostileSizeAreLaidOut();
+};
+
+void TestDocView::pagesLieInAColumnWithGapsEachInTheMiddle()
+{
+    ViewFixture fixture(threePages);
+    const G_DocView* view = fixture.View();
+    const QRect first = view->PageRect(0);
+    const QRect second = view->PageRect(1);
+    const QRect third = view->PageRect(2);
+    QCOMPARE(first.size(), QSize(794, 1123)); // A4 at 96 DPI
+    QVERIFY(second.top() > first.bottom());
+    QVERIFY(third.top() > second.bottom());
+    QVERIFY(std::abs(second.center().x() - first.center().x()) <= 1);
+    QVERIFY(view->BoundingRect().contains(third));
+    QVERIFY(view->PageRect(3).isEmpty());
+    QVERIFY(view->PageRect(-1).isEmpty());
+}
+
+void TestDocView::documentPointsGoToTheSceneAndBackOnTheSecondPageAtAQuarterTurn()
+{
+    ViewFixture fixture(threePages);
+    G_DocView* view = fixture.View();
+    view->SetRotation(90);
+    view->SetZoom(200, false);
+    const QRect page = view->PageRect(1);
+    QCOMPARE(page.size(), QSize(1512, 756)); // 100 x 200 mm turned, at twice 96 DPI
+    // Clockwise: the page's left edge is shown on top, its top edge on the right.
+    const CCA_Point topLeft = view->ScenePointFromDocPoint({0, 0}, 1);
+    QVERIFY(std::abs(topLeft.x - (page.left() + page.width())) <= 1);
+    QVERIFY(std::abs(topLeft.y - page.top()) <= 1);
+    const CCA_Point inside = view->ScenePointFromDocPoint({30, 50}, 1);
+    int hit = -1;
+    const CCA_GPoint back = view->DocPointFromScenePoint(inside, &hit);
+    QCOMPARE(hit, 1);
+    QVERIFY(std::abs(back.x - 30) < 0.2);
+    QVERIFY(std::abs(back.y - 50) < 0.2);
+    const CCA_Rect rect = view->SceneRectFromDocRect(CCA_GRect(10, 20, 40, 80), 1);
+    QVERIFY(std::abs(rect.Width() - 60 * 2 * 96 / 25.4) < 2); // width and height change places
+    QVERIFY(std::abs(rect.Height() - 30 * 2 * 96 / 25.4) < 2);
+}
+
+void TestDocView::everyRotationMapsThePagesCornersToItsRectangle_data()
+{
+    QTest::addColumn<int>("degrees");
+    for (const int degrees : {0, 90, 180, 270})
+        QTest::newRow(qPrintable(QString::number(degrees))) << degrees;
+}
+
+void TestDocView::everyRotationMapsThePagesCornersToItsRectangle()
+{
+    QFETCH(int, degrees);
+    ViewFixture fixture(threePages);
+    G_DocView* view = fixture.View();
+    view->SetRotation(degrees);
+    QCOMPARE(view->Rotation(), degrees);
+    const QRect page = view->PageRect(1);
+    const CCA_Rect whole = view->SceneRectFromDocRect(CCA_GRect(0, 0, 100, 200), 1);
+    QVERIFY(std::abs(whole.left - page.left()) <= 1);
+    QVERIFY(std::abs(whole.top - page.top()) <= 1);
+    QVERIFY(std::abs(whole.Width() - page.width()) <= 1);
+    QVERIFY(std::abs(whole.Height() - page.height()) <= 1);
+}
+
+void TestDocView::thePageMatrixIsLocalToThePage()
+{
+    ViewFixture fixture(threePages);
+    G_DocView* view = fixture.View();
+    view->SetRotation(90);
+    CCA_Matrix matrix = view->PageDisplayMatrix(1);
+    const CCA_GPoint local = matrix.TransformPoint({0, 0});
+    QVERIFY(std::abs(local.x - view->PageRect(1).width()) <= 1);
+    QVERIFY(std::abs(local.y) <= 1);
+    matrix.Translate(view->PageRect(1).left(), view->PageRect(1).top());
+    const CCA_GPoint scene = matrix.TransformPoint({30, 50});
+    const CCA_Point expected = view->ScenePointFromDocPoint({30, 50}, 1);
+    QVERIFY(std::abs(scene.x - expected.x) <= 1);
+    QVERIFY(std::abs(scene.y - expected.y) <= 1);
+}
+
+void TestDocView::aScenePointRelatesToTheAskedPageOrToThePageHit()
+{
+    ViewFixture fixture(threePages);
+    const G_DocView* view = fixture.View();
+    const QRect second = view->PageRect(1);
+    const CCA_Point onSecond = {second.left() + 5, second.top() + 5};
+    int page = -1;
+    view->DocPointFromScenePoint(onSecond, &page);
+    QCOMPARE(page, 1);
+    page = 0;
+    const CCA_GPoint below = view->DocPointFromScenePoint(onSecond, &page);
+    QCOMPARE(page, 0); // the caller's page is kept
+    QVERIFY(below.y > 297);
+    page = -1;
+    view->DocPointFromScenePoint({0, 0}, &page);
+    QCOMPARE(page, -1);
+    page = 77; // no such page: as if none was asked for
+    view->DocPointFromScenePoint(onSecond, &page);
+    QCOMPARE(page, 1);
+}
+
+void TestDocView::thePageUnderAPointMayBeTheNearestAndMustBeVisibleWhenAsked()
+{
+    ViewFixture fixture(threePages);
+    const G_DocView* view = fixture.View();
+    const QRect first = view->PageRect(0);
+    const QRect second = view->PageRect(1);
+    const QPoint justAboveSecond(second.center().x(), second.top() - 2);
+    QCOMPARE(view->PageIndexByPoint(justAboveSecond, false, false), -1);
+    QCOMPARE(view->PageIndexByPoint(justAboveSecond, true, false), 1);
+    QCOMPARE(view->PageIndexByPoint(QPoint(first.center().x(), first.bottom() + 2), true, false), 0);
+    QCOMPARE(view->PageIndexByPoint(QPoint(0, -500), true, false), 0);
+    QCOMPARE(view->PageIndexByPoint(QPoint(0, 1000000), true, false), 2);
+    QCOMPARE(view->PageIndexByPoint(view->PageRect(2).center(), false, true), -1); // far below what is in view
+    QCOMPARE(view->PageIndexByPoint(first.topLeft() + QPoint(5, 5), false, true), 0);
+}
+
+void TestDocView::logicalRectanglesAreThoseOfActualSizeAtAnyZoom()
+{
+    ViewFixture fixture(threePages);
+    fixture.View()->SetZoom(300, false);
+    QCOMPARE(fixture.View()->PageLogicalRect(0), QRect(0, 0, 794, 1123));
+    QVERIFY(fixture.View()->PageLogicalRect(9).isEmpty());
+}
+
+void TestDocView::thePageChangeComesOnceAfterOpening()
+{
+    ScriptedContext context;
+    QSignalSpy spy(context.EventMgr(), &G_EventMgr::PageChange);
+    const std::unique_ptr<MemoryDocument> document = MemoryDocument::FromText(threePages);
+    G_DocView view(&context, document.get());
+    view.Widget()->show();
+    QCOMPARE(spy.count(), 0); // not from inside the constructor
+    ViewFixture::Settle();
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(view.CurrentPageIndex(), 0);
+}
+
+void TestDocView::aJumpTellsThePageOnceAndNotThePagesPassedOnTheWay()
+{
+    ViewFixture fixture(ManyPages(50));
+    QSignalSpy spy(fixture.Context()->EventMgr(), &G_EventMgr::PageChange);
+    QSignalSpy own(fixture.View(), &G_DocView::CurrentPageChanged);
+    fixture.View()->GoToPage(fixture.View(), 40, CCA_GRect(), false);
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(own.count(), 1);
+    QCOMPARE(own.first().first().toInt(), 40);
+    ViewFixture::Settle();
+    QCOMPARE(spy.count(), 1);
+}
+
+void TestDocView::theVisibleRectangleIsNewWhenThePageChangeArrives()
+{
+    ViewFixture fixture(ManyPages(50));
+    G_DocView* view = fixture.View();
+    bool wasSeen = false;
+    int page = -1;
+    connect(fixture.Context()->EventMgr(), &G_EventMgr::PageChange, view, [&](G_DocView* sender) {
+        page = sender->CurrentPageIndex();
+        wasSeen = sender->VisibleSceneRect().intersects(sender->PageRect(30));
+    });
+    view->GoToPage(view, 30, CCA_GRect(), false);
+    QCOMPARE(page, 30);
+    QVERIFY(wasSeen);
+}
+
+void TestDocView::aJumpInsideThePageTellsNothing()
+{
+    ViewFixture fixture(ManyPages(3));
+    QSignalSpy spy(fixture.Context()->EventMgr(), &G_EventMgr::PageChange);
+    fixture.View()->GoToPage(fixture.View(), 0, CCA_GRect(10, 100, 50, 150), false);
+    QCOMPARE(spy.count(), 0);
+    QVERIFY(fixture.View()->VisibleSceneRect().top() > 100);
+}
+
+void TestDocView::zoomingBeforeAJumpTellsThePageOnlyOnce()
+{
+    ViewFixture fixture(ManyPages(20));
+    G_DocView* view = fixture.View();
+    view->GoToPage(view, 10, CCA_GRect(), false);
+    QSignalSpy spy(fixture.Context()->EventMgr(), &G_EventMgr::PageChange);
+    view->SetZoomMode(G_Preferences::FitPage);
+    view->SetZoom(25, false);
+    view->GoToPage(view, 10, CCA_GRect(0, 10, 50, 60), false);
+    ViewFixture::Settle();
+    QCOMPARE(spy.count(), 0); // the page is the same as before the click
+    view->SetZoom(50, false);
+    view->GoToPage(view, 4, CCA_GRect(), false);
+    ViewFixture::Settle();
+    QCOMPARE(spy.count(), 1);
+}
+
+void TestDocView::scrollingByWheelAndKeysTellsThePage()
+{
+    ViewFixture fixture(ManyPages(10));
+    G_DocView* view = fixture.View();
+    QWidget* viewport = ViewFixture::Viewport(view);
+    QSignalSpy spy(fixture.Context()->EventMgr(), &G_EventMgr::PageChange);
+    QTest::keyClick(view->Widget(), Qt::Key_PageDown);
+    QCOMPARE(view->CurrentPageIndex(), 1);
+    QCOMPARE(spy.count(), 1);
+    QTest::keyClick(view->Widget(), Qt::Key_PageUp);
+    QCOMPARE(view->CurrentPageIndex(), 0);
+    QTest::keyClick(view->Widget(), Qt::Key_End);
+    QCOMPARE(view->CurrentPageIndex(), 9);
+    QTest::keyClick(view->Widget(), Qt::Key_Home);
+    QCOMPARE(view->CurrentPageIndex(), 0);
+    spy.clear();
+    for (int i = 0; i < 40 && view->CurrentPageIndex() == 0; ++i) {
+        QWheelEvent wheel(QPointF(100, 100), viewport->mapToGlobal(QPoint(100, 100)), QPoint(), QPoint(0, -120),
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(viewport, &wheel);
+    }
+    QCOMPARE(view->CurrentPageIndex(), 1);
+    QCOMPARE(spy.count(), 1);
+    const int before = view->VisibleSceneRect().top();
+    QTest::keyClick(view->Widget(), Qt::Key_Down);
+    QVERIFY(view->VisibleSceneRect().top() > before);
+}
+
+void TestDocView::aJumpToTheEndOfAPageKeepsThatPageCurrent()
+{
+    ViewFixture fixture(ManyPages(5));
+    G_DocView* view = fixture.View();
+    view->GoToPage(view, 2, CCA_GRect(0, 290, 0, 290), false); // most of what is seen is the next page
+    QCOMPARE(view->CurrentPageIndex(), 2);
+    view->SetZoom(90, false);
+    ViewFixture::Settle();
+    QCOMPARE(view->CurrentPageIndex(), 2);
+    view->ScrollBy(0, 100);
+    QCOMPARE(view->CurrentPageIndex(), 3); // scrolling decides by what is seen
+}
+
+void TestDocView::aPageOutOfRangeIsIgnored()
+{
+    ViewFixture fixture(threePages);
+    G_DocView* view = fixture.View();
+    const QRect before = view->VisibleSceneRect();
+    QSignalSpy spy(fixture.Context()->EventMgr(), &G_EventMgr::PageChange);
+    view->GoToPage(view, 3, CCA_GRect(), false);
+    view->GoToPage(view, -1, CCA_GRect(), false);
+    view->PreviousPage();
+    QCOMPARE(view->VisibleSceneRect(), before);
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(view->Page(3), nullptr);
+    QVERIFY(view->Page(0));
+}
+
+void TestDocView::anEmptyRectangleGoesToTheTopAndAPointToTheTopLeft()
+{
+    ViewFixture fixture(threePages);
+    G_DocView* view = fixture.View();
+    view->SetZoom(400, false);
+    view->GoToPage(view, 1, CCA_GRect(), false);
+    QVERIFY(view->VisibleSceneRect().contains(view->PageRect(1).topLeft() + QPoint(view->PageRect(1).width() / 2, 0)));
+    QVERIFY(view->PageRect(1).top() - view->VisibleSceneRect().top() <= 20);
+    view->GoToPage(view, 1, CCA_GRect(20, 50, 20, 50), false);
+    const CCA_Point point = view->ScenePointFromDocPoint({20, 50}, 1);
+    QCOMPARE(view->VisibleSceneRect().topLeft(), QPoint(point.x, point.y));
+}
+
+void TestDocView::fittingARectangleFillsTheViewWithIt()
+{
+    ViewFixture fixture(threePages);
+    G_DocView* view = fixture.View();
+    view->GoToPage(view, 1, CCA_GRect(20, 50, 60, 70), true);
+    QCOMPARE(view->ZoomMode(), G_Preferences::FitRect);
+    const CCA_Rect rect = view->SceneRectFromDocRect(CCA_GRect(20, 50, 60, 70), 1);
+    const QRect visible = view->VisibleSceneRect();
+    QVERIFY(visible.adjusted(-2, -2, 2, 2).contains(QRect(rect.left, rect.top, rect.Width(), rect.Height())));
+    const bool fillsWidth = std::abs(rect.Width() - visible.width()) <= 20;
+    const bool fillsHeight = std::abs(rect.Height() - visible.height()) <= 20;
+    QVERIFY(fillsWidth || fillsHeight);
+}
+
+void TestDocView::destinationsFromHostileDocumentsGoSomewhereOnThePage()
+{
+    ViewFixture fixture(threePages);
+    G_DocView* view = fixture.View();
+    const float huge = 1e30F;
+    const float none = std::numeric_limits<float>::quiet_NaN();
+    for (const CCA_GRect& rect : {CCA_GRect(huge, huge, huge, huge), CCA_GRect(none, none, none, none),
+                                  CCA_GRect(-huge, -huge, huge, huge), CCA_GRect(50, 50, 10, 10)}) {
+        view->GoToPage(view, 1, rect, false);
+        QCOMPARE(view->CurrentPageIndex(), 1);
+        QVERIFY(view->VisibleSceneRect().intersects(view->PageRect(1).adjusted(-20, -20, 20, 20)));
+        view->GoToPage(view, 1, rect, true);
+        QCOMPARE(view->CurrentPageIndex(), 1);
+    }
+    view->ScenePointFromDocPoint({huge, none}, 1);
+    view->SetZoom(none, false);
+    QVERIFY(view->GetZoom() >= 1);
+}
+
+void TestDocView::zoomStaysWithinItsBoundsAndSetsTheModeToCustom()
+{
+    ViewFixture fixture(threePages);
+    G_DocView* view = fixture.View();
+    QSignalSpy spy(view, &G_DocView::ZoomChanged);
+    view->SetZoomMode(G_Preferences::FitWidth);
+    view->SetZoom(0.2F, false);
+    QCOMPARE(view->GetZoom(), 1.0F);
+    QCOMPARE(view->ZoomMode(), G_Preferences::Custom);
+    view->SetZoom(100000, true);
+    QCOMPARE(view->GetZoom(), 6400.0F);
+    QVERIFY(spy.count() >= 2);
+    view->SetZoomMode(G_Preferences::ActualSize);
+    QCOMPARE(view->GetZoom(), 100.0F);
+}
+
+void TestDocView::zoomingKeepsTheMiddleOrTheTopLeft()
+{
+    ViewFixture fixture(threePages);
+    G_DocView* view = fixture.View();
+    view->SetZoom(300, false);
+    view->GoToPage(view, 0, CCA_GRect(40, 60, 40, 60), false);
+    view->SetZoom(500, false);
+    int page = 0;
+    const QRect visible = view->VisibleSceneRect();
+    CCA_GPoint corner = view->DocPointFromScenePoint({visible.left(), visible.top()}, &page);
+    QVERIFY(std::abs(corner.x - 40) < 0.5);
+    QVERIFY(std::abs(corner.y - 60) < 0.5);
+    const QPoint middle = visible.center();
+    const CCA_GPoint before = view->DocPointFromScenePoint({middle.x(), middle.y()}, &page);
+    view->SetZoom(250, true);
+    const QPoint now = view->VisibleSceneRect().center();
+    const CCA_GPoint after = view->DocPointFromScenePoint({now.x(), now.y()}, &page);
+    QVERIFY(std::abs(after.x - before.x) < 1);
+    QVERIFY(std::abs(after.y - before.y) < 1);
+}
+
+void TestDocView::fittingModesFitAgainAfterAResize()
+{
+    ViewFixture fixture(threePages);
+    G_DocView* view = fixture.View();
+    view->SetZoomMode(G_Preferences::FitWidth);
+    const float narrow = view->GetZoom();
+    QVERIFY(view->PageRect(0).width() <= view->VisibleSceneRect().width());
+    QVERIFY(view->PageRect(0).width() > view->VisibleSceneRect().width() - 40);
+    view->Widget()->resize(1200, 600);
+    ViewFixture::Settle();
+    QVERIFY(view->GetZoom() > narrow);
+    QVERIFY(view->PageRect(0).width() > view->VisibleSceneRect().width() - 40);
+    view->SetZoomMode(G_Preferences::FitPage);
+    view->Widget()->resize(500, 900);
+    ViewFixture::Settle();
+    QVERIFY(view->PageRect(0).width() <= view->VisibleSceneRect().width());
+    QVERIFY(view->PageRect(0).height() <= view->VisibleSceneRect().height());
+    view->SetZoomMode(G_Preferences::FitHeight);
+    view->Widget()->resize(500, 400);
+    ViewFixture::Settle();
+    QVERIFY(view->PageRect(0).height() <= view->VisibleSceneRect().height());
+    view->SetZoom(80, false);
+    view->Widget()->resize(700, 700);
+    ViewFixture::Settle();
+    QCOMPARE(view->GetZoom(), 80.0F);
+}
+
+void TestDocView::destinationModesMapToTheViewsModes_data()
+{
+    QTest::addColumn<int>("destinationMode");
+    QTest::addColumn<int>("viewMode");
+    QTest::newRow("plain zoom") << 0 << int(G_Preferences::Custom);
+    QTest::newRow("page") << 1 << int(G_Preferences::FitPage);
+    QTest::newRow("width") << 2 << int(G_Preferences::FitWidth);
+    QTest::newRow("height") << 3 << int(G_Preferences::FitHeight);
+    QTest::newRow("rectangle") << 4 << int(G_Preferences::FitRect);
+    QTest::newRow("unknown") << 9 << int(G_Preferences::Custom);
+}
+
+void TestDocView::destinationModesMapToTheViewsModes()
+{
+    QFETCH(int, destinationMode);
+    QFETCH(int, viewMode);
+    ViewFixture fixture(threePages);
+    G_DocView* view = fixture.View();
+    G_Dest dest;
+    dest.zoomMode = destinationMode;
+    dest.pageIndex = 2;
+    dest.right = 50;
+    dest.bottom = 50;
+    dest.zoom = 2;
+    GoToDest(view, dest, false);
+    QCOMPARE(int(view->ZoomMode()), viewMode);
+    QCOMPARE(view->CurrentPageIndex(), 2);
+    QCOMPARE(qFuzzyCompare(view->GetZoom(), 200.0F), destinationMode == 0); // the zoom counts in mode 0 only
+    QCOMPARE(fixture.TakeFiredEvents(), QList<int>{152});
+    view->SetZoom(70, false);
+    dest.pageIndex = 0;
+    GoToDest(view, dest, true);
+    QCOMPARE(view->GetZoom(), 70.0F);
+    QCOMPARE(view->CurrentPageIndex(), 0);
+    QVERIFY(fixture.TakeFiredEvents().isEmpty());
+}
+
+void TestDocView::theVisibleRectangleOfTheCurrentPageIsInMillimetres()
+{
+    ViewFixture fixture(threePages);
+    G_DocView* view = fixture.View();
+    view->SetZoom(400, false);
+    view->GoToPage(view, 0, CCA_GRect(30, 40, 30, 40), false);
+    const CCA_GRect rect = view->CurrentPageVisibleRectMM();
+    QVERIFY(std::abs(rect.left - 30) < 0.3);
+    QVERIFY(std::abs(rect.top - 40) < 0.3);
+    const double pixelsPerMm = 4 * 96 / 25.4;
+    QVERIFY(std::abs(rect.Width() - view->VisibleSceneRect().width() / pixelsPerMm) < 0.5);
+    QVERIFY(std::abs(rect.Height() - view->VisibleSceneRect().height() / pixelsPerMm) < 0.5);
+}
+
+void TestDocView::tenThousandPagesOpenWithoutTouchingTheirContent()
+{
+    ViewFixture fixture(ManyPages(10000));
+    G_DocView* view = fixture.View();
+    QCOMPARE(fixture.Document()->LoadedPageCount(), 0);
+    view->GoToPage(view, 9999, CCA_GRect(), false);
+    QCOMPARE(view->CurrentPageIndex(), 9999);
+    QVERIFY(view->VisibleSceneRect().intersects(view->PageRect(9999)));
+    view->SetZoom(6400, false);
+    QVERIFY(view->BoundingRect().height() < std::numeric_limits<int>::max());
+    view->GoToPage(view, 9998, CCA_GRect(0, 296, 0, 296), false);
+    QVERIFY(view->VisibleSceneRect().intersects(view->PageRect(9998)));
+    QVERIFY(view->Widget()->findChildren<QWidget*>().size() < 20);
+    QCOMPARE(fixture.Document()->LoadedPageCount(), 0);
+}
+
+void TestDocView::aDocumentWithoutPagesIsAnEmptyView()
+{
+    ViewFixture fixture(QString{});
+    G_DocView* view = fixture.View();
+    QCOMPARE(view->CurrentPageIndex(), -1);
+    view->NextPage();
+    view->SetZoomMode(G_Preferences::FitWidth);
+    view->SetRotation(90);
+    view->SelectAllText();
+    QVERIFY(view->CurrentPageVisibleRectMM().IsEmpty());
+    QCOMPARE(view->PageIndexByPoint(QPoint(0, 0), true, false), -1);
+    QCOMPARE(view->CurrentPageIndex(), -1);
+}
+
+void TestDocView::theUndoStackIsMadeOnceAndEachViewHasItsOwn()
+{
+    ScriptedContext context;
+    const std::unique_ptr<MemoryDocument> document = MemoryDocument::FromText(threePages);
+    G_DocView first(&context, document.get());
+    G_DocView second(&context, document.get());
+    QCOMPARE(first.UndoStack(), nullptr);
+    first.CreateUndoStack();
+    QUndoStack* stack = first.UndoStack();
+    QVERIFY(stack);
+    first.CreateUndoStack();
+    QCOMPARE(first.UndoStack(), stack);
+    second.CreateUndoStack();
+    QVERIFY(second.UndoStack() != stack);
+}
+
+void TestDocView::pagesOfHostileSizeAreLaidOut()
+{
+    MemoryDocument document;
+    document.AddPage(0, 0);
+    document.AddPage(1e30F, 1e30F);
+    document.AddPage(std::numeric_limits<float>::quiet_NaN(), 100);
+    document.AddPage(-5, 100);
+    ScriptedContext context;
+    G_DocView view(&context, &document);
+    view.Widget()->show();
+    for (const float percent : {1.0F, 100.0F, 6400.0F}) {
+        view.SetZoom(percent, true);
+        for (int page = 0; page < 4; ++page) {
+            QVERIFY(!view.PageRect(page).isEmpty());
+            view.GoToPage(&view, page, CCA_GRect(), false);
+            QCOMPARE(view.CurrentPageIndex(), page);
+        }
+    }
+}
+
+} // namespace
+
+TETO_TEST_MAIN(TestDocView)
+#include "test_doc_view.moc"
