@@ -52,11 +52,13 @@ QByteArray WithoutContent(const QByteArray& bytes)
     const int begin = FindTag(bytes, "Content", false);
     if (begin < 0)
         return bytes;
-    int end = -1;
-    for (int at = FindTag(bytes, "Content", true, begin); at >= 0; at = FindTag(bytes, "Content", true, at + 3))
-        end = at;
-    const int close = end < 0 ? -1 : bytes.indexOf('>', end);
-    return close < 0 ? bytes.left(begin) : bytes.left(begin) + bytes.mid(close + 1);
+    int behind = -1; // the last end tag
+    for (int at = FindTag(bytes, "Content", true, begin); at >= 0; at = FindTag(bytes, "Content", true, behind)) {
+        behind = bytes.indexOf('>', at) + 1;
+        if (behind <= 0)
+            break;
+    }
+    return behind <= 0 ? bytes.left(begin) : bytes.left(begin) + bytes.mid(behind);
 }
 
 // Inflates until the area is complete or the content begins.
