@@ -282,44 +282,46 @@ QByteArray EntryCountLies()
     return bytes.replace(end + 8, 4, QByteArray::fromHex("fefffeff"));
 }
 
+const Damage kTable[] = {
+    {"truncated", "the second half of the file is missing", "refuse", TruncatedHalf},
+    {"truncated_tail", "the last thirty bytes are missing", "refuse", TruncatedTail},
+    {"empty", "a file of no bytes", "refuse", Empty},
+    {"not_a_zip", "a text file", "refuse", NotAZip},
+    {"other_format", "the beginning of a document of another format", "refuse", OtherFormat},
+    {"encrypted", "all entries say that they are encrypted", "refuse: encrypted", EncryptedBit},
+    {"no_ofd_xml", "OFD.xml is missing", "refuse", NoEntryPart},
+    {"no_doc_root", "OFD.xml names no document", "refuse", NoDocRoot},
+    {"doc_root_missing", "the document that OFD.xml names is missing", "refuse", DocRootMissing},
+    {"no_pages", "the document has no page", "refuse", NoPages},
+    {"not_well_formed", "Document.xml ends in the middle", "refuse", NotWellFormed},
+    {"doctype", "Document.xml has a document type with entities", "refuse", Doctype},
+    {"doctype_in_page", "the second page has a document type and reads a file of the machine",
+     "open; the second page is empty", DoctypeInPage},
+    {"bomb", "a page of 64 MiB of blanks, packed a thousand times smaller", "open; the second page is empty", Bomb},
+    {"bomb_understated", "the same with a small size stated", "open; the second page is empty", BombUnderstated},
+    {"deep_xml", "a page of 100,000 elements inside each other", "open; the second page is empty", DeepXml},
+    {"cyclic_template", "a template that uses itself", "open", CyclicTemplate},
+    {"cyclic_draw_param", "two draw parameters that build on each other", "open", CyclicDrawParam},
+    {"cyclic_composite", "a composite unit that contains itself twice", "open", CyclicComposite},
+    {"nested_patterns", "twenty patterns inside each other with steps of a micrometre", "open", NestedPatterns},
+    {"dot_dot_names", "names and a reference that climb out of the package", "open; touch nothing outside",
+     DotDotNames},
+    {"huge_delta_count", "a text with two thousand million steps", "open", HugeDeltaCount},
+    {"huge_numbers", "numbers that are no numbers or beyond all measure", "open with defaults", HugeNumbers},
+    {"huge_image", "a picture that says it is 100,000 by 100,000", "open; draw nothing for it", HugeImage},
+    {"broken_image", "a picture that ends early", "open; draw nothing for it", BrokenImage},
+    {"missing_page", "the second page's part is missing", "open; the second page is empty", MissingPage},
+    {"check_sum_wrong", "a part does not match its check sum", "open; warn", CheckSumWrong},
+    {"entry_outside_file", "an entry of the directory lies outside the file", "open; reject that entry",
+     EntryOutsideFile},
+    {"entry_count_lies", "the directory claims thousands of entries more than it has", "refuse", EntryCountLies},
+};
+
 } // namespace
 
 std::vector<Damage> Damages()
 {
-    return {
-        {"truncated", "the second half of the file is missing", "refuse", TruncatedHalf},
-        {"truncated_tail", "the last thirty bytes are missing", "refuse", TruncatedTail},
-        {"empty", "a file of no bytes", "refuse", Empty},
-        {"not_a_zip", "a text file", "refuse", NotAZip},
-        {"other_format", "the beginning of a document of another format", "refuse", OtherFormat},
-        {"encrypted", "all entries say that they are encrypted", "refuse: encrypted", EncryptedBit},
-        {"no_ofd_xml", "OFD.xml is missing", "refuse", NoEntryPart},
-        {"no_doc_root", "OFD.xml names no document", "refuse", NoDocRoot},
-        {"doc_root_missing", "the document that OFD.xml names is missing", "refuse", DocRootMissing},
-        {"no_pages", "the document has no page", "refuse", NoPages},
-        {"not_well_formed", "Document.xml ends in the middle", "refuse", NotWellFormed},
-        {"doctype", "Document.xml has a document type with entities", "refuse", Doctype},
-        {"doctype_in_page", "the second page has a document type and reads a file of the machine",
-         "open; the second page is empty", DoctypeInPage},
-        {"bomb", "a page of 64 MiB of blanks, packed a thousand times smaller", "open; the second page is empty", Bomb},
-        {"bomb_understated", "the same with a small size stated", "open; the second page is empty", BombUnderstated},
-        {"deep_xml", "a page of 100,000 elements inside each other", "open; the second page is empty", DeepXml},
-        {"cyclic_template", "a template that uses itself", "open", CyclicTemplate},
-        {"cyclic_draw_param", "two draw parameters that build on each other", "open", CyclicDrawParam},
-        {"cyclic_composite", "a composite unit that contains itself twice", "open", CyclicComposite},
-        {"nested_patterns", "twenty patterns inside each other with steps of a micrometre", "open", NestedPatterns},
-        {"dot_dot_names", "names and a reference that climb out of the package", "open; touch nothing outside",
-         DotDotNames},
-        {"huge_delta_count", "a text with two thousand million steps", "open", HugeDeltaCount},
-        {"huge_numbers", "numbers that are no numbers or beyond all measure", "open with defaults", HugeNumbers},
-        {"huge_image", "a picture that says it is 100,000 by 100,000", "open; draw nothing for it", HugeImage},
-        {"broken_image", "a picture that ends early", "open; draw nothing for it", BrokenImage},
-        {"missing_page", "the second page's part is missing", "open; the second page is empty", MissingPage},
-        {"check_sum_wrong", "a part does not match its check sum", "open; warn", CheckSumWrong},
-        {"entry_outside_file", "an entry of the directory lies outside the file", "open; reject that entry",
-         EntryOutsideFile},
-        {"entry_count_lies", "the directory claims thousands of entries more than it has", "refuse", EntryCountLies},
-    };
+    return {std::begin(kTable), std::end(kTable)};
 }
 
 } // namespace samples

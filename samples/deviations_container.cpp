@@ -149,44 +149,45 @@ QByteArray WithOtherCaseOfEntry(const Package& package)
     return zip.Bytes();
 }
 
+constexpr const char* kGroup = "Container";
+
+const Deviation kTable[] = {
+    {"ofd_xml_not_first", kGroup, "OFD.xml is the last entry of the package", "find it by name", EntryLast},
+    {"directory_entries", kGroup, "the package has entries for folders", "ignore them on load, keep them on save",
+     nullptr, WithFolders},
+    {"utf8_name_flag", kGroup, "all entries carry the flag for UTF-8 names", "read as usual", nullptr, WithUtf8Flag},
+    {"data_descriptors", kGroup, "local headers have no sizes; they follow the data",
+     "take sizes from the central directory", nullptr, WithDescriptors},
+    {"local_flags_differ", kGroup, "flags of the local headers are not those of the central directory",
+     "take flags from the central directory", nullptr, WithOtherLocalFlags},
+    {"local_zip64_sizes", kGroup, "local headers have 64-bit sizes in an extra block, the central directory plain ones",
+     "take sizes from the central directory", nullptr, WithLocalZip64},
+    {"non_ascii_part_names", kGroup, "a picture and an attachment have Chinese part names",
+     "decode the names and find the parts", NonAsciiNames},
+    {"non_ascii_names_unflagged", kGroup, "Chinese part names in UTF-8 without the flag that says so",
+     "try UTF-8 first", NonAsciiNames, WithUnflaggedNames},
+    {"archive_comment", kGroup, "the archive ends with a comment", "read as usual, keep it on save", nullptr,
+     WithComment},
+    {"folder_in_two_cases", kGroup, "one folder is spelled Pages and PAGES", "find the part ignoring case",
+     FolderInTwoCases},
+    {"document_folder_other_name", kGroup, "the document folder is not called Doc_0", "follow DocRoot", OtherFolder},
+    {"extra_file_times", kGroup, "all entries carry an extra block with file times", "read as usual, keep it on save",
+     nullptr, WithFileTimes},
+    {"stored_parts", kGroup, "no part is compressed", "read as usual", nullptr, WithStoredParts},
+    {"names_with_backslashes", kGroup, "entry names use backslashes", "treat them as slashes", nullptr,
+     WithBackslashes},
+    {"names_with_leading_slash", kGroup, "entry names begin with / or ./", "strip that", nullptr, WithLeadingSlashes},
+    {"duplicate_names", kGroup, "two entries have the name of the second page",
+     "the last one counts; keep both on save", nullptr, WithDuplicateNames},
+    {"entry_part_other_case", kGroup, "OFD.xml is spelled ofd.XML", "accept it when there is one", nullptr,
+     WithOtherCaseOfEntry},
+};
+
 } // namespace
 
 std::vector<Deviation> ContainerDeviations()
 {
-    const char* const group = "Container";
-    return {
-        {"ofd_xml_not_first", group, "OFD.xml is the last entry of the package", "find it by name", EntryLast},
-        {"directory_entries", group, "the package has entries for folders", "ignore them on load, keep them on save",
-         nullptr, WithFolders},
-        {"utf8_name_flag", group, "all entries carry the flag for UTF-8 names", "read as usual", nullptr, WithUtf8Flag},
-        {"data_descriptors", group, "local headers have no sizes; they follow the data",
-         "take sizes from the central directory", nullptr, WithDescriptors},
-        {"local_flags_differ", group, "flags of the local headers are not those of the central directory",
-         "take flags from the central directory", nullptr, WithOtherLocalFlags},
-        {"local_zip64_sizes", group,
-         "local headers have 64-bit sizes in an extra block, the central directory plain ones",
-         "take sizes from the central directory", nullptr, WithLocalZip64},
-        {"non_ascii_part_names", group, "a picture and an attachment have Chinese part names",
-         "decode the names and find the parts", NonAsciiNames},
-        {"non_ascii_names_unflagged", group, "Chinese part names in UTF-8 without the flag that says so",
-         "try UTF-8 first", NonAsciiNames, WithUnflaggedNames},
-        {"archive_comment", group, "the archive ends with a comment", "read as usual, keep it on save", nullptr,
-         WithComment},
-        {"folder_in_two_cases", group, "one folder is spelled Pages and PAGES", "find the part ignoring case",
-         FolderInTwoCases},
-        {"document_folder_other_name", group, "the document folder is not called Doc_0", "follow DocRoot", OtherFolder},
-        {"extra_file_times", group, "all entries carry an extra block with file times",
-         "read as usual, keep it on save", nullptr, WithFileTimes},
-        {"stored_parts", group, "no part is compressed", "read as usual", nullptr, WithStoredParts},
-        {"names_with_backslashes", group, "entry names use backslashes", "treat them as slashes", nullptr,
-         WithBackslashes},
-        {"names_with_leading_slash", group, "entry names begin with / or ./", "strip that", nullptr,
-         WithLeadingSlashes},
-        {"duplicate_names", group, "two entries have the name of the second page",
-         "the last one counts; keep both on save", nullptr, WithDuplicateNames},
-        {"entry_part_other_case", group, "OFD.xml is spelled ofd.XML", "accept it when there is one", nullptr,
-         WithOtherCaseOfEntry},
-    };
+    return {std::begin(kTable), std::end(kTable)};
 }
 
 } // namespace samples

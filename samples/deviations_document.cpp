@@ -139,53 +139,56 @@ void LayersOfEqualNames(Package& package)
     package.Replace(kFirstPage, "</ofd:Content>", "<ofd:Layer ID=\"901\" Type=\"Custom\"/>\n</ofd:Content>");
 }
 
+constexpr const char* kGroup = "Document";
+
+const Deviation kTable[] = {
+    {"version_1_1", kGroup, "OFD.xml says version 1.1", "do not test the version", Version11},
+    {"version_1_2", kGroup, "OFD.xml says version 1.2", "do not test the version", Version12},
+    {"order_in_document", kGroup, "CommonData and the lists stand at the end of Document",
+     "read children in any order; never reorder them", OrderInDocument},
+    {"order_in_common_data", kGroup, "PageArea and MaxUnitID come last in CommonData",
+     "read children in any order; never reorder them", OrderInCommonData},
+    {"order_in_doc_info", kGroup, "Title and DocID come last in DocInfo",
+     "read children in any order; never reorder them", OrderInDocInfo},
+    {"order_in_page", kGroup, "Template and Area stand after Content", "read children in any order; never reorder them",
+     OrderInPage},
+    {"order_in_path_object", kGroup, "a path's colour stands after its data", "read children in any order",
+     OrderInPath},
+    {"order_in_text_object", kGroup, "a text's clips stand after its colour", "read children in any order",
+     OrderInText},
+    {"max_unit_id_missing", kGroup, "there is no MaxUnitID", "compute it; insert it when ids are given out",
+     MaxUnitIdMissing},
+    {"max_unit_id_too_low", kGroup, "MaxUnitID is lower than ids in use", "compute it", MaxUnitIdTooLow},
+    {"page_area_missing", kGroup, "CommonData has no PageArea", "use the page's own area", PageAreaMissing},
+    {"page_without_area", kGroup, "neither pages nor template have an area", "use that of the document: 180 by 240",
+     PageWithoutArea},
+    {"duplicate_unit_ids", kGroup, "two objects of a page and one of the other share an id",
+     "show all; look up by page, the first wins", DuplicateIds},
+    {"crop_box", kGroup, "page areas have a CropBox", "ignore it, keep it on save", CropBox},
+    {"application_box_off_origin", kGroup, "the application box does not start at 0 0",
+     "the physical box stays the page's origin", ApplicationBox},
+    {"template_without_name", kGroup, "the template has neither name nor z-order", "treat it as a nameless background",
+     TemplateWithoutName},
+    {"outlines_flat", kGroup, "a flat outline of two entries with one action each", "list both"},
+    {"outlines_empty", kGroup, "an empty Outlines element", "an empty outline, no error", OutlinesEmpty},
+    {"outline_title_line_feed", kGroup, "an outline title ends in a line feed", "trim it for show, keep it on save",
+     OutlineTitlesEndInLineFeed},
+    {"bookmarks_unprefixed", kGroup, "a bookmark without prefix whose destination has Right and Bottom only",
+     "list it; a point at 0 0; edit in place", BookmarksUnprefixed},
+    {"permissions_unknown_children", kGroup, "Permissions has children that the format does not know",
+     "ignore them, keep them on save", UnknownPermissions},
+    {"page_without_content", kGroup, "the second page has no content", "an empty page", PageWithoutContent},
+    {"template_twice", kGroup, "a page uses one template as background and as foreground", "draw it in both places",
+     TemplateTwice},
+    {"layers_of_equal_names", kGroup, "two layers share a name; a custom layer; two layers are empty", "list them all",
+     LayersOfEqualNames},
+};
+
 } // namespace
 
 std::vector<Deviation> DocumentDeviations()
 {
-    const char* const group = "Document";
-    return {
-        {"version_1_1", group, "OFD.xml says version 1.1", "do not test the version", Version11},
-        {"version_1_2", group, "OFD.xml says version 1.2", "do not test the version", Version12},
-        {"order_in_document", group, "CommonData and the lists stand at the end of Document",
-         "read children in any order; never reorder them", OrderInDocument},
-        {"order_in_common_data", group, "PageArea and MaxUnitID come last in CommonData",
-         "read children in any order; never reorder them", OrderInCommonData},
-        {"order_in_doc_info", group, "Title and DocID come last in DocInfo",
-         "read children in any order; never reorder them", OrderInDocInfo},
-        {"order_in_page", group, "Template and Area stand after Content",
-         "read children in any order; never reorder them", OrderInPage},
-        {"order_in_path_object", group, "a path's colour stands after its data", "read children in any order",
-         OrderInPath},
-        {"order_in_text_object", group, "a text's clips stand after its colour", "read children in any order",
-         OrderInText},
-        {"max_unit_id_missing", group, "there is no MaxUnitID", "compute it; insert it when ids are given out",
-         MaxUnitIdMissing},
-        {"max_unit_id_too_low", group, "MaxUnitID is lower than ids in use", "compute it", MaxUnitIdTooLow},
-        {"page_area_missing", group, "CommonData has no PageArea", "use the page's own area", PageAreaMissing},
-        {"page_without_area", group, "neither pages nor template have an area", "use that of the document: 180 by 240",
-         PageWithoutArea},
-        {"duplicate_unit_ids", group, "two objects of a page and one of the other share an id",
-         "show all; look up by page, the first wins", DuplicateIds},
-        {"crop_box", group, "page areas have a CropBox", "ignore it, keep it on save", CropBox},
-        {"application_box_off_origin", group, "the application box does not start at 0 0",
-         "the physical box stays the page's origin", ApplicationBox},
-        {"template_without_name", group, "the template has neither name nor z-order",
-         "treat it as a nameless background", TemplateWithoutName},
-        {"outlines_flat", group, "a flat outline of two entries with one action each", "list both"},
-        {"outlines_empty", group, "an empty Outlines element", "an empty outline, no error", OutlinesEmpty},
-        {"outline_title_line_feed", group, "an outline title ends in a line feed", "trim it for show, keep it on save",
-         OutlineTitlesEndInLineFeed},
-        {"bookmarks_unprefixed", group, "a bookmark without prefix whose destination has Right and Bottom only",
-         "list it; a point at 0 0; edit in place", BookmarksUnprefixed},
-        {"permissions_unknown_children", group, "Permissions has children that the format does not know",
-         "ignore them, keep them on save", UnknownPermissions},
-        {"page_without_content", group, "the second page has no content", "an empty page", PageWithoutContent},
-        {"template_twice", group, "a page uses one template as background and as foreground", "draw it in both places",
-         TemplateTwice},
-        {"layers_of_equal_names", group, "two layers share a name; a custom layer; two layers are empty",
-         "list them all", LayersOfEqualNames},
-    };
+    return {std::begin(kTable), std::end(kTable)};
 }
 
 } // namespace samples

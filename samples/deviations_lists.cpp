@@ -150,55 +150,56 @@ void EscapedTagNames(Package& package)
     package.Replace(kTagFile, "</sp:Sample>", "<sp:Taxpayer_x0020_No/>\n<sp:_x0031_st/>\n<sp:_xFFFF_/>\n</sp:Sample>");
 }
 
+constexpr const char* kAnnotations = "Annotations";
+constexpr const char* kAttachments = "Attachments";
+constexpr const char* kTags = "Custom tags";
+
+const Deviation kTable[] = {
+    {"annotation_readable", kAnnotations, "a stamp with creator, date and remark", "list it"},
+    {"annotation_creator_and_date_missing", kAnnotations, "an annotation without creator and date",
+     "list it with empty texts", CreatorAndDateMissing},
+    {"annotation_date_forms", kAnnotations, "dates with time, with dashes, without dashes", "keep them as they are",
+     DateForms},
+    {"annotation_appearance_empty", kAnnotations, "a stamp with an empty appearance, the place holder of a signature",
+     "do not list it, draw nothing", EmptyAppearance},
+    {"annotation_subtype_missing", kAnnotations, "a stamp without subtype", "take its type", SubtypeMissing},
+    {"annotation_ids_duplicate", kAnnotations, "two annotations share an id, another has the id 0",
+     "list all under ids of their own", DuplicateAnnotationIds},
+    {"annotation_two_files_for_page", kAnnotations, "two entries of the annotation list for one page",
+     "list the annotations of both", OneEntryPerAnnotation},
+    {"attachment_hidden", kAttachments, "all attachments are invisible",
+     "count them, do not show them, never drop them", AttachmentHidden},
+    {"attachment_id_missing", kAttachments, "an attachment without id", "give it a number in memory",
+     AttachmentIdMissing},
+    {"attachment_plain_ids", kAttachments, "attachment ids are plain numbers", "take them as they are",
+     AttachmentPlainIds},
+    {"attachment_format_missing", kAttachments, "an attachment without format", "take the extension of its file: txt",
+     AttachmentFormatMissing},
+    {"attachment_size_missing", kAttachments, "an attachment without size", "take the size of its part",
+     AttachmentSizeMissing},
+    {"attachment_date_missing", kAttachments, "attachments without date", "show an empty date", AttachmentDateMissing},
+    {"attachment_date_forms", kAttachments, "a date with slashes, another with a trailing blank", "trim and keep them",
+     AttachmentDateForms},
+    {"attachment_size_wrong", kAttachments, "an attachment states a wrong size", "take the size of its part: 0.3906 kB",
+     AttachmentSizeWrong},
+    {"attachment_name_differs", kAttachments, "an attachment's name is not that of its part and ends in its format",
+     "show the name without the format", AttachmentNameDiffers},
+    {"type_id_for_name_space", kTags, "the tag list has TypeID in place of NameSpace", "load the tags", TypeId},
+    {"object_ref_to_zero", kTags, "a tag refers to object 0", "show the tag without an object", RefToZero},
+    {"chinese_tag_names", kTags, "tags have Chinese names; references have the tags' prefix or none",
+     "show names and references", ChineseTags},
+    {"tags_without_objects", kTags, "no tag refers to an object", "show the tree", TagsWithoutObjects},
+    {"tags_with_data", kTags, "a tag has an attribute and literal data that contains an equals sign", "keep both",
+     TagsWithData},
+    {"escaped_tag_names", kTags, "tag names are escaped: a blank, a leading digit, the empty name",
+     "show them unescaped", EscapedTagNames},
+};
+
 } // namespace
 
 std::vector<Deviation> ListDeviations()
 {
-    const char* const annotations = "Annotations";
-    const char* const attachments = "Attachments";
-    const char* const tags = "Custom tags";
-    return {
-        {"annotation_readable", annotations, "a stamp with creator, date and remark", "list it"},
-        {"annotation_creator_and_date_missing", annotations, "an annotation without creator and date",
-         "list it with empty texts", CreatorAndDateMissing},
-        {"annotation_date_forms", annotations, "dates with time, with dashes, without dashes", "keep them as they are",
-         DateForms},
-        {"annotation_appearance_empty", annotations,
-         "a stamp with an empty appearance, the place holder of a signature", "do not list it, draw nothing",
-         EmptyAppearance},
-        {"annotation_subtype_missing", annotations, "a stamp without subtype", "take its type", SubtypeMissing},
-        {"annotation_ids_duplicate", annotations, "two annotations share an id, another has the id 0",
-         "list all under ids of their own", DuplicateAnnotationIds},
-        {"annotation_two_files_for_page", annotations, "two entries of the annotation list for one page",
-         "list the annotations of both", OneEntryPerAnnotation},
-        {"attachment_hidden", attachments, "all attachments are invisible",
-         "count them, do not show them, never drop them", AttachmentHidden},
-        {"attachment_id_missing", attachments, "an attachment without id", "give it a number in memory",
-         AttachmentIdMissing},
-        {"attachment_plain_ids", attachments, "attachment ids are plain numbers", "take them as they are",
-         AttachmentPlainIds},
-        {"attachment_format_missing", attachments, "an attachment without format",
-         "take the extension of its file: txt", AttachmentFormatMissing},
-        {"attachment_size_missing", attachments, "an attachment without size", "take the size of its part",
-         AttachmentSizeMissing},
-        {"attachment_date_missing", attachments, "attachments without date", "show an empty date",
-         AttachmentDateMissing},
-        {"attachment_date_forms", attachments, "a date with slashes, another with a trailing blank",
-         "trim and keep them", AttachmentDateForms},
-        {"attachment_size_wrong", attachments, "an attachment states a wrong size",
-         "take the size of its part: 0.3906 kB", AttachmentSizeWrong},
-        {"attachment_name_differs", attachments, "an attachment's name is not that of its part and ends in its format",
-         "show the name without the format", AttachmentNameDiffers},
-        {"type_id_for_name_space", tags, "the tag list has TypeID in place of NameSpace", "load the tags", TypeId},
-        {"object_ref_to_zero", tags, "a tag refers to object 0", "show the tag without an object", RefToZero},
-        {"chinese_tag_names", tags, "tags have Chinese names; references have the tags' prefix or none",
-         "show names and references", ChineseTags},
-        {"tags_without_objects", tags, "no tag refers to an object", "show the tree", TagsWithoutObjects},
-        {"tags_with_data", tags, "a tag has an attribute and literal data that contains an equals sign", "keep both",
-         TagsWithData},
-        {"escaped_tag_names", tags, "tag names are escaped: a blank, a leading digit, the empty name",
-         "show them unescaped", EscapedTagNames},
-    };
+    return {std::begin(kTable), std::end(kTable)};
 }
 
 } // namespace samples

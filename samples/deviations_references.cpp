@@ -100,41 +100,43 @@ void DrawParamIsFont(Package& package)
     package.Replace(kFirstPage, "<ofd:Layer ID=\"7\">", "<ofd:Layer ID=\"7\" DrawParam=\"1\">");
 }
 
+constexpr const char* kGroup = "References";
+
+const Deviation kTable[] = {
+    {"absolute_paths", kGroup, "pages, lists and files are referred to from the package root", "resolve from the root",
+     AbsolutePaths},
+    {"missing_public_res", kGroup, "the public resource part is not there", "open with substitute fonts",
+     MissingPublicRes},
+    {"missing_annotation_list", kGroup, "the list of annotations is not there", "open without annotations",
+     MissingAnnotationList},
+    {"missing_page_annotations", kGroup, "an entry of the annotation list names an unknown page and a missing file",
+     "skip the entry, keep the others", MissingPageAnnotations},
+    {"missing_signature_list", kGroup, "the list of signatures is not there", "open as if it had none",
+     MissingSignatureList},
+    {"media_in_other_folder", kGroup, "the picture is not in the folder that the resources name",
+     "find it by its base name", MediaElsewhere},
+    {"path_case_differs", kGroup, "three references differ from part names in letter case",
+     "find the parts ignoring case", PathCaseDiffers},
+    {"unreachable_parts", kGroup, "the package has parts that nothing refers to", "ignore them, keep them on save",
+     UnreachableParts},
+    {"stale_document_part", kGroup, "an older Document.xml stands beside the live Document_0.xml",
+     "follow DocRoot: two pages, no stale entry", StaleDocument},
+    {"res_without_base_loc", kGroup, "resource parts without BaseLoc", "resolve from the folder of the part",
+     ResWithoutBase},
+    {"dangling_color_space", kGroup, "colours name a colour space that does not exist",
+     "guess it by the number of values", DanglingColorSpace},
+    {"dangling_draw_param", kGroup, "a layer and a path name draw parameters that do not exist", "use the defaults",
+     DanglingDrawParam},
+    {"dangling_dest_page", kGroup, "an outline entry and a bookmark lead to a page that does not exist",
+     "list them; going there does nothing", DanglingPage},
+    {"draw_param_is_font", kGroup, "a layer's draw parameter is the id of a font", "use the defaults", DrawParamIsFont},
+};
+
 } // namespace
 
 std::vector<Deviation> ReferenceDeviations()
 {
-    const char* const group = "References";
-    return {
-        {"absolute_paths", group, "pages, lists and files are referred to from the package root",
-         "resolve from the root", AbsolutePaths},
-        {"missing_public_res", group, "the public resource part is not there", "open with substitute fonts",
-         MissingPublicRes},
-        {"missing_annotation_list", group, "the list of annotations is not there", "open without annotations",
-         MissingAnnotationList},
-        {"missing_page_annotations", group, "an entry of the annotation list names an unknown page and a missing file",
-         "skip the entry, keep the others", MissingPageAnnotations},
-        {"missing_signature_list", group, "the list of signatures is not there", "open as if it had none",
-         MissingSignatureList},
-        {"media_in_other_folder", group, "the picture is not in the folder that the resources name",
-         "find it by its base name", MediaElsewhere},
-        {"path_case_differs", group, "three references differ from part names in letter case",
-         "find the parts ignoring case", PathCaseDiffers},
-        {"unreachable_parts", group, "the package has parts that nothing refers to", "ignore them, keep them on save",
-         UnreachableParts},
-        {"stale_document_part", group, "an older Document.xml stands beside the live Document_0.xml",
-         "follow DocRoot: two pages, no stale entry", StaleDocument},
-        {"res_without_base_loc", group, "resource parts without BaseLoc", "resolve from the folder of the part",
-         ResWithoutBase},
-        {"dangling_color_space", group, "colours name a colour space that does not exist",
-         "guess it by the number of values", DanglingColorSpace},
-        {"dangling_draw_param", group, "a layer and a path name draw parameters that do not exist", "use the defaults",
-         DanglingDrawParam},
-        {"dangling_dest_page", group, "an outline entry and a bookmark lead to a page that does not exist",
-         "list them; going there does nothing", DanglingPage},
-        {"draw_param_is_font", group, "a layer's draw parameter is the id of a font", "use the defaults",
-         DrawParamIsFont},
-    };
+    return {std::begin(kTable), std::end(kTable)};
 }
 
 } // namespace samples

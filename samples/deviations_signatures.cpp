@@ -179,27 +179,30 @@ void IntegrityList(Package& package)
     package.Add("signedvalue.dat", Sequence(Integer(1) + Der(0x04, "no signature")));
 }
 
+constexpr const char* kGroup = "Signatures";
+
+const Deviation kTable[] = {
+    {"signed", kGroup, "a signature over all parts, with true digests and a seal on the first page",
+     "open; ask before a save breaks it", Signed},
+    {"signed_digest_mismatch", kGroup, "a signed part was altered afterwards", "open; show the signature as broken",
+     DigestMismatch},
+    {"signature_order", kGroup, "children of the signature parts stand in another order", "read children in any order",
+     SignatureOrder},
+    {"signature_provider_children", kGroup, "the provider's data are elements; MaxSignId stands twice",
+     "read both forms", ProviderAsChildren},
+    {"seal_picture_is_package", kGroup, "the seal's picture is a document of its own", "draw its first page, no deeper",
+     SealIsPackage},
+    {"seal_in_slices", kGroup, "a seal cut over the edges of two pages", "draw each slice in its clip", SlicedSeal},
+    {"signature_without_stamp", kGroup, "a signature that shows nothing", "treat the document as signed", NoStamp},
+    {"integrity_list", kGroup, "a list of parts with a signed value at the package root",
+     "treat the document as signed", IntegrityList},
+};
+
 } // namespace
 
 std::vector<Deviation> SignatureDeviations()
 {
-    const char* const group = "Signatures";
-    return {
-        {"signed", group, "a signature over all parts, with true digests and a seal on the first page",
-         "open; ask before a save breaks it", Signed},
-        {"signed_digest_mismatch", group, "a signed part was altered afterwards", "open; show the signature as broken",
-         DigestMismatch},
-        {"signature_order", group, "children of the signature parts stand in another order",
-         "read children in any order", SignatureOrder},
-        {"signature_provider_children", group, "the provider's data are elements; MaxSignId stands twice",
-         "read both forms", ProviderAsChildren},
-        {"seal_picture_is_package", group, "the seal's picture is a document of its own",
-         "draw its first page, no deeper", SealIsPackage},
-        {"seal_in_slices", group, "a seal cut over the edges of two pages", "draw each slice in its clip", SlicedSeal},
-        {"signature_without_stamp", group, "a signature that shows nothing", "treat the document as signed", NoStamp},
-        {"integrity_list", group, "a list of parts with a signed value at the package root",
-         "treat the document as signed", IntegrityList},
-    };
+    return {std::begin(kTable), std::end(kTable)};
 }
 
 } // namespace samples

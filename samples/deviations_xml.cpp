@@ -101,36 +101,36 @@ void OtherPrefix(Package& package)
     });
 }
 
+constexpr const char* kGroup = "XML";
+
+const Deviation kTable[] = {
+    {"tag_file_empty_prefix", kGroup, "the tag file's root has an empty prefix",
+     "parse without namespaces and show the tags", EmptyPrefix},
+    {"undeclared_prefix", kGroup, "the tag file uses a prefix that it does not declare",
+     "parse without namespaces and show the tags", UndeclaredPrefix},
+    {"byte_order_mark", kGroup, "all XML parts begin with a byte-order mark", "skip it on load, keep it on save",
+     ByteOrderMark},
+    {"crlf_line_ends", kGroup, "lines of the XML parts end in CR LF", "read as usual, keep them on save", CrlfLineEnds},
+    {"cdata_in_page_text", kGroup, "the text of the second page is a CDATA section", "show the text", Cdata},
+    {"comments_in_layers", kGroup, "comments stand in the page content", "skip them, keep them on save", Comments},
+    {"standalone_declaration", kGroup, "the XML declaration says standalone", "read as usual", Standalone},
+    {"character_references", kGroup, "text and names use character references", "show the characters",
+     CharacterReferences},
+    {"uri_without_year", kGroup, "the namespace lacks the year in all parts", "match elements by local name",
+     UriWithoutYear},
+    {"uri_mixed", kGroup, "some parts have the namespace without the year", "match elements by local name", UriMixed},
+    {"unprefixed_children", kGroup, "a remark, a bookmark and a page box have no prefix",
+     "match elements by local name; edit them in place", UnprefixedChildren},
+    {"default_namespace", kGroup, "the format's namespace is the default one", "match elements by local name",
+     DefaultNamespace},
+    {"other_prefix", kGroup, "the format's namespace has another prefix", "match elements by local name", OtherPrefix},
+};
+
 } // namespace
 
 std::vector<Deviation> XmlDeviations()
 {
-    const char* const group = "XML";
-    return {
-        {"tag_file_empty_prefix", group, "the tag file's root has an empty prefix",
-         "parse without namespaces and show the tags", EmptyPrefix},
-        {"undeclared_prefix", group, "the tag file uses a prefix that it does not declare",
-         "parse without namespaces and show the tags", UndeclaredPrefix},
-        {"byte_order_mark", group, "all XML parts begin with a byte-order mark", "skip it on load, keep it on save",
-         ByteOrderMark},
-        {"crlf_line_ends", group, "lines of the XML parts end in CR LF", "read as usual, keep them on save",
-         CrlfLineEnds},
-        {"cdata_in_page_text", group, "the text of the second page is a CDATA section", "show the text", Cdata},
-        {"comments_in_layers", group, "comments stand in the page content", "skip them, keep them on save", Comments},
-        {"standalone_declaration", group, "the XML declaration says standalone", "read as usual", Standalone},
-        {"character_references", group, "text and names use character references", "show the characters",
-         CharacterReferences},
-        {"uri_without_year", group, "the namespace lacks the year in all parts", "match elements by local name",
-         UriWithoutYear},
-        {"uri_mixed", group, "some parts have the namespace without the year", "match elements by local name",
-         UriMixed},
-        {"unprefixed_children", group, "a remark, a bookmark and a page box have no prefix",
-         "match elements by local name; edit them in place", UnprefixedChildren},
-        {"default_namespace", group, "the format's namespace is the default one", "match elements by local name",
-         DefaultNamespace},
-        {"other_prefix", group, "the format's namespace has another prefix", "match elements by local name",
-         OtherPrefix},
-    };
+    return {std::begin(kTable), std::end(kTable)};
 }
 
 } // namespace samples

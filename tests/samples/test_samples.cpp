@@ -115,6 +115,7 @@ private slots:
     void aReportHasThePagesEntriesBookmarksAndPadAskedFor();
     void theRawZipWriterIsReadByALibrary();
     void theDigestIsThatOfThePublishedExample();
+    void digestsMatchInTheSignedSampleAndNotInTheAlteredOne();
     void blockFontsLoadAndMapTheirLetters();
 
 private:
@@ -243,6 +244,29 @@ void TestSamples::theDigestIsThatOfThePublishedExample()
              QByteArray("66c7f0f462eeedd9d1f2d46bdc10e4e24167c4875cf2f7a2297da02b8f4ba8e0"));
     QCOMPARE(samples::Sm3(QByteArray("abcd").repeated(16)).toHex(),
              QByteArray("debe9ff92275b8a138604889c18e5a4d6fdb70e5387e5765293dcba39c0c5732"));
+}
+
+void TestSamples::digestsMatchInTheSignedSampleAndNotInTheAlteredOne()
+{
+    for (const char* name : {"signed", "signed_digest_mismatch"}) {
+        const QMap<QString, QByteArray> parts = ReadZip(Path(QStringLiteral("deviations/") + name));
+        QXmlStreamReader reader(parts.value("Doc_0/Signs/Sign_0/Signature.xml"));
+        QStringList wrong;
+        QString covered;
+        int count = 0;
+        while (!reader.atEnd()) {
+            reader.readNext();
+            if (reader.isStartElement() && reader.name() == QLatin1String("Reference"))
+                covered = reader.attributes().value("FileRef").mid(1).toString();
+            if (!reader.isStartElement() || reader.name() != QLatin1String("CheckValue"))
+                continue;
+            ++count;
+            if (QByteArray::fromBase64(reader.readElementText().toLatin1()) != samples::Sm3(parts.value(covered)))
+                wrong.append(covered);
+        }
+        QCOMPARE(count, parts.size() - 4); // all but the four parts of the signature itself
+        QCOMPARE(wrong, qstrcmp(name, "signed") == 0 ? QStringList() : QStringList{"Doc_0/Pages/Page_1/Content.xml"});
+    }
 }
 
 void TestSamples::blockFontsLoadAndMapTheirLetters()
