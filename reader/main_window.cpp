@@ -104,6 +104,7 @@ void MainWindow::AddTab(std::unique_ptr<DocumentFile> file)
 {
     auto tab = std::make_unique<DocumentTab>(std::move(file), context, nullptr);
     DocumentTab* added = tab.get();
+    added->View()->SetZoomMode(G_Preferences::FitWidth);
     tabs.push_back(std::move(tab));
     viewStack->addWidget(added->View()->Widget());
     undoGroup->addStack(added->View()->UndoStack());

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QtTest>
 
@@ -58,7 +59,7 @@ QString ReaderDesk::Sample(const QString& name)
     QFile::remove(path);
     const QString program = qEnvironmentVariable("TETO_BIN") + QStringLiteral("/make_samples");
     QProcess maker;
-    maker.start(program, {folder.path(), name});
+    maker.start(program, {folder.path(), QFileInfo(name).completeBaseName()});
     if (!maker.waitForFinished(60000) || maker.exitCode() != 0 || !QFile::exists(path)) {
         QTest::qFail(qPrintable(QStringLiteral("no sample ") + name + QString::fromUtf8(maker.readAllStandardError())),
                      __FILE__, __LINE__);

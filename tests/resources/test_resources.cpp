@@ -44,7 +44,8 @@ const Family families[] = {
     {":/core/res/icons/navi/", "", QSize(24, 24),
      "vn_outline vn_customtag vn_bookmark vn_attachment vn_annotation vn_layers"},
     {":/reader/image/", ".svg", QSize(24, 24),
-     "open save save_as undo redo zoom_in zoom_out actual_size fit_width fit_page hand text_select first_page "
+     "open save save_as bookmark_add undo redo zoom_in zoom_out actual_size fit_width fit_page hand text_select "
+     "first_page "
      "prev_page "
      "next_page last_page close more open_disabled save_disabled undo_disabled redo_disabled"},
     {":/reader/image/", ".svg", QSize(64, 64), "tetoreader"},
