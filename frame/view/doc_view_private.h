@@ -42,7 +42,7 @@ struct G_DocView::Private
     // doc_view_render.cpp
     void PaintPage(QPainter* painter, GR_PageGraphicItem* item);
     void PaintPicture(QPainter* painter, int page, const QSize& size);
-    void PaintError(QPainter* painter, const QSize& size, const QString& error) const;
+    void PaintError(QPainter* painter, int page, const QString& error) const;
     void TellFirstPainted();
     void PaintSelection(QPainter* painter, int page) const;
     void PaintScene(QPainter* painter, bool isStart);

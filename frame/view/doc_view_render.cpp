@@ -14,6 +14,7 @@ constexpr int kRegionGridPx = 256;
 
 const QColor paperEdge(0xC4, 0xC9, 0xD2);
 const QColor errorColour(0xC6, 0x28, 0x28);
+const QColor errorPaper(0xFD, 0xF3, 0xF2);
 const QColor selectionColour(0x1E, 0x88, 0xE5, 0x50);
 
 QRect GrownToGrid(const QRect& rect)
@@ -143,7 +144,7 @@ void G_DocView::Private::PaintPicture(QPainter* painter, int page, const QSize& 
         painter->drawPixmap(place, picture->pixmap, QRectF(picture->pixmap.rect()));
     }
     if (picture && !picture->error.isEmpty())
-        PaintError(painter, size, picture->error);
+        PaintError(painter, page, picture->error);
     painter->setPen(paperEdge);
     painter->setBrush(Qt::NoBrush);
     painter->drawRect(paper.adjusted(0, 0, -1, -1));
@@ -161,17 +162,18 @@ void G_DocView::Private::TellFirstPainted()
         q, [this] { emit q->FirstPagePainted(); }, Qt::QueuedConnection);
 }
 
-void G_DocView::Private::PaintError(QPainter* painter, const QSize& size, const QString& error) const
+void G_DocView::Private::PaintError(QPainter* painter, int page, const QString& error) const
 {
-    const QRect paper(QPoint(0, 0), size);
-    painter->fillRect(paper, QColor(0xFD, 0xF3, 0xF2));
+    const QRect rect = layout.PageRect(page);
+    const QRect paper(QPoint(0, 0), rect.size());
+    painter->fillRect(paper, errorPaper);
     painter->setPen(QPen(errorColour, 2));
+    painter->setBrush(Qt::NoBrush);
     painter->drawRect(paper.adjusted(4, 4, -5, -5));
-    painter->drawLine(paper.topLeft() + QPoint(4, 4), paper.bottomRight() - QPoint(4, 4));
-    const QRect room = paper.adjusted(size.width() / 10, size.height() / 10, -size.width() / 10, -size.height() / 10);
+    // The reason stands where it is seen, however large the page is.
+    const QRect seen = (rect & VisibleRect()).translated(-rect.topLeft());
+    const QRect room = seen.adjusted(seen.width() / 10, 8, -seen.width() / 10, -8);
     const QString text = tr("This page cannot be shown: %1").arg(error);
-    const QRect box = painter->boundingRect(room, Qt::AlignCenter | Qt::TextWordWrap, text).adjusted(-8, -8, 8, 8);
-    painter->fillRect(box & paper, Qt::white);
     painter->drawText(room, Qt::AlignCenter | Qt::TextWordWrap, text);
 }
 
