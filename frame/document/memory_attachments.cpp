@@ -1,5 +1,6 @@
 #include "memory_attachments.h"
 
+#include <frame/base/converters.h>
 #include <frame/base/streams.h>
 
 #include <algorithm>
@@ -20,6 +21,21 @@ bool ReadAll(ICA_StreamReader* reader, QByteArray* data)
             return true;
         data->append(chunk.constData(), static_cast<int>(count));
     }
+}
+
+// A text that may become part of a path: no separators or control characters, no dots in front, not endless.
+CCA_String Harmless(const CCA_String& text)
+{
+    constexpr int longestName = 200;
+    QString cleaned = GQ_ToQStringFromUtf8(text).left(longestName);
+    for (QChar& letter : cleaned) {
+        const bool isSeparator = letter == QLatin1Char('/') || letter == QLatin1Char('\\');
+        if (isSeparator || letter.category() == QChar::Other_Control || letter.category() == QChar::Other_Format)
+            letter = QLatin1Char('_');
+    }
+    while (cleaned.startsWith(QLatin1Char('.')))
+        cleaned.remove(0, 1);
+    return GQ_ToCAS(cleaned);
 }
 
 } // namespace
@@ -60,6 +76,8 @@ bool MemoryAttachments::Write(int index, ICA_StreamWriter* writer) const
 
 void MemoryAttachments::Add(G_AttachmentInfo info, const QByteArray& data)
 {
+    info.name = Harmless(info.name);
+    info.format = Harmless(info.format);
     const std::lock_guard<std::mutex> lock(mutex);
     int highestId = 0;
     bool isTaken = false;

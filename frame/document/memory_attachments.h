@@ -19,7 +19,8 @@ public:
     G_AttachmentInfo Info(int index) const;
     // False when the index is out of range or the writer fails.
     bool Write(int index, ICA_StreamWriter* writer) const;
-    // Appends; an id that is unset or taken is replaced by a free one.
+    // Appends; an id that is unset or taken is replaced by a free one, and name and format are made harmless as parts
+    // of a path.
     void Add(G_AttachmentInfo info, const QByteArray& data);
     // Reads the whole content, and appends; false when it cannot be read or passes 2 GiB.
     bool AddFrom(ICA_StreamReader* reader, const G_AttachmentInfo& info);

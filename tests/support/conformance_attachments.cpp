@@ -80,6 +80,23 @@ void AnAddedAttachmentComesBack(ConformanceBackend& backend)
     QVERIFY(document->IsModified());
 }
 
+void NamesComeOutHarmless(ConformanceBackend& backend)
+{
+    const auto document = backend.Make(QStringLiteral("page 210 297\n"
+                                                      "attachment ../../etc/passwd xml 1 1\n"
+                                                      "attachment \"..\\\\a\\nb\" xml 1 2\n"));
+    QVERIFY(document);
+    QVERIFY(AddBytes(document.get(), "x", "../added\x01"));
+    QCOMPARE(document->GetAttachmentCount(), 3);
+    for (int i = 0; i < 3; ++i) {
+        const QString name = GQ_ToQStringFromUtf8(document->GetAttachment(i).name);
+        QVERIFY(!name.isEmpty());
+        QVERIFY(!name.startsWith(QLatin1Char('.')));
+        for (const QChar letter : name)
+            QVERIFY(letter != QLatin1Char('/') && letter != QLatin1Char('\\') && letter.unicode() >= 0x20);
+    }
+}
+
 void ABrokenSourceAddsNothing(ConformanceBackend& backend)
 {
     const auto document = backend.Make(ConformanceFixture());
@@ -203,6 +220,7 @@ QVector<ConformanceCheck> AttachmentConformanceChecks()
         {"attachments out of range are refused", AttachmentsOutOfRangeAreRefused},
         {"an attachment is written whole", AnAttachmentIsWrittenWhole},
         {"an added attachment comes back", AnAddedAttachmentComesBack},
+        {"names come out harmless", NamesComeOutHarmless},
         {"a broken source adds nothing", ABrokenSourceAddsNothing},
         {"removing an attachment keeps the others", RemovingAnAttachmentKeepsTheOthers},
         {"attachments may be reached from two threads", AttachmentsMayBeReachedFromTwoThreads},
