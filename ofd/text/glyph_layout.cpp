@@ -14,6 +14,7 @@ namespace {
 
 constexpr double SlantTangent = 0.2; // of a face that is leaned because there is no italic one
 constexpr double BoldLine = 0.03;    // of the font size, around a face that is made heavier
+constexpr double NarrowestSqueeze = 0.5;
 constexpr double UnknownAdvance = 1; // of the font size, when the font tells none
 
 class TextPlacer
@@ -95,7 +96,8 @@ private:
         double advance = face ? face->AdvanceOf(glyph) : 0;
         if (advance <= 0)
             advance = UnknownAdvance;
-        QTransform place = shape * QTransform::fromTranslate(pen.x(), pen.y());
+        const QTransform squeeze = QTransform::fromScale(SqueezeOf(code, advance), 1);
+        QTransform place = squeeze * shape * QTransform::fromTranslate(pen.x(), pen.y());
         AddCell(face, place, advance);
         PlacedGlyph placed;
         placed.face = face;
@@ -106,6 +108,17 @@ private:
         placed.toObject = place;
         layout.glyphs.push_back(std::move(placed));
         MovePen(code, advance);
+    }
+
+    // Letters of a face that stands in for another are often wider than the places that were left for them.
+    double SqueezeOf(const TextCode& code, double advance) const
+    {
+        const double width = advance * text.size * text.horizontalScale;
+        const bool isMeasured = !choice.isEmbedded && text.characterDirection == 0 && deltaIndex < code.deltasX.size();
+        if (!isMeasured || width <= 0)
+            return 1;
+        const double room = code.deltasX.at(deltaIndex);
+        return room > 0 && room < width ? std::max(NarrowestSqueeze, room / width) : 1;
     }
 
     // The cell that is selected: as wide as the pen moves, as high as the font says.
