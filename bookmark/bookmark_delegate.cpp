@@ -16,6 +16,8 @@
 #include <QPainter>
 #include <QPointer>
 #include <QScrollBar>
+#include <QTextBlockFormat>
+#include <QTextFrame>
 
 #include <cmath>
 
@@ -47,11 +49,23 @@ int RowWidth(const QTreeWidget* tree)
     return tree->width() - (HasScrollBar(tree) ? tree->verticalScrollBar()->width() : 0);
 }
 
+QFont WrappedFont()
+{
+    QFont font(QStringLiteral("Microsoft YaHei"));
+    font.setPixelSize(qRound(Scaled(12)));
+    return font;
+}
+
+QFont LineFont(QFont font)
+{
+    font.setPixelSize(qRound(Scaled(12)));
+    return font;
+}
+
 WrapStyle WrapStyleOf(const QTreeWidget* tree)
 {
     WrapStyle style;
-    style.font.setFamily(QStringLiteral("Microsoft YaHei"));
-    style.font.setPixelSize(qRound(Scaled(12)));
+    style.font = WrappedFont();
     style.lineWidth = RowWidth(tree) - Scaled(16);
     style.left = Scaled(8);
     style.top = Scaled(4);
@@ -61,13 +75,38 @@ WrapStyle WrapStyleOf(const QTreeWidget* tree)
     return style;
 }
 
-// The editor of a row: as high as its row. A text edit's own size would stretch the row to a page.
+// The editor of a row: its text stands where the row's text stands.
 class RowEditor : public BookmarkEnterMonitorTextEdit
 {
 public:
-    using BookmarkEnterMonitorTextEdit::BookmarkEnterMonitorTextEdit;
+    RowEditor(QWidget* parent, QTreeWidget* tree, const QFont& rowFont)
+        : BookmarkEnterMonitorTextEdit(parent, tree)
+    {
+        setFont(rowFont);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setWordWrapMode(QTextOption::WrapAnywhere);
+        document()->setDocumentMargin(0);
+    }
+    // As high as its row: a text edit's own size would stretch the row to a page.
     QSize sizeHint() const override { return QSize(0, 0); }
     QSize minimumSizeHint() const override { return QSize(0, 0); }
+
+    // Shows the text, selected, with the row's space above it and between its lines.
+    void Show(const QString& text, qreal lineDistance)
+    {
+        setPlainText(text);
+        QTextFrameFormat frame = document()->rootFrame()->frameFormat();
+        frame.setTopMargin(qMax<qreal>(0, lineDistance - frameWidth()));
+        frame.setLeftMargin(Scaled(8) - frameWidth());
+        frame.setRightMargin(qMax<qreal>(0, Scaled(4) - frameWidth()));
+        document()->rootFrame()->setFrameFormat(frame);
+        selectAll();
+        QTextBlockFormat lines;
+        lines.setLineHeight(lineDistance, QTextBlockFormat::LineDistanceHeight);
+        textCursor().mergeBlockFormat(lines);
+        document()->clearUndoRedoStacks(); // Ctrl+Z takes back what was typed, not the looks
+    }
 };
 
 } // namespace
@@ -140,8 +179,7 @@ void BookMarkTreeItemDelegate::PaintText(QPainter* painter, const QRect& rect, c
         Wrapped(text).Draw(painter, rect.topLeft());
         return;
     }
-    QFont font = painter->font();
-    font.setPixelSize(qRound(Scaled(12)));
+    const QFont font = LineFont(painter->font());
     painter->setFont(font);
     const QRect line = rect.adjusted(qRound(Scaled(8)), 0, 0, 0);
     const QString elided = QFontMetrics(font).elidedText(text, Qt::ElideRight, line.width(), Qt::TextShowMnemonic);
@@ -159,10 +197,8 @@ QSize BookMarkTreeItemDelegate::sizeHint(const QStyleOptionViewItem& option, con
 QWidget* BookMarkTreeItemDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                                                 const QModelIndex&) const
 {
-    auto* editor = new RowEditor(parent, Tree());
+    auto* editor = new RowEditor(parent, Tree(), IsWrapped() ? WrappedFont() : LineFont(Tree()->font()));
     editor->setAccessibleName(tr("bookmark name"));
-    editor->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    editor->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     if (!HasScrollBar(Tree()))
         editor->setFixedWidth(option.rect.width() - RightGap());
     return editor;
@@ -170,12 +206,10 @@ QWidget* BookMarkTreeItemDelegate::createEditor(QWidget* parent, const QStyleOpt
 
 void BookMarkTreeItemDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const
 {
-    auto* edit = qobject_cast<QTextEdit*>(editor);
+    auto* edit = dynamic_cast<RowEditor*>(editor);
     const QTreeWidgetItem* item = Tree()->topLevelItem(index.row());
-    if (!edit || !item)
-        return;
-    edit->setPlainText(item->data(BookmarkItem::StoredNameColumn, Qt::UserRole).toString());
-    edit->selectAll();
+    if (edit && item)
+        edit->Show(item->data(BookmarkItem::StoredNameColumn, Qt::UserRole).toString(), Scaled(4));
 }
 
 void BookMarkTreeItemDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,

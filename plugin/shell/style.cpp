@@ -11,13 +11,6 @@ int Scaled(int logical)
     return qRound(Utils::OVDpi::Instance()->ScaleSize(logical));
 }
 
-QString List()
-{
-    return Utils::OVDpi::Instance()->ScaleStyleSheet(
-        QStringLiteral("QTreeView{color:#36425A; background:#F5F7F9; outline:0px;}"
-                       "QTreeView::item{padding-left:8px; padding-right:8px; height:25px;}"));
-}
-
 QString Separator()
 {
     return Utils::OVDpi::Instance()->ScaleStyleSheet(
@@ -27,9 +20,13 @@ QString Separator()
 void MakeToolButton(QAbstractButton* button, const QString& imageName, const QString& tooltip)
 {
     const QString image = QStringLiteral("url(:/nodeQrc/image/%1_%2.svg)");
+    // "image" and not "border-image": an SVG is then drawn at the button's size instead of being stretched. The grounds
+    // show what the mouse is over and where the keyboard is.
     const QString sheet =
-        QStringLiteral("QPushButton{border:none;border-image:%1;}"
-                       "QPushButton:disabled{border-image:%2;}")
+        QStringLiteral("QPushButton{border:none;border-radius:2px;background:transparent;image:%1;}"
+                       "QPushButton:hover{background:#E4E6EB;}"
+                       "QPushButton:focus{background:#DCE8FC;}"
+                       "QPushButton:disabled{background:transparent;image:%2;}")
             .arg(image.arg(imageName, QStringLiteral("normal")), image.arg(imageName, QStringLiteral("disabled")));
     button->setFixedSize(Scaled(24), Scaled(24));
     button->setStyleSheet(Utils::OVDpi::Instance()->ScaleStyleSheet(sheet));

@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QDragEnterEvent>
 #include <QMimeData>
+#include <QPushButton>
 #include <QTextEdit>
 #include <QtTest>
 
@@ -48,6 +49,16 @@ void HoverRow(const DeskTab* tab, int row)
     QApplication::sendEvent(viewport, &move);
 }
 
+// Leaves the drag hovering over the place: what is painted then is what the user sees.
+void DragOver(const DeskTab* tab, const QMimeData* data, const QPoint& place)
+{
+    QDragEnterEvent enter(place, Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(tab->Tree()->viewport(), &enter);
+    QDragMoveEvent move(place, Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(tab->Tree()->viewport(), &move);
+    QVERIFY(!tab->Tree()->line.isNull());
+}
+
 } // namespace
 
 // Pictures of the pane in each state, below the folder that TETO_SCREENS names, with what can be told of them by
@@ -72,6 +83,7 @@ private slots:
     void atTwiceTheScale();
     void emptyAtTwiceTheScale();
     void inEditAtTwiceTheScale();
+    void focusOnAButton();
 };
 
 void TestBookmarkScreens::init()
@@ -150,10 +162,7 @@ void TestBookmarkScreens::dragging()
     const DeskTab* tab = desk.First();
     tab->Select({4});
     const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
-    for (const int row : {3, 1}) {
-        QDragMoveEvent move(tab->RowPoint(row), Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(tab->Tree()->viewport(), &move);
-    }
+    DragOver(tab, data.get(), tab->RowPoint(1));
     Shoot(tab, QStringLiteral("dragging"));
 }
 
@@ -163,8 +172,7 @@ void TestBookmarkScreens::draggingToTheTop()
     const DeskTab* tab = desk.First();
     tab->Select({4});
     const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
-    QDragMoveEvent move(QPoint(30, 2), Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(tab->Tree()->viewport(), &move);
+    DragOver(tab, data.get(), QPoint(30, 2));
     Shoot(tab, QStringLiteral("dragging-top"));
 }
 
@@ -202,6 +210,15 @@ void TestBookmarkScreens::inEditAtTwiceTheScale()
     QTest::mouseClick(desk.First()->pane->addButton, Qt::LeftButton);
     QVERIFY(desk.First()->Editor());
     Shoot(desk.First(), QStringLiteral("scaled-edit"));
+}
+
+void TestBookmarkScreens::focusOnAButton()
+{
+    PaneDesk desk(TourText());
+    const QImage before = Screens::Grab(desk.First()->pane);
+    desk.First()->pane->deleteButton->setFocus();
+    QVERIFY(Screens::Grab(desk.First()->pane) != before);
+    Shoot(desk.First(), QStringLiteral("button-focus"));
 }
 
 TETO_TEST_MAIN(TestBookmarkScreens)
