@@ -30,10 +30,7 @@ BookmarkInterceptor::BookmarkInterceptor(NaviBookmarkWidget* pane)
 
 bool BookmarkInterceptor::IsMine() const
 {
-    if (!pane || !tree || !pane->context)
-        return false;
-    const G_DocView* view = pane->context->CurrentDocView();
-    return view && view->GDocument() == pane->document;
+    return pane && tree && pane->IsCurrentDocument();
 }
 
 void BookmarkInterceptor::RefreshDestination(int row)

@@ -9,8 +9,6 @@ class QAbstractButton;
 namespace PaneStyle {
 // A length in pixels of the screen.
 int Scaled(int logical);
-// The sheet of a pane's list: text colour, ground, row padding and height.
-QString List();
 // The one-pixel line below the buttons.
 QString Separator();
 // A square tool button with an image for each state: images are ":/nodeQrc/image/<name>_normal.svg" and

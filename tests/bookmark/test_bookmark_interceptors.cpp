@@ -317,6 +317,16 @@ private slots:
         QCOMPARE(tab->Stack()->count(), 0);
     }
 
+    void twoDocumentsHaveTwoPanesWithTheirOwnInterceptorsAndOneStackEach()
+    {
+        DeskTab* second = desk->Open(DocumentWithBookmarks(4));
+        QVERIFY(tab->pane != second->pane);
+        QVERIFY(tab->pane->renameHandler != second->pane->renameHandler);
+        QCOMPARE(tab->pane->renameHandler->Tag(), tab->document);
+        QCOMPARE(second->pane->renameHandler->Tag(), second->document);
+        QVERIFY(tab->Stack() && second->Stack() && tab->Stack() != second->Stack());
+    }
+
     void withTwoDocumentsADeletionTakesRowsOnlyFromTheCurrentOne()
     {
         DeskTab* second = desk->Open(DocumentWithBookmarks(4));
