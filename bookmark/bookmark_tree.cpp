@@ -69,6 +69,8 @@ QMimeData* CBookmarkTreeWidget::PrepareDrag()
     if (rows.isEmpty())
         return nullptr;
     dragNodes = NodesAt(rows);
+    line = oldLine = QLine(); // what an earlier drag left behind when it ended elsewhere
+    dropAtTop = false;
     isDragging = true;
     return PackSelection();
 }

@@ -99,6 +99,7 @@ void ReorderTree::dragEnterEvent(QDragEnterEvent* event)
 void ReorderTree::dragLeaveEvent(QDragLeaveEvent* event)
 {
     leftView = true;
+    stopAutoScroll();
     viewport()->update(); // takes the indicator away
     event->accept();
 }
@@ -127,6 +128,15 @@ void ReorderTree::dragMoveEvent(QDragMoveEvent* event)
     }
     viewport()->update();
     event->setAccepted(canDrop);
+    ScrollNearEdge(event->pos());
+}
+
+// Rows beyond the view are reached by holding the pointer near its edge; the base class stops by itself at the end.
+void ReorderTree::ScrollNearEdge(const QPoint& position)
+{
+    const int margin = autoScrollMargin();
+    if (hasAutoScroll() && !viewport()->rect().adjusted(0, margin, 0, -margin).contains(position))
+        startAutoScroll();
 }
 
 // A drag over the list ends the electronic-signature tool, which would take the drop for a click of its own. False when

@@ -78,4 +78,5 @@ private:
     bool LeaveSignatureTool();
     void PlaceIndicator(const QTreeWidgetItem* target, const QPoint& position);
     void PaintIndicator();
+    void ScrollNearEdge(const QPoint& position);
 };

@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QCursor>
 #include <QDrag>
 #include <QMimeData>
 #include <QScrollBar>
@@ -81,6 +82,8 @@ private slots:
     void theIndicatorStandsBelowTheRowAndAboveItAtTheTop();
     void theIndicatorIsPaintedWhileDraggingAndGoneOnceTheViewIsLeft();
     void theMovedRowsAreSelectedAfterwards();
+    void holdingADragNearTheEdgeScrollsAndLeavingStopsIt();
+    void aDragThatEndedElsewhereLeavesNothingForTheNext();
     void aDragOverTheListEndsTheSignatureToolAndOnlyThatTool();
     // Keys
     void enterGoesToTheBookmarkAsAClickDoes();
@@ -353,6 +356,43 @@ void TestBookmarkTree::theMovedRowsAreSelectedAfterwards()
     DragRow(tab, 0, {Low(tab, 3)});
     QCOMPARE(tab->Names(), (QStringList{"B", "D", "A", "C", "E"}));
     QCOMPARE(tab->SelectedRows(), (QList<int>{2, 3}));
+}
+
+void TestBookmarkTree::holdingADragNearTheEdgeScrollsAndLeavingStopsIt()
+{
+    PaneDesk desk(DocumentWithBookmarks(60));
+    const DeskTab* tab = desk.First();
+    QWidget* viewport = tab->Tree()->viewport();
+    const QScrollBar* bar = tab->Tree()->verticalScrollBar();
+    tab->Select({0});
+    const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
+    const QPoint edge(30, viewport->height() - 6);
+    QCursor::setPos(viewport->mapToGlobal(edge));
+    QDragEnterEvent enter(edge, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(viewport, &enter);
+    QDragMoveEvent move(edge, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(viewport, &move);
+    QTRY_VERIFY(bar->value() >= 2);
+    QDragLeaveEvent leave;
+    QApplication::sendEvent(viewport, &leave);
+    const int reached = bar->value();
+    QTest::qWait(200);
+    QCOMPARE(bar->value(), reached);
+    QCursor::setPos(0, 0);
+}
+
+void TestBookmarkTree::aDragThatEndedElsewhereLeavesNothingForTheNext()
+{
+    PaneDesk desk(DocumentWithBookmarks(4));
+    const DeskTab* tab = desk.First();
+    tab->Select({3});
+    std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
+    Drag::HoverAt(tab->Tree()->viewport(), data.get(), {QPoint(20, 2)});
+    QVERIFY(tab->Tree()->dropAtTop);
+    QVERIFY(!tab->Tree()->line.isNull());
+    data.reset(tab->Tree()->PrepareDrag());
+    QVERIFY(!tab->Tree()->dropAtTop);
+    QVERIFY(tab->Tree()->line.isNull());
 }
 
 void TestBookmarkTree::aDragOverTheListEndsTheSignatureToolAndOnlyThatTool()
