@@ -52,14 +52,14 @@ bool GPI_BookmarkDelete::PrepareDataHandle(G_Operation* op, int)
         return false;
     if (!IsMine())
         return true;
-    const QList<QTreeWidgetItem*> selected = tree->selectedItems();
+    const QModelIndexList selected = tree->selectionModel()->selectedRows();
     if (selected.isEmpty() && op->Params->Contains(ParamKey::Popup)) {
         pane->context->ShowMessageBox(tr("remark"), tr("Please select a bookmark first."), okButton, okButton);
         return false;
     }
     QList<int> rows;
-    for (QTreeWidgetItem* item : selected)
-        rows.append(tree->indexOfTopLevelItem(item));
+    for (const QModelIndex& index : selected)
+        rows.append(index.row());
     PublicMethod::SortRows(rows);
     for (int i = 0; i < rows.size(); ++i)
         op->Params->Add(ParamKey::Row + QByteArray::number(i), rows.at(i));

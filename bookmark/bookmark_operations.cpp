@@ -20,6 +20,7 @@
 
 #include <QUndoStack>
 
+#include <algorithm>
 #include <climits>
 #include <memory>
 
@@ -74,6 +75,28 @@ G_TreeNode* RootMadeIfMissing(IG_Document* document)
     if (!document->GetBookmarkRoot() && !document->CreateBookmarkRoot())
         return nullptr;
     return document->GetBookmarkRoot();
+}
+
+// "row0", "row1", ... until a number is missing; ascending and once each, as the command relies on, whoever wrote them.
+QList<int> RowsIn(const G_OperationParam& params)
+{
+    QList<int> rows;
+    for (int i = 0; params.Contains(ParamKey::Row + QByteArray::number(i)); ++i)
+        rows.append(params.GetInt32(ParamKey::Row + QByteArray::number(i), -1));
+    PublicMethod::SortRows(rows);
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
+// The bookmarks at the rows; rows that are not there are left out.
+QList<G_TreeNode*> NodesAt(IG_Document* document, const QList<int>& rows)
+{
+    QList<G_TreeNode*> nodes;
+    for (const int row : rows) {
+        if (G_TreeNode* node = BookmarkNode(document, row))
+            nodes.append(node);
+    }
+    return nodes;
 }
 
 int BookmarkCount(IG_Document* document)
@@ -146,7 +169,7 @@ bool GP_AddBookmark::DoAction()
         LogLine("add failed " + QByteArray::number(root->SubNodeCount()), where);
         return false;
     }
-    bookmark.release(); // the tree's
+    static_cast<void>(bookmark.release()); // the tree's
     // The pane shows the row and pushes the undo command while this is delivered; it must have its row before it is
     // brought to the front.
     G_UIContext* context = UIContext();
@@ -179,12 +202,7 @@ bool GP_BookmarkDelete::DoAction()
     if (!DocView() || !GDocument())
         return false;
     LogLine("Before del: " + QByteArray::number(BookmarkCount(GDocument())), where);
-    QList<G_TreeNode*> nodes;
-    for (int i = 0; Params->Contains(ParamKey::Row + QByteArray::number(i)); ++i) {
-        const int row = Params->GetInt32(ParamKey::Row + QByteArray::number(i), -1);
-        if (G_TreeNode* node = BookmarkNode(GDocument(), row))
-            nodes.append(node);
-    }
+    const QList<G_TreeNode*> nodes = NodesAt(GDocument(), RowsIn(*Params));
     if (nodes.isEmpty())
         return true;
     EnsureUndoStack(DocView())->push(new DeleteBookmarkCommand(nodes, UIContext()));

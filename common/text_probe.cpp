@@ -34,7 +34,7 @@ QString TextIn(const IG_TextPage* textPage, const CCA_GRect& rect)
 {
     wchar_t* wide = nullptr;
     textPage->GetTextInRect(rect, &wide);
-    const QString text = GQ_ToQStringFromUtf8(CCA_StringConverter::unicode_to_utf8(wide));
+    QString text = GQ_ToQStringFromUtf8(CCA_StringConverter::unicode_to_utf8(wide));
     CCA_FreeWide(wide);
     return text;
 }

@@ -12,7 +12,7 @@ G_TreeNodeBaseCommand::G_TreeNodeBaseCommand(G_TreeNode* node, G_UIContext* cont
 {
 }
 
-G_TreeNodeBatchBaseCommand::G_TreeNodeBatchBaseCommand(QList<G_TreeNode*> nodes, G_UIContext* context,
+G_TreeNodeBatchBaseCommand::G_TreeNodeBatchBaseCommand(const QList<G_TreeNode*>& nodes, G_UIContext* context,
                                                        QUndoCommand* parentCommand)
     : QUndoCommand(parentCommand)
     , context(context)

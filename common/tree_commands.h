@@ -39,7 +39,8 @@ protected:
 class G_TreeNodeBatchBaseCommand : public QUndoCommand
 {
 public:
-    G_TreeNodeBatchBaseCommand(QList<G_TreeNode*> nodes, G_UIContext* context, QUndoCommand* parentCommand = nullptr);
+    G_TreeNodeBatchBaseCommand(const QList<G_TreeNode*>& nodes, G_UIContext* context,
+                               QUndoCommand* parentCommand = nullptr);
     // Replaces the list and what is recorded of it.
     void SetNodes(const QList<G_TreeNode*>& newNodes);
 

@@ -334,6 +334,19 @@ private slots:
         QVERIFY(lines.contains("After del: 2 GP_BookmarkDelete::DoAction"));
     }
 
+    void rowsInAnyOrderAndTwiceAreDeletedOnceEach()
+    {
+        Open(threeBookmarks);
+        QVERIFY(Perform("d_bookmarkdelete", [](G_OperationParam* params) {
+            params->Add("row0", 2);
+            params->Add("row1", 0);
+            params->Add("row2", 2);
+        }));
+        QCOMPARE(Names(), QStringList{"B"});
+        fixture->View()->UndoStack()->undo();
+        QCOMPARE(Names(), (QStringList{"A", "B", "C"}));
+    }
+
     void aDeletionIsOneUndoStepAndFiresForTheCommandAndForItself()
     {
         Open(threeBookmarks);
