@@ -9,7 +9,7 @@ for file in "$@"; do files+=("$(realpath "$file")"); done
 cd "$here"
 scripts/install.sh
 cmake --preset release -DTETO_BENCH=ON >/dev/null
-cmake --build --preset release --target tetoreader tetobaisfla translations tour_sample
+cmake --build --preset release --target tetoreader tetobaisfla translations sample_files
 [ ${#files[@]} -gt 0 ] || files=(build/release/samples/tour.ofd)
 if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
   echo "No display: running offscreen. Pictures of the window go to build/screens/."

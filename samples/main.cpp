@@ -71,6 +71,8 @@ int main(int argc, char** argv)
         return List();
     if (first == QLatin1String("--report"))
         return Report(arguments);
+    if (first.startsWith(QLatin1Char('-')))
+        return Usage();
     const QString error = samples::WriteSamples(first, arguments);
     if (error.isEmpty())
         return 0;
