@@ -56,8 +56,8 @@ public:
     // the call comes from; it may be null. Emits PageChange at most once, at the end.
     void GoToPage(G_DocView* sender, int pageIndex, const CCA_GRect& rect, bool fitRect);
     float GetZoom() const;
-    // Keeps the zoom within 1 to 6400 and sets the mode to Custom. With `keepCenter` the middle stays, else the top
-    // left.
+    // Keeps the zoom within 1 to 6400 (less for tens of thousands of pages, where the scroll bars' range ends) and sets
+    // the mode to Custom. With `keepCenter` the middle stays, else the top left.
     void SetZoom(float percent, bool keepCenter);
     G_Preferences::ZoomMode ZoomMode() const;
     void SetZoomMode(G_Preferences::ZoomMode mode);

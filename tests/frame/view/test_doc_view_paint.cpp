@@ -14,6 +14,7 @@
 #include <QtTest>
 
 #include <atomic>
+#include <cmath>
 
 namespace {
 
@@ -38,6 +39,12 @@ public:
             size = request.region.size();
         result.image = QImage(size, QImage::Format_RGB32);
         result.image.fill(colour);
+        if (!markMm.isEmpty()) {
+            QPainter painter(&result.image);
+            painter.translate(-request.region.topLeft());
+            painter.scale(request.pixelsPerMm, request.pixelsPerMm);
+            painter.fillRect(markMm, Qt::magenta);
+        }
         largestBytes = qMax(largestBytes, qint64(result.image.sizeInBytes()));
         if (!error.isEmpty())
             result.error = error;
@@ -69,6 +76,7 @@ public:
 
     QColor colour = QColor(10, 120, 30);
     QString error;
+    QRectF markMm; // painted on every page, where it lies on it
     std::atomic<int> running{0};
     std::atomic<bool> wasOnMainThread{false};
     qint64 largestBytes = 0;
@@ -152,6 +160,7 @@ class TestDocViewPaint : public QObject
     Q_OBJECT
 private slots:
     void paperIsThereAtOnceAndThePictureComesFromAnotherThread();
+    void picturesHaveThePixelsOfTheScreen();
     void onlyPagesInViewAreAskedFor();
     void theFirstPaintedPageIsToldOnce();
     void anEmptyDocumentIsPaintedToo();
@@ -164,6 +173,8 @@ private slots:
     void theTemplateFilterReachesTheRenderer();
     void hiddenAnnotationsAreNotAskedFor();
     void rotationTurnsThePictures();
+    void picturesLieWhereTheViewSaysAtAnyZoomAndRotation_data();
+    void picturesLieWhereTheViewSaysAtAnyZoomAndRotation();
     void overlaysPaintInOrderOfInstallationAroundEachVisiblePage();
     void installingTwicePaintsOnce();
     void overlaysPaintInSceneCoordinates();
@@ -185,6 +196,16 @@ void TestDocViewPaint::paperIsThereAtOnceAndThePictureComesFromAnotherThread()
     painted.document.renderer.Block(false);
     QCOMPARE(painted.Picture().pixelColor(onPage), painted.document.renderer.colour);
     QVERIFY(!painted.document.renderer.wasOnMainThread);
+}
+
+void TestDocViewPaint::picturesHaveThePixelsOfTheScreen()
+{
+    Painted painted(1);
+    painted.view->SetZoom(50, false);
+    painted.Picture();
+    const double ratio = painted.view->Widget()->devicePixelRatioF();
+    const double wanted = painted.view->PageRect(0).width() / 210.0 * ratio;
+    QVERIFY(std::abs(painted.document.renderer.Requests().last().pixelsPerMm - wanted) < 0.01);
 }
 
 void TestDocViewPaint::onlyPagesInViewAreAskedFor()
@@ -376,6 +397,38 @@ void TestDocViewPaint::rotationTurnsThePictures()
     const QRect bottomLeft(page.left(), page.top() + quarter.height(), quarter.width(), quarter.height());
     QVERIFY(darkPixels(topRight) > 20);
     QCOMPARE(darkPixels(bottomLeft.adjusted(2, 2, -2, -2)), 0);
+}
+
+void TestDocViewPaint::picturesLieWhereTheViewSaysAtAnyZoomAndRotation_data()
+{
+    QTest::addColumn<int>("degrees");
+    QTest::addColumn<float>("zoom");
+    for (const int degrees : {0, 90, 180, 270}) {
+        for (const float zoom : {35.0F, 130.0F, 1000.0F, 5000.0F})
+            QTest::addRow("%d degrees at %d percent", degrees, int(zoom)) << degrees << zoom;
+    }
+}
+
+void TestDocViewPaint::picturesLieWhereTheViewSaysAtAnyZoomAndRotation()
+{
+    QFETCH(int, degrees);
+    QFETCH(float, zoom);
+    Painted painted(3);
+    // A box larger than the view at the highest zoom, so that a corner of it is looked at.
+    painted.document.renderer.markMm = QRectF(50, 90, 60, 70);
+    const CCA_GRect mark(50, 90, 110, 160);
+    G_DocView* view = painted.view.get();
+    view->SetRotation(degrees);
+    view->SetZoom(zoom, false);
+    view->GoToPage(view, 1, CCA_GRect(40, 80, 120, 170), false);
+    const CCA_Rect place = view->SceneRectFromDocRect(mark, 1);
+    view->ScrollBy(place.left - view->VisibleSceneRect().left() - 100, place.top - view->VisibleSceneRect().top() - 50);
+    const QImage image = painted.Picture();
+    const QPoint corner = QPoint(place.left, place.top) - view->VisibleSceneRect().topLeft();
+    QVERIFY(QRect(5, 5, 500, 300).contains(corner));
+    QCOMPARE(image.pixelColor(corner + QPoint(4, 4)), QColor(Qt::magenta));
+    QVERIFY(image.pixelColor(corner + QPoint(-4, 4)) != QColor(Qt::magenta));
+    QVERIFY(image.pixelColor(corner + QPoint(4, -4)) != QColor(Qt::magenta));
 }
 
 void TestDocViewPaint::overlaysPaintInOrderOfInstallationAroundEachVisiblePage()
