@@ -31,18 +31,28 @@ struct OfdDocument::Private
     std::vector<OfdAnnot*> EditedAnnots() const;
     bool HasRemovedAnnots() const;
 
+    // What a save leaves behind besides the new file.
+    struct SavePlan
+    {
+        PackageChanges changes;
+        QVector<AttachmentEntry> attachments; // with their new places; empty when they did not change
+        QString attachmentsPart;
+    };
+
     // Saving. Collects what changed as new bytes of parts; false, with the reason, when a part cannot be edited.
-    bool CollectChanges(PackageChanges& changes, PackageError& error) const;
-    bool CollectDocumentPart(PackageChanges& changes, PackageError& error) const;
+    bool CollectChanges(SavePlan& plan, PackageError& error) const;
+    bool CollectDocumentPart(SavePlan& plan, PackageError& error) const;
     void StampModificationDate(PackageChanges& changes) const;
     DocumentSaveResult Write(const QString& target, bool overwritesForeignChange);
-    void AdoptSaved(std::unique_ptr<Package> saved, const QString& target);
+    void AdoptSaved(std::unique_ptr<Package> saved, const SavePlan& plan, const QString& target);
+    void AdoptSavedBookmarks();
 
     QString path;
     bool isReadOnly = false;
     std::shared_ptr<DocumentStore> store;
     std::unique_ptr<XmlPart> documentPart; // as in the file; for reading trees and for edits
     std::unique_ptr<AttachmentTable> attachments;
+    QString attachmentsPart; // empty when the document has no list in a part of its own
     std::unique_ptr<OfdPageRenderer> renderer;
     std::vector<std::unique_ptr<OfdPage>> pages; // null until asked for
 

@@ -5,6 +5,7 @@
 #include <ofd/package/xml_edit.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/write/annotation_writer.h>
+#include <ofd/write/attachment_writer.h>
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -72,18 +73,26 @@ bool OfdDocument::Private::HasRemovedAnnots() const
     return false;
 }
 
-bool OfdDocument::Private::CollectDocumentPart(PackageChanges& changes, PackageError& error) const
+bool OfdDocument::Private::CollectDocumentPart(SavePlan& plan, PackageError& error) const
 {
-    if (!AreBookmarksEdited())
-        return true;
     XmlEdit edit(*documentPart);
-    WriteBookmarks(edit, *documentPart, Structure(), bookmarkSources, CurrentBookmarks());
+    if (AreBookmarksEdited())
+        WriteBookmarks(edit, *documentPart, Structure(), bookmarkSources, CurrentBookmarks());
+    plan.attachmentsPart = attachmentsPart;
+    if (attachments->IsChanged()) {
+        const std::shared_ptr<const Package> package = store->GetPackage();
+        AttachmentWriter writer(*package, *documentPart, edit, Structure().documentFolder, attachmentsPart);
+        if (!writer.Write(attachments->GetEntries(), plan.changes, error))
+            return false;
+        plan.attachments = writer.GetWritten();
+        plan.attachmentsPart = writer.GetListPart();
+    }
     if (edit.IsEmpty())
         return true;
     const QByteArray bytes = edit.Apply(&error);
     if (bytes.isEmpty())
         return false;
-    changes.SetPart(documentPart->GetName(), bytes);
+    plan.changes.SetPart(documentPart->GetName(), bytes);
     return true;
 }
 
@@ -105,51 +114,61 @@ void OfdDocument::Private::StampModificationDate(PackageChanges& changes) const
         changes.SetPart(package->GetEntryPoint(), bytes);
 }
 
-bool OfdDocument::Private::CollectChanges(PackageChanges& changes, PackageError& error) const
+bool OfdDocument::Private::CollectChanges(SavePlan& plan, PackageError& error) const
 {
-    if (!CollectDocumentPart(changes, error))
+    if (!CollectDocumentPart(plan, error))
         return false;
-    if (!WriteAnnotations(*store->GetPackage(), EditedAnnots(), changes, error))
+    if (!WriteAnnotations(*store->GetPackage(), EditedAnnots(), plan.changes, error))
         return false;
-    StampModificationDate(changes);
+    StampModificationDate(plan.changes);
     return true;
 }
 
 DocumentSaveResult OfdDocument::Private::Write(const QString& target, bool overwritesForeignChange)
 {
     DocumentSaveResult result;
-    PackageChanges changes;
+    SavePlan plan;
     PackageError error;
-    if (!CollectChanges(changes, error)) {
+    if (!CollectChanges(plan, error)) {
         result.error = error.text;
         return result;
     }
     SaveOptions options;
     options.overwritesForeignChange = overwritesForeignChange;
-    SaveResult saved = SavePackage(*store->GetPackage(), changes, target, options);
+    SaveResult saved = SavePackage(*store->GetPackage(), plan.changes, target, options);
     if (!saved) {
         result.error = saved.error.text;
         result.isForeignChange = saved.error.kind == PackageErrorKind::SourceChanged;
         return result;
     }
-    AdoptSaved(std::move(saved.package), target);
+    AdoptSaved(std::move(saved.package), plan, target);
     result.isSaved = true;
     return result;
 }
 
-// Goes on with the new file. Records get the sources of their new elements, so that the next save compares with what is
-// in the file now; copies that undo steps hold keep their old sources, which still have the old bytes.
-void OfdDocument::Private::AdoptSaved(std::unique_ptr<Package> saved, const QString& target)
+// Goes on with the new file.
+void OfdDocument::Private::AdoptSaved(std::unique_ptr<Package> saved, const SavePlan& plan, const QString& target)
 {
     const std::shared_ptr<Package> package(std::move(saved));
     for (OfdAnnot* annot : EditedAnnots())
         annot->MarkSaved();
     store->ReplacePackage(package);
     path = target;
+    if (attachments->IsChanged()) {
+        attachments->AdoptSaved(plan.attachments);
+        attachmentsPart = plan.attachmentsPart;
+    }
     std::unique_ptr<XmlPart> document = XmlPart::Load(*package, Structure().documentPart);
     if (!document)
         return; // the saver has read it back already, so this is a broken medium; the old tree serves on
     documentPart = std::move(document);
+    AdoptSavedBookmarks();
+}
+
+// Records get the sources of their new elements, so that the next save compares with what is in the file now; copies
+// that undo steps hold keep their old sources, which still have the old bytes.
+void OfdDocument::Private::AdoptSavedBookmarks()
+{
     if (!areBookmarksRead)
         return;
     BookmarkSources sources;
@@ -204,8 +223,6 @@ QStringList OfdDocument::GetUnsavableChanges() const
         tags += FingerprintOf(tree.root.get());
     if (d->areTagsRead && tags != d->savedTags)
         kinds.append(Tr("custom tags"));
-    if (d->attachments->IsChanged())
-        kinds.append(Tr("attachments"));
     if (d->HasRemovedAnnots())
         kinds.append(Tr("removed annotations"));
     return kinds;

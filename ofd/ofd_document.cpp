@@ -82,8 +82,9 @@ OpenResult OfdDocument::Open(const QString& path, bool readOnly)
     }
     data->isReadOnly = readOnly || !CanBeReplaced(data->path);
     data->documentPart = std::move(parts.document);
-    data->attachments =
-        std::make_unique<AttachmentTable>(ReadAttachments(*package, parts.structure, data->documentPart->GetRoot()));
+    data->attachments = std::make_unique<AttachmentTable>(
+        ReadAttachments(*package, parts.structure, data->documentPart->GetRoot()), parts.structure.highestId);
+    data->attachmentsPart = parts.structure.attachmentsPart;
     data->pages.resize(size_t(parts.structure.pages.size()));
     data->store = std::make_shared<DocumentStore>(std::move(package), std::move(parts.structure));
     data->renderer = std::make_unique<OfdPageRenderer>(data->store);
@@ -349,7 +350,7 @@ bool OfdDocument::IsEncrypted()
 
 bool OfdDocument::IsModified()
 {
-    return d->AreBookmarksEdited() || !d->EditedAnnots().empty();
+    return d->AreBookmarksEdited() || d->attachments->IsChanged() || !d->EditedAnnots().empty();
 }
 
 void OfdDocument::Prepare()

@@ -68,9 +68,13 @@ std::shared_ptr<QTemporaryFile> Spool(ICA_StreamReader* reader)
 
 } // namespace
 
-AttachmentTable::AttachmentTable(QVector<AttachmentEntry> entriesIn)
+AttachmentTable::AttachmentTable(QVector<AttachmentEntry> entriesIn, int highestIdIn)
     : entries(std::move(entriesIn))
+    , savedCount(entries.size())
+    , highestId(highestIdIn)
 {
+    for (const AttachmentEntry& entry : qAsConst(entries))
+        highestId = std::max(highestId, entry.info.id);
 }
 
 int AttachmentTable::GetCount() const
@@ -124,13 +128,12 @@ bool AttachmentTable::AddFrom(ICA_StreamReader* reader, G_AttachmentInfo info)
     if (!file)
         return false;
     info.size = float(file->size() / 1024.0);
+    AttachmentEntry entry;
+    entry.file = file;
     const QMutexLocker lock(&mutex);
-    int highest = 0;
-    for (const AttachmentEntry& entry : qAsConst(entries))
-        highest = std::max(highest, entry.info.id);
-    info.id = highest + 1;
-    entries.append({info, QString(), file});
-    isChanged = true;
+    info.id = ++highestId;
+    entry.info = info;
+    entries.append(entry);
     return true;
 }
 
@@ -139,15 +142,34 @@ bool AttachmentTable::Remove(int index)
     const QMutexLocker lock(&mutex);
     if (index < 0 || index >= entries.size())
         return false;
+    hasRemoved |= entries.at(index).ordinal >= 0;
     entries.remove(index);
-    isChanged = true;
     return true;
 }
 
 bool AttachmentTable::IsChanged() const
 {
     const QMutexLocker lock(&mutex);
-    return isChanged;
+    return hasRemoved || entries.size() != savedCount;
+}
+
+QVector<AttachmentEntry> AttachmentTable::GetEntries() const
+{
+    const QMutexLocker lock(&mutex);
+    return entries;
+}
+
+void AttachmentTable::AdoptSaved(const QVector<AttachmentEntry>& savedEntries)
+{
+    const QMutexLocker lock(&mutex);
+    for (const AttachmentEntry& saved : savedEntries) {
+        for (AttachmentEntry& entry : entries) {
+            if (entry.info.id == saved.info.id)
+                entry = saved;
+        }
+    }
+    savedCount = savedEntries.size();
+    hasRemoved = false;
 }
 
 } // namespace ofd

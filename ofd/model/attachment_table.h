@@ -21,6 +21,7 @@ struct AttachmentEntry
 {
     G_AttachmentInfo info;
     QString part;                         // in the package; empty when it was added, or its part is missing
+    int ordinal = -1;                     // of its element in the list it was read from; -1 when it was added
     std::shared_ptr<QTemporaryFile> file; // of an added one, until it is saved
 };
 
@@ -28,7 +29,8 @@ struct AttachmentEntry
 class AttachmentTable
 {
 public:
-    explicit AttachmentTable(QVector<AttachmentEntry> entries);
+    // Identifiers up to `highestId` are taken by other things of the document.
+    AttachmentTable(QVector<AttachmentEntry> entries, int highestId);
 
     int GetCount() const;
     int GetIndexById(int id) const;
@@ -38,13 +40,18 @@ public:
     // Copies the bytes to a private file first; false, and nothing added, when they cannot be read.
     bool AddFrom(ICA_StreamReader* reader, G_AttachmentInfo info);
     bool Remove(int index);
-    // Differs from what was read.
+    // Differs from what the file holds.
     bool IsChanged() const;
+    QVector<AttachmentEntry> GetEntries() const;
+    // The file now holds these entries, each with its part and place.
+    void AdoptSaved(const QVector<AttachmentEntry>& savedEntries);
 
 private:
     mutable QMutex mutex;
     QVector<AttachmentEntry> entries;
-    bool isChanged = false;
+    int savedCount;
+    int highestId;
+    bool hasRemoved = false;
 };
 
 } // namespace ofd

@@ -50,6 +50,7 @@ struct DocumentStructure
     QStringList documentRes;
     QStringList publicRes;
     quint32 defaultColorSpace = 0;
+    int highestId = 0; // that the document part states or uses
     QSizeF pageSizeMm; // of pages without an area of their own; invalid when the document has none
     QString attachmentsPart;
     QString annotationsPart;

@@ -102,14 +102,17 @@ QVector<AttachmentEntry> ReadAttachments(const Package& package, const DocumentS
     LocationContext context;
     context.documentFolder = structure.documentFolder;
     context.holderPart = structure.documentPart;
-    for (const pugi::xml_node& element : ChildElements(ChildElement(documentRoot, "Attachments"), "Attachment"))
-        entries.append(ReadEntry(element, package, context));
-    const std::unique_ptr<XmlPart> list =
-        structure.attachmentsPart.isEmpty() ? nullptr : XmlPart::Load(package, structure.attachmentsPart);
-    if (list) {
+    pugi::xml_node holder = ChildElement(documentRoot, "Attachments");
+    std::unique_ptr<XmlPart> list;
+    if (!structure.attachmentsPart.isEmpty()) {
+        list = XmlPart::Load(package, structure.attachmentsPart);
+        holder = list ? list->GetRoot() : pugi::xml_node();
         context.holderPart = structure.attachmentsPart;
-        for (const pugi::xml_node& element : ChildElements(list->GetRoot(), "Attachment"))
-            entries.append(ReadEntry(element, package, context));
+    }
+    int ordinal = 0;
+    for (const pugi::xml_node& element : ChildElements(holder, "Attachment")) {
+        entries.append(ReadEntry(element, package, context));
+        entries.last().ordinal = ordinal++;
     }
     MakeIdsUnique(entries);
     return entries;

@@ -9,6 +9,8 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+
 namespace ofd {
 
 namespace {
@@ -76,6 +78,7 @@ private:
     void ReadCommonData(const pugi::xml_node& common)
     {
         structure.pageSizeMm = ReadAreaSize(ChildElement(common, "PageArea"));
+        Reach(int(ParseId(TrimmedText(ChildElement(common, "MaxUnitID")).toStdString()).value_or(0)));
         structure.defaultColorSpace = ParseId(TrimmedText(ChildElement(common, "DefaultCS")).toStdString()).value_or(0);
         for (pugi::xml_node child = FirstElement(common); child; child = NextElement(child)) {
             if (IsElement(child, "PublicRes"))
@@ -86,6 +89,8 @@ private:
                 AppendTemplate(child);
         }
     }
+
+    void Reach(int id) { structure.highestId = std::max(structure.highestId, id); }
 
     void AppendPart(QStringList& parts, const pugi::xml_node& element)
     {
@@ -98,6 +103,7 @@ private:
     {
         TemplateEntry entry;
         entry.id = int(IdAttribute(element, "ID"));
+        Reach(entry.id);
         entry.part = ResolveLocation(package, AttributeText(element, "BaseLoc"), context).part;
         entry.name = AttributeText(element, "Name");
         entry.zOrder = AttributeText(element, "ZOrder").trimmed();
@@ -113,6 +119,7 @@ private:
                 continue;
             PageEntry page;
             page.id = int(IdAttribute(child, "ID"));
+            Reach(page.id);
             page.part = ResolveLocation(package, AttributeText(child, "BaseLoc"), context).part;
             if (!structure.pageIndexById.contains(page.id))
                 structure.pageIndexById.insert(page.id, structure.pages.size());

@@ -1,5 +1,6 @@
 #include "bookmark_writer.h"
 
+#include "document_order.h"
 #include "longest_rise.h"
 
 #include <frame/document/payloads.h>
@@ -17,10 +18,6 @@
 namespace ofd {
 
 namespace {
-
-const SchemaOrder DocumentOrder = {"CommonData", "Pages",        "Outlines",  "Permissions",
-                                   "Actions",    "VPreferences", "Bookmarks", "Annotations",
-                                   "CustomTags", "Attachments",  "Extensions"};
 
 constexpr const char* DestinationTypes[] = {"XYZ", "Fit", "FitH", "FitV", "FitR"};
 
@@ -157,7 +154,7 @@ void WriteBookmarks(XmlEdit& edit, const XmlPart& document, const DocumentStruct
         xml.Open("Bookmarks");
         for (const G_Bookmark* bookmark : current)
             xml.Raw(ElementBytes(*bookmark, structure, PrefixOf(root)));
-        edit.InsertInOrder(root, "Bookmarks", xml.Close().GetBytes(), DocumentOrder);
+        edit.InsertInOrder(root, "Bookmarks", xml.Close().GetBytes(), DocumentOrder());
         return;
     }
     const std::vector<pugi::xml_node> elements = ChildElements(list, "Bookmark");

@@ -1,0 +1,190 @@
+#include "attachment_writer.h"
+
+#include "document_order.h"
+
+#include <ofd/package/locations.h>
+#include <ofd/package/package.h>
+#include <ofd/package/package_changes.h>
+#include <ofd/package/xml_edit.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/package/xml_part.h>
+#include <ofd/package/xml_text.h>
+#include <ofd/package/xml_values.h>
+
+#include <QFile>
+#include <QSet>
+
+namespace ofd {
+
+namespace {
+
+const QString AttachmentFolder = QStringLiteral("Attachs/");
+
+QString TextOf(const CCA_String& text)
+{
+    return QString::fromUtf8(text.Bytes());
+}
+
+// The declaration of the format's namespace as the document part has it, for parts of our own.
+QByteArray NamespaceDeclaration(const pugi::xml_node& root)
+{
+    const QByteArray prefix = PrefixOf(root).replace(':', QByteArray());
+    const QString address = NamespaceOfPrefix(root, std::string_view(prefix.constData(), size_t(prefix.size())));
+    const QByteArray name = prefix.isEmpty() ? QByteArray("xmlns") : "xmlns:" + prefix;
+    const QString used = address.isEmpty() ? QStringLiteral("http://www.ofdspec.org/2016") : address;
+    return ' ' + name + "=\"" + EscapeAttribute(used) + '"';
+}
+
+} // namespace
+
+AttachmentWriter::AttachmentWriter(const Package& package, const XmlPart& document, XmlEdit& edit,
+                                   const QString& documentFolder, const QString& listPart)
+    : package(package)
+    , document(document)
+    , edit(edit)
+    , documentFolder(documentFolder)
+    , listPart(listPart)
+{
+}
+
+bool AttachmentWriter::Write(const QVector<AttachmentEntry>& current, PackageChanges& changes, PackageError& error)
+{
+    written = current;
+    const pugi::xml_node inlined = ChildElement(document.GetRoot(), "Attachments");
+    RaiseMaxUnitId();
+    if (listPart.isEmpty() && FirstElement(inlined)) { // the list stands in the document part itself
+        listPart = document.GetName();
+        EditList(edit, inlined, changes);
+        listPart.clear();
+        return true;
+    }
+    if (listPart.isEmpty())
+        return MakeList(changes);
+    const std::unique_ptr<XmlPart> list = XmlPart::Load(package, listPart, &error);
+    if (!list)
+        return false;
+    XmlEdit listEdit(*list);
+    EditList(listEdit, list->GetRoot(), changes);
+    const QByteArray bytes = listEdit.Apply(&error);
+    if (bytes.isEmpty())
+        return false;
+    changes.SetPart(listPart, bytes);
+    return true;
+}
+
+void AttachmentWriter::EditList(XmlEdit& list, const pugi::xml_node& holder, PackageChanges& changes)
+{
+    RemoveGone(list, holder, changes);
+    int ordinal = 0;
+    for (AttachmentEntry& entry : written) {
+        if (entry.file) {
+            AddPart(entry, changes);
+            list.AppendChild(holder, ElementOf(entry, PrefixOf(holder)));
+            entry.file.reset();
+        }
+        entry.ordinal = ordinal++;
+    }
+}
+
+// A part goes only when no attachment that stays is the same part.
+void AttachmentWriter::RemoveGone(XmlEdit& list, const pugi::xml_node& holder, PackageChanges& changes)
+{
+    QSet<int> kept;
+    QSet<QString> neededParts;
+    for (const AttachmentEntry& entry : qAsConst(written)) {
+        kept.insert(entry.ordinal);
+        neededParts.insert(entry.part);
+    }
+    LocationContext context;
+    context.holderPart = listPart;
+    context.documentFolder = documentFolder;
+    const std::vector<pugi::xml_node> elements = ChildElements(holder, "Attachment");
+    for (int i = 0; i < int(elements.size()); ++i) {
+        if (kept.contains(i))
+            continue;
+        const pugi::xml_node& element = elements[size_t(i)];
+        const QString location = TrimmedText(ChildElement(element, "FileLoc"));
+        const QString part = ResolveLocation(package, location, context).part;
+        if (!part.isEmpty() && !neededParts.contains(part))
+            changes.RemovePart(part);
+        list.Remove(element);
+    }
+}
+
+void AttachmentWriter::AddPart(AttachmentEntry& entry, PackageChanges& changes) const
+{
+    const QString format = TextOf(entry.info.format);
+    const QString stem = entry.info.name.IsEmpty() ? QStringLiteral("attachment") : TextOf(entry.info.name);
+    const QString ending = format.isEmpty() ? QString() : QLatin1Char('.') + format;
+    const QString folder = documentFolder + AttachmentFolder;
+    const QString plain = folder + stem + ending;
+    const bool isFree = !package.HasPartIgnoringCase(plain) && !changes.GetChanges().contains(plain);
+    entry.part = isFree ? plain : changes.FreePartName(package, folder, stem + QLatin1Char('_'), ending);
+    changes.SetPartFromDevice(entry.part, [file = entry.file] {
+        auto device = std::make_unique<QFile>(file->fileName());
+        device->open(QIODevice::ReadOnly);
+        return device->isOpen() ? std::unique_ptr<QIODevice>(std::move(device)) : nullptr;
+    });
+}
+
+QByteArray AttachmentWriter::ElementOf(const AttachmentEntry& entry, const QByteArray& prefix) const
+{
+    XmlFragment xml(prefix);
+    xml.Open("Attachment")
+        .Attribute("ID", QString::number(entry.info.id))
+        .Attribute("Name", TextOf(entry.info.name))
+        .Attribute("Format", TextOf(entry.info.format))
+        .Attribute("CreationDate", TextOf(entry.info.addDate))
+        .Attribute("Size", double(entry.info.size));
+    return xml.Element("FileLoc", MakeReference(entry.part, listPart, false)).Close().GetBytes();
+}
+
+// A document without a list gets one in a part of its own; an element that named a missing part is put right.
+bool AttachmentWriter::MakeList(PackageChanges& changes)
+{
+    const pugi::xml_node root = document.GetRoot();
+    const QByteArray prefix = PrefixOf(root);
+    listPart = documentFolder + QStringLiteral("Attachments.xml");
+    if (package.HasPartIgnoringCase(listPart))
+        listPart =
+            changes.FreePartName(package, documentFolder, QStringLiteral("Attachments_"), QStringLiteral(".xml"));
+    QByteArray xml =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<" + prefix + "Attachments" + NamespaceDeclaration(root) + '>';
+    int ordinal = 0;
+    for (AttachmentEntry& entry : written) {
+        AddPart(entry, changes);
+        xml += ElementOf(entry, prefix);
+        entry.file.reset();
+        entry.ordinal = ordinal++;
+    }
+    xml += "</" + prefix + "Attachments>";
+    changes.SetPart(listPart, xml);
+    const QString reference = MakeReference(listPart, document.GetName(), false);
+    if (const pugi::xml_node element = ChildElement(root, "Attachments"))
+        edit.SetText(element, reference);
+    else
+        edit.InsertInOrder(root, "Attachments", XmlFragment(prefix).Element("Attachments", reference).GetBytes(),
+                           DocumentOrder());
+    return true;
+}
+
+// The highest identifier that was given out is written back.
+void AttachmentWriter::RaiseMaxUnitId()
+{
+    int highest = 0;
+    for (const AttachmentEntry& entry : qAsConst(written)) {
+        if (entry.file)
+            highest = std::max(highest, entry.info.id);
+    }
+    const pugi::xml_node common = ChildElement(document.GetRoot(), "CommonData");
+    const pugi::xml_node element = ChildElement(common, "MaxUnitID");
+    if (!common || int(ParseId(TrimmedText(element).toStdString()).value_or(0)) >= highest)
+        return;
+    if (element)
+        edit.SetText(element, QString::number(highest));
+    else
+        edit.PrependChild(common,
+                          XmlFragment(PrefixOf(common)).Element("MaxUnitID", QString::number(highest)).GetBytes());
+}
+
+} // namespace ofd

@@ -1,0 +1,303 @@
+#include "document_export.h"
+
+#include "ofd_file.h"
+
+#include <frame/base/converters.h>
+#include <ofd/package/xml_text.h>
+#include <tests/support/byte_streams.h>
+
+#include <QSet>
+
+namespace {
+
+constexpr double BaselineMm = 3.4; // below the top of a text's box
+constexpr double LetterMm = 2;
+
+QString Text(const CCA_String& text)
+{
+    return GQ_ToQStringFromUtf8(text);
+}
+
+// Turns one document into parts.
+class Exporter
+{
+public:
+    explicit Exporter(IG_Document& document)
+        : document(document)
+    {
+    }
+
+    OfdFile Export()
+    {
+        ofd::XmlFragment xml("ofd:");
+        xml.Open("CommonData").Element("MaxUnitID", QStringLiteral("1000"));
+        xml.Element("PublicRes", QStringLiteral("PublicRes.xml"));
+        WriteTemplates(xml);
+        xml.Close();
+        WritePages(xml);
+        WriteOutline(xml);
+        WritePermissions(xml);
+        WriteBookmarks(xml);
+        WriteLists(xml);
+        file = OfdFile::WithPages(0);
+        file.Set(QStringLiteral("Doc_0/Document.xml"), Element("Document", xml.GetBytes()));
+        file.Set(QStringLiteral("Doc_0/PublicRes.xml"),
+                 Element("Res", "<ofd:Fonts><ofd:Font ID=\"900\" FontName=\"Courier New\"/></ofd:Fonts>"));
+        for (auto part = parts.cbegin(); part != parts.cend(); ++part)
+            file.Set(part.key(), part.value());
+        return file;
+    }
+
+private:
+    void WriteTemplates(ofd::XmlFragment& xml)
+    {
+        for (int i = 0; i < document.GetTemplateCount(); ++i) {
+            const int id = document.GetTemplateIdAt(i);
+            const QString part = QStringLiteral("Tpls/Tpl_%1.xml").arg(id);
+            xml.Open("TemplatePage").Attribute("ID", QString::number(id)).Attribute("BaseLoc", part);
+            xml.Attribute("Name", Text(document.GetTemplateName(id)));
+            xml.Attribute("ZOrder", Text(document.GetTemplateZOrder(id))).Close();
+            parts[QStringLiteral("Doc_0/") + part] = Element("Page", {});
+        }
+    }
+
+    void WritePages(ofd::XmlFragment& xml)
+    {
+        xml.Open("Pages");
+        for (int i = 0; i < document.GetPageCount(); ++i) {
+            const QString part = QStringLiteral("Pages/Page_%1/Content.xml").arg(i);
+            xml.Open("Page").Attribute("ID", QString::number(document.PageIdFromIndex(i)));
+            xml.Attribute("BaseLoc", part).Close();
+            parts[QStringLiteral("Doc_0/") + part] = PagePart(i);
+        }
+        xml.Close();
+    }
+
+    QByteArray PagePart(int index)
+    {
+        IG_Page* page = document.GetPage(index);
+        page->Load();
+        ofd::XmlFragment xml("ofd:");
+        for (int i = 0; i < page->GetTemplateRefCount(); ++i) {
+            xml.Open("Template").Attribute("TemplateID", QString::number(page->GetTemplateRefAt(i)));
+            xml.Attribute("ZOrder", Text(page->GetTemplateRefZOrder(i))).Close();
+        }
+        const QSizeF size = document.PageSizeMm(index);
+        xml.Open("Area").Element("PhysicalBox", QStringLiteral("0 0 %1 %2").arg(size.width()).arg(size.height()));
+        xml.Close().Open("Content");
+        for (int i = 0; i < page->GetLayerCount(); ++i)
+            WriteLayer(xml, page, i);
+        return Element("Page", xml.GetBytes());
+    }
+
+    void WriteLayer(ofd::XmlFragment& xml, IG_Page* page, int position)
+    {
+        static const char* const kinds[] = {"Background", "Body", "Foreground"};
+        IG_PageLayer* layer = page->GetLayerAt(position);
+        xml.Open("Layer").Attribute("ID", QString::number(500 + position));
+        xml.Attribute("Type", QString::fromLatin1(kinds[layer->GetKind()]));
+        xml.Attribute("Name", layer->GetName().ToQString());
+        for (const int id : ObjectsOfLayer(page, position))
+            WriteText(xml, page, id);
+        xml.Close();
+    }
+
+    // The objects that are there while all other layers are hidden.
+    QList<int> ObjectsOfLayer(IG_Page* page, int position)
+    {
+        for (int i = 0; i < page->GetLayerCount(); ++i)
+            page->GetLayerAt(i)->SetVisible(i == position);
+        G_PageObjRef ref;
+        page->CollectObjectsInRect(CCA_GRect(-1, -1, 10000, 10000), &ref);
+        for (int i = 0; i < page->GetLayerCount(); ++i)
+            page->GetLayerAt(i)->SetVisible(true);
+        return ref.objectIds;
+    }
+
+    void WriteText(ofd::XmlFragment& xml, IG_Page* page, int id)
+    {
+        G_CustomTagItem tag;
+        tag.objects.Add(new G_PageObjRef{page->PageId(), {id}});
+        CCA_LockedArray<G_PageObjectPath> paths;
+        document.CustomTagObjects(paths, &tag);
+        const QRectF box = GQ_ToQPainterPath(paths.GetAt(0).path).boundingRect();
+        page->GetTextPage()->Parse(0);
+        wchar_t* wide = nullptr;
+        page->GetTextPage()->GetTextInRect(GQ_ToCAGRect(box), &wide);
+        const QString text = QString::fromWCharArray(wide);
+        CCA_FreeWide(wide);
+        xml.Open("TextObject").Attribute("ID", QString::number(id)).Attribute("Font", QStringLiteral("900"));
+        xml.Attribute("Size", QStringLiteral("4"));
+        xml.Attribute("Boundary", QString::fromLatin1(ofd::FormatNumbers({box.x(), box.y(), box.width(), 4})));
+        xml.Open("TextCode").Attribute("X", 0.0).Attribute("Y", BaselineMm);
+        xml.Attribute("DeltaX", QStringLiteral("g %1 %2").arg(text.size()).arg(LetterMm)).Text(text).Close().Close();
+    }
+
+    void WriteDest(ofd::XmlFragment& xml, const G_Dest& dest)
+    {
+        static const char* const types[] = {"XYZ", "Fit", "FitH", "FitV", "FitR"};
+        xml.Open("Dest").Attribute("Type", QString::fromLatin1(types[dest.zoomMode]));
+        xml.Attribute("PageID", QString::number(dest.pageId));
+        xml.Attribute("Left", double(dest.left)).Attribute("Top", double(dest.top));
+        xml.Attribute("Right", double(dest.right)).Attribute("Bottom", double(dest.bottom));
+        xml.Attribute("Zoom", double(dest.zoom)).Close();
+    }
+
+    void WriteOutline(ofd::XmlFragment& xml)
+    {
+        if (!document.GetOutlineRoot())
+            return;
+        xml.Open("Outlines");
+        WriteOutlineBelow(xml, document.GetOutlineRoot());
+        xml.Close();
+    }
+
+    void WriteOutlineBelow(ofd::XmlFragment& xml, G_TreeNode* parent)
+    {
+        for (int i = 0; i < parent->SubNodeCount(); ++i) {
+            const auto* item = dynamic_cast<const G_OutlineItem*>(parent->SubNode(i)->data);
+            xml.Open("OutlineElem").Attribute("Title", Text(item->text));
+            xml.Attribute("Expanded", item->expanded ? QStringLiteral("true") : QStringLiteral("false"));
+            for (const G_Action* action : item->actions) {
+                const auto* jump = dynamic_cast<const G_ActionGoto*>(action);
+                if (!jump)
+                    continue;
+                xml.Open("Actions").Open("Action").Attribute("Event", QStringLiteral("CLICK")).Open("Goto");
+                WriteDest(xml, *jump->dest);
+                xml.Close().Close().Close();
+            }
+            WriteOutlineBelow(xml, parent->SubNode(i));
+            xml.Close();
+        }
+    }
+
+    void WritePermissions(ofd::XmlFragment& xml)
+    {
+        const auto word = [](bool isAllowed) { return isAllowed ? QStringLiteral("true") : QStringLiteral("false"); };
+        if (!document.HasPermissions())
+            return;
+        xml.Open("Permissions")
+            .Element("Edit", word(document.MayEdit()))
+            .Element("Annot", word(document.MayAnnotate()));
+        xml.Element("Export", word(document.MayExport())).Close();
+    }
+
+    void WriteBookmarks(ofd::XmlFragment& xml)
+    {
+        G_TreeNode* root = document.GetBookmarkRoot();
+        if (!root)
+            return;
+        xml.Open("Bookmarks");
+        for (int i = 0; i < root->SubNodeCount(); ++i) {
+            const auto* bookmark = dynamic_cast<const G_Bookmark*>(root->SubNode(i)->data);
+            xml.Open("Bookmark").Attribute("Name", Text(bookmark->name));
+            WriteDest(xml, *bookmark->dest);
+            xml.Close();
+        }
+        xml.Close();
+    }
+
+    void WriteLists(ofd::XmlFragment& xml)
+    {
+        ofd::XmlFragment annotations("ofd:");
+        for (int i = 0; i < document.GetPageCount(); ++i)
+            WriteAnnotations(annotations, document.GetPage(i));
+        xml.Element("Annotations", QStringLiteral("Annotations.xml"));
+        parts[QStringLiteral("Doc_0/Annotations.xml")] = Element("Annotations", annotations.GetBytes());
+        if (document.CustomTagRootCount() > 0)
+            WriteTags(xml);
+        if (document.GetAttachmentCount() > 0)
+            WriteAttachments(xml);
+    }
+
+    void WriteAnnotations(ofd::XmlFragment& list, IG_Page* page)
+    {
+        page->LoadAnnots();
+        if (page->GetAnnotCount() == 0)
+            return;
+        ofd::XmlFragment xml("ofd:");
+        for (int i = 0; i < page->GetAnnotCount(); ++i) {
+            IG_Annot* annot = page->GetAnnotAt(i);
+            const CCA_GRect box = annot->GetBoundary();
+            xml.Open("Annot").Attribute("ID", QString::number(annot->GetId()));
+            xml.Attribute("Type", Text(AnnotTypeToString(annot->GetType())));
+            xml.Attribute("Subtype", Text(annot->GetSubType())).Attribute("Creator", Text(annot->GetCreator()));
+            xml.Attribute("LastModDate", Text(annot->GetDate()));
+            if (!annot->GetRemark().IsEmpty())
+                xml.Element("Remark", Text(annot->GetRemark()));
+            xml.Open("Appearance");
+            xml.Attribute("Boundary",
+                          QString::fromLatin1(ofd::FormatNumbers(
+                              {double(box.left), double(box.top), double(box.Width()), double(box.Height())})));
+            xml.Close().Close();
+        }
+        const QString part = QStringLiteral("Annots/Annot_%1.xml").arg(page->PageId());
+        list.Open("Page").Attribute("PageID", QString::number(page->PageId())).Element("FileLoc", part).Close();
+        parts[QStringLiteral("Doc_0/") + part] = Element("PageAnnot", xml.GetBytes());
+    }
+
+    void WriteTags(ofd::XmlFragment& xml)
+    {
+        ofd::XmlFragment list("ofd:");
+        for (int i = 0; i < document.CustomTagRootCount(); ++i) {
+            const QString part = QStringLiteral("Tags/Tag_%1.xml").arg(i);
+            list.Open("CustomTag").Attribute("NameSpace", QStringLiteral("urn:test"));
+            list.Element("FileLoc", part).Close();
+            ofd::XmlFragment tags("ofd:");
+            WriteTag(tags, document.CustomTagRoot(i)->SubNode(0));
+            QByteArray bytes = tags.GetBytes();
+            parts[QStringLiteral("Doc_0/") + part] =
+                bytes.insert(bytes.indexOf('>'), " xmlns:ofd=\"http://www.ofdspec.org/2016\"");
+        }
+        xml.Element("CustomTags", QStringLiteral("CustomTags.xml"));
+        parts[QStringLiteral("Doc_0/CustomTags.xml")] = Element("CustomTags", list.GetBytes());
+    }
+
+    void WriteTag(ofd::XmlFragment& xml, G_TreeNode* node)
+    {
+        const auto* tag = dynamic_cast<const G_CustomTagItem*>(node->data);
+        xml.Open(tag->tagName.Bytes());
+        for (const CCA_String& attribute : tag->attributes.Values()) {
+            const int equals = attribute.Bytes().indexOf('=');
+            xml.Attribute(attribute.Bytes().left(equals), QString::fromUtf8(attribute.Bytes().mid(equals + 1)));
+        }
+        for (const G_PageObjRef* ref : tag->objects.Values()) {
+            for (const int id : ref->objectIds) {
+                xml.Open("ObjectRef").Attribute("PageRef", QString::number(ref->pageId));
+                xml.Text(QString::number(id)).Close();
+            }
+        }
+        for (int i = 0; i < node->SubNodeCount(); ++i)
+            WriteTag(xml, node->SubNode(i));
+        xml.Close();
+    }
+
+    void WriteAttachments(ofd::XmlFragment& xml)
+    {
+        ofd::XmlFragment list("ofd:");
+        for (int i = 0; i < document.GetAttachmentCount(); ++i) {
+            const G_AttachmentInfo info = document.GetAttachment(i);
+            const QString part = QStringLiteral("Attachs/file_%1").arg(i);
+            list.Open("Attachment").Attribute("ID", QString::number(info.id)).Attribute("Name", Text(info.name));
+            list.Attribute("Format", Text(info.format));
+            list.Attribute("Visible", info.visible ? QStringLiteral("true") : QStringLiteral("false"));
+            list.Element("FileLoc", part).Close();
+            BytesWriter bytes;
+            document.WriteAttachment(i, &bytes);
+            parts[QStringLiteral("Doc_0/") + part] = bytes.bytes;
+        }
+        xml.Element("Attachments", QStringLiteral("Attachments.xml"));
+        parts[QStringLiteral("Doc_0/Attachments.xml")] = Element("Attachments", list.GetBytes());
+    }
+
+    IG_Document& document;
+    OfdFile file;
+    QMap<QString, QByteArray> parts;
+};
+
+} // namespace
+
+void ExportDocument(IG_Document& document, const QString& path)
+{
+    Exporter(document).Export().Write(path);
+}
