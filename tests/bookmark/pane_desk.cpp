@@ -8,6 +8,7 @@
 #include <frame/operation/event_manager.h>
 
 #include <QApplication>
+#include <QDrag>
 #include <QTextEdit>
 #include <QUndoStack>
 #include <QtTest>
@@ -78,6 +79,36 @@ QTextEdit* DeskTab::Editor() const
 QPoint DeskTab::RowPoint(int row) const
 {
     return Tree()->visualItemRect(Tree()->topLevelItem(row)).center();
+}
+
+QPoint DeskTab::LowPoint(int row) const
+{
+    return RowPoint(row) + QPoint(0, 3);
+}
+
+void DeskTab::Click(int row) const
+{
+    QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, {}, RowPoint(row));
+}
+
+void DeskTab::DoubleClick(int row) const
+{
+    Click(row);
+    QTest::mouseDClick(Tree()->viewport(), Qt::LeftButton, {}, RowPoint(row));
+}
+
+Drag::Outcome DeskTab::DragRow(int row, const QList<QPoint>& path) const
+{
+    Drag::Outcome outcome;
+    QWidget* viewport = Tree()->viewport();
+    ReorderTree::SetDragRunner([&](QDrag* drag) {
+        outcome = Drag::DropAt(viewport, drag->mimeData(), path);
+        return outcome.action;
+    });
+    Drag::MouseDrag(viewport, RowPoint(row), path.last());
+    ReorderTree::SetDragRunner({});
+    ViewFixture::Settle();
+    return outcome;
 }
 
 void DeskTab::Select(const QList<int>& rows) const

@@ -2,6 +2,7 @@
 
 #include <bookmark/bookmark_operations.h>
 #include <bookmark/bookmark_page.h>
+#include <tests/support/drag.h>
 #include <tests/support/view_fixture.h>
 
 #include <frame/view/context_menu.h>
@@ -61,6 +62,11 @@ struct DeskTab
     QUndoStack* Stack() const;
     QTextEdit* Editor() const;      // the open row editor, or null
     QPoint RowPoint(int row) const; // the middle of a row, viewport coordinates
+    QPoint LowPoint(int row) const; // below the middle: never in the zone at the top of the view
+    void Click(int row) const;
+    void DoubleClick(int row) const;
+    // Presses a row and drags it along the path with real mouse and drag events; the pointer is let go at its end.
+    Drag::Outcome DragRow(int row, const QList<QPoint>& path) const;
     void Select(const QList<int>& rows) const;
     QList<int> SelectedRows() const;
     // Lets the page change that follows the opening or a click be swallowed.

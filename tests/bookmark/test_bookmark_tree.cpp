@@ -12,37 +12,14 @@
 #include <frame/view/tool_handler.h>
 
 #include <QApplication>
-#include <QContextMenuEvent>
 #include <QCursor>
 #include <QDrag>
 #include <QMimeData>
 #include <QScrollBar>
-#include <QTextEdit>
 #include <QUndoStack>
 #include <QtTest>
 
 namespace {
-
-// Presses a row and drags it along the path with real mouse and drag events; the pointer is let go at its end.
-Drag::Outcome DragRow(const DeskTab* tab, int row, const QList<QPoint>& path)
-{
-    Drag::Outcome outcome;
-    QWidget* viewport = tab->Tree()->viewport();
-    ReorderTree::SetDragRunner([&](QDrag* drag) {
-        outcome = Drag::DropAt(viewport, drag->mimeData(), path);
-        return outcome.action;
-    });
-    Drag::MouseDrag(viewport, tab->RowPoint(row), path.last());
-    ReorderTree::SetDragRunner({});
-    ViewFixture::Settle();
-    return outcome;
-}
-
-// A point that lies in the row but not in the zone at the top of the view.
-QPoint Low(const DeskTab* tab, int row)
-{
-    return tab->RowPoint(row) + QPoint(0, 3);
-}
 
 int DragsBegun(const DeskTab* tab, int row)
 {
@@ -85,23 +62,6 @@ private slots:
     void holdingADragNearTheEdgeScrollsAndLeavingStopsIt();
     void aDragThatEndedElsewhereLeavesNothingForTheNext();
     void aDragOverTheListEndsTheSignatureToolAndOnlyThatTool();
-    // Keys
-    void enterGoesToTheBookmarkAsAClickDoes();
-    void f2OpensTheEditorOfTheCurrentRow();
-    void f2WithoutACurrentRowDoesNothing();
-    void deleteRemovesTheSelectionAndGoesOnWithTheNextRow();
-    void deleteWithoutASelectionTellsSo();
-    void altUpAndDownMoveTheSelectionByOneRow();
-    void altUpGathersScatteredRowsAsOneBlock();
-    void altUpAtTheTopAndAltDownAtTheBottomDoNothing();
-    void altArrowsDoNothingWhereEditingIsNotAllowed();
-    void theMenuKeyOpensTheMenuAtTheCurrentRowAlsoWhenItIsScrolledAway();
-    void theTabKeyEndsAnEditWithoutOpeningAnotherRow();
-    // Geometry
-    void wrappedRowsAreMeasuredAnewAtAnotherWidth();
-    void switchingWordWrapChangesTheRowHeightAndBack();
-    // The whole way
-    void addingRenamingAndDraggingWithRealEventsUndoesAndRedoesCompletely();
 };
 
 void TestBookmarkTree::init()
@@ -141,7 +101,7 @@ void TestBookmarkTree::aDropInTheTopPixelsMovesTheSelectionToTheTopWhateverRowLi
     const DeskTab* tab = desk.First();
     tab->Tree()->verticalScrollBar()->setValue(3); // row 3 lies at the top of the view
     QCOMPARE(tab->Tree()->itemAt(QPoint(20, 2)), tab->Tree()->topLevelItem(3));
-    const Drag::Outcome outcome = DragRow(tab, 7, {tab->RowPoint(6), QPoint(20, 2)});
+    const Drag::Outcome outcome = tab->DragRow(7, {tab->RowPoint(6), QPoint(20, 2)});
     QVERIFY(outcome.wasDropped);
     QCOMPARE(tab->Names().mid(0, 5), (QStringList{"H", "A", "B", "C", "D"}));
     QCOMPARE(tab->Rows(), tab->Names());
@@ -151,7 +111,7 @@ void TestBookmarkTree::aSelectedRowAtTheTopRefusesTheDropThere()
 {
     PaneDesk desk(DocumentWithBookmarks(4));
     const DeskTab* tab = desk.First();
-    const Drag::Outcome outcome = DragRow(tab, 0, {tab->RowPoint(1), QPoint(20, 2)});
+    const Drag::Outcome outcome = tab->DragRow(0, {tab->RowPoint(1), QPoint(20, 2)});
     QVERIFY(!outcome.wasMoved);
     QCOMPARE(tab->Names(), (QStringList{"A", "B", "C", "D"}));
     QCOMPARE(tab->Stack()->count(), 0);
@@ -170,7 +130,7 @@ void TestBookmarkTree::theTopZoneIsFivePixelsHigh()
     QFETCH(int, y);
     QFETCH(QStringList, names);
     PaneDesk desk(DocumentWithBookmarks(4));
-    DragRow(desk.First(), 2, {QPoint(20, y)});
+    desk.First()->DragRow(2, {QPoint(20, y)});
     QCOMPARE(desk.First()->Names(), names);
 }
 
@@ -181,11 +141,11 @@ void TestBookmarkTree::aDropOnASelectedRowDoesNothingTheIndicatorVanishesAndNoDr
     tab->Select({1, 3});
     const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
     QVERIFY(data);
-    Drag::Outcome outcome = Drag::HoverAt(tab->Tree()->viewport(), data.get(), {Low(tab, 2)});
+    Drag::Outcome outcome = Drag::HoverAt(tab->Tree()->viewport(), data.get(), {tab->LowPoint(2)});
     QVERIFY(outcome.wasMoved);
     QVERIFY(tab->Tree()->canDrop);
     QVERIFY(!tab->Tree()->line.isNull());
-    outcome = Drag::DropAt(tab->Tree()->viewport(), data.get(), {Low(tab, 2), Low(tab, 3)});
+    outcome = Drag::DropAt(tab->Tree()->viewport(), data.get(), {tab->LowPoint(2), tab->LowPoint(3)});
     QVERIFY(outcome.wasEntered);
     QVERIFY(!outcome.wasMoved);
     QVERIFY(!outcome.wasDropped);
@@ -193,7 +153,7 @@ void TestBookmarkTree::aDropOnASelectedRowDoesNothingTheIndicatorVanishesAndNoDr
     QVERIFY(tab->Tree()->line.isNull());
     QCOMPARE(tab->Tree()->oldLine.y1(), tab->Tree()->visualItemRect(tab->Tree()->topLevelItem(3)).bottom());
     // A drop event that arrives all the same changes neither the document nor the items.
-    QDropEvent drop(Low(tab, 3), Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QDropEvent drop(tab->LowPoint(3), Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(tab->Tree()->viewport(), &drop);
     QVERIFY(!drop.isAccepted());
     QCOMPARE(tab->Names(), (QStringList{"A", "B", "C", "D", "E"}));
@@ -209,7 +169,7 @@ void TestBookmarkTree::aDropOnTheLastRowPlacesTheBlockAfterIt()
     VERIFY_UNDO_REDO(
         tab->Stack(), [tab] { return tab->Dump(); },
         [tab] {
-            DragRow(tab, 1, {Low(tab, 3), Low(tab, 4)});
+            tab->DragRow(1, {tab->LowPoint(3), tab->LowPoint(4)});
         });
     QCOMPARE(tab->Names(), (QStringList{"C", "D", "E", "A", "B"}));
     QCOMPARE(tab->Rows(), tab->Names());
@@ -221,7 +181,7 @@ void TestBookmarkTree::aDropBesideTheRowsDoesNothing()
     const DeskTab* tab = desk.First();
     const QPoint beside(20, tab->Tree()->viewport()->height() - 4);
     QVERIFY(!tab->Tree()->itemAt(beside));
-    const Drag::Outcome outcome = DragRow(tab, 0, {Low(tab, 1), beside});
+    const Drag::Outcome outcome = tab->DragRow(0, {tab->LowPoint(1), beside});
     QVERIFY(!outcome.wasMoved);
     QCOMPARE(tab->Names(), (QStringList{"A", "B", "C"}));
 }
@@ -232,7 +192,7 @@ void TestBookmarkTree::draggingSeveralRowsKeepsTheirOrderAndIsOneUndoStep()
     const DeskTab* tab = desk.First();
     tab->Select({4, 0, 2});
     VERIFY_UNDO_REDO(
-        tab->Stack(), [tab] { return tab->Dump(); }, [tab] { DragRow(tab, 2, {Low(tab, 3)}); });
+        tab->Stack(), [tab] { return tab->Dump(); }, [tab] { tab->DragRow(2, {tab->LowPoint(3)}); });
     QCOMPARE(tab->Names(), (QStringList{"B", "D", "A", "C", "E", "F"}));
     QCOMPARE(tab->Stack()->count(), 1);
 }
@@ -243,7 +203,7 @@ void TestBookmarkTree::aMoveFiresOneEventForEachRowAndOneForTheWhole()
     const DeskTab* tab = desk.First();
     tab->Select({0, 1});
     const EventProbe probe(desk.Context()->EventMgr());
-    DragRow(tab, 0, {Low(tab, 4)});
+    tab->DragRow(0, {tab->LowPoint(4)});
     QCOMPARE(probe.Count(110), 3);
 }
 
@@ -256,19 +216,19 @@ void TestBookmarkTree::anotherPanesDragIsRefusedAndAForgedAddressIsNeverFollowed
     const std::unique_ptr<QMimeData> foreign(desk.First()->Tree()->PrepareDrag());
     QVERIFY(foreign);
     const std::unique_ptr<QMimeData> own(other->Tree()->PrepareDrag());
-    QVERIFY(!Drag::DropAt(other->Tree()->viewport(), foreign.get(), {Low(other, 1)}).wasMoved);
+    QVERIFY(!Drag::DropAt(other->Tree()->viewport(), foreign.get(), {other->LowPoint(1)}).wasMoved);
     QMimeData forged;
     for (const char* text : {"", "1", "not a number", "18446744073709551615"}) {
         forged.setData(QStringLiteral("BookmarkMoveDstItem"), text);
-        QVERIFY(!Drag::DropAt(other->Tree()->viewport(), &forged, {Low(other, 1)}).wasMoved);
-        QDropEvent drop(Low(other, 1), Qt::MoveAction, &forged, Qt::LeftButton, Qt::NoModifier);
+        QVERIFY(!Drag::DropAt(other->Tree()->viewport(), &forged, {other->LowPoint(1)}).wasMoved);
+        QDropEvent drop(other->LowPoint(1), Qt::MoveAction, &forged, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(other->Tree()->viewport(), &drop);
         QVERIFY(!drop.isAccepted());
     }
     QMimeData text;
     text.setText(QStringLiteral("A"));
-    QVERIFY(!Drag::DropAt(other->Tree()->viewport(), &text, {Low(other, 1)}).wasEntered);
-    QDropEvent drop(Low(other, 1), Qt::MoveAction, &text, Qt::LeftButton, Qt::NoModifier);
+    QVERIFY(!Drag::DropAt(other->Tree()->viewport(), &text, {other->LowPoint(1)}).wasEntered);
+    QDropEvent drop(other->LowPoint(1), Qt::MoveAction, &text, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(other->Tree()->viewport(), &drop);
     QVERIFY(!drop.isAccepted());
     QCOMPARE(other->Names(), (QStringList{"A", "B", "C", "D"}));
@@ -313,7 +273,7 @@ void TestBookmarkTree::theIndicatorStandsBelowTheRowAndAboveItAtTheTop()
     const DeskTab* tab = desk.First();
     tab->Select({3});
     const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
-    Drag::HoverAt(tab->Tree()->viewport(), data.get(), {Low(tab, 1)});
+    Drag::HoverAt(tab->Tree()->viewport(), data.get(), {tab->LowPoint(1)});
     const QRect row = tab->Tree()->visualItemRect(tab->Tree()->topLevelItem(1));
     QCOMPARE(tab->Tree()->line, QLine(row.left() + 6, row.bottom(), row.right() - 4, row.bottom()));
     QVERIFY(!tab->Tree()->dropAtTop);
@@ -331,9 +291,9 @@ void TestBookmarkTree::theIndicatorIsPaintedWhileDraggingAndGoneOnceTheViewIsLef
     tab->Select({3});
     const QImage before = viewport->grab().toImage();
     const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
-    QDragEnterEvent enter(Low(tab, 1), Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QDragEnterEvent enter(tab->LowPoint(1), Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(viewport, &enter);
-    QDragMoveEvent move(Low(tab, 1), Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QDragMoveEvent move(tab->LowPoint(1), Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(viewport, &move);
     const QImage during = viewport->grab().toImage();
     QVERIFY(during != before);
@@ -353,7 +313,7 @@ void TestBookmarkTree::theMovedRowsAreSelectedAfterwards()
     PaneDesk desk(DocumentWithBookmarks(5));
     const DeskTab* tab = desk.First();
     tab->Select({0, 2});
-    DragRow(tab, 0, {Low(tab, 3)});
+    tab->DragRow(0, {tab->LowPoint(3)});
     QCOMPARE(tab->Names(), (QStringList{"B", "D", "A", "C", "E"}));
     QCOMPARE(tab->SelectedRows(), (QList<int>{2, 3}));
 }
@@ -408,240 +368,14 @@ void TestBookmarkTree::aDragOverTheListEndsTheSignatureToolAndOnlyThatTool()
     EventProbe probe(desk.Context()->EventMgr());
     Drag::HoverAt(tab->Tree()->viewport(), data.get(), {QPoint(20, 2)});
     QCOMPARE(tab->view->CurrentToolHandler(), signature); // the zone at the top does not ask for the tool
-    Drag::HoverAt(tab->Tree()->viewport(), data.get(), {Low(tab, 0)});
+    Drag::HoverAt(tab->Tree()->viewport(), data.get(), {tab->LowPoint(0)});
     QCOMPARE(tab->view->CurrentToolHandler()->Name(), CCA_String("t_handtool"));
     QCOMPARE(probe.Count(260), 2);
-    Drag::HoverAt(tab->Tree()->viewport(), data.get(), {Low(tab, 0)});
+    Drag::HoverAt(tab->Tree()->viewport(), data.get(), {tab->LowPoint(0)});
     QCOMPARE(probe.Count(260), 2);
     tab->view->SetCurrentToolHandler(tab->view->ToolHandlerByName("t_textselect"));
-    Drag::HoverAt(tab->Tree()->viewport(), data.get(), {Low(tab, 0)});
+    Drag::HoverAt(tab->Tree()->viewport(), data.get(), {tab->LowPoint(0)});
     QCOMPARE(tab->view->CurrentToolHandler()->Name(), CCA_String("t_textselect"));
-}
-
-void TestBookmarkTree::enterGoesToTheBookmarkAsAClickDoes()
-{
-    PaneDesk desk(QStringLiteral("page 210 297\npage 210 297\npage 210 297\n"
-                                 "bookmark \"A\" page=1 zoom=1\nbookmark \"B\" page=3 rect=0,0,9,9 zoom=2"));
-    const DeskTab* tab = desk.First();
-    tab->Tree()->setFocus();
-    tab->Tree()->setCurrentItem(tab->Tree()->topLevelItem(0));
-    QTest::keyClick(tab->Tree(), Qt::Key_Down);
-    QCOMPARE(tab->view->CurrentPageIndex(), 0);
-    const EventProbe probe(desk.Context()->EventMgr());
-    QTest::keyClick(tab->Tree(), Qt::Key_Return);
-    QCOMPARE(tab->view->CurrentPageIndex(), 2);
-    QCOMPARE(tab->view->GetZoom(), 200.0F);
-    QCOMPARE(probe.Count(152), 1);
-    QCOMPARE(tab->SelectedRows(), QList<int>{1});
-    QTest::keyClick(tab->Tree(), Qt::Key_Up);
-    QTest::keyClick(tab->Tree(), Qt::Key_Enter, Qt::KeypadModifier);
-    QCOMPARE(tab->view->CurrentPageIndex(), 0);
-}
-
-void TestBookmarkTree::f2OpensTheEditorOfTheCurrentRow()
-{
-    PaneDesk desk(DocumentWithBookmarks(3));
-    const DeskTab* tab = desk.First();
-    tab->Select({1});
-    QTest::keyClick(tab->Tree(), Qt::Key_F2);
-    QVERIFY(tab->Editor());
-    QTest::keyClicks(tab->Editor(), QStringLiteral("renamed"));
-    QTest::keyClick(tab->Editor(), Qt::Key_Return);
-    ViewFixture::Settle();
-    QCOMPARE(tab->Names(), (QStringList{"A", "renamed", "C"}));
-    QCOMPARE(tab->Tree()->currentIndex().row(), 1); // the keyboard goes on from there
-}
-
-void TestBookmarkTree::f2WithoutACurrentRowDoesNothing()
-{
-    PaneDesk desk(DocumentWithBookmarks(0));
-    QTest::keyClick(desk.First()->Tree(), Qt::Key_F2);
-    QTest::keyClick(desk.First()->Tree(), Qt::Key_Return);
-    QVERIFY(!desk.First()->Editor());
-    QVERIFY(!desk.First()->pane->isRenaming);
-}
-
-void TestBookmarkTree::deleteRemovesTheSelectionAndGoesOnWithTheNextRow()
-{
-    PaneDesk desk(DocumentWithBookmarks(5));
-    const DeskTab* tab = desk.First();
-    tab->Select({1, 2});
-    QTest::keyClick(tab->Tree(), Qt::Key_Delete);
-    QCOMPARE(tab->Names(), (QStringList{"A", "D", "E"}));
-    QCOMPARE(tab->SelectedRows(), QList<int>{1});
-    QTest::keyClick(tab->Tree(), Qt::Key_Delete);
-    QTest::keyClick(tab->Tree(), Qt::Key_Delete);
-    QTest::keyClick(tab->Tree(), Qt::Key_Delete);
-    QCOMPARE(tab->Names(), QStringList());
-    QCOMPARE(tab->Stack()->count(), 4);
-    QVERIFY(StepTo(tab->Stack(), 0));
-    QCOMPARE(tab->Names(), (QStringList{"A", "B", "C", "D", "E"}));
-}
-
-void TestBookmarkTree::deleteWithoutASelectionTellsSo()
-{
-    PaneDesk desk(DocumentWithBookmarks(2));
-    desk.First()->Tree()->clearSelection();
-    desk.Context()->Answer(1024);
-    QTest::keyClick(desk.First()->Tree(), Qt::Key_Delete);
-    QCOMPARE(desk.Context()->LastAsked().text, QStringLiteral("Please select a bookmark first."));
-    QCOMPARE(desk.First()->Names().size(), 2);
-}
-
-void TestBookmarkTree::altUpAndDownMoveTheSelectionByOneRow()
-{
-    PaneDesk desk(DocumentWithBookmarks(5));
-    const DeskTab* tab = desk.First();
-    tab->Select({1, 2});
-    QTest::keyClick(tab->Tree(), Qt::Key_Down, Qt::AltModifier);
-    QCOMPARE(tab->Names(), (QStringList{"A", "D", "B", "C", "E"}));
-    QCOMPARE(tab->SelectedRows(), (QList<int>{2, 3}));
-    QTest::keyClick(tab->Tree(), Qt::Key_Down, Qt::AltModifier);
-    QCOMPARE(tab->Names(), (QStringList{"A", "D", "E", "B", "C"}));
-    for (int press = 0; press < 3; ++press)
-        QTest::keyClick(tab->Tree(), Qt::Key_Up, Qt::AltModifier);
-    QCOMPARE(tab->Names(), (QStringList{"B", "C", "A", "D", "E"}));
-    QCOMPARE(tab->SelectedRows(), (QList<int>{0, 1}));
-    QCOMPARE(tab->Stack()->count(), 5);
-    QVERIFY(StepTo(tab->Stack(), 0));
-    QCOMPARE(tab->Names(), (QStringList{"A", "B", "C", "D", "E"}));
-}
-
-void TestBookmarkTree::altUpGathersScatteredRowsAsOneBlock()
-{
-    PaneDesk desk(DocumentWithBookmarks(5));
-    const DeskTab* tab = desk.First();
-    tab->Select({0, 2, 4});
-    QTest::keyClick(tab->Tree(), Qt::Key_Up, Qt::AltModifier);
-    QCOMPARE(tab->Names(), (QStringList{"A", "C", "E", "B", "D"}));
-    QCOMPARE(tab->SelectedRows(), (QList<int>{0, 1, 2}));
-}
-
-void TestBookmarkTree::altUpAtTheTopAndAltDownAtTheBottomDoNothing()
-{
-    PaneDesk desk(DocumentWithBookmarks(3));
-    const DeskTab* tab = desk.First();
-    tab->Select({0, 1});
-    QTest::keyClick(tab->Tree(), Qt::Key_Up, Qt::AltModifier);
-    tab->Select({2});
-    QTest::keyClick(tab->Tree(), Qt::Key_Down, Qt::AltModifier);
-    tab->Tree()->clearSelection();
-    QTest::keyClick(tab->Tree(), Qt::Key_Down, Qt::AltModifier);
-    QCOMPARE(tab->Names(), (QStringList{"A", "B", "C"}));
-    QCOMPARE(tab->Stack()->count(), 0);
-}
-
-void TestBookmarkTree::altArrowsDoNothingWhereEditingIsNotAllowed()
-{
-    PaneDesk desk(QStringLiteral("readonly\n") + DocumentWithBookmarks(3));
-    desk.First()->Select({1});
-    QTest::keyClick(desk.First()->Tree(), Qt::Key_Up, Qt::AltModifier);
-    QTest::keyClick(desk.First()->Tree(), Qt::Key_Down, Qt::AltModifier);
-    QCOMPARE(desk.First()->Names(), (QStringList{"A", "B", "C"}));
-}
-
-void TestBookmarkTree::theMenuKeyOpensTheMenuAtTheCurrentRowAlsoWhenItIsScrolledAway()
-{
-    PaneDesk desk(DocumentWithBookmarks(60));
-    const DeskTab* tab = desk.First();
-    QSignalSpy requests(tab->Tree(), &QWidget::customContextMenuRequested);
-    tab->Tree()->setCurrentItem(tab->Tree()->topLevelItem(1));
-    tab->Tree()->verticalScrollBar()->setValue(tab->Tree()->verticalScrollBar()->maximum());
-    QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(0, 0));
-    QApplication::sendEvent(tab->Tree(), &menuKey);
-    QCOMPARE(desk.menu->shown, QStringList{"vn_bookmark"});
-    QCOMPARE(requests.count(), 1);
-    QCOMPARE(tab->Tree()->itemAt(requests.first().first().toPoint()), tab->Tree()->topLevelItem(1));
-    QTest::keyClick(tab->Tree(), Qt::Key_F10, Qt::ShiftModifier);
-    QCOMPARE(desk.menu->shown.size(), 2);
-    tab->Tree()->setCurrentItem(nullptr);
-    QApplication::sendEvent(tab->Tree(), &menuKey);
-    QCOMPARE(desk.menu->shown.size(), 2);
-}
-
-void TestBookmarkTree::theTabKeyEndsAnEditWithoutOpeningAnotherRow()
-{
-    PaneDesk desk(DocumentWithBookmarks(3));
-    const DeskTab* tab = desk.First();
-    tab->Select({0});
-    QTest::keyClick(tab->Tree(), Qt::Key_F2);
-    QTest::keyClicks(tab->Editor(), QStringLiteral("X"));
-    QTest::keyClick(tab->Editor(), Qt::Key_Tab);
-    ViewFixture::Settle();
-    QCOMPARE(tab->Names(), (QStringList{"X", "B", "C"}));
-    QVERIFY(!tab->Editor());
-}
-
-void TestBookmarkTree::wrappedRowsAreMeasuredAnewAtAnotherWidth()
-{
-    PaneDesk desk(QStringLiteral("page 210 297\nbookmark \"%1\" page=1").arg(QString(90, QLatin1Char('w'))));
-    const DeskTab* tab = desk.First();
-    const auto height = [tab] { return tab->Tree()->visualItemRect(tab->Tree()->topLevelItem(0)).height(); };
-    const int narrow = height();
-    tab->pane->resize(500, 420);
-    ViewFixture::Settle();
-    const int wide = height();
-    QVERIFY2(wide < narrow, qPrintable(QStringLiteral("%1 %2").arg(wide).arg(narrow)));
-    tab->pane->resize(260, 420);
-    ViewFixture::Settle();
-    QCOMPARE(height(), narrow);
-}
-
-void TestBookmarkTree::switchingWordWrapChangesTheRowHeightAndBack()
-{
-    PaneDesk desk(QStringLiteral("page 210 297\nbookmark \"%1\" page=1").arg(QString(90, QLatin1Char('w'))));
-    const DeskTab* tab = desk.First();
-    const auto height = [tab] { return tab->Tree()->visualItemRect(tab->Tree()->topLevelItem(0)).height(); };
-    const int wrapped = height();
-    QVERIFY(desk.Perform("d_bookmarkwrap"));
-    QCOMPARE(height(), 25);
-    QVERIFY(wrapped > 2 * height());
-    QVERIFY(desk.Perform("d_bookmarkwrap"));
-    QCOMPARE(height(), wrapped);
-    QCOMPARE(tab->Stack()->count(), 0);
-    QVERIFY(tab->pane->wordWrap && tab->pane->wrapEnabled);
-}
-
-void TestBookmarkTree::addingRenamingAndDraggingWithRealEventsUndoesAndRedoesCompletely()
-{
-    PaneDesk desk(QStringLiteral("page 210 297\n  text 20 30 Chapter One\npage 210 297\n"
-                                 "bookmark \"Start\" page=1 zoom=1\nbookmark \"End\" page=2 zoom=1"));
-    const DeskTab* tab = desk.First();
-    QStringList states{tab->Dump()};
-    // Add from the selected text.
-    tab->view->SelectAllText();
-    QVERIFY(!tab->view->SelectHighLightText().isEmpty());
-    QTest::mouseClick(tab->pane->addButton, Qt::LeftButton);
-    states.append(tab->Dump());
-    QCOMPARE(tab->Names(), (QStringList{"Start", "End", "Chapter One"}));
-    // Rename it in the editor that opened.
-    QVERIFY(tab->Editor());
-    QTest::keyClick(tab->Editor(), Qt::Key_End);
-    QTest::keyClicks(tab->Editor(), QStringLiteral(": the beginning"));
-    QTest::keyClick(tab->Editor(), Qt::Key_Return);
-    ViewFixture::Settle();
-    states.append(tab->Dump());
-    QCOMPARE(tab->Names().last(), QStringLiteral("Chapter One: the beginning"));
-    // Drag it between the other two.
-    const Drag::Outcome outcome = DragRow(tab, 2, {Low(tab, 1), Low(tab, 0)});
-    QVERIFY(outcome.wasDropped);
-    states.append(tab->Dump());
-    QCOMPARE(tab->Names(), (QStringList{"Start", "Chapter One: the beginning", "End"}));
-    QCOMPARE(tab->Stack()->count(), 3);
-    for (int round = 0; round < 2; ++round) {
-        for (int step = 2; step >= 0; --step) {
-            tab->Stack()->undo();
-            QCOMPARE(tab->Dump(), states.at(step));
-            QCOMPARE(tab->Rows(), tab->Names());
-        }
-        QVERIFY(!tab->Stack()->canUndo());
-        for (int step = 1; step <= 3; ++step) {
-            tab->Stack()->redo();
-            QCOMPARE(tab->Dump(), states.at(step));
-            QCOMPARE(tab->Rows(), tab->Names());
-        }
-        QVERIFY(!tab->Stack()->canRedo());
-    }
 }
 
 TETO_TEST_MAIN(TestBookmarkTree)
