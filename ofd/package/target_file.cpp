@@ -9,9 +9,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <vector>
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -23,6 +26,11 @@ namespace {
 constexpr qint64 KernelCopyBytes = qint64(16) << 20;
 constexpr qint64 BlockBytes = qint64(1) << 20;
 constexpr qint64 WritebackBytes = qint64(8) << 20;
+constexpr int NameAttempts = 100;
+const char NamePrefix[] = ".saving-"; // then the process, a random word, and the ending
+const char NameEnding[] = ".tmp";
+
+bool alwaysNamed = false;
 
 QString Tr(const char* text)
 {
@@ -80,6 +88,50 @@ void CopyExtendedAttributes(const QByteArray& from, int to)
     }
 }
 
+// The process that the name of a temporary file tells; 0 when it is none of ours.
+pid_t ProcessOf(const QByteArray& name)
+{
+    if (!name.startsWith(NamePrefix) || !name.endsWith(NameEnding))
+        return 0;
+    const QList<QByteArray> pieces = name.split('-');
+    return pieces.size() == 3 ? pid_t(pieces.at(1).toInt()) : 0;
+}
+
+// Deletes what killed processes left in the folder. A file is theirs when nobody of that number runs and nobody holds
+// the lock that its writer would hold; the latter protects writers on other machines and in other containers.
+void RemoveLeftovers(const QByteArray& folder)
+{
+    DIR* const entries = ::opendir(folder.constData());
+    if (!entries)
+        return;
+    while (const dirent* entry = ::readdir(entries)) {
+        const pid_t process = ProcessOf(entry->d_name);
+        if (process <= 0 || ::kill(process, 0) == 0 || errno != ESRCH)
+            continue;
+        const int leftover = ::openat(::dirfd(entries), entry->d_name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+        if (leftover < 0)
+            continue;
+        struct stat facts = {};
+        const bool isFile = ::fstat(leftover, &facts) == 0 && S_ISREG(facts.st_mode);
+        if (isFile && ::flock(leftover, LOCK_EX | LOCK_NB) == 0)
+            ::unlinkat(::dirfd(entries), entry->d_name, 0);
+        ::close(leftover);
+    }
+    ::closedir(entries);
+}
+
+// A name that nobody has by all likelihood.
+QString NewName(const QString& folder)
+{
+    return folder + QLatin1Char('/') + QLatin1String(NamePrefix) + QString::number(::getpid()) + QLatin1Char('-') +
+           QString::number(QRandomGenerator::system()->generate64(), 36) + QLatin1String(NameEnding);
+}
+
+QByteArray PathOfDescriptor(int descriptor)
+{
+    return "/proc/self/fd/" + QByteArray::number(descriptor);
+}
+
 } // namespace
 
 TargetFile::~TargetFile()
@@ -109,20 +161,69 @@ PackageError TargetFile::PrepareTemporary()
     if (isReplacing && ::access(target.constData(), W_OK) != 0)
         return WriteError(errno);
     // Nobody else may look into the copy of a protected file; a fresh file gets what the user's mask says.
-    const mode_t mode = isReplacing ? 0600 : 0666;
+    mode = isReplacing ? 0600 : 0666;
     const QString folder = QFileInfo(targetPath).absolutePath();
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        const QString name = folder + QStringLiteral("/.saving-") +
-                             QString::number(QRandomGenerator::system()->generate64(), 36) + QStringLiteral(".tmp");
+    RemoveLeftovers(QFile::encodeName(folder));
+    if (!OpenUnnamed(folder) && !OpenNamed(folder))
+        return WriteError(errno);
+    (void)::flock(descriptor, LOCK_EX | LOCK_NB); // tells others that its writer lives
+    return {};
+}
+
+bool TargetFile::OpenUnnamed(const QString& folder)
+{
+    if (alwaysNamed)
+        return false;
+    descriptor = ::open(QFile::encodeName(folder).constData(), O_RDWR | O_TMPFILE | O_CLOEXEC, mode);
+    // It is read back and named through the process's own folder of descriptors, which a sandbox may lack.
+    if (descriptor >= 0 && ::access(PathOfDescriptor(descriptor).constData(), R_OK) != 0) {
+        ::close(descriptor);
+        descriptor = -1;
+    }
+    return descriptor >= 0;
+}
+
+bool TargetFile::OpenNamed(const QString& folder)
+{
+    for (int attempt = 0; attempt < NameAttempts; ++attempt) {
+        const QString name = NewName(folder);
         descriptor = ::open(QFile::encodeName(name).constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
         if (descriptor >= 0) {
             temporaryPath = name;
-            return {};
+            return true;
         }
         if (errno != EEXIST)
             break;
     }
-    return WriteError(errno);
+    return false;
+}
+
+QString TargetFile::GetTemporaryPath() const
+{
+    return temporaryPath.isEmpty() ? QFile::decodeName(PathOfDescriptor(descriptor)) : temporaryPath;
+}
+
+void TargetFile::SetAlwaysNamed(bool isAlwaysNamed)
+{
+    alwaysNamed = isAlwaysNamed;
+}
+
+// A file without a name can take a free name, but not one that is in use, so it gets one of its own to be renamed from.
+bool TargetFile::GiveName()
+{
+    const QByteArray self = PathOfDescriptor(descriptor);
+    const QString folder = QFileInfo(targetPath).absolutePath();
+    for (int attempt = 0; attempt < NameAttempts; ++attempt) {
+        const QString name = NewName(folder);
+        if (::linkat(AT_FDCWD, self.constData(), AT_FDCWD, QFile::encodeName(name).constData(), AT_SYMLINK_FOLLOW) ==
+            0) {
+            temporaryPath = name;
+            return true;
+        }
+        if (errno != EEXIST)
+            break;
+    }
+    return false;
 }
 
 PackageError TargetFile::Write(const char* bytes, qint64 count)
@@ -233,6 +334,8 @@ PackageError TargetFile::Finish()
 
 PackageError TargetFile::Commit()
 {
+    if (temporaryPath.isEmpty() && !GiveName())
+        return WriteError(errno);
     if (::rename(QFile::encodeName(temporaryPath).constData(), QFile::encodeName(targetPath).constData()) != 0)
         return WriteError(errno);
     isCommitted = true;

@@ -12,8 +12,10 @@ namespace ofd {
 
 class ByteSource;
 
-// A new file that takes the place of another only when it is complete. It lies in the folder of its target, under a
-// name of its own, and is deleted with this object unless it was committed. Every function reports the first failure.
+// A new file that takes the place of another only when it is complete. It lies on the disk of its target and is gone
+// with this object unless it was committed. Where the file system can, it has no name until then, so that a process
+// that is killed leaves nothing behind; elsewhere it has one in the target's folder, and a later save clears up after a
+// process that was killed. Every function reports the first failure.
 class TargetFile
 {
 public:
@@ -24,7 +26,11 @@ public:
     // Links in the path are followed, so that the file is replaced and not the link.
     static std::unique_ptr<TargetFile> Create(const QString& targetPath, PackageError* error);
 
-    const QString& GetTemporaryPath() const { return temporaryPath; }
+    // For tests: whether new files get a name at once, as on file systems without unnamed files.
+    static void SetAlwaysNamed(bool isAlwaysNamed);
+
+    // Where this process can read it before it is committed.
+    QString GetTemporaryPath() const;
     const QString& GetTargetPath() const { return targetPath; }
     qint64 GetPosition() const { return position; }
 
@@ -44,14 +50,18 @@ public:
 private:
     TargetFile() = default;
     PackageError PrepareTemporary();
+    bool OpenUnnamed(const QString& folder);
+    bool OpenNamed(const QString& folder);
+    bool GiveName();
     PackageError CopyByBlocks(const ByteSource& source, qint64 begin, qint64 end, const CopyProgress& progress);
     void BeginWriteback();
 
     QString targetPath;
-    QString temporaryPath;
+    QString temporaryPath; // empty while it has no name
     int descriptor = -1;
     qint64 position = 0;
     qint64 writtenBack = 0;   // up to where the disk was told to begin
+    unsigned mode = 0600;     // of a new file, before the user's mask
     bool isReplacing = false; // the target exists
     bool isCommitted = false;
 };

@@ -1,6 +1,7 @@
 #include <ofd/package/byte_source.h>
 #include <ofd/package/package.h>
 #include <ofd/package/package_writer.h>
+#include <ofd/package/target_file.h>
 #include <tests/ofd/package/raw_zip.h>
 #include <tests/support/test_main.h>
 
@@ -13,6 +14,8 @@
 #include <csignal>
 #include <cstring>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -200,7 +203,10 @@ private slots:
     void aFailingDeviceLeavesTheOriginal();
     void badXmlLeavesTheOriginal();
     void aFullMediumLeavesTheOriginal();
+    void aKilledSaveLeavesTheOriginal_data();
     void aKilledSaveLeavesTheOriginal();
+    void aSaveClearsUpAfterTheKilledOnly();
+    void filesThatAreNamedAtOnceSaveTheSame();
     void targetsThatCannotBeWrittenAreTold();
     void aPackageInMemoryCanBeSaved();
     void aPackageIsMadeFromNothing();
@@ -619,8 +625,20 @@ void TestPackageSave::aFullMediumLeavesTheOriginal()
     std::signal(SIGXFSZ, handler);
 }
 
+void TestPackageSave::aKilledSaveLeavesTheOriginal_data()
+{
+    QTest::addColumn<bool>("isNamed");
+    QTest::newRow("without a name until it is complete") << false;
+    QTest::newRow("named at once") << true;
+}
+
 void TestPackageSave::aKilledSaveLeavesTheOriginal()
 {
+    QFETCH(const bool, isNamed);
+    const int unnamed = ::open(folder->path().toLocal8Bit().constData(), O_RDWR | O_TMPFILE, 0600);
+    if (unnamed < 0 && !isNamed)
+        QSKIP("the file system here has no files without a name");
+    ::close(unnamed);
     RawZip zip = OddRawZip();
     const auto source = OpenZip(zip);
     for (int killAt = 1; killAt <= 3; ++killAt) {
@@ -633,6 +651,7 @@ void TestPackageSave::aKilledSaveLeavesTheOriginal()
                     ::kill(::getpid(), SIGKILL);
                 return true;
             };
+            TargetFile::SetAlwaysNamed(isNamed);
             SavePackage(*source, DocumentChange(), Path(), options);
             ::_exit(0);
         }
@@ -640,9 +659,50 @@ void TestPackageSave::aKilledSaveLeavesTheOriginal()
         QCOMPARE(::waitpid(child, &status, 0), child);
         QVERIFY(WIFSIGNALED(status));
         QCOMPARE(ReadFile(Path()), zip.Build());
+        // Each save clears up after the one before.
+        QCOMPARE(FilesLeft().size(), isNamed ? 2 : 1);
     }
-    // What the killed ones left behind is in nobody's way.
     QVERIFY(SavePackage(*source, DocumentChange(), Path()));
+    QCOMPARE(FilesLeft(), QStringList(QStringLiteral("a.ofd")));
+}
+
+void TestPackageSave::aSaveClearsUpAfterTheKilledOnly()
+{
+    const auto source = OpenZip(OddRawZip());
+    const pid_t dead = ::fork();
+    if (dead == 0)
+        ::_exit(0);
+    QCOMPARE(::waitpid(dead, nullptr, 0), dead);
+    const QByteArray stem = ".saving-" + QByteArray::number(dead);
+    const QByteArray left = stem + "-left.tmp";
+    const QByteArray locked = stem + "-locked.tmp"; // somebody writes it, though not on this machine
+    const QByteArray living = ".saving-" + QByteArray::number(::getpid()) + "-living.tmp";
+    for (const QByteArray& name : {left, locked, living, stem + "-notes.txt", QByteArray(".saving-old.tmp")})
+        WriteFile(Path(name.constData()), "bytes");
+    QFile writer(Path(locked.constData()));
+    QVERIFY(writer.open(QIODevice::ReadWrite));
+    QCOMPARE(::flock(writer.handle(), LOCK_EX), 0);
+    QCOMPARE(::symlink("a.ofd", Path((stem + "-link.tmp").constData()).toLocal8Bit().constData()), 0);
+    const int before = FilesLeft().size();
+    QVERIFY(SavePackage(*source, DocumentChange(), Path()));
+    QVERIFY(!FilesLeft().contains(QString::fromLatin1(left)));
+    QCOMPARE(FilesLeft().size(), before - 1);
+}
+
+void TestPackageSave::filesThatAreNamedAtOnceSaveTheSame()
+{
+    const auto source = OpenZip(OddRawZip());
+    QVERIFY(SavePackage(*source, DocumentChange(), Path("unnamed.ofd")));
+    TargetFile::SetAlwaysNamed(true);
+    const SaveResult named = SavePackage(*source, DocumentChange(), Path("named.ofd"));
+    const SaveResult failed =
+        SavePackage(*source, DocumentChange("<Document>"), Path("failed.ofd")); // goes again when it fails
+    TargetFile::SetAlwaysNamed(false);
+    QVERIFY(named);
+    QVERIFY(!failed);
+    QCOMPARE(ReadFile(Path("named.ofd")).size(), ReadFile(Path("unnamed.ofd")).size());
+    QCOMPARE(FilesLeft(),
+             QStringList({QStringLiteral("a.ofd"), QStringLiteral("named.ofd"), QStringLiteral("unnamed.ofd")}));
 }
 
 void TestPackageSave::targetsThatCannotBeWrittenAreTold()
