@@ -72,8 +72,10 @@ public:
     // add PageRect().topLeft() for the scene.
     CCA_Matrix PageDisplayMatrix(int pageIndex) const;
     CCA_Point ScenePointFromDocPoint(const CCA_GPoint& point, int pageIndex) const;
-    // `page`: in, a page to relate the point to, or -1 to ask for the page hit; out, that page, -1 when none.
+    // `page` is only written: the page hit, -1 when none is; may be null. Without a page hit the point is (0, 0).
     CCA_GPoint DocPointFromScenePoint(const CCA_Point& point, int* page) const;
+    // The point in millimetres of that page, wherever it lies; (0, 0) for a page out of range.
+    CCA_GPoint DocPointOnPage(const CCA_Point& point, int pageIndex) const;
     CCA_Rect SceneRectFromDocRect(const CCA_GRect& rect, int pageIndex) const;
     // The page under a scene point; -1 when none and `nearest` is off.
     int PageIndexByPoint(const QPoint& scenePoint, bool nearest, bool visibleOnly) const;

@@ -62,14 +62,17 @@ CCA_Point G_DocView::ScenePointFromDocPoint(const CCA_GPoint& point, int pageInd
 
 CCA_GPoint G_DocView::DocPointFromScenePoint(const CCA_Point& point, int* page) const
 {
-    int related = page && d->layout.IsValid(*page) ? *page : -1;
-    if (related < 0)
-        related = d->layout.PageAt(QPoint(point.x, point.y));
+    const int hit = d->layout.PageAt(QPoint(point.x, point.y));
     if (page)
-        *page = related;
-    if (related < 0)
+        *page = hit;
+    return DocPointOnPage(point, hit);
+}
+
+CCA_GPoint G_DocView::DocPointOnPage(const CCA_Point& point, int pageIndex) const
+{
+    if (!d->layout.IsValid(pageIndex))
         return {};
-    const QPointF onPage = d->layout.ToPage(QPointF(point.x, point.y), related);
+    const QPointF onPage = d->layout.ToPage(QPointF(point.x, point.y), pageIndex);
     return {static_cast<float>(onPage.x()), static_cast<float>(onPage.y())};
 }
 

@@ -132,7 +132,7 @@ int GT_TextSelect::OnLButtonDown(unsigned /*flags*/, CCA_Point point)
     startPage = DocView()->PageIndexByPoint(QPoint(point.x, point.y), true, false);
     if (startPage < 0)
         return 1;
-    start = DocView()->DocPointFromScenePoint(point, &startPage);
+    start = DocView()->DocPointOnPage(point, startPage);
     holds = std::make_unique<G_PageHolds>(GDocument());
     isSelecting = true;
     return 1;
@@ -167,7 +167,7 @@ void GT_TextSelect::SelectTo(CCA_Point point)
     int endPage = DocView()->PageIndexByPoint(QPoint(point.x, point.y), true, false);
     if (endPage < 0)
         return;
-    const CCA_GPoint end = DocView()->DocPointFromScenePoint(point, &endPage);
+    const CCA_GPoint end = DocView()->DocPointOnPage(point, endPage);
     if (IsBehind(startPage, start, endPage, end))
         DocView()->SetHighLightText(holds->TextBetween(endPage, end, startPage, start));
     else

@@ -34,7 +34,7 @@ private slots:
     void everyRotationMapsThePagesCornersToItsRectangle_data();
     void everyRotationMapsThePagesCornersToItsRectangle();
     void thePageMatrixIsLocalToThePage();
-    void aScenePointRelatesToTheAskedPageOrToThePageHit();
+    void theScenePointsPageIsAlwaysThePageHit();
     void thePageUnderAPointMayBeTheNearestAndMustBeVisibleWhenAsked();
     void logicalRectanglesAreThoseOfActualSizeAtAnyZoom();
     void thePageChangeComesOnceAfterOpening();
@@ -137,25 +137,28 @@ void TestDocView::thePageMatrixIsLocalToThePage()
     QVERIFY(std::abs(scene.y - expected.y) <= 1);
 }
 
-void TestDocView::aScenePointRelatesToTheAskedPageOrToThePageHit()
+void TestDocView::theScenePointsPageIsAlwaysThePageHit()
 {
     ViewFixture fixture(threePages);
     const G_DocView* view = fixture.View();
     const QRect second = view->PageRect(1);
     const CCA_Point onSecond = {second.left() + 5, second.top() + 5};
-    int page = -1;
-    view->DocPointFromScenePoint(onSecond, &page);
-    QCOMPARE(page, 1);
-    page = 0;
-    const CCA_GPoint below = view->DocPointFromScenePoint(onSecond, &page);
-    QCOMPARE(page, 0); // the caller's page is kept
-    QVERIFY(below.y > 297);
-    page = -1;
-    view->DocPointFromScenePoint({0, 0}, &page);
-    QCOMPARE(page, -1);
-    page = 77; // no such page: as if none was asked for
-    view->DocPointFromScenePoint(onSecond, &page);
-    QCOMPARE(page, 1);
+    const double pixelsPerMm = 96 / 25.4;
+    for (const int before : {-1, 0, 77}) { // what the variable held does not matter
+        int page = before;
+        const CCA_GPoint inside = view->DocPointFromScenePoint(onSecond, &page);
+        QCOMPARE(page, 1);
+        QVERIFY(std::abs(inside.y - 5 / pixelsPerMm) < 0.2);
+        page = before;
+        const CCA_GPoint outside = view->DocPointFromScenePoint({0, 0}, &page);
+        QCOMPARE(page, -1);
+        QCOMPARE(outside.x, 0.0F);
+        QCOMPARE(outside.y, 0.0F);
+    }
+    QVERIFY(std::abs(view->DocPointFromScenePoint(onSecond, nullptr).x - 5 / pixelsPerMm) < 0.2);
+    QVERIFY(view->DocPointOnPage(onSecond, 0).y > 297); // below the page it is related to
+    QVERIFY(view->DocPointOnPage({0, 0}, 1).y < 0);
+    QCOMPARE(view->DocPointOnPage(onSecond, 3).y, 0.0F);
 }
 
 void TestDocView::thePageUnderAPointMayBeTheNearestAndMustBeVisibleWhenAsked()
