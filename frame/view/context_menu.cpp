@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QCursor>
 #include <QMenu>
+#include <QPointer>
 
 G_ContextMenu::G_ContextMenu(G_UIContext* context)
     : context(context)
@@ -28,12 +29,14 @@ QList<G_MenuEntry> G_ContextMenu::Entries(const QString& toolName) const
 void G_ContextMenu::PopupMenu(const QString& toolName, const QMap<QString, ContextMenuItemState>& states,
                               const G_OperationParam* params)
 {
-    const std::unique_ptr<QMenu> menu(BuildMenu(toolName, states));
-    if (menu->isEmpty())
-        return;
-    const QAction* chosen = menu->exec(QCursor::pos());
-    if (chosen)
-        Perform(chosen->data().toByteArray(), params);
+    const QPointer<QMenu> menu = BuildMenu(toolName, states); // its parent may die while it waits
+    const G_ModalScope scope(context);
+    const QAction* chosen = menu->isEmpty() ? nullptr : menu->exec(QCursor::pos());
+    const QByteArray operation = chosen ? chosen->data().toByteArray() : QByteArray();
+    delete menu;
+    // The entry was chosen for what was in view when the menu came up. If that changed, this object may be gone too.
+    if (!operation.isEmpty() && scope.IsSameView())
+        Perform(operation, params);
 }
 
 QMenu* G_ContextMenu::BuildMenu(const QString& toolName, const QMap<QString, ContextMenuItemState>& states) const

@@ -42,8 +42,8 @@ public:
     void SetEntries(const QString& toolName, const QList<G_MenuEntry>& entries);
     QList<G_MenuEntry> Entries(const QString& toolName) const;
     // Shows the menu at the cursor and performs the chosen operation with `params` merged into its own. An operation
-    // that is not in the map has the default state. Nothing is shown for an unknown name. Virtual, so that tests
-    // choose an entry.
+    // that is not in the map has the default state. Nothing is shown for an unknown name, and nothing is performed when
+    // another view became the current one meanwhile. Virtual, so that tests choose an entry.
     virtual void PopupMenu(const QString& toolName, const QMap<QString, ContextMenuItemState>& states,
                            const G_OperationParam* params = nullptr);
     // The menu as PopupMenu would show it; each action's data is the operation's name. Owned by the caller.

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QCloseEvent>
 #include <QGridLayout>
+#include <QPointer>
 #include <QSpacerItem>
 
 G_MessageBox::G_MessageBox(Icon icon, const QString& title, const QString& text, int buttons, QWidget* parent)
@@ -38,8 +39,10 @@ void G_MessageBox::SetSize(const QSize& size)
 
 int G_MessageBox::Run()
 {
+    const QPointer<G_MessageBox> self(this);
     const int pressed = exec();
-    return wasClosedByFrame ? static_cast<int>(Close) : pressed;
+    // Without a button: the box was deleted, or the program ends.
+    return !self || wasClosedByFrame || pressed == NoButton ? static_cast<int>(Close) : pressed;
 }
 
 void G_MessageBox::closeEvent(QCloseEvent* event)

@@ -15,7 +15,7 @@ public:
     void SetDefault(int button);
     void SetCaptions(const QMap<int, QString>& captions);
     void SetSize(const QSize& size);
-    // The value of the pressed button; that of Close when the box was closed by its frame.
+    // The value of the pressed button; that of Close when the box went without one. The box may be gone afterwards.
     int Run();
 
 protected:

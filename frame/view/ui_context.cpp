@@ -10,6 +10,7 @@
 #include <frame/operation/event_manager.h>
 #include <frame/operation/registry.h>
 
+#include <QApplication>
 #include <QUndoStack>
 #include <QWidget>
 
@@ -78,20 +79,41 @@ int G_UIContext::ShowQuestionBox(const QString& title, const QString& text, int 
 
 int G_UIContext::RunBox(int icon, const BoxText& content)
 {
-    G_MessageBox box(static_cast<QMessageBox::Icon>(icon), content.title, content.text, content.buttons,
-                     DialogParent());
-    box.SetDefault(content.defaultButton);
-    box.SetCaptions(content.captions);
-    box.SetSize(content.size);
-    ++d->modalDepth;
-    const int pressed = box.Run();
-    --d->modalDepth;
-    return pressed;
+    const G_ModalScope scope(this);
+    // Its parent deletes it if the window dies while the box waits, so it must not lie on the stack.
+    const QPointer<G_MessageBox> box = new G_MessageBox(static_cast<QMessageBox::Icon>(icon), content.title,
+                                                        content.text, content.buttons, DialogParent());
+    box->SetDefault(content.defaultButton);
+    box->SetCaptions(content.captions);
+    box->SetSize(content.size);
+    const int pressed = box->Run();
+    delete box;
+    return scope.IsSameView() ? pressed : static_cast<int>(QMessageBox::Close);
 }
 
 bool G_UIContext::IsModalRunning() const
 {
-    return d->modalDepth > 0;
+    return d->modalDepth > 0 || QApplication::activeModalWidget();
+}
+
+G_ModalScope::G_ModalScope(G_UIContext* context)
+    : context(context)
+    , view(context ? context->CurrentDocView() : nullptr)
+    , hadView(view)
+{
+    if (context)
+        ++context->d->modalDepth;
+}
+
+G_ModalScope::~G_ModalScope()
+{
+    if (context)
+        --context->d->modalDepth;
+}
+
+bool G_ModalScope::IsSameView() const
+{
+    return context && hadView == !view.isNull() && context->CurrentDocView() == view;
 }
 
 G_Operation* G_UIContext::CreateOperationByName(const QByteArray& name, const QString& text)

@@ -34,7 +34,8 @@ public:
 
     // The frame's modal message boxes. Buttons are the numeric values of Qt's message box buttons; the pressed one's
     // value comes back, and closing the box by its frame gives 2097152 (Close). `defaultButton` -1 means none;
-    // `captions` replaces buttons' texts by value; an empty size lets the box choose. Virtual: tests script the
+    // `captions` replaces buttons' texts by value; an empty size lets the box choose. An answer that comes when the
+    // current view is no longer the one that was asked about counts as closing the box. Virtual: tests script the
     // answers.
     virtual int ShowInformationBox(const QString& title, const QString& text, int buttons, int defaultButton,
                                    const QMap<int, QString>& captions = {}, const QSize& size = {});
@@ -67,7 +68,8 @@ public:
     void SetDialogParent(QWidget* widget);
     // Called ahead of an operation on a document, to make panes that are still missing.
     void SetPaneMaker(std::function<void(IG_Document*)> makePanes);
-    // True while a modal box of this context is up; the frame refuses to close tabs then.
+    // True while a box or a menu of this context or any other modal window is up: panes and interceptors may then stand
+    // on the stack below it, so the frame closes and changes no tab.
     bool IsModalRunning() const;
     // One step on the current view's stack, never on another's: commands act on the current view. False without one.
     bool Undo();
@@ -82,6 +84,7 @@ public:
 
 private:
     friend class G_DocView; // enrols and leaves
+    friend class G_ModalScope;
     void ViewCreated(G_DocView* view);
     void ViewDestroyed(G_DocView* view);
     void UseEvent(G_Event* event);
@@ -92,6 +95,23 @@ private:
     std::unique_ptr<Private> d;
 };
 
+// Stands on the stack while something modal of a context is up. What it waits for may destroy the context or change its
+// view, so the caller asks it before going on.
+class FRAME_EXPORT G_ModalScope
+{
+public:
+    explicit G_ModalScope(G_UIContext* context);
+    ~G_ModalScope();
+    // The context lives and its current view is still the one from before.
+    bool IsSameView() const;
+
+private:
+    Q_DISABLE_COPY(G_ModalScope)
+    QPointer<G_UIContext> context; // not owned
+    QPointer<QObject> view;        // not owned
+    bool hadView;
+};
+
 // Runs document actions on behalf of a click.
 class FRAME_EXPORT G_ActionHandler : public QObject
 {
@@ -99,7 +119,8 @@ class FRAME_EXPORT G_ActionHandler : public QObject
 public:
     explicit G_ActionHandler(G_UIContext* context);
     // All actions in order, on the current view if it shows the document; nothing otherwise. `kind` 3 means a click in
-    // a pane. Go-to actions go; others are ignored with a transient note for now.
+    // a pane. Go-to actions go, by way of a bookmark to where it is now; an address is opened when the user agrees;
+    // others are ignored. What could not be done is told in transient notes.
     void DoActions(const CCA_ArrayTemplate<G_Action*>& actions, IG_Document* document, int kind);
 
 private:

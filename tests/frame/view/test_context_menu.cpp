@@ -70,6 +70,8 @@ private slots:
     void performingMergesTheGivenParameters();
     void choosingAnEntryPerformsIt();
     void leavingTheMenuPerformsNothing();
+    void anEntryChosenForAnotherViewPerformsNothing();
+    void aMenuMayDieWithItsParent();
     void entriesMayBeReplaced();
 };
 
@@ -169,6 +171,43 @@ void TestContextMenu::leavingTheMenuPerformsNothing()
     QTimer::singleShot(0, qApp, [] { QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape); });
     fixture.Context()->ContextMenu()->PopupMenu("vn_test", {});
     QCOMPARE(NotedOperation::runs, 0);
+}
+
+void TestContextMenu::anEntryChosenForAnotherViewPerformsNothing()
+{
+    NotedOperation prototype;
+    prototype.RegisterToGlobal();
+    ViewFixture fixture(QStringLiteral("page 100 100\n"));
+    OpenTab* other = fixture.Open(QStringLiteral("page 100 100\n"));
+    fixture.SetCurrent(fixture.View());
+    fixture.Context()->ContextMenu()->SetEntries("vn_test", entries);
+    bool wasModal = false;
+    QTimer::singleShot(0, qApp, [&] {
+        wasModal = fixture.Context()->IsModalRunning(); // the pane that asked for the menu is on the stack
+        fixture.SetCurrent(other->view.get());
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        QVERIFY(menu);
+        QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier, menu->actionGeometry(menu->actions().first()).center());
+    });
+    fixture.Context()->ContextMenu()->PopupMenu("vn_test", {});
+    QCOMPARE(NotedOperation::runs, 0);
+    QVERIFY(wasModal);
+    QVERIFY(!fixture.Context()->IsModalRunning());
+}
+
+void TestContextMenu::aMenuMayDieWithItsParent()
+{
+    NotedOperation prototype;
+    prototype.RegisterToGlobal();
+    ViewFixture fixture(QStringLiteral("page 100 100\n"));
+    fixture.Context()->ContextMenu()->SetEntries("vn_test", entries);
+    auto window = std::make_unique<QWidget>();
+    window->show();
+    fixture.Context()->SetDialogParent(window.get());
+    QTimer::singleShot(0, qApp, [&window] { window.reset(); });
+    fixture.Context()->ContextMenu()->PopupMenu("vn_test", {});
+    QCOMPARE(NotedOperation::runs, 0);
+    QCOMPARE(QApplication::activePopupWidget(), nullptr);
 }
 
 void TestContextMenu::entriesMayBeReplaced()

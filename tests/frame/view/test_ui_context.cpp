@@ -109,6 +109,8 @@ private slots:
     void captionsAndDefaultButtonOfABox();
     void markupInABoxIsText();
     void aModalBoxIsKnownWhileItIsUp();
+    void aBoxMayDieWithItsParent();
+    void anAnswerAboutAnotherViewIsNoAnswer();
     void scriptedBoxesAnswerInOrderAndRecord();
     void aStatusEventShowsItsText();
     void notesWaitTheirTurnAndDoNotRepeat();
@@ -202,6 +204,33 @@ void TestUiContext::aModalBoxIsKnownWhileItIsUp()
     context.ShowMessageBox("Title", "Text", 1024, -1);
     QVERIFY(wasKnown);
     QVERIFY(!context.IsModalRunning());
+}
+
+void TestUiContext::aBoxMayDieWithItsParent()
+{
+    G_UIContext context;
+    auto window = std::make_unique<QWidget>();
+    window->show();
+    context.SetDialogParent(window.get());
+    WhenBoxIsUp([&window](QMessageBox* /*box*/) { window.reset(); });
+    QCOMPARE(context.ShowMessageBox("Title", "Text", 1024, -1), 2097152);
+    QVERIFY(!context.IsModalRunning());
+}
+
+void TestUiContext::anAnswerAboutAnotherViewIsNoAnswer()
+{
+    const std::unique_ptr<MemoryDocument> document = MemoryDocument::FromText(QStringLiteral("page 100 100\n"));
+    G_UIContext context;
+    G_DocView first(&context, document.get());
+    G_DocView second(&context, document.get());
+    context.SetCurrentDocView(&first);
+    WhenBoxIsUp([&](QMessageBox* box) {
+        context.SetCurrentDocView(&second);
+        box->button(QMessageBox::Ok)->click();
+    });
+    QCOMPARE(context.ShowMessageBox("Delete", "These rows?", 4195328, -1), 2097152);
+    WhenBoxIsUp([](QMessageBox* box) { box->button(QMessageBox::Ok)->click(); });
+    QCOMPARE(context.ShowMessageBox("Delete", "These rows?", 4195328, -1), 1024);
 }
 
 void TestUiContext::scriptedBoxesAnswerInOrderAndRecord()
