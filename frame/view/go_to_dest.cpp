@@ -30,12 +30,12 @@ G_Preferences::ZoomMode ViewZoomMode(int destinationMode)
 
 } // namespace
 
-void GoToDest(G_DocView* view, const G_Dest& dest, bool keepZoom)
+bool GoToDest(G_DocView* view, const G_Dest& dest, bool keepZoom)
 {
     IG_Document* document = view->GDocument();
     const int page = dest.pageId == 0 ? dest.pageIndex : document->PageIndexFromId(dest.pageId);
     if (page < 0 || page >= document->GetPageCount())
-        return;
+        return false;
     const G_Preferences::ZoomMode mode = ViewZoomMode(dest.zoomMode);
     if (!keepZoom) {
         view->SetZoomMode(mode);
@@ -47,4 +47,5 @@ void GoToDest(G_DocView* view, const G_Dest& dest, bool keepZoom)
     view->GoToPage(view, page, dest.Rect(), mode == G_Preferences::FitRect && !keepZoom);
     if (!keepZoom && view->UIContext())
         view->UIContext()->FireEvent(new G_DocViewEvent(view, EventType::ViewZoomChanged));
+    return true;
 }
