@@ -6,11 +6,13 @@
 #include "bookmark_names.h"
 #include "bookmark_node.h"
 
+#include <common/clone_of.h>
 #include <common/notify.h>
 #include <common/param_keys.h>
 #include <common/public_method.h>
 #include <common/text_probe.h>
 #include <common/text_rules.h>
+#include <common/view_place.h>
 #include <frame/base/converters.h>
 #include <frame/document/ig_document.h>
 #include <frame/view/application.h>
@@ -25,14 +27,6 @@
 #include <memory>
 
 namespace {
-
-template <typename Operation>
-G_Operation* CloneOf(const Operation* operation)
-{
-    auto* copy = new Operation;
-    copy->CopyFrom(operation);
-    return copy;
-}
 
 void LogLine(const QByteArray& text, const char* where)
 {
@@ -51,22 +45,6 @@ void LogRects(G_DocView* view, const CCA_GRect& visibleMm, const char* where)
                 RectText(view->PageLogicalRect(view->CurrentPageIndex())) + " visible " +
                 RectText(GQ_ToQRectF(visibleMm)),
             where);
-}
-
-// The place that the view shows now.
-G_Dest DestOfView(G_DocView* view)
-{
-    const CCA_GRect visible = view->CurrentPageVisibleRectMM();
-    G_Dest dest;
-    dest.pageIndex = view->CurrentPageIndex();
-    dest.pageId = view->GDocument()->PageIdFromIndex(dest.pageIndex);
-    dest.left = visible.left;
-    dest.top = visible.top;
-    dest.right = visible.right;
-    dest.bottom = visible.bottom;
-    dest.zoom = view->GetZoom() / 100;
-    dest.zoomMode = PublicMethod::DestZoomMode(view->ZoomMode());
-    return dest;
 }
 
 // Null when the document has no bookmarks and none can be had.

@@ -40,6 +40,16 @@ bool PathFits(const G_TreeNode* node, const TreeNodePath& path, TextOf textOf)
     return equal == path.size();
 }
 
+// The node of a path that reaches from the node up to the root: a path's rows lead to one place only, so the way down
+// needs no search. Null when the tree has no such place or its texts are others.
+G_TreeNode* Descend(G_TreeNode* root, const TreeNodePath& path)
+{
+    G_TreeNode* node = root;
+    for (int i = path.size() - 2; node && i >= 0; --i)
+        node = node->SubNode(path.at(i).index);
+    return node && PathFits(node, path, OutlineText) ? node : nullptr;
+}
+
 // The nodes with the key at or below `top`, in pre-order; with `belowMatches` also those below a match.
 std::vector<G_TreeNode*> CollectMatches(G_TreeNode* top, const TreeNodeKey& key, TextOf textOf, bool belowMatches)
 {
@@ -86,6 +96,8 @@ G_TreeNode* PublicMethod::FindOutlineNode(G_TreeNode* root, const TreeNodeKey& k
         return nullptr;
     if (key.level == root->level && key.index == root->index)
         return root;
+    if (key == path.first() && key.level - root->level == path.size() - 1)
+        return Descend(root, path);
     for (int i = 0; i < root->SubNodeCount(); ++i) {
         // A node equal to the key has none such below it: its level differs from theirs.
         std::vector<G_TreeNode*> matches = CollectMatches(root->SubNode(i), key, OutlineText, false);
