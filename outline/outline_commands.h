@@ -69,6 +69,8 @@ protected:
     void ReleaseSubtrees();
     // Keeps a detached copy of what is below a node.
     void KeepSubtree(const G_TreeNode* node);
+    // Some records are the command's now.
+    void NoteOwnership();
 
     QList<G_OutlineItem*> items; // owned when ownsItems is set
     QList<G_TreeNode*> subtrees; // owned; detached roots
@@ -116,7 +118,7 @@ private:
     void CaptureDestination();
     int TargetRow(const G_TreeNode* node) const;
     void MoveNodes();
-    bool RestoreNodes(bool* hasPaths);
+    bool RestoreNodes();
     void RefreshWidget();
 
     G_TreeNode* dstNode;   // not owned; only good within one step
