@@ -199,8 +199,7 @@ QWidget* BookMarkTreeItemDelegate::createEditor(QWidget* parent, const QStyleOpt
 {
     auto* editor = new RowEditor(parent, Tree(), IsWrapped() ? WrappedFont() : LineFont(Tree()->font()));
     editor->setAccessibleName(tr("bookmark name"));
-    if (!HasScrollBar(Tree()))
-        editor->setFixedWidth(option.rect.width() - RightGap());
+    FitWidth(editor, option.rect);
     return editor;
 }
 
@@ -215,7 +214,18 @@ void BookMarkTreeItemDelegate::setEditorData(QWidget* editor, const QModelIndex&
 void BookMarkTreeItemDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                                     const QModelIndex&) const
 {
+    FitWidth(editor, option.rect); // the list may have got another width: a hidden pane is shown after its row opened
     editor->setGeometry(option.rect);
+}
+
+void BookMarkTreeItemDelegate::FitWidth(QWidget* editor, const QRect& row) const
+{
+    if (HasScrollBar(Tree())) {
+        editor->setMinimumWidth(0);
+        editor->setMaximumWidth(QWIDGETSIZE_MAX);
+    } else {
+        editor->setFixedWidth(row.width() - RightGap());
+    }
 }
 
 // Tab and Shift+Tab end the edit where it is: going on to the next row would edit without a rename in progress.

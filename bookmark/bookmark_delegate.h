@@ -32,6 +32,7 @@ private:
     NaviBookmarkWidget* Pane() const;
     bool IsWrapped() const;
     QString RowText(int row) const;
+    void FitWidth(QWidget* editor, const QRect& row) const;
     const WrappedText& Wrapped(const QString& text) const;
     void PaintGround(QPainter* painter, const QRect& rect, QStyle::State state) const;
     void PaintText(QPainter* painter, const QRect& rect, const QString& text) const;

@@ -117,7 +117,9 @@ void TestReaderScenario::aBookmarkIsAddedRenamedDraggedUndoneRedoneSavedAndFound
     QTreeWidget* tree = Tree(desk);
     auto* editor = tree->findChild<QTextEdit*>();
     QVERIFY2(editor, "the new row opens in its editor");
+    QTRY_VERIFY2(editor->width() > tree->viewport()->width() * 9 / 10, "it has grown with the pane that was hidden");
     QTest::keyClicks(editor, "From the tour");
+    desk.View()->FinishRendering();
     Screens::SaveScreen(desk.Window(), "reader-bookmark-in-edit");
     QTest::keyClick(editor, Qt::Key_Return);
     QCOMPARE(Names(desk).last(), QString("From the tour"));
@@ -126,6 +128,7 @@ void TestReaderScenario::aBookmarkIsAddedRenamedDraggedUndoneRedoneSavedAndFound
     QVERIFY(outcome.wasDropped);
     QCOMPARE(Names(desk).indexOf("From the tour"), 1);
     const QString dumpAfter = Dump(desk);
+    desk.View()->FinishRendering();
     Screens::SaveScreen(desk.Window(), "reader-bookmark-dragged");
 
     QUndoStack* stack = desk.View()->UndoStack();
