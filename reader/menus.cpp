@@ -22,6 +22,19 @@ const MenuRow menuRows[] = {
     {"vn_bookmark", "d_bookmarkdeleteall", QT_TRANSLATE_NOOP("ContextMenu", "Delete All")},
     {"vn_bookmark", "", ""},
     {"vn_bookmark", "d_bookmarkwrap", QT_TRANSLATE_NOOP("ContextMenu", "Wrap Lines")},
+
+    {"vn_outline", "d_outline_add", QT_TRANSLATE_NOOP("ContextMenu", "Add Entry")},
+    {"vn_outline", "d_outline_addsub", QT_TRANSLATE_NOOP("ContextMenu", "Add Entry Below")},
+    {"vn_outline", "d_outline_batchadd", QT_TRANSLATE_NOOP("ContextMenu", "Add Several Entries…")},
+    {"vn_outline", "d_outline_rename", QT_TRANSLATE_NOOP("ContextMenu", "Rename")},
+    {"vn_outline", "d_outline_resetpos", QT_TRANSLATE_NOOP("ContextMenu", "Set to Current Position")},
+    {"vn_outline", "", ""},
+    {"vn_outline", "d_outline_del", QT_TRANSLATE_NOOP("ContextMenu", "Delete")},
+    {"vn_outline", "d_outline_delall", QT_TRANSLATE_NOOP("ContextMenu", "Delete All")},
+    {"vn_outline", "", ""},
+    {"vn_outline", "d_outline_expandsub", QT_TRANSLATE_NOOP("ContextMenu", "Expand All Below")},
+    {"vn_outline", "d_outline_expandorcollapse", QT_TRANSLATE_NOOP("ContextMenu", "Expand or Collapse All")},
+    {"vn_outline", "d_outline_wordwrap", QT_TRANSLATE_NOOP("ContextMenu", "Wrap Lines")},
 };
 
 } // namespace
