@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Measures tetoreader against qpdfview: busy until idle, and peak memory. usage: peers.py ROUNDS BIN WORK
+"""Measures tetoreader against qpdfview: busy until idle, CPU time and peak memory. usage: peers.py ROUNDS BIN WORK
 
-Busy time is the wall time until the process has used no CPU for two seconds. Each round starts both readers on each
-document once, in turn; the best round counts."""
+Busy time is the wall time until the process has used no CPU for two seconds; CPU time is user and system time of all
+its threads up to then, which a loaded machine stretches less. Each round starts both readers on each document once, in
+turn; the best round counts."""
 import os
 import shutil
 import subprocess
@@ -51,8 +52,9 @@ def measure(command, env):
             break
     peak = peak_mb(process.pid)
     process.kill()
-    process.wait()
-    return busy_until - start, peak
+    _, status, usage = os.wait4(process.pid, 0)
+    process.returncode = status
+    return busy_until - start, usage.ru_utime + usage.ru_stime, peak
 
 
 def start_display():
@@ -90,16 +92,25 @@ def main():
                                       ('qpdfview', ['qpdfview', base + '.pdf'])):
                     env = dict(os.environ, DISPLAY=display, **settings(os.path.join(work, 'home')))
                     env.pop('QT_QPA_PLATFORM', None)
-                    busy, peak = measure(command, env)
-                    old = best.get((name, base), (1e9, 1e9))
-                    best[name, base] = (min(old[0], busy), min(old[1], peak))
+                    taken = measure(command, env)
+                    best[name, base] = tuple(map(min, taken, best.get((name, base), taken)))
     finally:
         server.kill()
-    print(f'{"document":>24} {"tetoreader":>18} {"qpdfview":>18} {"time":>7} {"memory":>7}')
+    print_table(documents, best)
+
+
+def print_table(documents, best):
+    head = f'{"busy":>7} {"CPU":>7} {"memory":>7}'
+    print(f'{"":>24} {"tetoreader":>24} {"qpdfview":>24} {"ratio":>24}')
+    print(f'{"document":>24} {head:>24} {head:>24} {head:>24}')
     for pages, entries, base in documents:
         ours, theirs = best['tetoreader', base], best['qpdfview', base]
-        print(f'{pages:>6} pages, {entries:>6} out {ours[0]:>8.2f} s {ours[1]:>4.0f} MB {theirs[0]:>8.2f} s '
-              f'{theirs[1]:>4.0f} MB {ours[0] / theirs[0]:>6.2f}x {ours[1] / theirs[1]:>6.2f}x')
+        print(f'{f"{pages} pages, {entries} entries":>24}', row(ours), row(theirs),
+              ' '.join(f'{a / b:>6.2f}x' for a, b in zip(ours, theirs)).rjust(24))
+
+
+def row(taken):
+    return f'{taken[0]:>5.2f} s {taken[1]:>5.2f} s {taken[2]:>4.0f} MB'.rjust(24)
 
 
 main()

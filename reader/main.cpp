@@ -106,6 +106,7 @@ int main(int argc, char** argv)
 {
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication::setAttribute(Qt::AA_ForceRasterWidgets); // nothing here draws with GL: its libraries stay unloaded
     QApplication application(argc, argv);
     SetUpAppearance(application);
     const Options options = ParseOptions(application);

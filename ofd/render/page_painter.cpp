@@ -62,6 +62,21 @@ QImage ShrunkTo(const QImage& image, const QTransform& unitToPixels)
     return image.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
+// Each glyph is a path of its own where the paint covers what it overlaps: the rasterizer's time grows with the square
+// of what crosses a row of pixels. Translucent glyphs are one path, since overlaps would show.
+void AddOutline(QVector<QPainterPath>& outlines, QPainterPath&& glyph, bool isCovering)
+{
+    if (isCovering) {
+        outlines.append(std::move(glyph));
+        return;
+    }
+    if (outlines.isEmpty()) {
+        outlines.append(QPainterPath());
+        outlines.first().setFillRule(Qt::WindingFill);
+    }
+    outlines.first().addPath(glyph);
+}
+
 } // namespace
 
 ContentPainter::ContentPainter(QPainter& painter, DocumentStore& store, std::shared_ptr<const Package> package,
@@ -176,23 +191,30 @@ void ContentPainter::PaintText(const TextObject& object, const Resources& resour
     for (const QPainterPath& clip : object.clips)
         painter.setClipPath(PrivateCopy(clip), Qt::IntersectClip); // never to the boundary, which is often empty
     painter.setWorldTransform(object.toContainer, true);
-    QPainterPath outlines;
-    outlines.setFillRule(Qt::WindingFill);
+    const double alpha = object.alpha * groupAlpha;
+    const bool isFilled = object.isFilled && object.fillPaint.IsVisible();
+    const bool isStroked = object.isStroked && object.strokePaint.IsVisible();
+    const QBrush fill = isFilled ? BrushOf(object.fillPaint, alpha, object) : QBrush();
+    const QBrush stroke = isStroked ? BrushOf(object.strokePaint, alpha, object) : QBrush();
+    const bool isCovering = (!isFilled || fill.isOpaque()) && (!isStroked || stroke.isOpaque());
     double extraWeight = 0;
+    QVector<QPainterPath> outlines;
     for (const PlacedGlyph& glyph : LayOutText(object, resources, *package, store.GetFonts()).glyphs) {
         if (glyph.face)
-            outlines.addPath(glyph.toObject.map(glyph.face->OutlineOf(glyph.glyph)));
+            AddOutline(outlines, glyph.toObject.map(glyph.face->OutlineOf(glyph.glyph)), isCovering);
         extraWeight = glyph.extraWeight;
     }
-    const double alpha = object.alpha * groupAlpha;
-    if (object.isFilled && object.fillPaint.IsVisible()) {
-        const QBrush brush = BrushOf(object.fillPaint, alpha, object);
-        painter.fillPath(outlines, brush);
-        if (extraWeight > 0)
-            painter.strokePath(outlines, QPen(brush, extraWeight));
+    for (const QPainterPath& outline : qAsConst(outlines)) {
+        if (isFilled)
+            painter.fillPath(outline, fill);
+        if (isFilled && extraWeight > 0)
+            painter.strokePath(outline, QPen(fill, extraWeight));
     }
-    if (object.isStroked && object.strokePaint.IsVisible())
-        painter.strokePath(outlines, PenOf(object.stroke, BrushOf(object.strokePaint, alpha, object)));
+    const QPen pen = isStroked ? PenOf(object.stroke, stroke) : QPen();
+    for (const QPainterPath& outline : qAsConst(outlines)) {
+        if (isStroked)
+            painter.strokePath(outline, pen);
+    }
 }
 
 void ContentPainter::PaintImage(const ImageObject& object, const Resources& resources)
