@@ -74,6 +74,15 @@ QTreeWidgetItem* ReorderTree::SourceItem(const QMimeData* data) const
     return nullptr;
 }
 
+void ReorderTree::OpenMenuAtCurrent()
+{
+    const QModelIndex current = currentIndex();
+    if (!current.isValid())
+        return;
+    scrollTo(current);
+    emit customContextMenuRequested(visualRect(current).center());
+}
+
 void ReorderTree::startDrag(Qt::DropActions)
 {
     QMimeData* data = PrepareDrag();

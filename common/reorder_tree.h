@@ -61,6 +61,8 @@ protected:
 
     // Packs the first selected item for a drag. Owned by the caller.
     QMimeData* PackSelection() const;
+    // Asks for the context menu of the current row, scrolled into view: what the menu key and Shift+F10 do.
+    void OpenMenuAtCurrent();
     // The item a drag began with when it is one of this tree's selected items, else null: the number in the data is
     // compared, never followed.
     QTreeWidgetItem* SourceItem(const QMimeData* data) const;

@@ -6,6 +6,8 @@
 
 class G_UIContext;
 class NaviOutlineWidget;
+class QLayout;
+class QPushButton;
 class QTextEdit;
 
 // Takes the titles of many new entries, one a line, and adds them behind the current one. Modeless; its
@@ -22,7 +24,12 @@ public slots:
     void AddOutline();
 
 private:
+    QLayout* BuildTitle();
+    QLayout* BuildText();
+    QLayout* BuildButtons();
+
     QPointer<NaviOutlineWidget> widget; // not owned
     G_UIContext* context;               // not owned
     QTextEdit* textEdit = nullptr;      // owned
+    QPushButton* closeButton = nullptr; // owned
 };

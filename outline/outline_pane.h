@@ -1,5 +1,7 @@
 #pragma once
 
+#include "outline_rows.h"
+
 #include <plugin/shell/pane_widget.h>
 
 #include <QHash>
@@ -20,6 +22,8 @@ class G_DocView;
 class G_Event;
 class G_TreeNode;
 class OVPaintNoContent;
+class QLabel;
+class QLayout;
 class QPoint;
 class QPushButton;
 class QToolButton;
@@ -62,6 +66,8 @@ public:
     // event. Nodes that are gone and nodes without a record are passed over.
     void SyncExpandStates();
     void SetWordWrap(bool wraps);
+    // Opens the editor of the current entry through "d_outline_rename".
+    void RenameOutline();
     // Moves the nodes (in the tree's order, none below another) as one undoable step: behind `dst`, or to be its first
     // children.
     void MoveOutlineNodes(QList<G_TreeNode*> nodes, G_TreeNode* dst, bool asChild);
@@ -121,4 +127,19 @@ public slots:
 protected:
     void RefreshStale() override;
     void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void BuildLayout();
+    QLayout* BuildButtonRow();
+    void BuildTree();
+    void ConnectControls();
+    void MakeInterceptors();
+    void EnableButtons();
+    void FillTree();
+    void OpenPendingEditor();
+    void Perform(const char* operation);
+    void SetSubOutlineExpanded(bool isExpanded);
+    bool IsExpanded(QTreeWidgetItem* item, const QModelIndex& index) const;
+
+    QVector<OutlineTarget> targets; // where the entries lead, in pre-order; good until the next refill
 };

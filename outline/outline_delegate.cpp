@@ -1,0 +1,262 @@
+#include "outline_delegate.h"
+
+#include "outline_pane.h"
+#include "outline_tree.h"
+
+#include <common/text_edits.h>
+#include <frame/utils/dpi.h>
+
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QScrollBar>
+#include <QTextBlockFormat>
+#include <QTextFrame>
+#include <QToolTip>
+
+#include <cmath>
+
+using Utils::OVDpi;
+
+namespace {
+
+constexpr int MostDepthsKept = 32;
+constexpr int MostTipCharacters = 1000;
+constexpr int MostRowHeight = 32000; // px; a view counts row heights in 16 bits
+
+float Scale()
+{
+    return OVDpi::Instance()->DpiScale();
+}
+
+int CeilScaled(qreal size)
+{
+    return static_cast<int>(std::ceil(size * Scale()));
+}
+
+bool HasScrollBar(const QTreeWidget* tree)
+{
+    return tree->verticalScrollBar()->isVisible();
+}
+
+QFont RowFont()
+{
+    QFont font(QStringLiteral("Microsoft YaHei"));
+    font.setPointSize(9);
+    return font;
+}
+
+WrapStyle WrapStyleFor(int titleWidth)
+{
+    const int side = CeilScaled(8);
+    const int grown = Scale() > 1 ? 1 : 0; // twice a line: rows of a scaled display stand wider apart
+    WrapStyle style;
+    style.font = RowFont();
+    style.lineWidth = titleWidth - side;
+    style.left = side;
+    style.top = CeilScaled(4);
+    style.beforeLine = CeilScaled(QFontMetrics(style.font).leading()) + grown;
+    style.afterLine = CeilScaled(4) + grown;
+    return style;
+}
+
+void PaintGround(QPainter* painter, const QRect& rect, QStyle::State state)
+{
+    painter->eraseRect(rect);
+    const bool isSelected = state.testFlag(QStyle::State_Selected);
+    if (!isSelected && !state.testFlag(QStyle::State_MouseOver))
+        return;
+    QColor ground(198, 206, 214);
+    ground.setAlphaF(isSelected ? 0.4 : 0.2);
+    painter->setPen(Qt::transparent);
+    painter->setBrush(ground);
+    painter->drawRoundedRect(rect, 2.0, 2.0);
+}
+
+// The editor of a title: its text stands where the row's text stands.
+class TitleEditor : public EnterMonitorTextEdit
+{
+public:
+    TitleEditor(QWidget* parent, QTreeWidget* tree)
+        : EnterMonitorTextEdit(parent, tree)
+    {
+        setFont(RowFont());
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setWordWrapMode(QTextOption::WrapAnywhere);
+        document()->setDocumentMargin(0);
+    }
+    // As high as its row: a text edit's own size would stretch the row to a page.
+    QSize sizeHint() const override { return QSize(0, 0); }
+    QSize minimumSizeHint() const override { return QSize(0, 0); }
+
+    // Shows the text, selected, with space beside it, above it and between its lines.
+    void Show(const QString& text, int beside, qreal above, qreal lineDistance)
+    {
+        setViewportMargins(beside - frameWidth(), 0, 0, 0);
+        setPlainText(text);
+        QTextFrameFormat frame = document()->rootFrame()->frameFormat();
+        frame.setTopMargin(qMax<qreal>(0, above - frameWidth()));
+        document()->rootFrame()->setFrameFormat(frame);
+        selectAll();
+        QTextBlockFormat lines;
+        lines.setLineHeight(lineDistance, QTextBlockFormat::LineDistanceHeight);
+        textCursor().mergeBlockFormat(lines);
+        document()->clearUndoRedoStacks(); // Ctrl+Z takes back what was typed, not the looks
+    }
+};
+
+} // namespace
+
+OutLineTreeItemDelegate::OutLineTreeItemDelegate(CTreeWidget* tree, NaviOutlineWidget* widget)
+    : QStyledItemDelegate(tree)
+    , tree(tree)
+    , widget(widget)
+{
+}
+
+bool OutLineTreeItemDelegate::IsWrapped() const
+{
+    return widget->wordWrap;
+}
+
+int OutLineTreeItemDelegate::TitleWidth(int depth) const
+{
+    const int width = tree->width() - qRound((depth * 20 + 64) * Scale());
+    return HasScrollBar(tree) ? width - tree->verticalScrollBar()->width() : width;
+}
+
+const WrappedText& OutLineTreeItemDelegate::Wrapped(const QString& text, int depth) const
+{
+    if (layouts.size() > MostDepthsKept && layouts.count(depth) == 0)
+        layouts.clear();
+    return layouts[depth].Layout(text, WrapStyleFor(TitleWidth(depth)));
+}
+
+void OutLineTreeItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                                    const QModelIndex& index) const
+{
+    const QTreeWidgetItem* item = tree->ItemAt(index);
+    if (!item || !tree->verticalScrollBar())
+        return;
+    const int column = index.column();
+    const int depth = item->data(column, Qt::UserRole).toInt();
+    const bool isTitle = column == OutlineColumn::Title;
+    QRect rect = option.rect;
+    if (isTitle)
+        rect.setWidth(TitleWidth(depth));
+    else if (!HasScrollBar(tree))
+        rect.setWidth(rect.width() - qRound(4 * Scale()));
+    painter->save();
+    PaintGround(painter, rect, option.state);
+    painter->setPen(QColor(54, 66, 90));
+    painter->setFont(RowFont());
+    if (isTitle) {
+        PaintTitle(painter, rect, item->text(column), depth);
+    } else {
+        rect.setWidth(rect.width() - CeilScaled(8));
+        painter->drawText(rect, Qt::AlignRight | Qt::AlignVCenter, item->text(column));
+    }
+    painter->restore();
+}
+
+void OutLineTreeItemDelegate::PaintTitle(QPainter* painter, QRect rect, const QString& text, int depth) const
+{
+    if (IsWrapped()) {
+        painter->setClipRect(rect, Qt::IntersectClip); // a title may be higher than a row can be
+        Wrapped(text, depth).Draw(painter, rect.topLeft());
+        return;
+    }
+    rect.setLeft(rect.left() + CeilScaled(12));
+    const QString elided = QFontMetrics(RowFont()).elidedText(text, Qt::ElideRight, rect.width(), Qt::TextShowMnemonic);
+    painter->drawText(rect, Qt::AlignLeft | Qt::AlignVCenter, elided);
+}
+
+QSize OutLineTreeItemDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const QTreeWidgetItem* item = tree->ItemAt(index);
+    if (item && index.column() == OutlineColumn::Title && IsWrapped()) {
+        const int depth = item->data(OutlineColumn::Title, Qt::UserRole).toInt();
+        const qreal height = std::ceil(Wrapped(item->text(OutlineColumn::Title), depth).Height());
+        return QSize(TitleWidth(depth), static_cast<int>(qMin<qreal>(height, MostRowHeight)));
+    }
+    QSize size = QStyledItemDelegate::sizeHint(option, index);
+    size.setHeight(CeilScaled(25));
+    return size;
+}
+
+QWidget* OutLineTreeItemDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
+                                               const QModelIndex& index) const
+{
+    if (index.column() != OutlineColumn::Title)
+        return nullptr;
+    auto* editor = new TitleEditor(parent, tree);
+    editor->setAccessibleName(tr("outline title"));
+    return editor;
+}
+
+void OutLineTreeItemDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const
+{
+    auto* edit = dynamic_cast<TitleEditor*>(editor);
+    const QTreeWidgetItem* item = tree->ItemAt(index);
+    if (!edit || !item)
+        return;
+    const QString title = item->data(OutlineColumn::StoredTitle, Qt::UserRole).toString();
+    if (IsWrapped())
+        edit->Show(title, CeilScaled(8), CeilScaled(4), CeilScaled(4));
+    else
+        edit->Show(title, CeilScaled(12), (CeilScaled(25) - QFontMetrics(RowFont()).height()) / 2, CeilScaled(4));
+}
+
+void OutLineTreeItemDelegate::setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex& index) const
+{
+    const auto* edit = qobject_cast<QTextEdit*>(editor);
+    QTreeWidgetItem* item = tree->ItemAt(index);
+    if (!edit || !item)
+        return;
+    const QString text = edit->toPlainText().remove(QLatin1Char('\n'));
+    const QString stored = item->data(OutlineColumn::StoredTitle, Qt::UserRole).toString();
+    const bool isSilent = item->text(index.column()) == text && stored != text;
+    item->setText(index.column(), text); // itemChanged: the rename goes on in its interceptor, and may end the item
+    if (isSilent)
+        emit tree->itemChanged(item, index.column()); // only the blanks around the shown title changed
+}
+
+void OutLineTreeItemDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                                                   const QModelIndex&) const
+{
+    editor->setGeometry(option.rect);
+}
+
+bool OutLineTreeItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                                        const QModelIndex& index)
+{
+    const QTreeWidgetItem* item = event && event->type() == QEvent::ToolTip ? tree->ItemAt(index) : nullptr;
+    if (!item)
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    QString tip = item->toolTip(index.column());
+    if (tip.size() > MostTipCharacters)
+        tip = tip.left(MostTipCharacters) + QChar(0x2026);
+    // Rich text that holds nothing but text: long ones are wrapped, and markup is shown and not followed.
+    if (!tip.isEmpty())
+        tip = QStringLiteral("<span>%1</span>").arg(tip.toHtmlEscaped());
+    QToolTip::showText(event->globalPos(), tip, view);
+    return true;
+}
+
+// Tab and Shift+Tab end the edit where it is: going on to the next entry would edit without a rename in progress.
+bool OutLineTreeItemDelegate::eventFilter(QObject* editor, QEvent* event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Tab || key == Qt::Key_Backtab) {
+            const QPointer<QWidget> edit(qobject_cast<QWidget*>(editor));
+            emit commitData(edit);
+            if (edit)
+                emit closeEditor(edit, NoHint);
+            return true;
+        }
+    }
+    return QStyledItemDelegate::eventFilter(editor, event);
+}

@@ -1,0 +1,260 @@
+#include "outline_tree.h"
+
+#include "outline_item.h"
+#include "outline_pane.h"
+
+#include <common/rights.h>
+#include <frame/document/ig_document.h>
+
+#include <QContextMenuEvent>
+#include <QDropEvent>
+#include <QMouseEvent>
+#include <QScrollBar>
+
+#include <vector>
+
+namespace {
+
+constexpr int ChildIndent = 22; // px right of the row's left edge where a drop means "below this entry"
+
+} // namespace
+
+CTreeWidget::CTreeWidget(QWidget* parent, G_DocView* docView)
+    : ReorderTree(parent, docView)
+    , pendingParent(pendingNode)
+{
+    viewport()->setAttribute(Qt::WA_Hover); // the delegate paints the row under the mouse
+}
+
+NaviOutlineWidget* CTreeWidget::Pane() const
+{
+    return qobject_cast<NaviOutlineWidget*>(parentWidget());
+}
+
+QTreeWidgetItem* CTreeWidget::ItemAt(const QModelIndex& index) const
+{
+    return itemFromIndex(index);
+}
+
+QModelIndex CTreeWidget::IndexOf(const QTreeWidgetItem* item) const
+{
+    return indexFromItem(item);
+}
+
+void CTreeWidget::ForEachRow(const QModelIndex& top, const RowVisitor& visit) const
+{
+    std::vector<QModelIndex> waiting; // a stack of its own: an outline from a file may be deeper than ours
+    if (top.isValid())
+        visit(itemFromIndex(top), top);
+    waiting.push_back(top);
+    while (!waiting.empty()) {
+        const QModelIndex parent = waiting.back();
+        waiting.pop_back();
+        const QTreeWidgetItem* parentItem = parent.isValid() ? itemFromIndex(parent) : invisibleRootItem();
+        for (int row = 0; row < parentItem->childCount(); ++row) {
+            QTreeWidgetItem* item = parentItem->child(row);
+            // By its row: asked for an item's place, the model would look for it among its siblings.
+            const QModelIndex index = model()->index(row, 0, parent);
+            visit(item, index);
+            if (item->childCount() > 0)
+                waiting.push_back(index);
+        }
+    }
+}
+
+void CTreeWidget::ExpandRows(const QModelIndex& top, bool isExpanded)
+{
+    scheduleDelayedItemsLayout(); // while a layout is due, the view only notes what is expanded
+    ForEachRow(top, [this, isExpanded](QTreeWidgetItem* item, const QModelIndex& index) {
+        if (item->childCount() > 0)
+            setExpanded(index, isExpanded);
+    });
+}
+
+void CTreeWidget::RestoreExpansion()
+{
+    scheduleDelayedItemsLayout();
+    ForEachRow(QModelIndex(), [this](QTreeWidgetItem* item, const QModelIndex& index) {
+        if (item->childCount() > 0 && static_cast<OutlineTreeItem*>(item)->IsRecordOpen())
+            expand(index);
+    });
+}
+
+void CTreeWidget::RelayOutRows()
+{
+    scheduleDelayedItemsLayout();
+}
+
+EntryPlace CTreeWidget::CurrentPlace() const
+{
+    EntryPlace place;
+    for (QModelIndex index = currentIndex(); index.isValid(); index = index.parent())
+        place.rows.prepend(index.row());
+    place.scrollValue = wantedScroll >= 0 ? wantedScroll : verticalScrollBar()->value();
+    return place;
+}
+
+void CTreeWidget::GoBackTo(const EntryPlace& place)
+{
+    QModelIndex index;
+    for (const int row : place.rows) {
+        const int count = model()->rowCount(index);
+        if (count == 0)
+            break;
+        index = model()->index(qMin(row, count - 1), 0, index);
+        if (row >= count)
+            break; // the entry that is gone had no such neighbour
+    }
+    if (index.isValid()) {
+        // Unheard by the view, which would lay out all rows at once to find the one.
+        const QSignalBlocker blocker(selectionModel());
+        selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+    }
+    wantedScroll = place.scrollValue > 0 ? place.scrollValue : -1;
+}
+
+void CTreeWidget::doItemsLayout()
+{
+    ReorderTree::doItemsLayout();
+    if (wantedScroll < 0)
+        return;
+    verticalScrollBar()->setValue(wantedScroll);
+    wantedScroll = -1;
+}
+
+void CTreeWidget::SelectNodes(const QList<G_TreeNode*>& nodes)
+{
+    const NaviOutlineWidget* pane = Pane();
+    QItemSelection rows;
+    QModelIndex first;
+    for (G_TreeNode* node : nodes) {
+        const QModelIndex index = indexFromItem(pane->ItemOf(node));
+        if (!index.isValid())
+            continue;
+        rows.select(index, index);
+        if (!first.isValid())
+            first = index;
+    }
+    if (!first.isValid())
+        return;
+    selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    scrollTo(first); // and expands what it lies in
+}
+
+QMimeData* CTreeWidget::PrepareDrag()
+{
+    const NaviOutlineWidget* pane = Pane();
+    if (!pane || !MayReorder(pane->document) || selectedItems().isEmpty())
+        return nullptr;
+    dragNodes = pane->SelectedNodes();
+    isDragging = true;
+    return PackSelection();
+}
+
+QString CTreeWidget::MimeType() const
+{
+    return QStringLiteral("application/x-qabstractitemmodeldatalist");
+}
+
+int CTreeWidget::LineStart(const QRect& rowRect, const QPoint& position)
+{
+    const bool isRight = position.x() > rowRect.left() + ChildIndent;
+    dropAsChild = dropAtTop || isRight; // at the top, of the row's parent
+    return rowRect.left() + (isRight && !dropAtTop ? ChildIndent : 0);
+}
+
+bool CTreeWidget::CanDropOn(QTreeWidgetItem*, QTreeWidgetItem* target) const
+{
+    const NaviOutlineWidget* pane = Pane();
+    if (!pane || target->isSelected())
+        return false;
+    for (const G_TreeNode* node = pane->NodeOf(target); node; node = node->parent) {
+        if (dragNodes.contains(const_cast<G_TreeNode*>(node)))
+            return false;
+    }
+    return true;
+}
+
+void CTreeWidget::Drop(QDropEvent* event)
+{
+    QTreeWidgetItem* dragged = SourceItem(event->mimeData());
+    QTreeWidgetItem* target = itemAt(event->pos());
+    // A refused drop does not reach the base class, which would move the rows itself.
+    if (!dragged || !target || target == dragged || !CanDropOn(dragged, target) || !MoveDragged(target)) {
+        event->setDropAction(Qt::IgnoreAction);
+        event->ignore();
+        return;
+    }
+    event->setDropAction(Qt::MoveAction);
+    event->accept();
+    QTreeWidget::dropEvent(event); // ends the drag; the refill left nothing selected that it could move
+    SelectNodes(dragNodes);
+    dragNodes.clear(); // an undo would leave dead nodes
+}
+
+bool CTreeWidget::MoveDragged(QTreeWidgetItem* target)
+{
+    NaviOutlineWidget* pane = Pane();
+    G_TreeNode* dst = pane->NodeOf(target);
+    if (dst && dropAtTop)
+        dst = dst->parent; // to the first place among the target's siblings
+    if (!dst || dragNodes.isEmpty())
+        return false;
+    pane->MoveOutlineNodes(dragNodes, dst, dropAsChild);
+    return true;
+}
+
+void CTreeWidget::mouseReleaseEvent(QMouseEvent* event)
+{
+    const NaviOutlineWidget* pane = Pane();
+    if (ctrlHeld && event->button() == Qt::LeftButton && pane && selectedItems().size() > 1) {
+        const QList<G_TreeNode*> nodes = pane->SelectedNodes();
+        if (nodes.size() > 1)
+            SelectSubtrees(nodes);
+    }
+    ReorderTree::mouseReleaseEvent(event);
+}
+
+// Entries picked one by one take what is below them along.
+void CTreeWidget::SelectSubtrees(const QList<G_TreeNode*>& nodes)
+{
+    const NaviOutlineWidget* pane = Pane();
+    QItemSelection rows;
+    for (G_TreeNode* node : nodes) {
+        const QModelIndex top = indexFromItem(pane->ItemOf(node));
+        if (!top.isValid())
+            continue;
+        rows.select(top, top);
+        ForEachRow(top, [this, &rows](QTreeWidgetItem* item, const QModelIndex& index) {
+            if (item->childCount() > 0) // a range for all children of one entry
+                rows.select(model()->index(0, 0, index), model()->index(item->childCount() - 1, 0, index));
+        });
+    }
+    selectionModel()->select(rows, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+}
+
+void CTreeWidget::focusOutEvent(QFocusEvent* event)
+{
+    ctrlHeld = false; // its release goes elsewhere
+    ReorderTree::focusOutEvent(event);
+}
+
+bool CTreeWidget::event(QEvent* event)
+{
+    if (event->type() == QEvent::ContextMenu) {
+        auto* menuEvent = static_cast<QContextMenuEvent*>(event);
+        if (menuEvent->reason() == QContextMenuEvent::Keyboard) {
+            OpenMenuAtCurrent();
+            menuEvent->accept();
+            return true;
+        }
+    }
+    return ReorderTree::event(event);
+}
+
+void CTreeWidget::Resized()
+{
+    if (NaviOutlineWidget* pane = Pane())
+        pane->UpdateNoContent();
+}
