@@ -50,9 +50,12 @@ const MemoryDocument::Private::Template* MemoryDocument::Private::FindTemplate(i
 
 void MemoryDocument::Private::NumberPages()
 {
+    pageIndexById.clear();
     int index = 0;
-    for (const auto& page : pages)
+    for (const auto& page : pages) {
+        pageIndexById.insert(page->PageId(), index);
         page->SetIndex(index++);
+    }
 }
 
 bool MemoryDocument::Private::FillSheet(const G_RenderRequest& request, MemorySheet* sheet) const
@@ -91,14 +94,14 @@ MemoryDocument::~MemoryDocument() = default;
 
 int MemoryDocument::AddPage(float widthMm, float heightMm, int id)
 {
-    if (id <= 0 || PageIndexFromId(id) >= 0) {
-        id = 1;
-        for (const auto& page : d->pages)
-            id = std::max(id, page->PageId() + 1);
-    }
+    if (id <= 0 || PageIndexFromId(id) >= 0)
+        id = d->highestPageId + 1;
+    d->highestPageId = std::max(d->highestPageId, id);
     const std::lock_guard<std::mutex> lock(d->mutex);
+    const int index = GetPageCount();
     d->pages.push_back(std::make_unique<MemoryPage>(this, &d->isModified, id, widthMm, heightMm));
-    d->NumberPages();
+    d->pages.back()->SetIndex(index);
+    d->pageIndexById.insert(id, index);
     return id;
 }
 
@@ -235,11 +238,7 @@ int MemoryDocument::PageIdFromIndex(int index)
 
 int MemoryDocument::PageIndexFromId(int id)
 {
-    for (const auto& page : d->pages) {
-        if (page->PageId() == id)
-            return page->GetIndex();
-    }
-    return -1;
+    return d->pageIndexById.value(id, -1);
 }
 
 int MemoryDocument::GetTemplateCount()

@@ -5,6 +5,8 @@
 #include "memory_page.h"
 #include "memory_renderer.h"
 
+#include <QHash>
+
 #include <mutex>
 
 // What the in-memory document holds. The mutex guards the pages and templates against the renderer's threads: the main
@@ -35,6 +37,8 @@ struct MemoryDocument::Private
     CCA_String key;
     mutable std::mutex mutex;
     std::vector<std::unique_ptr<MemoryPage>> pages;
+    QHash<int, int> pageIndexById;
+    int highestPageId = 0;
     std::vector<std::unique_ptr<MemoryPage>> removedPages; // kept for those who still point at them
     QVector<Template> templates;
     std::unique_ptr<G_TreeNode> outlineRoot;
