@@ -41,8 +41,14 @@ G_DocView::G_DocView(G_UIContext* context, IG_Document* document, QWidget* paren
     d->Arrange();
     d->ScrollTo(QPointF(0, 0), QPoint(0, 0));
     d->current = d->layout.Count() > 0 ? 0 : -1;
-    if (context)
+    if (context) {
         context->ViewCreated(this);
+        // Ahead of the panes, which ask the view about its pages.
+        connect(context->EventMgr(), &CRF_EventMgr::PageStructChanged, this, [this](IG_Document* changed) {
+            if (changed == d->document)
+                d->PagesChanged();
+        });
+    }
     d->tool = ToolHandlerByName("t_handtool");
     if (d->tool)
         d->tool->OnActivate();
@@ -51,6 +57,9 @@ G_DocView::G_DocView(G_UIContext* context, IG_Document* document, QWidget* paren
 
 G_DocView::~G_DocView()
 {
+    // A stack tells its listeners that it empties, so it goes while the view is still whole.
+    delete d->stack;
+    d->stack = nullptr;
     if (d->context)
         d->context->ViewDestroyed(this);
     d->announceTimer.stop();

@@ -60,6 +60,7 @@ public:
     // the mode to Custom. With `keepCenter` the middle stays, else the top left.
     void SetZoom(float percent, bool keepCenter);
     G_Preferences::ZoomMode ZoomMode() const;
+    // A fitting mode fits the current page, and the page of a jump that follows in the same turn of the event loop.
     void SetZoomMode(G_Preferences::ZoomMode mode);
     int Rotation() const; // 0, 90, 180, 270 clockwise
     void SetRotation(int degrees);
@@ -102,7 +103,9 @@ public:
     // Renders what is in view now and waits for it: for pictures of the window and for programs without an event loop.
     void FinishRendering();
 
-    virtual void SetCurrentToolHandler(G_ToolHandler* handler); // emits ToolHandlerChange
+    // Emits ToolHandlerChange. Null leaves no tool. A tool that is none of the view's clones stays the caller's and
+    // serves this view while it is current; prototypes and other views' tools are refused (logged).
+    virtual void SetCurrentToolHandler(G_ToolHandler* handler);
     virtual G_ToolHandler* CurrentToolHandler();
     virtual G_ToolHandler* ToolHandlerByName(const char* name); // this view's clone; null when unknown
     virtual void SetViewCursor(int shape);                      // 0 normal
@@ -110,7 +113,7 @@ public:
 
     // The widget to show; owned by its parent widget once it has one, else by the view.
     QWidget* Widget() const;
-    // Goes by whole pages, as the page keys do.
+    // Goes to the top of the page after or before.
     void NextPage();
     void PreviousPage();
 
@@ -128,6 +131,8 @@ signals:
 private:
     friend class GR_PageGraphicItem;
     friend class G_PageWidget;
+    friend class G_ToolHandler;
+    void ForgetTool(G_ToolHandler* handler); // it is being destroyed
     struct Private;
     std::unique_ptr<Private> d;
 };

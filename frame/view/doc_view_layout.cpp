@@ -60,6 +60,29 @@ void G_DocView::Private::ReadPages()
         columnMm += qMax(size.width(), size.height());
     const double room = 2.0e9 - double(count) * PageLayout::gapPx;
     mostZoom = qBound(kLeastZoomPercent, room / (columnMm * PixelsPerMm()) * 100, kMostZoomPercent);
+    zoom = qMin(zoom, mostZoom);
+}
+
+void G_DocView::Private::PagesChanged()
+{
+    ++moving;
+    ReadPages();
+    const QList<int> shown = items.keys();
+    for (const int page : shown) {
+        if (!layout.IsValid(page))
+            delete items.take(page);
+    }
+    cache.Clear();
+    if (jobs)
+        jobs->CancelAllBut({});
+    current = qMin(current, layout.Count() - 1);
+    if (current < 0 && layout.Count() > 0)
+        current = 0;
+    Arrange();
+    ApplyMode();
+    --moving;
+    q->SetHighLightText({});
+    UpdateCurrentAfterLayout();
 }
 
 void G_DocView::Private::Arrange()
@@ -143,6 +166,7 @@ void G_DocView::Private::UpdateCurrentAfterLayout()
 void G_DocView::Private::Announce()
 {
     announceTimer.stop();
+    isModeFresh = false;
     if (announced == current)
         return;
     announced = current;
@@ -217,6 +241,10 @@ void G_DocView::GoToPage(G_DocView* /*sender*/, int pageIndex, const CCA_GRect& 
         return;
     const CCA_GRect rect = OnPage(wanted, d->layout.SizeMm(pageIndex));
     ++d->moving;
+    if (d->isModeFresh) {
+        d->current = pageIndex;
+        d->ApplyMode();
+    }
     const QSize room = d->widget->viewport()->size();
     if (fitRect && !rect.IsEmpty()) {
         const QRectF turned = d->layout.PageMatrix(pageIndex).mapRect(QRectF(0, 0, rect.Width(), rect.Height()));
@@ -266,6 +294,8 @@ void G_DocView::SetZoomMode(G_Preferences::ZoomMode mode)
 {
     d->mode = mode;
     d->ApplyMode();
+    d->isModeFresh = true;
+    d->AnnounceLater();
 }
 
 int G_DocView::Rotation() const

@@ -23,6 +23,8 @@ struct G_DocView::Private
 
     // doc_view_layout.cpp
     void ReadPages();
+    // Pages were added, removed or moved: what is known of them goes by place, so it is all read anew.
+    void PagesChanged();
     void Arrange();
     // Changes the zoom so that the scene point under this point of the viewport stays there.
     void ZoomAt(double percent, const QPoint& viewportPoint);
@@ -63,6 +65,12 @@ struct G_DocView::Private
     bool WheelEvent(QWheelEvent* event);
     bool KeyEvent(QKeyEvent* event);
     bool DefaultKey(QKeyEvent* event);
+    // A screenful on or back, from page to page where whole pages fit.
+    void ScreenDown();
+    void ScreenUp();
+    int ScreenStep() const;
+    bool MayUse(G_ToolHandler* handler) const;
+    void LeaveTool();
     void DestroyTools();
 
     G_DocView* q;                  // not owned; the view this belongs to
@@ -82,6 +90,8 @@ struct G_DocView::Private
     int announced = -2; // the page that listeners were last told of; -2: none yet
     int moving = 0;     // above 0 while a jump is under way: its scrolling steps are not announced
     bool isFitting = false;
+    // A fitting mode was set and no page change has been told since: a jump fits its own page then.
+    bool isModeFresh = false;
     QTimer announceTimer;
 
     PageCache cache;

@@ -1,5 +1,6 @@
 #include "doc_view_private.h"
 
+#include <frame/base/log.h>
 #include <frame/document/ig_document.h>
 #include <frame/operation/event_manager.h>
 
@@ -52,11 +53,17 @@ void G_DocView::SetCurrentToolHandler(G_ToolHandler* handler)
 {
     if (d->tool == handler)
         return;
-    if (d->tool)
-        d->tool->OnDeactivate();
+    if (handler && !d->MayUse(handler)) {
+        FrameLog("frame error: tool " + handler->Name().Bytes() +
+                 " is not of this view G_DocView SetCurrentToolHandler");
+        return;
+    }
+    d->LeaveTool();
     d->tool = handler;
-    if (handler)
+    if (handler) {
+        handler->view = this;
         handler->OnActivate();
+    }
     UpdateView();
     if (d->context)
         emit d->context->EventMgr()->ToolHandlerChange(handler);
@@ -81,11 +88,38 @@ G_ToolHandler* G_DocView::ToolHandlerByName(const char* name)
     return clone;
 }
 
+void G_DocView::ForgetTool(G_ToolHandler* handler)
+{
+    const QByteArray name = d->tools.key(handler);
+    if (!name.isEmpty())
+        d->tools.remove(name);
+    if (d->tool != handler)
+        return;
+    d->tool = nullptr; // too late to be told that it is no longer current
+    SetCurrentToolHandler(ToolHandlerByName("t_handtool"));
+}
+
+// Prototypes are never activated, and a tool serves one view at a time.
+bool G_DocView::Private::MayUse(G_ToolHandler* handler) const
+{
+    const bool isPrototype = G_ToolRegistry::Instance().Find(handler->Name().Bytes()) == handler;
+    return handler->DocView() ? handler->DocView() == q : !isPrototype;
+}
+
+void G_DocView::Private::LeaveTool()
+{
+    G_ToolHandler* left = tool;
+    if (!left)
+        return;
+    left->OnDeactivate();
+    tool = nullptr;
+    if (tools.key(left).isEmpty()) // a caller's own is bound only while it is current
+        left->view = nullptr;
+}
+
 void G_DocView::Private::DestroyTools()
 {
-    if (tool)
-        tool->OnDeactivate();
-    tool = nullptr;
+    LeaveTool();
     const QHash<QByteArray, G_ToolHandler*> dying = tools;
     for (G_ToolHandler* clone : dying)
         clone->OnDestroy();
@@ -138,17 +172,44 @@ bool G_DocView::Private::KeyEvent(QKeyEvent* event)
     return DefaultKey(event);
 }
 
+int G_DocView::Private::ScreenStep() const
+{
+    return qMax(kArrowStepPx, widget->viewport()->height() - kArrowStepPx); // a line or two are seen twice
+}
+
+// Nothing of a page is skipped: the next one comes to the top only when the end of this one has been in view.
+void G_DocView::Private::ScreenDown()
+{
+    const QRect seen = VisibleRect();
+    const QRect page = layout.PageRect(current);
+    const bool isEndSeen = page.top() + page.height() <= seen.top() + seen.height();
+    if (isEndSeen && layout.IsValid(current + 1))
+        q->NextPage();
+    else
+        q->ScrollBy(0, ScreenStep());
+}
+
+void G_DocView::Private::ScreenUp()
+{
+    const QRect seen = VisibleRect();
+    const bool isTopSeen = layout.PageRect(current).top() >= seen.top();
+    const bool fitsAbove = layout.PageRect(current - 1).height() + 2 * PageLayout::gapPx <= seen.height();
+    if (isTopSeen && fitsAbove && layout.IsValid(current - 1))
+        q->PreviousPage();
+    else
+        q->ScrollBy(0, -ScreenStep());
+}
+
 bool G_DocView::Private::DefaultKey(QKeyEvent* event)
 {
     if ((event->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier | Qt::ControlModifier)) != 0)
         return false;
-    const int screen = qMax(kArrowStepPx, widget->viewport()->height() - kArrowStepPx);
     switch (event->key()) {
     case Qt::Key_PageDown:
-        q->NextPage();
+        ScreenDown();
         return true;
     case Qt::Key_PageUp:
-        q->PreviousPage();
+        ScreenUp();
         return true;
     case Qt::Key_Home:
         q->GoToPage(q, 0, CCA_GRect(), false);
@@ -169,7 +230,10 @@ bool G_DocView::Private::DefaultKey(QKeyEvent* event)
         q->ScrollBy(kArrowStepPx, 0);
         return true;
     case Qt::Key_Space:
-        q->ScrollBy(0, (event->modifiers() & Qt::ShiftModifier) != 0 ? -screen : screen);
+        if ((event->modifiers() & Qt::ShiftModifier) != 0)
+            ScreenUp();
+        else
+            ScreenDown();
         return true;
     default:
         return false;

@@ -8,6 +8,8 @@
 G_ToolHandler::~G_ToolHandler()
 {
     G_ToolRegistry::Instance().Unregister(this);
+    if (view)
+        view->ForgetTool(this);
 }
 
 IG_Document* G_ToolHandler::GDocument() const

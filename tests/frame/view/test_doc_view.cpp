@@ -43,6 +43,8 @@ private slots:
     void aJumpInsideThePageTellsNothing();
     void zoomingBeforeAJumpTellsThePageOnlyOnce();
     void scrollingByWheelAndKeysTellsThePage();
+    void pageKeysSkipNothingOfATallPage();
+    void pageKeysGoFromPageToPageWhereTheyFit();
     void aJumpToTheEndOfAPageKeepsThatPageCurrent();
     void aPageOutOfRangeIsIgnored();
     void anEmptyRectangleGoesToTheTopAndAPointToTheTopLeft();
@@ -51,6 +53,9 @@ private slots:
     void zoomStaysWithinItsBoundsAndSetsTheModeToCustom();
     void zoomingKeepsTheMiddleOrTheTopLeft();
     void fittingModesFitAgainAfterAResize();
+    void aFittingModeFitsThePageOfTheJumpThatFollows();
+    void changedPagesAreLaidOutAnew();
+    void aDyingViewEmptiesItsStackWhileItIsWhole();
     void destinationModesMapToTheViewsModes_data();
     void destinationModesMapToTheViewsModes();
     void theVisibleRectangleOfTheCurrentPageIsInMillimetres();
@@ -58,6 +63,7 @@ private slots:
     void aDocumentWithoutPagesIsAnEmptyView();
     void theUndoStackIsMadeOnceAndEachViewHasItsOwn();
     void pagesOfHostileSizeAreLaidOut();
+    void aColumnTooLongForItsZoomOpensSmaller();
 };
 
 void TestDocView::pagesLieInAColumnWithGapsEachInTheMiddle()
@@ -258,9 +264,11 @@ void TestDocView::scrollingByWheelAndKeysTellsThePage()
     G_DocView* view = fixture.View();
     QWidget* viewport = ViewFixture::Viewport(view);
     QSignalSpy spy(fixture.Context()->EventMgr(), &G_EventMgr::PageChange);
+    QTest::keyClick(view->Widget(), Qt::Key_PageDown); // the page is taller than the view
     QTest::keyClick(view->Widget(), Qt::Key_PageDown);
     QCOMPARE(view->CurrentPageIndex(), 1);
     QCOMPARE(spy.count(), 1);
+    QTest::keyClick(view->Widget(), Qt::Key_PageUp);
     QTest::keyClick(view->Widget(), Qt::Key_PageUp);
     QCOMPARE(view->CurrentPageIndex(), 0);
     QTest::keyClick(view->Widget(), Qt::Key_End);
@@ -278,6 +286,56 @@ void TestDocView::scrollingByWheelAndKeysTellsThePage()
     const int before = view->VisibleSceneRect().top();
     QTest::keyClick(view->Widget(), Qt::Key_Down);
     QVERIFY(view->VisibleSceneRect().top() > before);
+}
+
+void TestDocView::pageKeysSkipNothingOfATallPage()
+{
+    ViewFixture fixture(ManyPages(3));
+    G_DocView* view = fixture.View();
+    view->SetZoom(150, false);
+    for (const int key : {int(Qt::Key_PageDown), int(Qt::Key_Space)}) {
+        QTest::keyClick(view->Widget(), Qt::Key_Home);
+        int seenTo = view->VisibleSceneRect().bottom();
+        const int end = int(view->BoundingRect().bottom());
+        for (int i = 0; i < 40 && seenTo < end - 1; ++i) {
+            QTest::keyClick(view->Widget(), Qt::Key(key));
+            const QRect seen = view->VisibleSceneRect();
+            QVERIFY(seen.bottom() > seenTo);
+            QVERIFY(seen.top() <= seenTo); // no gap, or one between two pages
+            seenTo = seen.bottom();
+        }
+        QVERIFY(seenTo >= end - 1); // the last page to its very end
+    }
+    int seenFrom = view->VisibleSceneRect().top();
+    for (int i = 0; i < 40 && seenFrom > 0; ++i) {
+        QTest::keyClick(view->Widget(), Qt::Key_PageUp);
+        const QRect seen = view->VisibleSceneRect();
+        QVERIFY(seen.top() < seenFrom);
+        QVERIFY(seen.bottom() >= seenFrom);
+        seenFrom = seen.top();
+    }
+    QCOMPARE(seenFrom, 0);
+}
+
+void TestDocView::pageKeysGoFromPageToPageWhereTheyFit()
+{
+    ViewFixture fixture(ManyPages(5));
+    G_DocView* view = fixture.View();
+    view->SetZoomMode(G_Preferences::FitPage);
+    ViewFixture::Settle(); // a scroll bar goes
+    const int margin = view->PageRect(0).top();
+    for (int page = 1; page < 5; ++page) {
+        QTest::keyClick(view->Widget(), Qt::Key_PageDown);
+        QCOMPARE(view->CurrentPageIndex(), page);
+        QVERIFY(view->VisibleSceneRect().contains(view->PageRect(page)));
+        if (page < 4) // the column ends below the last
+            QCOMPARE(view->VisibleSceneRect().top(), view->PageRect(page).top() - margin);
+    }
+    QTest::keyClick(view->Widget(), Qt::Key_PageDown);
+    QCOMPARE(view->CurrentPageIndex(), 4);
+    QTest::keyClick(view->Widget(), Qt::Key_PageUp);
+    QCOMPARE(view->CurrentPageIndex(), 3);
+    QCOMPARE(view->VisibleSceneRect().top(), view->PageRect(3).top() - margin);
 }
 
 void TestDocView::aJumpToTheEndOfAPageKeepsThatPageCurrent()
@@ -418,6 +476,76 @@ void TestDocView::fittingModesFitAgainAfterAResize()
     QCOMPARE(view->GetZoom(), 80.0F);
 }
 
+void TestDocView::aFittingModeFitsThePageOfTheJumpThatFollows()
+{
+    ViewFixture fixture(QStringLiteral("page 100 100\npage 400 150\npage 100 100\n"));
+    G_DocView* view = fixture.View();
+    QSignalSpy spy(fixture.Context()->EventMgr(), &G_EventMgr::PageChange);
+    view->SetZoomMode(G_Preferences::FitPage);
+    view->GoToPage(view, 1, CCA_GRect(), false);
+    QVERIFY(view->VisibleSceneRect().contains(view->PageRect(1)));
+    QVERIFY(view->PageRect(1).width() > view->VisibleSceneRect().width() - 40);
+    QCOMPARE(spy.count(), 1);
+    ViewFixture::Settle(); // a scroll bar goes, and the page is fitted to the room it leaves
+    QCOMPARE(view->CurrentPageIndex(), 1);
+    QVERIFY(view->VisibleSceneRect().contains(view->PageRect(1)));
+    const float zoom = view->GetZoom();
+    view->GoToPage(view, 2, CCA_GRect(), false); // a jump alone keeps the zoom
+    QCOMPARE(view->GetZoom(), zoom);
+    view->SetZoomMode(G_Preferences::FitPage);
+    ViewFixture::Settle();
+    const float small = view->GetZoom();
+    view->GoToPage(view, 1, CCA_GRect(), false); // the mode was set for the page before
+    QCOMPARE(view->GetZoom(), small);
+}
+
+void TestDocView::changedPagesAreLaidOutAnew()
+{
+    ViewFixture fixture(threePages);
+    G_DocView* view = fixture.View();
+    view->GoToPage(view, 2, CCA_GRect(), false);
+    view->SelectAllText();
+    QVERIFY(fixture.Document()->RemovePage(2));
+    MemoryDocument other;
+    emit fixture.Context()->EventMgr()->PageStructChanged(&other); // none of this view's affairs
+    QVERIFY(!view->PageRect(2).isEmpty());
+    QSignalSpy spy(fixture.Context()->EventMgr(), &G_EventMgr::PageChange);
+    emit fixture.Context()->EventMgr()->PageStructChanged(fixture.Document());
+    QVERIFY(view->PageRect(2).isEmpty());
+    QCOMPARE(view->CurrentPageIndex(), 1);
+    QVERIFY(view->VisibleSceneRect().intersects(view->PageRect(1)));
+    ViewFixture::Settle();
+    QCOMPARE(spy.count(), 1);
+    fixture.Document()->AddPage(50, 60);
+    fixture.Document()->AddPage(70, 80);
+    emit fixture.Context()->EventMgr()->PageStructChanged(fixture.Document());
+    QCOMPARE(view->PageLogicalRect(3).size(), QSize(265, 302));
+    while (fixture.Document()->RemovePage(0)) {
+    }
+    emit fixture.Context()->EventMgr()->PageStructChanged(fixture.Document());
+    QCOMPARE(view->CurrentPageIndex(), -1);
+    ViewFixture::Settle();
+}
+
+void TestDocView::aDyingViewEmptiesItsStackWhileItIsWhole()
+{
+    ScriptedContext context;
+    const std::unique_ptr<MemoryDocument> document = MemoryDocument::FromText(threePages);
+    auto view = std::make_unique<G_DocView>(&context, document.get());
+    context.SetCurrentDocView(view.get());
+    view->CreateUndoStack();
+    view->UndoStack()->push(new QUndoCommand);
+    int indexTold = -1;
+    int pageThen = -1;
+    connect(view->UndoStack(), &QUndoStack::indexChanged, this, [&](int index) {
+        indexTold = index;
+        pageThen = context.CurrentDocView() ? context.CurrentDocView()->CurrentPageIndex() : -2;
+    });
+    view.reset();
+    QCOMPARE(indexTold, 0);
+    QCOMPARE(pageThen, 0); // a listener may still ask the view
+}
+
 void TestDocView::destinationModesMapToTheViewsModes_data()
 {
     QTest::addColumn<int>("destinationMode");
@@ -533,6 +661,22 @@ void TestDocView::pagesOfHostileSizeAreLaidOut()
             QCOMPARE(view.CurrentPageIndex(), page);
         }
     }
+}
+
+void TestDocView::aColumnTooLongForItsZoomOpensSmaller()
+{
+    MemoryDocument document;
+    for (int page = 0; page < 40000; ++page)
+        document.AddPage(20000, 20000);
+    ScriptedContext context;
+    G_DocView view(&context, &document);
+    QVERIFY(view.GetZoom() < 100); // 40,000 x 20 m do not fit into the scene's numbers at actual size
+    int top = -1;
+    for (int page = 0; page < 40000; page += 1000) {
+        QVERIFY(view.PageRect(page).top() > top);
+        top = view.PageRect(page).top();
+    }
+    QVERIFY(view.BoundingRect().height() > top);
 }
 
 } // namespace
