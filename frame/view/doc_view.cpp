@@ -9,6 +9,7 @@
 #include <QUndoStack>
 
 namespace {
+constexpr int kSelectSliceMs = 10; // what reading text takes of a turn while everything is being selected
 constexpr qint64 kPictureBudgetBytes = 192LL * 1024 * 1024;
 } // namespace
 
@@ -24,6 +25,8 @@ G_DocView::Private::Private(G_DocView* view, G_UIContext* context, IG_Document* 
     announceTimer.setInterval(0);
     pictureTimer.setSingleShot(true);
     pictureTimer.setInterval(0);
+    selectTimer.setSingleShot(true);
+    selectTimer.setInterval(0);
     if (IG_PageRenderer* renderer = document->Renderer()) {
         jobs = std::make_unique<RenderJobs>(
             renderer, [this](const RenderWish& wish, const G_RenderResult& result) { PictureMade(wish, result); });
@@ -37,6 +40,7 @@ G_DocView::G_DocView(G_UIContext* context, IG_Document* document, QWidget* paren
     d->widget->Attach(this);
     connect(&d->announceTimer, &QTimer::timeout, this, [this] { d->Announce(); });
     connect(&d->pictureTimer, &QTimer::timeout, this, [this] { d->AskForPictures(); });
+    connect(&d->selectTimer, &QTimer::timeout, this, [this] { d->SelectMore(kSelectSliceMs); });
     d->ReadPages();
     d->Arrange();
     d->ScrollTo(QPointF(0, 0), QPoint(0, 0));
@@ -64,6 +68,7 @@ G_DocView::~G_DocView()
         d->context->ViewDestroyed(this);
     d->announceTimer.stop();
     d->pictureTimer.stop();
+    d->selectTimer.stop();
     d->jobs.reset(); // waits: the document may die after this
     d->DestroyTools();
     LeaveLiveViews(this);

@@ -95,8 +95,10 @@ public:
     QUndoStack* UndoStack() const; // null until made; owned by the view
     QList<G_HighLightItem> SelectHighLightText() const;
     void SetHighLightText(const QList<G_HighLightItem>& items);
+    // Selects the text of all pages. That of a long document comes in over the following turns of the event loop; any
+    // other change of the selection ends that.
     void SelectAllText();
-    // The selected text, one line for each run.
+    // The selected text, one line for each run. Waits for what SelectAllText has still to read.
     QString SelectedText() const;
     // Moves the visible part of the scene.
     void ScrollBy(int dx, int dy);

@@ -59,6 +59,10 @@ struct G_DocView::Private
     QSet<int> IgnoredTemplates(int page);
     void PictureMade(const RenderWish& wish, const G_RenderResult& result);
 
+    // doc_view_text.cpp
+    // Adds the text of the next pages to the selection, for about that long.
+    void SelectMore(int milliseconds);
+
     // doc_view_tools.cpp
     CCA_Point Remember(const QPoint& viewportPoint);
     bool MouseEvent(QMouseEvent* event);
@@ -107,5 +111,7 @@ struct G_DocView::Private
     G_ToolHandler* tool = nullptr;           // not owned; one of `tools`, or a caller's
     QPoint cursor;                           // scene units
     QList<G_HighLightItem> selection;
+    int nextToSelect = -1; // the page that selecting all goes on with; -1: nothing is left to read
+    QTimer selectTimer;
     QUndoStack* stack = nullptr; // owned by the view as its child
 };

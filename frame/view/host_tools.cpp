@@ -7,11 +7,13 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QTimer>
 
 namespace {
 
 constexpr int kArrowCursor = Qt::ArrowCursor;
 constexpr int kScrollStepPx = 40;
+constexpr int kScrollIntervalMs = 40;
 
 // Whether the first place stands behind the second in reading order; only the page and the height matter here.
 bool IsBehind(int page, const CCA_GPoint& point, int otherPage, const CCA_GPoint& other)
@@ -111,7 +113,7 @@ CCA_String GT_TextSelect::Name()
 
 void GT_TextSelect::OnDestroy()
 {
-    holds.reset();
+    EndDrag();
 }
 
 void GT_TextSelect::OnActivate()
@@ -121,13 +123,26 @@ void GT_TextSelect::OnActivate()
 
 void GT_TextSelect::OnDeactivate()
 {
-    isSelecting = false;
-    holds.reset();
+    EndDrag();
     DocView()->SetViewCursor(kArrowCursor);
 }
 
-int GT_TextSelect::OnLButtonDown(unsigned /*flags*/, CCA_Point point)
+void GT_TextSelect::EndDrag()
 {
+    isSelecting = false;
+    holds.reset();
+    scrollTimer.reset();
+}
+
+int GT_TextSelect::OnLButtonDown(unsigned flags, CCA_Point point)
+{
+    const bool goesOn = (flags & Qt::ShiftModifier) != 0 && !DocView()->SelectHighLightText().isEmpty();
+    if (goesOn && startPage >= 0) {
+        holds = std::make_unique<G_PageHolds>(GDocument());
+        isSelecting = true;
+        SelectTo(point);
+        return 1;
+    }
     DocView()->SetHighLightText({});
     startPage = DocView()->PageIndexByPoint(QPoint(point.x, point.y), true, false);
     if (startPage < 0)
@@ -142,13 +157,31 @@ int GT_TextSelect::OnMouseMove(unsigned /*flags*/, CCA_Point point)
 {
     if (!isSelecting)
         return 0;
+    mouse = point;
     SelectTo(point);
-    // A drag beyond the edge goes on with what lies there.
-    const QRect seen = DocView()->VisibleSceneRect();
-    const int beyond = point.y < seen.top() ? point.y - seen.top() : qMax(0, point.y - seen.bottom());
-    if (beyond != 0)
-        DocView()->ScrollBy(0, qBound(-kScrollStepPx, beyond, kScrollStepPx));
+    const bool isBeyond = !DocView()->VisibleSceneRect().contains(point.x, point.y);
+    if (!isBeyond) {
+        scrollTimer.reset();
+    } else if (!scrollTimer) {
+        scrollTimer = std::make_unique<QTimer>();
+        QObject::connect(scrollTimer.get(), &QTimer::timeout, scrollTimer.get(), [this] { ScrollBeyondEdge(); });
+        scrollTimer->start(kScrollIntervalMs);
+    }
     return 1;
+}
+
+// A drag held beyond the edge goes on with what lies there.
+void GT_TextSelect::ScrollBeyondEdge()
+{
+    const auto beyond = [](int at, int from, int to) {
+        return qBound(-kScrollStepPx, at < from ? at - from : qMax(0, at - to), kScrollStepPx);
+    };
+    const QRect seen = DocView()->VisibleSceneRect();
+    DocView()->ScrollBy(beyond(mouse.x, seen.left(), seen.right()), beyond(mouse.y, seen.top(), seen.bottom()));
+    const QPoint moved = DocView()->VisibleSceneRect().topLeft() - seen.topLeft();
+    mouse = {mouse.x + moved.x(), mouse.y + moved.y()}; // the mouse rests, the scene moves under it
+    if (!moved.isNull())
+        SelectTo(mouse);
 }
 
 int GT_TextSelect::OnLButtonUp(unsigned /*flags*/, CCA_Point point)
@@ -157,8 +190,7 @@ int GT_TextSelect::OnLButtonUp(unsigned /*flags*/, CCA_Point point)
         return 0;
     if (!DocView()->SelectHighLightText().isEmpty())
         SelectTo(point);
-    isSelecting = false;
-    holds.reset();
+    EndDrag();
     return 1;
 }
 
@@ -205,6 +237,10 @@ int GT_TextSelect::OnKeyDown(int key, unsigned flags)
     const bool isControl = (flags & Qt::ControlModifier) != 0;
     if (isControl && key == Qt::Key_A) {
         DocView()->SelectAllText();
+        return 1;
+    }
+    if (key == Qt::Key_Escape && !DocView()->SelectHighLightText().isEmpty()) {
+        DocView()->SetHighLightText({});
         return 1;
     }
     if (!isControl || (key != Qt::Key_C && key != Qt::Key_Insert))

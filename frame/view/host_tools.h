@@ -6,6 +6,7 @@
 #include <memory>
 
 class G_PageHolds;
+class QTimer;
 
 // Registers the host's own tools, "t_handtool" and "t_textselect"; they stay registered as long as the process runs.
 // Harmless when repeated.
@@ -28,7 +29,8 @@ private:
     CCA_Point grip; // the scene point that stays under the mouse
 };
 
-// Selects text by dragging from one place to another, also across pages; a double click selects a word, Ctrl+C copies.
+// Selects text by dragging from one place to another, also across pages and beyond the edge of the view; a click with
+// Shift moves the end, a double click selects a word, Ctrl+A everything, Escape nothing, Ctrl+C copies.
 class FRAME_EXPORT GT_TextSelect : public GT_Base
 {
 public:
@@ -46,8 +48,13 @@ public:
 
 private:
     void SelectTo(CCA_Point point);
+    void ScrollBeyondEdge();
+    void EndDrag();
 
     bool isSelecting = false;
+    CCA_Point mouse; // where the drag is, scene units
+    // Runs while a drag is held beyond the edge of the view.
+    std::unique_ptr<QTimer> scrollTimer;
     int startPage = -1;
     CCA_GPoint start; // mm on startPage
     // Pages whose text the drag went over, kept loaded until the button is let go.

@@ -19,6 +19,9 @@ const QString twoPages = QStringLiteral("page 210 297\n"
                                         "  text 20 30 more of two\n"
                                         "page 210 297\n");
 
+constexpr int longCount = 3000;
+const QString longText = QStringLiteral("page 210 297\n  text 20 30 words of a page\n").repeated(longCount);
+
 class Selecting
 {
 public:
@@ -65,6 +68,11 @@ private slots:
     void theSelectionIsPainted();
     void pagesAreReleasedWhenTheButtonIsLetGo();
     void aPageThatFailsIsPassedOver();
+    void aLongDocumentIsSelectedInSlices();
+    void anotherSelectionEndsTheSelectingOfAll();
+    void aDragHeldBeyondTheEdgeGoesOn();
+    void aClickWithShiftMovesTheEnd();
+    void escapeClearsTheSelection();
     void changingTheToolInTheMiddleEndsTheSelecting();
 };
 
@@ -171,6 +179,72 @@ void TestTextSelection::aPageThatFailsIsPassedOver()
     selecting.view->SelectAllText();
     QCOMPARE(Texts(selecting.view->SelectHighLightText()), (QStringList{"1:top of two", "1:more of two"}));
     Drag::MouseDrag(selecting.Viewport(), selecting.At(0, 20, 32), selecting.At(0, 30, 32));
+    QVERIFY(selecting.view->SelectHighLightText().isEmpty());
+}
+
+void TestTextSelection::aLongDocumentIsSelectedInSlices()
+{
+    ViewFixture fixture(longText);
+    G_DocView* view = fixture.View();
+    QSignalSpy spy(view, &G_DocView::SelectionChanged);
+    view->SelectAllText();
+    const int atOnce = view->SelectHighLightText().size();
+    QVERIFY(atOnce >= 20);
+    QTRY_COMPARE(view->SelectHighLightText().size(), longCount);
+    QCOMPARE(view->SelectHighLightText().last().pageIndex, longCount - 1);
+    QCOMPARE(fixture.Document()->LoadedPageCount(), 0);
+    view->SelectAllText();
+    QCOMPARE(view->SelectedText().count(QLatin1Char('\n')), longCount - 1); // a copy is never half of it
+    QCOMPARE(view->SelectHighLightText().size(), longCount);
+}
+
+void TestTextSelection::anotherSelectionEndsTheSelectingOfAll()
+{
+    ViewFixture fixture(longText);
+    G_DocView* view = fixture.View();
+    view->SelectAllText();
+    view->SetHighLightText({});
+    for (int turn = 0; turn < 20; ++turn)
+        ViewFixture::Settle();
+    QVERIFY(view->SelectHighLightText().isEmpty());
+}
+
+void TestTextSelection::aDragHeldBeyondTheEdgeGoesOn()
+{
+    ViewFixture fixture(longText, QSize(900, 400));
+    G_DocView* view = fixture.View();
+    view->SetCurrentToolHandler(view->ToolHandlerByName("t_textselect"));
+    QWidget* viewport = ViewFixture::Viewport(view);
+    const CCA_Point from = view->ScenePointFromDocPoint({20, 32}, 0);
+    const QPoint origin = view->VisibleSceneRect().topLeft();
+    QTest::mousePress(viewport, Qt::LeftButton, Qt::NoModifier, QPoint(from.x, from.y) - origin);
+    QMouseEvent move(QEvent::MouseMove, QPointF(300, 430), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(viewport, &move); // and then the mouse rests
+    QTRY_VERIFY(view->SelectHighLightText().size() >= 2);
+    QVERIFY(view->VisibleSceneRect().top() > origin.y());
+    QTest::mouseRelease(viewport, Qt::LeftButton, Qt::NoModifier, QPoint(300, 430));
+    const QRect resting = view->VisibleSceneRect();
+    QTest::qWait(150);
+    QCOMPARE(view->VisibleSceneRect(), resting);
+    QCOMPARE(fixture.Document()->LoadedPageCount(), 0);
+}
+
+void TestTextSelection::aClickWithShiftMovesTheEnd()
+{
+    Selecting selecting;
+    Drag::MouseDrag(selecting.Viewport(), selecting.At(0, 20, 32), selecting.At(0, 30, 32));
+    QTest::mouseClick(selecting.Viewport(), Qt::LeftButton, Qt::ShiftModifier, selecting.At(0, 40, 32));
+    QCOMPARE(Texts(selecting.view->SelectHighLightText()), QStringList{"0:First line"});
+    QTest::mouseClick(selecting.Viewport(), Qt::LeftButton, Qt::ShiftModifier, selecting.At(0, 32, 42));
+    QCOMPARE(Texts(selecting.view->SelectHighLightText()), (QStringList{"0:First line here", "0:second"}));
+    QCOMPARE(selecting.fixture.Document()->LoadedPageCount(), 0);
+}
+
+void TestTextSelection::escapeClearsTheSelection()
+{
+    Selecting selecting;
+    selecting.view->SelectAllText();
+    QTest::keyClick(selecting.view->Widget(), Qt::Key_Escape);
     QVERIFY(selecting.view->SelectHighLightText().isEmpty());
 }
 
