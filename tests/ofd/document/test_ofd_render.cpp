@@ -1,0 +1,668 @@
+#include "ofd_file.h"
+#include "sample_files.h"
+
+#include <ofd/ofd_document.h>
+#include <tests/support/test_main.h>
+
+#include <QBuffer>
+#include <QTemporaryDir>
+#include <QThreadPool>
+#include <QtTest>
+
+#include <atomic>
+#include <thread>
+
+namespace {
+
+constexpr double PixelsPerMm = 4;
+
+const QByteArray Square = "<ofd:AbbreviatedData>M 0 0 L 20 0 L 20 20 L 0 20 C</ofd:AbbreviatedData>";
+
+// A path object of 20 by 20 mm whose corner is at (x, y), filled, not stroked.
+QByteArray FilledSquare(int x, int y, const QByteArray& colour, const QByteArray& more = {})
+{
+    return "<ofd:PathObject ID=\"1\" Boundary=\"" + QByteArray::number(x) + ' ' + QByteArray::number(y) +
+           " 20 20\" Stroke=\"false\" Fill=\"true\" " + more + "><ofd:FillColor " + colour + "/>" + Square +
+           "</ofd:PathObject>";
+}
+
+QByteArray Text(const QByteArray& attributes, const QByteArray& code)
+{
+    return "<ofd:TextObject ID=\"2\" Font=\"10\" " + attributes + ">" + code + "</ofd:TextObject>";
+}
+
+const QByteArray FontResource = "<ofd:Fonts><ofd:Font ID=\"10\" FontName=\"Arial\"/></ofd:Fonts>";
+
+bool IsNear(const QColor& a, const QColor& b, int tolerance = 4)
+{
+    return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance &&
+           qAbs(a.blue() - b.blue()) <= tolerance;
+}
+
+// The box of everything that is not white, in mm.
+QRectF InkBox(const QImage& image)
+{
+    QRect box;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (qGray(image.pixel(x, y)) < 200)
+                box |= QRect(x, y, 1, 1);
+        }
+    }
+    return QRectF(box.x() / PixelsPerMm, box.y() / PixelsPerMm, box.width() / PixelsPerMm, box.height() / PixelsPerMm);
+}
+
+} // namespace
+
+class TestOfdRender : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aRedSquareIsRedWhereItStands();
+    void coloursMeanWhatTheySay_data();
+    void coloursMeanWhatTheySay();
+    void anObjectsMatrixComesBeforeItsBoundary();
+    void boundariesCutPathsButNotTexts();
+    void fillingNeedsAFlagAndAColour();
+    void theRuleDecidesWhatIsInside();
+    void linesHaveWidthDashesAndCaps();
+    void clipsCutByTheirIntersection();
+    void theClipsFlagDecidesWhetherTheMatrixApplies();
+    void drawParametersAreInherited();
+    void arcsGoTheWayTheyAreTold();
+    void picturesFillTheirMatrix();
+    void pictureKindsAreToldByTheirBytes_data();
+    void pictureKindsAreToldByTheirBytes();
+    void textDrawsInsideItsBox();
+    void deltasRepeatAndSurplusIsIgnored();
+    void charactersTurn_data();
+    void charactersTurn();
+    void embeddedFontsDrawTheirOwnGlyphs_data();
+    void embeddedFontsDrawTheirOwnGlyphs();
+    void compositesArePlacedByTheirMatrix();
+    void templatesAndLayersArePaintedInOrder();
+    void hiddenThingsAreNotPainted();
+    void annotationsArePaintedOnTop();
+    void axialShadingsRunAlongTheirAxis();
+    void transparencyMixes();
+    void aRegionIsThatPartOfThePage();
+    void aPageIsPaintedTheSameInManyThreads();
+    void aCancelledPageGivesNothing();
+    void cyclesEnd();
+
+private:
+    QImage Paint(const OfdFile& file, const G_RenderRequest& request = G_RenderRequest());
+    QImage PaintPage(const QByteArray& objects, const QByteArray& resources = FontResource);
+    QColor ColourAt(const QImage& image, double xMm, double yMm) const
+    {
+        return image.pixelColor(int(xMm * PixelsPerMm), int(yMm * PixelsPerMm));
+    }
+
+    QTemporaryDir folder;
+    int count = 0;
+};
+
+QImage TestOfdRender::Paint(const OfdFile& file, const G_RenderRequest& request)
+{
+    const QString path = file.Write(folder.filePath(QStringLiteral("%1.ofd").arg(++count)));
+    const ofd::OpenResult opened = ofd::OfdDocument::Open(path);
+    if (!opened)
+        qFatal("%s", qPrintable(opened.error));
+    G_RenderRequest fine = request;
+    fine.pixelsPerMm = PixelsPerMm;
+    const G_RenderResult result = opened.document->Renderer()->RenderPage(fine);
+    if (!result.error.isEmpty())
+        qFatal("%s", qPrintable(result.error));
+    return result.image;
+}
+
+QImage TestOfdRender::PaintPage(const QByteArray& objects, const QByteArray& resources)
+{
+    return Paint(OfdFile::WithPage(objects).Resources(resources));
+}
+
+void TestOfdRender::aRedSquareIsRedWhereItStands()
+{
+    const QImage image = PaintPage(FilledSquare(10, 30, "Value=\"255 0 0\""));
+    QCOMPARE(image.size(), QSize(400, 400));
+    QCOMPARE(ColourAt(image, 10.3, 30.3), QColor(Qt::red));
+    QCOMPARE(ColourAt(image, 29.6, 49.6), QColor(Qt::red));
+    QCOMPARE(ColourAt(image, 9.6, 40), QColor(Qt::white));
+    QCOMPARE(ColourAt(image, 20, 50.3), QColor(Qt::white));
+    QCOMPARE(InkBox(image), QRectF(10, 30, 20, 20));
+}
+
+void TestOfdRender::coloursMeanWhatTheySay_data()
+{
+    QTest::addColumn<QByteArray>("colour");
+    QTest::addColumn<QColor>("expected");
+    QTest::newRow("RGB") << QByteArray("Value=\"10 20 30\"") << QColor(10, 20, 30);
+    QTest::newRow("commas") << QByteArray("Value=\"10,20,30\"") << QColor(10, 20, 30);
+    QTest::newRow("hexadecimal") << QByteArray("Value=\"#ee #20 #25\"") << QColor(0xee, 0x20, 0x25);
+    QTest::newRow("hexadecimal in one word") << QByteArray("Value=\"#ee2025\"") << QColor(0xee, 0x20, 0x25);
+    QTest::newRow("beyond the range") << QByteArray("Value=\"999 -5 0\"") << QColor(255, 0, 0);
+    QTest::newRow("gray space") << QByteArray("ColorSpace=\"20\" Value=\"100\"") << QColor(100, 100, 100);
+    QTest::newRow("CMYK space") << QByteArray("ColorSpace=\"21\" Value=\"0 255 255 0\"") << QColor(255, 0, 0);
+    QTest::newRow("CMYK without a value is white") << QByteArray("ColorSpace=\"21\"") << QColor(255, 255, 255);
+    QTest::newRow("four bits") << QByteArray("ColorSpace=\"22\" Value=\"15 0 0\"") << QColor(255, 0, 0);
+    QTest::newRow("palette") << QByteArray("ColorSpace=\"23\" Index=\"1\"") << QColor(0, 128, 0);
+    QTest::newRow("unknown space, one value") << QByteArray("ColorSpace=\"99\" Value=\"50\"") << QColor(50, 50, 50);
+    QTest::newRow("unknown space, four values")
+        << QByteArray("ColorSpace=\"99\" Value=\"255 0 0 0\"") << QColor(0, 255, 255);
+    QTest::newRow("an id of another kind") << QByteArray("ColorSpace=\"10\" Value=\"1 2 3\"") << QColor(1, 2, 3);
+    QTest::newRow("nothing at all is black") << QByteArray() << QColor(0, 0, 0);
+}
+
+void TestOfdRender::coloursMeanWhatTheySay()
+{
+    QFETCH(QByteArray, colour);
+    QFETCH(QColor, expected);
+    const QByteArray spaces =
+        "<ofd:ColorSpaces><ofd:ColorSpace ID=\"20\" Type=\"GRAY\"/><ofd:ColorSpace ID=\"21\" Type=\"CMYK\"/>"
+        "<ofd:ColorSpace ID=\"22\" Type=\"RGB\" BitsPerComponent=\"4\"/><ofd:ColorSpace ID=\"23\" Type=\"RGB\">"
+        "<ofd:Palette><ofd:CV>1 1 1</ofd:CV><ofd:CV>0 128 0</ofd:CV></ofd:Palette></ofd:ColorSpace></ofd:ColorSpaces>";
+    const QImage image = PaintPage(FilledSquare(10, 10, colour), spaces + FontResource);
+    const QColor found = ColourAt(image, 20, 20);
+    QVERIFY2(IsNear(found, expected, 1), qPrintable(found.name()));
+}
+
+void TestOfdRender::anObjectsMatrixComesBeforeItsBoundary()
+{
+    // Twice as large and moved by five in its own space, then to the boundary's corner.
+    const QImage image = PaintPage("<ofd:PathObject ID=\"1\" Boundary=\"10 20 60 60\" CTM=\"2 0 0 2 5 0\" "
+                                   "Stroke=\"false\" Fill=\"true\"><ofd:FillColor Value=\"0 0 0\"/>" +
+                                   Square + "</ofd:PathObject>");
+    QCOMPARE(InkBox(image), QRectF(15, 20, 40, 40));
+    // A quarter turn clockwise about the local origin.
+    const QImage turned = PaintPage("<ofd:PathObject ID=\"1\" Boundary=\"50 20 0 0\" CTM=\"0 1 -1 0 0 0\" "
+                                    "Stroke=\"false\" Fill=\"true\"><ofd:FillColor Value=\"0 0 0\"/>"
+                                    "<ofd:AbbreviatedData>M 0 0 L 20 0 L 20 10 L 0 10 C</ofd:AbbreviatedData>"
+                                    "</ofd:PathObject>");
+    QCOMPARE(InkBox(turned), QRectF(40, 20, 10, 20));
+}
+
+void TestOfdRender::boundariesCutPathsButNotTexts()
+{
+    const QByteArray path = "<ofd:PathObject ID=\"1\" Boundary=\"10 10 5 5\" LineWidth=\"0\" Stroke=\"false\" "
+                            "Fill=\"true\"><ofd:FillColor Value=\"0 0 0\"/>" +
+                            Square + "</ofd:PathObject>";
+    QCOMPARE(InkBox(PaintPage(path)), QRectF(10, 10, 5, 5));
+    const QByteArray negative = QByteArray(path).replace("10 10 5 5", "10 10 5 -5");
+    QCOMPARE(InkBox(PaintPage(negative)), QRectF(10, 10, 20, 20));
+    const QImage text =
+        PaintPage(Text("Size=\"10\" Boundary=\"10 10 1 1\"", "<ofd:TextCode X=\"0\" Y=\"10\">H</ofd:TextCode>"));
+    QVERIFY(InkBox(text).width() > 4);
+}
+
+void TestOfdRender::fillingNeedsAFlagAndAColour()
+{
+    const QByteArray head = "<ofd:PathObject ID=\"1\" Boundary=\"10 10 20 20\" Stroke=\"false\" ";
+    const QByteArray colour = "<ofd:FillColor Value=\"0 0 0\"/>";
+    QVERIFY(InkBox(PaintPage(head + "Fill=\"true\">" + Square + "</ofd:PathObject>")).isEmpty());
+    QVERIFY(InkBox(PaintPage(head + ">" + colour + Square + "</ofd:PathObject>")).isEmpty());
+    QVERIFY(!InkBox(PaintPage(head + "Fill=\"true\">" + Square + colour + "</ofd:PathObject>")).isEmpty());
+}
+
+void TestOfdRender::theRuleDecidesWhatIsInside()
+{
+    const QByteArray rings = "M 0 0 L 20 0 L 20 20 L 0 20 C M 5 5 L 15 5 L 15 15 L 5 15 C";
+    const auto paint = [&](const QByteArray& rule) {
+        return PaintPage("<ofd:PathObject ID=\"1\" Boundary=\"10 10 20 20\" Stroke=\"false\" Fill=\"true\" " + rule +
+                         "><ofd:FillColor Value=\"0 0 0\"/><ofd:AbbreviatedData>" + rings +
+                         "</ofd:AbbreviatedData></ofd:PathObject>");
+    };
+    QCOMPARE(ColourAt(paint("Rule=\"Even-Odd\""), 20, 20), QColor(Qt::white));
+    QCOMPARE(ColourAt(paint("Rule=\"NonZero\""), 20, 20), QColor(Qt::black));
+    QCOMPARE(ColourAt(paint(""), 20, 20), QColor(Qt::black));
+}
+
+void TestOfdRender::linesHaveWidthDashesAndCaps()
+{
+    const auto line = [&](const QByteArray& attributes) {
+        return PaintPage("<ofd:PathObject ID=\"1\" Boundary=\"10 20 0 0\" " + attributes +
+                         "><ofd:AbbreviatedData>M 0 0 L 40 0</ofd:AbbreviatedData></ofd:PathObject>");
+    };
+    QCOMPARE(InkBox(line("LineWidth=\"4\"")), QRectF(10, 18, 40, 4));
+    QCOMPARE(InkBox(line("LineWidth=\"-4\"")), QRectF(10, 18, 40, 4));
+    QCOMPARE(InkBox(line("LineWidth=\"4\" Cap=\"Square\"")), QRectF(8, 18, 44, 4));
+    QVERIFY(!InkBox(line("LineWidth=\"0\"")).isEmpty()); // the thinnest line there is
+    QCOMPARE(InkBox(line("LineWidth=\"2\" CTM=\"0.5 0 0 2 0 0\"")), QRectF(10, 18, 20, 4));
+    const QImage dashed = line("LineWidth=\"4\" DashPattern=\"5 5\"");
+    QCOMPARE(ColourAt(dashed, 12, 20), QColor(Qt::black));
+    QCOMPARE(ColourAt(dashed, 17, 20), QColor(Qt::white));
+    QCOMPARE(ColourAt(line("LineWidth=\"4\" DashPattern=\"5 5\" DashOffset=\"5\""), 12, 20), QColor(Qt::white));
+    QCOMPARE(ColourAt(line("LineWidth=\"4\" DashPattern=\"0 0\""), 17, 20), QColor(Qt::black)); // cannot be drawn
+}
+
+void TestOfdRender::clipsCutByTheirIntersection()
+{
+    const auto clip = [](const QByteArray& data) {
+        return "<ofd:Clip><ofd:Area><ofd:Path Boundary=\"0 0 20 20\"><ofd:AbbreviatedData>" + data +
+               "</ofd:AbbreviatedData></ofd:Path></ofd:Area></ofd:Clip>";
+    };
+    const QByteArray left = clip("M 0 0 L 10 0 L 10 20 L 0 20 C");
+    const QByteArray top = clip("M 0 0 L 20 0 L 20 10 L 0 10 C");
+    const auto paint = [&](const QByteArray& clips) {
+        return PaintPage(FilledSquare(10, 10, "Value=\"0 0 0\"").replace("<ofd:FillColor", clips + "<ofd:FillColor"));
+    };
+    QCOMPARE(InkBox(paint("<ofd:Clips>" + left + top + "</ofd:Clips>")), QRectF(10, 10, 10, 10));
+    QCOMPARE(InkBox(paint("<ofd:Clips/>")), QRectF(10, 10, 20, 20));
+    // Two areas of one clip are taken together.
+    const QByteArray both = QByteArray(left + top).replace("</ofd:Clip><ofd:Clip>", "");
+    const QImage joined = paint("<ofd:Clips>" + both + "</ofd:Clips>");
+    QCOMPARE(ColourAt(joined, 12, 28), QColor(Qt::black));
+    QCOMPARE(ColourAt(joined, 28, 12), QColor(Qt::black));
+    QCOMPARE(ColourAt(joined, 28, 28), QColor(Qt::white));
+}
+
+void TestOfdRender::theClipsFlagDecidesWhetherTheMatrixApplies()
+{
+    const auto paint = [&](const QByteArray& flag) {
+        return PaintPage("<ofd:PathObject ID=\"1\" Boundary=\"10 10 40 40\" CTM=\"2 0 0 2 0 0\" Stroke=\"false\" "
+                         "Fill=\"true\"><ofd:Clips" +
+                         flag +
+                         "><ofd:Clip><ofd:Area><ofd:Path Boundary=\"0 0 10 10\"><ofd:AbbreviatedData>M 0 0 L 10 0 L 10 "
+                         "10 L 0 10 C</ofd:AbbreviatedData></ofd:Path></ofd:Area></ofd:Clip></ofd:Clips>"
+                         "<ofd:FillColor Value=\"0 0 0\"/>" +
+                         Square + "</ofd:PathObject>");
+    };
+    QCOMPARE(InkBox(paint(" TransFlag=\"false\"")), QRectF(10, 10, 10, 10));
+    QCOMPARE(InkBox(paint(" TransFlag=\"true\"")), QRectF(10, 10, 20, 20));
+    QCOMPARE(InkBox(paint("")), QRectF(10, 10, 20, 20));
+}
+
+void TestOfdRender::drawParametersAreInherited()
+{
+    const QByteArray params =
+        "<ofd:DrawParams><ofd:DrawParam ID=\"30\" LineWidth=\"6\"><ofd:StrokeColor Value=\"255 0 0\"/>"
+        "</ofd:DrawParam><ofd:DrawParam ID=\"31\" Relative=\"30\"><ofd:StrokeColor Value=\"0 0 255\"/>"
+        "</ofd:DrawParam></ofd:DrawParams>";
+    const auto paint = [&](const QByteArray& layer, const QByteArray& attributes, const QByteArray& colour) {
+        const QByteArray object = "<ofd:PathObject ID=\"1\" Boundary=\"10 20 0 0\" " + attributes + ">" + colour +
+                                  "<ofd:AbbreviatedData>M 0 0 L 40 0</ofd:AbbreviatedData></ofd:PathObject>";
+        OfdFile file = OfdFile::WithPage(object).Resources(params + FontResource);
+        QByteArray page = file.Part(QStringLiteral("Doc_0/Pages/Page_0/Content.xml"));
+        page.replace("<ofd:Layer ID=\"500\"", "<ofd:Layer ID=\"500\" " + layer);
+        return Paint(file.Set(QStringLiteral("Doc_0/Pages/Page_0/Content.xml"), page));
+    };
+    const QImage own = paint({}, "DrawParam=\"31\"", {});
+    QCOMPARE(ColourAt(own, 20, 20), QColor(Qt::blue)); // its own colour, the width of the other
+    QCOMPARE(ColourAt(own, 20, 22.5), QColor(Qt::blue));
+    QCOMPARE(ColourAt(paint("DrawParam=\"30\"", {}, {}), 20, 22.5), QColor(Qt::red));
+    QCOMPARE(ColourAt(paint("DrawParam=\"30\"", {}, "<ofd:StrokeColor Value=\"0 255 0\"/>"), 20, 20),
+             QColor(Qt::green));
+    QCOMPARE(ColourAt(paint("DrawParam=\"10\"", {}, {}), 20, 22.5), QColor(Qt::white)); // the id of a font
+    QVERIFY(qGray(ColourAt(paint("DrawParam=\"99\"", {}, {}), 20, 20.1).rgb()) < 128);
+}
+
+void TestOfdRender::arcsGoTheWayTheyAreTold()
+{
+    const auto paint = [&](const QByteArray& arc) {
+        return InkBox(PaintPage("<ofd:PathObject ID=\"1\" Boundary=\"30 50 0 0\" Stroke=\"false\" Fill=\"true\">"
+                                "<ofd:FillColor Value=\"0 0 0\"/><ofd:AbbreviatedData>M 0 0 " +
+                                arc + "</ofd:AbbreviatedData></ofd:PathObject>"));
+    };
+    QCOMPARE(paint("A 20 20 0 0 1 40 0 C"), QRectF(30, 30, 40, 20)); // clockwise: over the top
+    QCOMPARE(paint("A 20 20 0 0 0 40 0 C"), QRectF(30, 50, 40, 20));
+    QCOMPARE(paint("A 1 1 0 0 1 40 0 C"), QRectF(30, 30, 40, 20)); // too small: scaled up
+    const QRectF large = paint("A 25 25 0 1 1 40 0 C");
+    QVERIFY(large.height() > 38 && large.width() > 49);
+    QVERIFY(paint("A 0 20 0 0 1 40 0 L 40 10 L 0 10 C").contains(QRectF(31, 51, 38, 8))); // a line
+}
+
+void TestOfdRender::picturesFillTheirMatrix()
+{
+    QImage quadrants(2, 2, QImage::Format_RGB32);
+    quadrants.setPixelColor(0, 0, Qt::red);
+    quadrants.setPixelColor(1, 0, Qt::green);
+    quadrants.setPixelColor(0, 1, Qt::blue);
+    quadrants.setPixelColor(1, 1, Qt::black);
+    QByteArray png;
+    QBuffer buffer(&png);
+    QVERIFY(quadrants.scaled(64, 64).save(&buffer, "PNG"));
+    const QByteArray media = "<ofd:MultiMedias><ofd:MultiMedia ID=\"40\" Type=\"Image\"><ofd:MediaFile>a.png"
+                             "</ofd:MediaFile></ofd:MultiMedia></ofd:MultiMedias>";
+    const auto paint = [&](const QByteArray& attributes) {
+        const QByteArray image = "<ofd:ImageObject ID=\"1\" ResourceID=\"40\" " + attributes + "/>";
+        return Paint(OfdFile::WithPage(image).Resources(media).Set(QStringLiteral("Doc_0/Res/a.png"), png));
+    };
+    const QImage placed = paint("Boundary=\"10 10 40 20\" CTM=\"40 0 0 20 0 0\"");
+    QVERIFY(IsNear(ColourAt(placed, 15, 12), Qt::red));
+    QVERIFY(IsNear(ColourAt(placed, 45, 12), Qt::green));
+    QVERIFY(IsNear(ColourAt(placed, 15, 28), Qt::blue));
+    QVERIFY(IsNear(ColourAt(placed, 45, 28), Qt::black));
+    QCOMPARE(ColourAt(placed, 9, 20), QColor(Qt::white));
+    QVERIFY(IsNear(ColourAt(paint("Boundary=\"10 10 40 20\""), 45, 12), Qt::green)); // fits its boundary
+    QVERIFY(IsNear(ColourAt(paint("Boundary=\"10 10 40 40\" CTM=\"0 40 -40 0 40 0\""), 45, 15), Qt::red)); // turned
+    const QImage faint = paint("Boundary=\"10 10 40 20\" CTM=\"40 0 0 20 0 0\" Alpha=\"128\"");
+    QVERIFY(IsNear(ColourAt(faint, 45, 28), QColor(127, 127, 127)));
+}
+
+void TestOfdRender::pictureKindsAreToldByTheirBytes_data()
+{
+    QTest::addColumn<QString>("sample");
+    for (const char* name : {"image_png_alpha", "image_jpeg", "image_jbig2", "image_without_format",
+                             "media_in_other_folder", "non_ascii_part_names"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void TestOfdRender::pictureKindsAreToldByTheirBytes()
+{
+    QFETCH(QString, sample);
+    const auto paint = [](const QString& name) {
+        const ofd::OpenResult opened = ofd::OfdDocument::Open(SamplePath(QStringLiteral("deviations/") + name));
+        G_RenderRequest request;
+        request.pixelsPerMm = PixelsPerMm;
+        return opened.document->Renderer()->RenderPage(request).image;
+    };
+    // The same page without its picture is white there.
+    const QImage with = paint(sample);
+    const QImage without = paint(QStringLiteral("image_without_resource"));
+    int count = 0;
+    for (int y = 200; y < 1100; ++y) {
+        for (int x = 0; x < with.width(); ++x)
+            count += with.pixel(x, y) != without.pixel(x, y);
+    }
+    QVERIFY2(count > 1000, qPrintable(QString::number(count)));
+}
+
+void TestOfdRender::textDrawsInsideItsBox()
+{
+    const QRectF ink = InkBox(PaintPage(Text("Size=\"20\" Boundary=\"10 10 60 30\"",
+                                             "<ofd:TextCode X=\"5\" Y=\"22\" DeltaX=\"20\">HH</ofd:TextCode>")));
+    // Two letters of 0.72 em height on a baseline at 32 mm, the second 20 mm further.
+    QVERIFY2(qAbs(ink.bottom() - 32) < 0.6, qPrintable(QString::number(ink.bottom())));
+    QVERIFY(ink.height() > 12 && ink.height() < 16);
+    QVERIFY(ink.left() > 15 && ink.left() < 18);
+    QVERIFY(ink.right() > 45 && ink.right() < 51);
+}
+
+void TestOfdRender::deltasRepeatAndSurplusIsIgnored()
+{
+    const auto right = [&](const QByteArray& deltas) {
+        return InkBox(PaintPage(Text("Size=\"6\" Boundary=\"10 10 60 30\"",
+                                     "<ofd:TextCode X=\"0\" Y=\"10\" " + deltas + ">IIII</ofd:TextCode>")))
+            .right();
+    };
+    const double full = right("DeltaX=\"6 6 6\"");
+    QVERIFY(full > 28 && full < 34);
+    QCOMPARE(right("DeltaX=\"6\""), full);
+    QCOMPARE(right("DeltaX=\"g 3 6\""), full);
+    QCOMPARE(right("DeltaX=\"  g  3  6  \""), full);
+    QCOMPARE(right("DeltaX=\"6 6 6 6 6 6\""), full);
+    QCOMPARE(right("DeltaX=\"g 2000000000 6\""), full);
+    const double natural = right("");
+    QVERIFY(natural > 15 && natural < 19);   // the font's own widths
+    QVERIFY(right("DeltaY=\"6 6 6\"") < 12); // one below the other
+}
+
+void TestOfdRender::charactersTurn_data()
+{
+    QTest::addColumn<int>("direction");
+    QTest::addColumn<QRectF>("box"); // where the letter must be
+    QTest::newRow("0") << 0 << QRectF(50, 35, 15, 15);
+    QTest::newRow("90") << 90 << QRectF(50, 50, 15, 15);
+    QTest::newRow("180") << 180 << QRectF(35, 50, 15, 15);
+    QTest::newRow("270") << 270 << QRectF(35, 35, 15, 15);
+}
+
+void TestOfdRender::charactersTurn()
+{
+    QFETCH(int, direction);
+    QFETCH(QRectF, box);
+    const QRectF ink = InkBox(
+        PaintPage(Text("Size=\"20\" Boundary=\"0 0 0 0\" CharDirection=\"" + QByteArray::number(direction) + "\"",
+                       "<ofd:TextCode X=\"50\" Y=\"50\">E</ofd:TextCode>")));
+    QVERIFY(!ink.isEmpty());
+    QVERIFY2(box.adjusted(-0.5, -0.5, 0.5, 0.5).contains(ink), qPrintable(QString::number(ink.x())));
+}
+
+void TestOfdRender::embeddedFontsDrawTheirOwnGlyphs_data()
+{
+    QTest::addColumn<QString>("sample");
+    for (const char* name : {"truetype_named_otf", "truetype_named_cff", "cff_named_ttf", "truetype_without_cmap",
+                             "truetype_without_tables"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void TestOfdRender::embeddedFontsDrawTheirOwnGlyphs()
+{
+    QFETCH(QString, sample);
+    const ofd::OpenResult opened = ofd::OfdDocument::Open(SamplePath(QStringLiteral("deviations/") + sample));
+    G_RenderRequest request;
+    request.pixelsPerMm = PixelsPerMm;
+    const QImage image = opened.document->Renderer()->RenderPage(request).image;
+    // "BLOCKS 12" in letters of square blocks, ten millimetres high: every pixel deep inside is black or white.
+    int black = 0, white = 0, between = 0;
+    const QImage line = image.copy(80, 396, 220, 44);
+    for (int y = 0; y < line.height(); ++y) {
+        for (int x = 0; x < line.width(); ++x) {
+            const int gray = qGray(line.pixel(x, y));
+            (gray < 20 ? black : gray > 235 ? white : between)++;
+        }
+    }
+    QVERIFY2(black > 1500 && white > 1500, qPrintable(QStringLiteral("%1 %2").arg(black).arg(white)));
+    QVERIFY(between < (black + white) / 3);
+}
+
+void TestOfdRender::compositesArePlacedByTheirMatrix()
+{
+    const QByteArray units =
+        "<ofd:CompositeGraphicUnits><ofd:CompositeGraphicUnit ID=\"50\" Width=\"60\" Height=\"60\">"
+        "<ofd:Content>" +
+        FilledSquare(0, 0, "Value=\"0 0 255\"") +
+        "</ofd:Content></ofd:CompositeGraphicUnit></ofd:CompositeGraphicUnits>";
+    const QImage image = PaintPage(
+        "<ofd:CompositeObject ID=\"1\" ResourceID=\"50\" Boundary=\"30 40 10 10\" CTM=\"0.5 0 0 0.5 0 0\"/>", units);
+    QCOMPARE(InkBox(image), QRectF(30, 40, 10, 10)); // never scaled by width and height
+    QCOMPARE(ColourAt(image, 35, 45), QColor(Qt::blue));
+}
+
+void TestOfdRender::templatesAndLayersArePaintedInOrder()
+{
+    const auto layer = [](const QByteArray& type, const QByteArray& colour) {
+        return "<ofd:Layer ID=\"1\" Type=\"" + type + "\">" + FilledSquare(10, 10, colour) + "</ofd:Layer>";
+    };
+    const auto paint = [&](const QByteArray& templates, const QByteArray& layers, const QByteArray& zOrder) {
+        OfdFile file = OfdFile::WithPages(1).Common("<ofd:TemplatePage ID=\"60\" BaseLoc=\"T.xml\" " + zOrder + "/>");
+        file.Set(QStringLiteral("Doc_0/T.xml"),
+                 Element("Page", "<ofd:Content>" + layer("Body", "Value=\"255 0 0\"") + "</ofd:Content>"));
+        file.Set(QStringLiteral("Doc_0/Pages/Page_0/Content.xml"),
+                 Element("Page", templates + "<ofd:Content>" + layers + "</ofd:Content>"));
+        return ColourAt(Paint(file), 20, 20);
+    };
+    const QByteArray body = layer("Body", "Value=\"0 0 255\"");
+    const QByteArray back = layer("Background", "Value=\"0 255 0\"");
+    const QByteArray front = layer("Foreground", "Value=\"0 0 0\"");
+    QCOMPARE(paint({}, body + back, {}), QColor(Qt::blue)); // the background comes first wherever it stands
+    QCOMPARE(paint({}, front + body, {}), QColor(Qt::black));
+    QCOMPARE(paint("<ofd:Template TemplateID=\"60\"/>", body, {}), QColor(Qt::blue));
+    QCOMPARE(paint("<ofd:Template TemplateID=\"60\"/>", back, {}), QColor(Qt::green));
+    QCOMPARE(paint("<ofd:Template TemplateID=\"60\" ZOrder=\"Foreground\"/>", body, {}), QColor(Qt::red));
+    QCOMPARE(paint("<ofd:Template TemplateID=\"60\"/>", body, "ZOrder=\"Foreground\""), QColor(Qt::red));
+    QCOMPARE(paint("<ofd:Template TemplateID=\"60\" ZOrder=\"Background\"/>", body, "ZOrder=\"Foreground\""),
+             QColor(Qt::blue)); // the page has the last word
+}
+
+void TestOfdRender::hiddenThingsAreNotPainted()
+{
+    OfdFile file = OfdFile::WithPages(1).Common("<ofd:TemplatePage ID=\"60\" BaseLoc=\"T.xml\"/>");
+    file.Set(QStringLiteral("Doc_0/T.xml"), PageXml(FilledSquare(10, 10, "Value=\"255 0 0\"")));
+    file.Set(QStringLiteral("Doc_0/Pages/Page_0/Content.xml"),
+             Element("Page", "<ofd:Template TemplateID=\"60\"/><ofd:Content><ofd:Layer>" +
+                                 FilledSquare(40, 10, "Value=\"0 0 255\"") +
+                                 FilledSquare(70, 10, "Value=\"0 0 0\"", "Visible=\"false\"") +
+                                 "</ofd:Layer></ofd:Content>"));
+    const QString path = file.Write(folder.filePath(QStringLiteral("hidden.ofd")));
+    const ofd::OpenResult opened = ofd::OfdDocument::Open(path);
+    QVERIFY(opened);
+    ofd::OfdDocument& document = *opened.document;
+    G_RenderRequest request;
+    request.pixelsPerMm = PixelsPerMm;
+    const auto box = [&] { return InkBox(document.Renderer()->RenderPage(request).image); };
+    QCOMPARE(box(), QRectF(10, 10, 50, 20));
+    document.SetTemplateVisible(60, false);
+    QCOMPARE(box(), QRectF(40, 10, 20, 20));
+    document.SetTemplateVisible(60, true);
+    request.ignoredTemplates = {60};
+    QCOMPARE(box(), QRectF(40, 10, 20, 20));
+    request.ignoredTemplates.clear();
+    QVERIFY(document.GetPage(0)->Load());
+    document.GetPage(0)->GetLayerAt(0)->SetVisible(false);
+    QCOMPARE(box(), QRectF(10, 10, 20, 20));
+    document.ReleasePage(0, 0);
+    QCOMPARE(box(), QRectF(10, 10, 20, 20));
+}
+
+void TestOfdRender::annotationsArePaintedOnTop()
+{
+    OfdFile file = OfdFile::WithPage(FilledSquare(10, 10, "Value=\"255 0 0\""));
+    file.Tail("<ofd:Annotations>A.xml</ofd:Annotations>");
+    file.Set(QStringLiteral("Doc_0/A.xml"),
+             Element("Annotations", "<ofd:Page PageID=\"1\"><ofd:FileLoc>P.xml</ofd:FileLoc></ofd:Page>"));
+    file.Set(QStringLiteral("Doc_0/P.xml"),
+             Element("PageAnnot", "<ofd:Annot ID=\"7\" Type=\"Highlight\"><ofd:Appearance Boundary=\"20 20 30 30\">" +
+                                      FilledSquare(5, 5, "Value=\"0 0 255\"") + "</ofd:Appearance></ofd:Annot>"));
+    const QString path = file.Write(folder.filePath(QStringLiteral("annots.ofd")));
+    const ofd::OpenResult opened = ofd::OfdDocument::Open(path);
+    QVERIFY(opened);
+    G_RenderRequest request;
+    request.pixelsPerMm = PixelsPerMm;
+    const auto colour = [&] { return ColourAt(opened.document->Renderer()->RenderPage(request).image, 27, 27); };
+    QCOMPARE(colour(), QColor(Qt::blue)); // on the page at (25, 25), over the red square
+    request.withAnnotations = false;
+    QCOMPARE(colour(), QColor(Qt::red));
+    request.withAnnotations = true;
+    IG_Page* page = opened.document->GetPage(0);
+    QCOMPARE(page->LoadAnnots(), 0);
+    IG_Annot* annot = page->GetAnnotById(7);
+    QVERIFY(annot);
+    QVERIFY(annot->GetBoundary() == CCA_GRect(20, 20, 50, 50));
+    annot->SetVisible(false, true);
+    QCOMPARE(colour(), QColor(Qt::red));
+    annot->SetVisible(true, true);
+    QCOMPARE(colour(), QColor(Qt::blue));
+    QVERIFY(opened.document->RemoveAnnot(annot));
+    QCOMPARE(colour(), QColor(Qt::red));
+    QCOMPARE(page->GetAnnotCount(), 0);
+    QVERIFY(annot->IsHiddenFromList());
+    annot->SetRemark("nothing happens");
+    QVERIFY(annot->GetRemark().IsEmpty());
+    QVERIFY(opened.document->ReviveAnnot(annot));
+    QCOMPARE(colour(), QColor(Qt::blue));
+}
+
+void TestOfdRender::axialShadingsRunAlongTheirAxis()
+{
+    const auto paint = [&](const QByteArray& attributes) {
+        return PaintPage(
+            "<ofd:PathObject ID=\"1\" Boundary=\"10 10 60 20\" Stroke=\"false\" Fill=\"true\">"
+            "<ofd:FillColor><ofd:AxialShd StartPoint=\"20 0\" EndPoint=\"40 0\" " +
+            attributes +
+            "><ofd:Segment><ofd:Color Value=\"0 0 0\"/></ofd:Segment><ofd:Segment><ofd:Color Value=\"255 0 "
+            "0\"/></ofd:Segment></ofd:AxialShd></ofd:FillColor><ofd:AbbreviatedData>M 0 0 L 60 0 L 60 20 L "
+            "0 20 C</ofd:AbbreviatedData></ofd:PathObject>");
+    };
+    const QImage plain = paint({});
+    QCOMPARE(ColourAt(plain, 20, 20), QColor(Qt::white)); // before its start
+    QVERIFY(IsNear(ColourAt(plain, 30.5, 20), Qt::black, 10));
+    QVERIFY(IsNear(ColourAt(plain, 40, 20), QColor(128, 0, 0), 6));
+    QVERIFY(IsNear(ColourAt(plain, 49.5, 20), Qt::red, 10));
+    QCOMPARE(ColourAt(plain, 60, 20), QColor(Qt::white));
+    const QImage extended = paint("Extend=\"3\"");
+    QVERIFY(IsNear(ColourAt(extended, 12, 20), Qt::black));
+    QVERIFY(IsNear(ColourAt(extended, 68, 20), Qt::red));
+    QVERIFY(IsNear(ColourAt(paint("Extend=\"3\" MapType=\"Reflect\""), 69, 20), Qt::black, 20));
+}
+
+void TestOfdRender::transparencyMixes()
+{
+    const QImage image = PaintPage(FilledSquare(10, 10, "Value=\"0 0 0\" Alpha=\"128\"") +
+                                   FilledSquare(40, 10, "Value=\"0 0 0\"", "Alpha=\"128\"") +
+                                   FilledSquare(70, 10, "Value=\"0 0 0\" Alpha=\"128\"", "Alpha=\"128\""));
+    QVERIFY(IsNear(ColourAt(image, 20, 20), QColor(127, 127, 127)));
+    QVERIFY(IsNear(ColourAt(image, 50, 20), QColor(127, 127, 127)));
+    QVERIFY(IsNear(ColourAt(image, 80, 20), QColor(191, 191, 191)));
+}
+
+void TestOfdRender::aRegionIsThatPartOfThePage()
+{
+    const OfdFile file =
+        OfdFile::WithPage(FilledSquare(10, 30, "Value=\"255 0 0\"") + FilledSquare(60, 60, "Value=\"0 0 255\""));
+    G_RenderRequest request;
+    const QImage whole = Paint(file, request);
+    request.region = QRect(30, 100, 250, 200);
+    QCOMPARE(Paint(file, request), whole.copy(request.region));
+}
+
+void TestOfdRender::aPageIsPaintedTheSameInManyThreads()
+{
+    const ofd::OpenResult opened = ofd::OfdDocument::Open(SamplePath(QStringLiteral("tour")));
+    QVERIFY(opened);
+    const int pageCount = opened.document->GetPageCount();
+    std::vector<QImage> alone;
+    G_RenderRequest request;
+    request.pixelsPerMm = 1.5;
+    for (request.pageIndex = 0; request.pageIndex < pageCount; ++request.pageIndex)
+        alone.push_back(opened.document->Renderer()->RenderPage(request).image);
+    // Another document, so that nothing is read or decoded yet.
+    const ofd::OpenResult fresh = ofd::OfdDocument::Open(SamplePath(QStringLiteral("tour")));
+    QVERIFY(fresh);
+    std::atomic<int> wrongCount{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&, t] {
+            for (int i = 0; i < pageCount; ++i) {
+                G_RenderRequest own;
+                own.pixelsPerMm = 1.5;
+                own.pageIndex = (i + t) % pageCount;
+                wrongCount += fresh.document->Renderer()->RenderPage(own).image != alone[size_t(own.pageIndex)];
+            }
+        });
+    }
+    // Meanwhile the main thread reads and hides things of another page.
+    for (int i = 0; i < pageCount; ++i) {
+        IG_Page* page = fresh.document->GetPage(i);
+        QVERIFY(page->Load());
+        page->LoadAnnots();
+        page->GetTextPage()->Parse(0);
+        fresh.document->SetTemplateVisible(999, false);
+        fresh.document->ReleasePage(i, 0);
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    QCOMPARE(wrongCount.load(), 0);
+}
+
+void TestOfdRender::aCancelledPageGivesNothing()
+{
+    const ofd::OpenResult opened = ofd::OfdDocument::Open(SamplePath(QStringLiteral("tour")));
+    G_RenderRequest request;
+    request.cancelled = std::make_shared<std::atomic<bool>>(true);
+    const G_RenderResult result = opened.document->Renderer()->RenderPage(request);
+    QVERIFY(result.image.isNull());
+    QVERIFY(result.error.isEmpty());
+}
+
+void TestOfdRender::cyclesEnd()
+{
+    const QByteArray resources =
+        "<ofd:DrawParams><ofd:DrawParam ID=\"30\" Relative=\"31\"/><ofd:DrawParam ID=\"31\" Relative=\"30\"/>"
+        "</ofd:DrawParams><ofd:CompositeGraphicUnits><ofd:CompositeGraphicUnit ID=\"50\" Width=\"9\" "
+        "Height=\"9\"><ofd:Content>"
+        "<ofd:CompositeObject ID=\"2\" ResourceID=\"51\" Boundary=\"0 0 9 "
+        "9\"/></ofd:Content></ofd:CompositeGraphicUnit>"
+        "<ofd:CompositeGraphicUnit ID=\"51\" Width=\"9\" Height=\"9\"><ofd:Content>" +
+        FilledSquare(0, 0, "Value=\"0 0 0\"", "DrawParam=\"30\"") +
+        "<ofd:CompositeObject ID=\"3\" ResourceID=\"50\" Boundary=\"0 0 9 "
+        "9\"/></ofd:Content></ofd:CompositeGraphicUnit>"
+        "</ofd:CompositeGraphicUnits>";
+    const QImage image =
+        PaintPage("<ofd:CompositeObject ID=\"1\" ResourceID=\"50\" Boundary=\"10 10 9 9\"/>", resources);
+    QCOMPARE(InkBox(image), QRectF(10, 10, 20, 20));
+}
+
+TETO_TEST_MAIN(TestOfdRender)
+
+#include "test_ofd_render.moc"
