@@ -5,6 +5,7 @@
 
 #include <common/public_method.h>
 #include <common/rights.h>
+#include <common/text_edits.h>
 #include <frame/document/ig_document.h>
 
 #include <QContextMenuEvent>
@@ -92,8 +93,8 @@ bool CBookmarkTreeWidget::CanDropOn(QTreeWidgetItem*, QTreeWidgetItem* target) c
 
 void CBookmarkTreeWidget::Drop(QDropEvent* event)
 {
-    const int count = dragNodes.size();
-    const bool isMoved = MoveDragged(event->pos(), SourceItem(event->mimeData()));
+    const QList<G_TreeNode*> nodes = dragNodes; // the refill that a move brings about forgets them
+    const bool isMoved = MoveDragged(nodes, event->pos(), SourceItem(event->mimeData()));
     if (isMoved) {
         event->setDropAction(Qt::MoveAction);
         event->accept();
@@ -103,26 +104,26 @@ void CBookmarkTreeWidget::Drop(QDropEvent* event)
         event->setDropAction(Qt::IgnoreAction);
         event->ignore();
     }
-    QTreeWidget::dropEvent(event);
+    QTreeWidget::dropEvent(event); // NOLINT(bugprone-parent-virtual-call): ReorderTree would handle the drop again
     // Selected only now: what is selected while Qt handles the drop might be moved by it.
-    if (isMoved && !dragNodes.isEmpty())
-        SelectBlock(dragNodes.first()->index, count, dragNodes.first()->index);
+    if (isMoved)
+        SelectBlock(nodes.first()->index, nodes.size(), nodes.first()->index);
     dragNodes.clear(); // an undo would leave dead nodes
 }
 
-bool CBookmarkTreeWidget::MoveDragged(const QPoint& position, QTreeWidgetItem* source)
+bool CBookmarkTreeWidget::MoveDragged(const QList<G_TreeNode*>& nodes, const QPoint& position, QTreeWidgetItem* source)
 {
     QTreeWidgetItem* target = itemAt(position);
-    if (!source || !target || source == target || target->isSelected())
+    if (nodes.isEmpty() || !source || !target || source == target || target->isSelected())
         return false;
     G_TreeNode* root = ListRoot();
     G_TreeNode* node = root ? root->SubNode(indexOfTopLevelItem(target)) : nullptr;
     if (!node)
         return false;
     if (dropAtTop)
-        Pane()->MoveBookmarks(dragNodes, node->parent, true);
+        Pane()->MoveBookmarks(nodes, node->parent, true);
     else
-        Pane()->MoveBookmarks(dragNodes, node, false);
+        Pane()->MoveBookmarks(nodes, node, false);
     return true;
 }
 
@@ -182,6 +183,24 @@ void CBookmarkTreeWidget::GoBackTo(const RowPlace& place)
         executeDelayedItemsLayout();
         verticalScrollBar()->setValue(place.scrollValue);
     }
+}
+
+void CBookmarkTreeWidget::CommitEdit()
+{
+    for (RowTextEdit* child : viewport()->findChildren<RowTextEdit*>()) {
+        const QPointer<RowTextEdit> editor(child);
+        commitData(editor); // nothing for an editor that was closed before
+        if (editor)
+            closeEditor(editor, QAbstractItemDelegate::NoHint);
+    }
+}
+
+bool CBookmarkTreeWidget::DropEdit()
+{
+    const bool isOpen = state() == EditingState;
+    for (RowTextEdit* editor : viewport()->findChildren<RowTextEdit*>())
+        closeEditor(editor, QAbstractItemDelegate::NoHint);
+    return isOpen;
 }
 
 // The key goes on with the row that took the place of the deleted ones.

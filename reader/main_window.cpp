@@ -136,7 +136,6 @@ void MainWindow::OnTabChosen(int position)
     undoGroup->setActiveStack(view ? view->UndoStack() : nullptr);
     statusPanel->SetView(view);
     fileBar->hide();
-    shownView = view;
     if (context->CurrentDocView() != view)
         context->SetCurrentDocView(view);
     if (view)

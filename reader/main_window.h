@@ -111,8 +111,8 @@ private:
     Core::G_PaneMaker* paneMaker;                   // owned by this
     std::vector<std::unique_ptr<DocumentTab>> tabs; // in the tab bar's order
     Core::G_NavigationPage* currentPage = nullptr;  // not owned; null while no pane is open
-    QPointer<G_DocView> shownView;
-    QUndoGroup* undoGroup; // owned by this
+    int paneWidth = 280;                            // logical pixels
+    QUndoGroup* undoGroup;                          // owned by this
     // Widgets, all owned by their parents.
     QTabBar* tabBar = nullptr;
     QSplitter* splitter = nullptr;

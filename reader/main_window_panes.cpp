@@ -64,7 +64,6 @@ void MainWindow::MakeCentralArea()
     viewColumn->addWidget(fileBar);
     viewColumn->addWidget(viewStack, 1);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({280, 900});
     splitter->setChildrenCollapsible(false);
     row->addWidget(splitter, 1);
     column->addLayout(row, 1);
@@ -113,6 +112,10 @@ void MainWindow::ShowCurrentPane()
     if (currentPage && tab && context->CurrentDocView() == tab->View())
         pane = currentPage->WidgetFor(tab->Document());
     paneArea->ShowPane(currentPage, pane);
+    if (currentPage && paneArea->isHidden())
+        splitter->setSizes({paneWidth, qMax(paneWidth, splitter->width() - paneWidth)});
+    else if (!currentPage && paneArea->isVisible())
+        paneWidth = paneArea->width(); // the user's own width comes back with the pane
     paneArea->setVisible(currentPage != nullptr);
 }
 

@@ -87,7 +87,7 @@ void G_PageWidget::wheelEvent(QWheelEvent* event)
     if (view && view->d->WheelEvent(event))
         event->accept();
     else
-        QAbstractScrollArea::wheelEvent(event);
+        QAbstractScrollArea::wheelEvent(event); // NOLINT(bugprone-parent-virtual-call): the scene takes no wheel
 }
 
 void G_PageWidget::Key(QKeyEvent* event)

@@ -63,6 +63,7 @@ TextCode ReadTextCode(const pugi::xml_node& element, const std::vector<pugi::xml
     code.y = NumberAttribute(element, "Y", previous ? previous->y : 0);
     code.codes = CodesOf(ElementText(element));
     std::vector<GlyphMapping> mappings;
+    mappings.reserve(transforms.size());
     for (const pugi::xml_node& transform : transforms)
         mappings.push_back(ReadMapping(transform, code.codes.size()));
     code.mappings = UsableMappings(std::move(mappings), code.codes.size());
