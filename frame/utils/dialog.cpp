@@ -64,8 +64,9 @@ void OV_Dialog::keyPressEvent(QKeyEvent* event)
     }
     // The dialog's own choice of a default button is left out: it would press a second one.
     event->accept();
-    emit PressEnter();
-    if (defaultButton && defaultButton->isEnabled())
+    const QPointer<OV_Dialog> self(this);
+    emit PressEnter(); // whoever hears of it may delete the dialog
+    if (self && defaultButton && defaultButton->isEnabled())
         defaultButton->click();
 }
 

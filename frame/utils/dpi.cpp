@@ -22,7 +22,7 @@ float OVDpi::DpiScale() const
 
 QString OVDpi::ScaleStyleSheet(const QString& styleSheet) const
 {
-    static const QRegularExpression pixels(QStringLiteral("(\\d+(?:\\.\\d+)?)px\\b"));
+    static const QRegularExpression pixels(QStringLiteral("(?<![\\w.])(\\d*\\.?\\d+)px\\b"));
     QString scaled;
     int end = 0;
     QRegularExpressionMatchIterator matches = pixels.globalMatch(styleSheet);

@@ -5,6 +5,7 @@
 #include <frame/document/ig_document.h>
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace {
 
@@ -67,9 +68,11 @@ QList<IG_Document*> G_Application::OpenDocuments() const
 bool G_Application::IsOpen(const QString& path) const
 {
     const QString wanted = QDir::cleanPath(QDir::fromNativeSeparators(path));
+    const QString target = QFileInfo(wanted).canonicalFilePath(); // empty when there is no such file
     for (IG_Document* document : documents) {
         const QString key = QString::fromUtf8(document->GetDocumentKey().Bytes());
-        if (QDir::cleanPath(QDir::fromNativeSeparators(key)) == wanted)
+        const QString file = QDir::cleanPath(QDir::fromNativeSeparators(key));
+        if (file == wanted || (!target.isEmpty() && QFileInfo(file).canonicalFilePath() == target))
             return true;
     }
     return false;

@@ -30,7 +30,7 @@ public:
     void DocumentOpened(IG_Document* document);
     void DocumentClosed(IG_Document* document);
     QList<IG_Document*> OpenDocuments() const;
-    // True when a document whose key is this native path is open.
+    // True when a document is open whose key is this native path, or names the same file by way of a link.
     bool IsOpen(const QString& path) const;
 
     // What saves a document; set by the reader. False without one.

@@ -2,6 +2,7 @@
 
 #include <frame/utils/dpi.h>
 
+#include <QAccessible>
 #include <QEvent>
 
 namespace {
@@ -68,6 +69,8 @@ void G_StatusNote::ShowNext()
     show();
     raise();
     timer.start();
+    QAccessibleEvent spoken(this, QAccessible::Alert); // who cannot see it hears it
+    QAccessible::updateAccessibility(&spoken);
 }
 
 void G_StatusNote::Place()

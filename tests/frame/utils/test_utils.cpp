@@ -54,6 +54,7 @@ private slots:
     void aDialogScalesTheSizesOfItsWidgets();
     void aDialogMovesWithTheMouseWhenItMay();
     void enterPressesTheDefaultButtonOnceAndIsTold();
+    void aDialogMayBeDeletedByWhoHearsOfEnter();
     void escapeStillRejectsADialog();
     void aPopupsExecReturnsWhenItCloses();
     void aPopupStaysOnTheScreen();
@@ -83,6 +84,10 @@ void TestUtils::styleSheetsAreScaledByTheirPixelSizesAlone_data()
                          << "font-size:18px;";
     QTest::newRow("several") << "margin:1px 2px 3px;"
                              << "margin:2px 3px 5px;";
+    QTest::newRow("a fraction without a whole part") << "width:.8px"
+                                                     << "width:1px";
+    QTest::newRow("names of files stay") << "image:url(:/icon_16px.svg);width:16px"
+                                         << "image:url(:/icon_16px.svg);width:24px";
     QTest::newRow("fractions are rounded") << "width:0.5px;height:7.4px"
                                            << "width:1px;height:11px";
     QTest::newRow("negative") << "margin-left:-4px"
@@ -113,9 +118,13 @@ void TestUtils::foldersEndWithASeparator()
 
 void TestUtils::theTemporaryFolderIsForItsUserAlone()
 {
-    const QFile::Permissions rights = QFileInfo(Utils::OV_Path::TempPath()).permissions();
-    QVERIFY(rights & QFile::WriteOwner);
-    QCOMPARE(rights & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther), 0);
+    for (int i = 0; i < 2; ++i) {
+        const QString folder = Utils::OV_Path::TempPath();
+        const QFile::Permissions rights = QFileInfo(folder).permissions();
+        QVERIFY(rights & QFile::WriteOwner);
+        QCOMPARE(rights & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther), 0);
+        QVERIFY(QDir(folder).removeRecursively()); // it is made again when it is asked for
+    }
 }
 
 // Makes a file and tells what would be opened for it.
@@ -298,6 +307,18 @@ void TestUtils::enterPressesTheDefaultButtonOnceAndIsTold()
     chosen.setEnabled(false);
     QTest::keyClick(&dialog, Qt::Key_Return);
     QCOMPARE(chosenClicked.count(), 2);
+}
+
+void TestUtils::aDialogMayBeDeletedByWhoHearsOfEnter()
+{
+    auto* dialog = new OV_Dialog(nullptr);
+    QPushButton chosen("Chosen"); // outlives the dialog
+    dialog->SetDefaultBtn(&chosen);
+    QSignalSpy clicked(&chosen, &QPushButton::clicked);
+    connect(dialog, &OV_Dialog::PressEnter, this, [dialog] { delete dialog; });
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(dialog, &enter);
+    QCOMPARE(clicked.count(), 0);
 }
 
 void TestUtils::escapeStillRejectsADialog()

@@ -20,6 +20,7 @@ private slots:
     void restrictedMeansThatPermissionsForbidEditing();
     void openDocumentsAreKnownByPath();
     void theFileOfAnOpenDocumentIsNotOverwritten();
+    void aLinkToTheFileOfAnOpenDocumentIsNotOverwritten();
     void savingIsTheServicesAffair();
     void settingsInMemoryAreForgotten();
     void settingsInAFileStay();
@@ -80,6 +81,26 @@ void TestApplication::theFileOfAnOpenDocumentIsNotOverwritten()
     G_Application::Instance().DocumentClosed(&document);
     writer.reset(ICA_StreamWriter::CreateFileStreamWriter(path.toStdWString().c_str(), 0));
     QVERIFY(writer != nullptr);
+}
+
+void TestApplication::aLinkToTheFileOfAnOpenDocumentIsNotOverwritten()
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath("open.ofd");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("whole") == 5);
+    file.close();
+    const QString link = folder.filePath("link.txt");
+    QVERIFY(QFile::link(path, link));
+    MemoryDocument document;
+    document.SetDocumentKey(path.toUtf8());
+    G_Application::Instance().DocumentOpened(&document);
+    const bool isOpen = G_Application::Instance().IsOpen(link);
+    const std::unique_ptr<ICA_StreamWriter> writer(
+        ICA_StreamWriter::CreateFileStreamWriter(link.toStdWString().c_str(), 0));
+    G_Application::Instance().DocumentClosed(&document);
+    QVERIFY(isOpen);
+    QVERIFY(!writer);
 }
 
 void TestApplication::savingIsTheServicesAffair()
