@@ -69,8 +69,7 @@ void ServeLaterStarts(SingleInstance& instance, MainWindow& window)
 {
     instance.Listen();
     QObject::connect(&instance, &SingleInstance::FilesReceived, &window, [&window](const QStringList& files) {
-        for (const QString& file : files)
-            window.OpenFile(file);
+        window.OpenWhenFree(files);
         window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
         window.raise();
         window.activateWindow();

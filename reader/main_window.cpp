@@ -27,7 +27,12 @@
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTabBar>
+#include <QTimer>
 #include <QUndoGroup>
+
+namespace {
+constexpr int kModalRetryMs = 200;
+} // namespace
 
 MainWindow::MainWindow(ReaderContext* givenContext, QWidget* parent)
     : QMainWindow(parent)
@@ -98,6 +103,16 @@ bool MainWindow::OpenFile(const QString& path, bool readOnly)
     AddTab(std::move(outcome.file));
     recentFiles->Add(QFileInfo(path).absoluteFilePath());
     return true;
+}
+
+void MainWindow::OpenWhenFree(const QStringList& paths)
+{
+    if (context->IsModalRunning()) {
+        QTimer::singleShot(kModalRetryMs, this, [this, paths] { OpenWhenFree(paths); });
+        return;
+    }
+    for (const QString& path : paths)
+        OpenFile(path);
 }
 
 void MainWindow::AddTab(std::unique_ptr<DocumentFile> file)

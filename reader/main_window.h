@@ -43,6 +43,9 @@ public:
     void SetUpNavigation();
     // Opens a file in a tab, or brings its tab to the front. False, after a message with the reason, when it cannot.
     bool OpenFile(const QString& path, bool readOnly = false);
+    // Opens files that came from outside. Waits while something modal is up: whoever asked it still stands on the stack
+    // and means the tab that is current.
+    void OpenWhenFree(const QStringList& paths);
     // Opens (never toggles) or closes the pane of that id, without taking the focus. False for an unknown id.
     bool ShowPane(const QString& paneId, bool opens);
     QString CurrentPaneId() const;

@@ -6,6 +6,7 @@
 #include <frame/navigation/navigation_page.h>
 #include <frame/view/doc_view.h>
 
+#include <QDialog>
 #include <QFile>
 #include <QMessageBox>
 #include <QTreeWidget>
@@ -28,6 +29,7 @@ private slots:
     void aFileThatVanishesWhileOpenIsToldAndSavingRefuses();
     void aFileReplacedByAnotherProgramIsNotOverwrittenWithoutAQuestion();
     void closingATabWhileItsEditorIsOpenIsSafe();
+    void filesFromOutsideAndClosingWaitForAModalWindow();
     void eachTabHasPanesOfItsOwn();
 
 private:
@@ -221,6 +223,27 @@ void TestReaderTabs::closingATabWhileItsEditorIsOpenIsSafe()
     QVERIFY(desk.Window()->CloseTab(0));
     Settle();
     QCOMPARE(desk.Window()->TabCount(), 0);
+}
+
+void TestReaderTabs::filesFromOutsideAndClosingWaitForAModalWindow()
+{
+    ReaderDesk desk;
+    QVERIFY(desk.Window()->OpenFile(desk.Sample("tour.ofd")));
+    const QString other = desk.Sample("letter.ofd");
+    const DocumentTab* first = desk.Window()->CurrentTab();
+    QDialog question(desk.Window());
+    question.setModal(true);
+    question.show();
+    desk.Window()->OpenWhenFree({other});
+    QVERIFY(!desk.Window()->CloseTab(0));
+    QTest::qWait(300);
+    QCOMPARE(desk.Window()->TabCount(), 1);
+    QCOMPARE(desk.Window()->CurrentTab(), first);
+    question.close();
+    QTRY_COMPARE(desk.Window()->TabCount(), 2);
+    QVERIFY(desk.Window()->CloseTab(1));
+    desk.Window()->OpenWhenFree({other});
+    QCOMPARE(desk.Window()->TabCount(), 2); // at once
 }
 
 void TestReaderTabs::eachTabHasPanesOfItsOwn()
