@@ -13,6 +13,7 @@
 #include <ofd/parse/outline_reader.h>
 #include <ofd/render/page_renderer.h>
 #include <ofd/write/bookmark_writer.h>
+#include <ofd/write/outline_writer.h>
 
 namespace ofd {
 
@@ -28,6 +29,7 @@ struct OfdDocument::Private
     void ReadTagsOnce();
     std::vector<G_Bookmark*> CurrentBookmarks() const;
     bool AreBookmarksEdited() const;
+    bool IsOutlineEdited() const;
     std::vector<OfdAnnot*> EditedAnnots() const;
     bool HasRemovedAnnots() const;
 
@@ -46,6 +48,7 @@ struct OfdDocument::Private
     DocumentSaveResult Write(const QString& target, bool overwritesForeignChange);
     void AdoptSaved(std::unique_ptr<Package> saved, const SavePlan& plan, const QString& target);
     void AdoptSavedBookmarks();
+    void AdoptSavedOutline();
 
     QString path;
     bool isReadOnly = false;
@@ -61,7 +64,7 @@ struct OfdDocument::Private
     BookmarkSources bookmarkSources; // of the elements in the document part, in order
     bool isOutlineRead = false;
     TreeRoot outline;
-    QByteArray savedOutline; // its fingerprint as read
+    OutlineTree outlineElements; // of the document part; null when it has no outline
     bool areTagsRead = false;
     std::vector<TagTree> tags;
     QByteArray savedTags;

@@ -46,6 +46,11 @@ bool OfdDocument::Private::AreBookmarksEdited() const
     return areBookmarksRead && AreBookmarksChanged(bookmarkSources, CurrentBookmarks());
 }
 
+bool OfdDocument::Private::IsOutlineEdited() const
+{
+    return isOutlineRead && IsOutlineChanged(outlineElements, outline.get());
+}
+
 std::vector<OfdAnnot*> OfdDocument::Private::EditedAnnots() const
 {
     std::vector<OfdAnnot*> edited;
@@ -78,6 +83,8 @@ bool OfdDocument::Private::CollectDocumentPart(SavePlan& plan, PackageError& err
     XmlEdit edit(*documentPart);
     if (AreBookmarksEdited())
         WriteBookmarks(edit, *documentPart, Structure(), bookmarkSources, CurrentBookmarks());
+    if (IsOutlineEdited() && !WriteOutline(edit, *documentPart, Structure(), outlineElements, outline.get(), error))
+        return false;
     plan.attachmentsPart = attachmentsPart;
     if (attachments->IsChanged()) {
         const std::shared_ptr<const Package> package = store->GetPackage();
@@ -163,6 +170,7 @@ void OfdDocument::Private::AdoptSaved(std::unique_ptr<Package> saved, const Save
         return; // the saver has read it back already, so this is a broken medium; the old tree serves on
     documentPart = std::move(document);
     AdoptSavedBookmarks();
+    AdoptSavedOutline();
 }
 
 // Records get the sources of their new elements, so that the next save compares with what is in the file now; copies
@@ -177,6 +185,16 @@ void OfdDocument::Private::AdoptSavedBookmarks()
     for (size_t i = 0; i < current.size() && i < sources.size(); ++i)
         current[i]->source = sources[i];
     bookmarkSources = std::move(sources);
+}
+
+void OfdDocument::Private::AdoptSavedOutline()
+{
+    if (!isOutlineRead || !IsOutlineEdited())
+        return;
+    outlineElements.reset();
+    const TreeRoot fresh = ReadOutline(*documentPart, Structure(), &outlineElements);
+    if (fresh)
+        AdoptOutlineSources(outline.get(), fresh.get());
 }
 
 DocumentSaveResult OfdDocument::Save(bool overwritesForeignChange)
@@ -216,8 +234,6 @@ bool OfdDocument::IsChangedOnDisk() const
 QStringList OfdDocument::GetUnsavableChanges() const
 {
     QStringList kinds;
-    if (d->isOutlineRead && FingerprintOf(d->outline.get()) != d->savedOutline)
-        kinds.append(Tr("outline"));
     QByteArray tags;
     for (const TagTree& tree : d->tags)
         tags += FingerprintOf(tree.root.get());

@@ -225,9 +225,7 @@ void OfdDocument::Private::ReadOutlineOnce()
 {
     if (isOutlineRead)
         return;
-    outline = ReadOutline(*documentPart, Structure());
-    const TreeRoot empty(G_TreeNode::CreateRoot()); // a root made later and left empty is no change
-    savedOutline = FingerprintOf(outline ? outline.get() : empty.get());
+    outline = ReadOutline(*documentPart, Structure(), &outlineElements);
     isOutlineRead = true;
 }
 
@@ -350,7 +348,7 @@ bool OfdDocument::IsEncrypted()
 
 bool OfdDocument::IsModified()
 {
-    return d->AreBookmarksEdited() || d->attachments->IsChanged() || !d->EditedAnnots().empty();
+    return d->AreBookmarksEdited() || d->IsOutlineEdited() || d->attachments->IsChanged() || !d->EditedAnnots().empty();
 }
 
 void OfdDocument::Prepare()

@@ -65,8 +65,6 @@ public:
                 tag->attributes.Add(CCA_String(QByteArray(attribute.name()) + '=' + attribute.value()));
         }
         auto source = std::make_shared<TagSource>();
-        source->qualifiedName = element.name();
-        source->xml = edit.GetElementBytes(element);
         tag->source = source;
         G_TreeNode* node = parent->AddSubNode(parent->SubNodeCount(), tag);
         for (pugi::xml_node child = FirstElement(element); child; child = NextElement(child))

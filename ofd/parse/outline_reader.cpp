@@ -8,6 +8,10 @@
 #include <ofd/package/xml_part.h>
 #include <ofd/package/xml_values.h>
 
+#include <QHash>
+
+#include <algorithm>
+
 namespace ofd {
 
 namespace {
@@ -39,37 +43,67 @@ public:
     {
     }
 
-    void ReadChildren(const pugi::xml_node& parent, G_TreeNode* node) const
+    // Entries come in document order, which is the order of the tree's elements too.
+    void Read(const pugi::xml_node& list, G_TreeNode* root, const std::shared_ptr<const ElementTree>& elements)
     {
-        for (const pugi::xml_node& element : ChildElements(parent, "OutlineElem")) {
-            G_OutlineItem* item = ReadItem(element); // owned by the node below
-            G_TreeNode* added = node->AddSubNode(node->SubNodeCount(), item);
-            ReadChildren(element, added); // nesting is bound by the depth limit of the XML reader
+        tree = elements;
+        std::vector<std::pair<pugi::xml_node, G_TreeNode*>> pending{{list, root}};
+        for (int element = 0; !pending.empty(); ++element) {
+            const auto [entry, parent] = pending.back();
+            pending.pop_back();
+            G_TreeNode* node = parent;
+            if (element > 0)
+                node = parent->AddSubNode(parent->SubNodeCount(), ReadItem(entry, element));
+            const size_t first = pending.size();
+            for (const pugi::xml_node& child : ChildElements(entry, "OutlineElem"))
+                pending.emplace_back(child, node);
+            std::reverse(pending.begin() + std::ptrdiff_t(first), pending.end());
         }
     }
 
 private:
-    G_OutlineItem* ReadItem(const pugi::xml_node& element) const
+    // Owned by the caller.
+    G_OutlineItem* ReadItem(const pugi::xml_node& entry, int element)
     {
-        auto* item = new G_OutlineItem; // owned by the caller
-        item->title = Utf8(AttributeText(element, "Title").trimmed());
+        auto* item = new G_OutlineItem;
+        item->title = Utf8(AttributeText(entry, "Title").trimmed());
         item->text = item->title;
-        item->expanded = BooleanAttribute(element, "Expanded", true);
-        const pugi::xml_node actions = ChildElement(element, "Actions");
-        for (const pugi::xml_node& action : ChildElements(actions, "Action"))
-            item->actions.Add(ReadAction(action));
+        item->expanded = BooleanAttribute(entry, "Expanded", true);
         auto source = std::make_shared<OutlineSource>();
-        const ElementRange range = edit.GetRange(element);
-        source->startTag = part.GetBytes().mid(int(range.begin), int(range.startTagEnd - range.begin));
-        source->actions = actions ? edit.GetElementBytes(actions) : QByteArray();
+        source->tree = tree;
+        source->element = element;
         source->text = item->text;
         source->expanded = item->expanded;
+        for (const pugi::xml_node& action : ChildElements(ChildElement(entry, "Actions"), "Action")) {
+            item->actions.Add(ReadAction(action));
+            source->actions.push_back(ValueOf(*item->actions[item->actions.GetSize() - 1]));
+        }
+        source->hasCount = HasAttribute(entry, "Count");
+        if (source->hasCount) {
+            source->count = IntegerAttribute(entry, "Count");
+            source->counts = CountsOf(element);
+        }
         item->source = source;
         return item;
     }
 
+    // The counts of all elements are found at once, from the last to the first, when the first is asked for.
+    EntryCounts CountsOf(int element)
+    {
+        if (counts.empty()) {
+            counts.resize(size_t(tree->GetCount()));
+            for (int i = tree->GetCount() - 1; i > 0; --i) {
+                EntryCounts& above = counts[size_t(tree->At(i).parent)];
+                above.leaves += std::max(counts[size_t(i)].leaves, 1);
+                above.children += 1;
+                above.all += counts[size_t(i)].all + 1;
+            }
+        }
+        return counts[size_t(element)];
+    }
+
     // Owned by the caller.
-    G_Action* ReadAction(const pugi::xml_node& element) const
+    G_Action* ReadAction(const pugi::xml_node& element)
     {
         G_Action* action = ReadGoto(ChildElement(element, "Goto"));
         const pugi::xml_node uri = ChildElement(element, "URI");
@@ -85,7 +119,7 @@ private:
     }
 
     // Null when the action goes nowhere in this document.
-    G_Action* ReadGoto(const pugi::xml_node& element) const
+    G_Action* ReadGoto(const pugi::xml_node& element)
     {
         if (const pugi::xml_node dest = ChildElement(element, "Dest")) {
             auto* action = new G_ActionGoto;
@@ -99,21 +133,49 @@ private:
         auto* action = new G_ActionGoto;
         action->bookmarkName = Utf8(name);
         action->dest->pageIndex = -1; // a bookmark that does not exist leads nowhere
-        for (const pugi::xml_node& element : ChildElements(ChildElement(part.GetRoot(), "Bookmarks"), "Bookmark")) {
-            if (AttributeText(element, "Name") == name) {
-                *action->dest = ReadDestination(ChildElement(element, "Dest"), structure);
-                break;
+        if (const pugi::xml_node element = BookmarkCalled(name))
+            *action->dest = ReadDestination(ChildElement(element, "Dest"), structure);
+        return action;
+    }
+
+    // The first of that name; a null node without any.
+    pugi::xml_node BookmarkCalled(const QString& name)
+    {
+        if (!hasBookmarks) {
+            hasBookmarks = true;
+            for (const pugi::xml_node& element : ChildElements(ChildElement(part.GetRoot(), "Bookmarks"), "Bookmark")) {
+                const QString known = AttributeText(element, "Name");
+                if (!bookmarks.contains(known))
+                    bookmarks.insert(known, element);
             }
         }
-        return action;
+        return bookmarks.value(name);
     }
 
     const XmlPart& part;
     const XmlEdit edit;
     const DocumentStructure& structure;
+    std::shared_ptr<const ElementTree> tree;
+    std::vector<EntryCounts> counts; // by element; empty until needed
+    QHash<QString, pugi::xml_node> bookmarks;
+    bool hasBookmarks = false;
 };
 
 } // namespace
+
+ActionValue ValueOf(const G_Action& action)
+{
+    ActionValue value;
+    value.xml = action.opaque;
+    value.type = action.actionType;
+    if (const auto* jump = dynamic_cast<const G_ActionGoto*>(&action)) {
+        value.dest = *jump->dest;
+        value.bookmarkName = jump->bookmarkName;
+    } else if (const auto* opens = dynamic_cast<const G_ActionUri*>(&action)) {
+        value.uri = opens->uri;
+    }
+    return value;
+}
 
 G_Dest ReadDestination(const pugi::xml_node& element, const DocumentStructure& structure)
 {
@@ -153,13 +215,20 @@ TreeRoot ReadBookmarks(const XmlPart& document, const DocumentStructure& structu
     return root;
 }
 
-TreeRoot ReadOutline(const XmlPart& document, const DocumentStructure& structure)
+bool IsOutlineEntry(std::string_view localName)
+{
+    return localName == "OutlineElem";
+}
+
+TreeRoot ReadOutline(const XmlPart& document, const DocumentStructure& structure,
+                     std::shared_ptr<const ElementTree>* elements)
 {
     const pugi::xml_node list = ChildElement(document.GetRoot(), "Outlines");
     if (!list)
         return nullptr;
+    *elements = std::make_shared<const ElementTree>(XmlEdit(document).GetElementBytes(list), IsOutlineEntry);
     TreeRoot root(G_TreeNode::CreateRoot());
-    OutlineReader(document, structure).ReadChildren(list, root.get());
+    OutlineReader(document, structure).Read(list, root.get(), *elements);
     return root;
 }
 

@@ -4,13 +4,16 @@
 #include <frame/document/tree_node.h>
 
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include <pugixml.hpp>
 
 namespace ofd {
 
+class ElementTree;
 class XmlPart;
+struct ActionValue;
 struct BookmarkSource;
 struct DocumentStructure;
 
@@ -25,7 +28,14 @@ G_Dest ReadDestination(const pugi::xml_node& element, const DocumentStructure& s
 TreeRoot ReadBookmarks(const XmlPart& document, const DocumentStructure& structure,
                        std::vector<std::shared_ptr<const BookmarkSource>>* sources);
 
-// The outline of the document part; null when it has none.
-TreeRoot ReadOutline(const XmlPart& document, const DocumentStructure& structure);
+// What an action says, and its element when it came from a file.
+ActionValue ValueOf(const G_Action& action);
+
+// Whether an element inside the outline is an entry of it.
+bool IsOutlineEntry(std::string_view localName);
+
+// The outline of the document part; null when it has none. `elements` gets what the sources of its records point into.
+TreeRoot ReadOutline(const XmlPart& document, const DocumentStructure& structure,
+                     std::shared_ptr<const ElementTree>* elements);
 
 } // namespace ofd

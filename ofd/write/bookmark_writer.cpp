@@ -1,7 +1,8 @@
 #include "bookmark_writer.h"
 
+#include "child_order.h"
+#include "destination_writer.h"
 #include "document_order.h"
-#include "longest_rise.h"
 
 #include <frame/document/payloads.h>
 #include <ofd/model/record_sources.h>
@@ -13,13 +14,9 @@
 
 #include <QHash>
 
-#include <algorithm>
-
 namespace ofd {
 
 namespace {
-
-constexpr const char* DestinationTypes[] = {"XYZ", "Fit", "FitH", "FitV", "FitR"};
 
 QString NameOf(const G_Bookmark& bookmark)
 {
@@ -29,42 +26,6 @@ QString NameOf(const G_Bookmark& bookmark)
 const BookmarkSource* SourceOf(const G_Bookmark& bookmark)
 {
     return dynamic_cast<const BookmarkSource*>(bookmark.source.get());
-}
-
-struct DestinationAttribute
-{
-    const char* name;
-    QString value; // null: the mode does not use it
-};
-
-QString Number(double value)
-{
-    return QString::fromLatin1(FormatNumber(value));
-}
-
-// What a destination is written as; attributes that its mode does not use are left out.
-QVector<DestinationAttribute> AttributesOf(const G_Dest& dest, const DocumentStructure& structure)
-{
-    const int mode = dest.zoomMode >= 0 && dest.zoomMode <= 4 ? dest.zoomMode : 0;
-    const int pageId = dest.pageId ? dest.pageId : structure.pages.value(dest.pageIndex).id;
-    const bool hasAll = mode == 0 || mode == 4;
-    return {{"Type", QString::fromLatin1(DestinationTypes[mode])},
-            {"PageID", QString::number(pageId)},
-            {"Left", hasAll || mode == 3 ? Number(double(dest.left)) : QString()},
-            {"Top", hasAll || mode == 2 ? Number(double(dest.top)) : QString()},
-            {"Right", hasAll ? Number(double(dest.right)) : QString()},
-            {"Bottom", hasAll ? Number(double(dest.bottom)) : QString()},
-            {"Zoom", mode == 0 && dest.zoom > 0 ? Number(double(dest.zoom)) : QString()}};
-}
-
-void AppendDestination(XmlFragment& xml, const G_Dest& dest, const DocumentStructure& structure)
-{
-    xml.Open("Dest");
-    for (const DestinationAttribute& attribute : AttributesOf(dest, structure)) {
-        if (!attribute.value.isNull())
-            xml.Attribute(attribute.name, attribute.value);
-    }
-    xml.Close();
 }
 
 // Changes in an existing element what differs from its source; attributes that we do not know stay.
@@ -82,12 +43,7 @@ void EditElement(XmlEdit& edit, const pugi::xml_node& element, const BookmarkSou
         edit.AppendChild(element, xml.GetBytes());
         return;
     }
-    for (const DestinationAttribute& attribute : AttributesOf(*bookmark.dest, structure)) {
-        if (!attribute.value.isNull())
-            edit.SetAttribute(dest, attribute.name, attribute.value);
-        else
-            edit.RemoveAttribute(dest, attribute.name);
-    }
+    EditDestination(edit, dest, *bookmark.dest, structure);
 }
 
 // The bytes of an element that stands nowhere in the part: a new one, or one that comes back or moves.
@@ -159,31 +115,13 @@ void WriteBookmarks(XmlEdit& edit, const XmlPart& document, const DocumentStruct
     }
     const std::vector<pugi::xml_node> elements = ChildElements(list, "Bookmark");
     const std::vector<int> matches = MatchElements(saved, current);
-    const std::vector<bool> stays = LongestRise(matches);
-    std::vector<bool> isKept(elements.size(), false);
+    const std::vector<bool> stays = ArrangeChildren(edit, list, elements, matches, [&](int i) {
+        return ElementBytes(*current[size_t(i)], structure, PrefixOf(list));
+    });
     for (size_t i = 0; i < current.size(); ++i) {
+        const size_t place = size_t(matches[i]);
         if (stays[i])
-            isKept[size_t(matches[i])] = true;
-    }
-    for (size_t i = 0; i < elements.size(); ++i) {
-        if (!isKept[i])
-            edit.Remove(elements[i]);
-    }
-    const auto firstKept = std::find(isKept.begin(), isKept.end(), true);
-    pugi::xml_node before; // the last element that stays
-    for (size_t i = 0; i < current.size(); ++i) {
-        if (stays[i]) {
-            before = elements[size_t(matches[i])];
-            EditElement(edit, before, *saved[size_t(matches[i])], *current[i], structure);
-            continue;
-        }
-        const QByteArray bytes = ElementBytes(*current[i], structure, PrefixOf(list));
-        if (before)
-            edit.InsertAfter(before, bytes);
-        else if (firstKept != isKept.end())
-            edit.InsertBefore(elements[size_t(firstKept - isKept.begin())], bytes);
-        else
-            edit.AppendChild(list, bytes);
+            EditElement(edit, elements[place], *saved[place], *current[i], structure);
     }
 }
 
