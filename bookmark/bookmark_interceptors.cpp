@@ -80,6 +80,7 @@ bool GPI_BookmarkDeleteAll::PrepareDataHandle(G_Operation*, int)
     if (answer != okButton)
         return false;
     tree->blockSignals(true);
+    tree->DropEdit();
     tree->clear();
     tree->blockSignals(false);
     return true;
@@ -99,9 +100,15 @@ bool GPI_BookmarkRename::OperationFilter(G_Operation* op)
 
 bool GPI_BookmarkRename::PrepareDataHandle(G_Operation* op, int)
 {
-    QTreeWidgetItem* item = IsMine() ? tree->currentItem() : nullptr;
-    if (!item)
+    if (!IsMine())
         return false;
+    QTreeWidgetItem* item = tree->currentItem();
+    if (!item) {
+        // The copy kept for an edit that was cancelled is freed now that another one is refused.
+        operation = nullptr;
+        pane->isRenaming = false;
+        return false;
+    }
     pane->previousName = item->text(0);
     tree->editItem(item, 0);
     // An edit that is cancelled leaves both as they are until the next rename; the end of an edit relies on them.
@@ -126,7 +133,7 @@ void GPI_BookmarkRename::ItemChanged(QTreeWidgetItem* item, int)
         tree->blockSignals(false);
         return;
     }
-    pane->previousName = text.left(MaxNameLength);
+    pane->previousName = CutText(text, MaxNameLength);
     item->setText(0, pane->previousName);
     item->setToolTip(0, pane->previousName);
     operation->Params->Add(ParamKey::Row, row);

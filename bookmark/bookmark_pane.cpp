@@ -146,7 +146,7 @@ bool NaviBookmarkWidget::HasRows() const
 
 bool NaviBookmarkWidget::MayEditRows() const
 {
-    return ::MayEditRows(context->CurrentDocView(), document);
+    return !restricted && ::MayEditRows(context->CurrentDocView(), document);
 }
 
 // All rows in one insertion: the view is told once, however many there are.
@@ -165,8 +165,15 @@ void NaviBookmarkWidget::FillRows(G_TreeNode* root)
 
 void NaviBookmarkWidget::UpdateBookmark(int)
 {
+    if (!tree)
+        return;
     const RowPlace place = tree->CurrentPlace();
     tree->blockSignals(true);
+    // An edit that is open belongs to a row that goes now. Clearing the list would commit it half way through, and its
+    // text might bring up a box.
+    if (tree->DropEdit())
+        isRenaming = false;
+    tree->dragNodes.clear(); // they may be gone
     tree->clear();
     G_TreeNode* root = document->GetBookmarkRoot();
     if (!root) {
@@ -211,6 +218,7 @@ void NaviBookmarkWidget::UpdateBookmarkAll(G_Event* event)
 {
     if (!IsMyAddition(event))
         return;
+    tree->CommitEdit(); // what was typed in another row is kept
     tree->blockSignals(true);
     G_TreeNode* root = document->GetBookmarkRoot();
     if (!root)
@@ -319,7 +327,7 @@ void NaviBookmarkWidget::pageChangeSlot(G_DocView* sender)
 
 void NaviBookmarkWidget::popMenu(const QPoint& point)
 {
-    if (!document->CheckRight(true) || document->IsReadOnly() || !tree->itemAt(point))
+    if (!tree || !document->CheckRight(true) || document->IsReadOnly() || !tree->itemAt(point))
         return;
     ContextMenuItemState wrap;
     wrap.checked = wordWrap;

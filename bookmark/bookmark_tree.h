@@ -27,6 +27,10 @@ public:
     RowPlace CurrentPlace() const;
     // Makes the row current without selecting it and scrolls back; a row that is gone is left alone.
     void GoBackTo(const RowPlace& place);
+    // Ends an edit that is open as Enter would; the list may be filled anew by it.
+    void CommitEdit();
+    // Ends an edit that is open without its text; true when there was one.
+    bool DropEdit();
 
 protected:
     QString MimeType() const override;
@@ -41,7 +45,7 @@ private:
     QList<int> SelectedRows() const;
     QList<G_TreeNode*> NodesAt(const QList<int>& rows) const;
     G_TreeNode* ListRoot() const;
-    bool MoveDragged(const QPoint& position, QTreeWidgetItem* source);
+    bool MoveDragged(const QList<G_TreeNode*>& nodes, const QPoint& position, QTreeWidgetItem* source);
     void MoveSelection(int step);
     void SelectBlock(int firstRow, int count, int currentRow);
     void DeleteSelection();
