@@ -122,7 +122,7 @@ QString GP_AddBookmark::NewName() const
     if (!DocView()->SelectHighLightText().isEmpty()) {
         PageTextProbe probe;
         ProbePageText(DocView(), INT_MAX, "GP_AddBookmark::ParseTextPage", probe);
-        name = probe.text.left(MaxNameLength);
+        name = CutText(probe.text, MaxNameLength);
     }
     return name.isEmpty() ? QString() : UniqueBookmarkName(name, GDocument());
 }

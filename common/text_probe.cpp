@@ -1,6 +1,7 @@
 #include "text_probe.h"
 
 #include "public_method.h"
+#include "text_rules.h"
 
 #include <frame/base/converters.h>
 #include <frame/base/strings.h>
@@ -72,7 +73,7 @@ void ProbePageText(G_DocView* view, int limit, const char* logName, PageTextProb
     for (const G_HighLightItem& item : items) {
         AppendItemText(document, item, logName, probe.text);
         if (limit < probe.text.size()) {
-            probe.text.truncate(limit);
+            probe.text = CutText(probe.text, limit);
             return;
         }
     }

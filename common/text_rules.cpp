@@ -11,3 +11,11 @@ QString RemoveBlanks(const QString& text)
         --end;
     return text.mid(begin, end - begin);
 }
+
+QString CutText(const QString& text, int most)
+{
+    if (text.size() <= most)
+        return text;
+    const bool halvesOne = most > 0 && text.at(most - 1).isHighSurrogate() && text.at(most).isLowSurrogate();
+    return text.left(halvesOne ? most - 1 : most);
+}

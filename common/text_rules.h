@@ -7,3 +7,7 @@ QString RemoveBlanks(const QString& text);
 
 // The most characters a name typed or taken from the page may have.
 constexpr int MaxNameLength = 100;
+
+// The first `most` characters; one less where the cut would halve a character of two code units, which no file can
+// hold.
+QString CutText(const QString& text, int most);

@@ -91,6 +91,31 @@ private slots:
         QCOMPARE(TipOf({"a=1", "bb", "=3", "d=4=5"}), QStringLiteral("Buyer:\nbb \n   3\nd  4"));
     }
 
+    void aTextIsCutToItsFirstCharactersAndNeverThroughOne_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("most");
+        QTest::addColumn<QString>("cut");
+        const QString smile = QString::fromUtf8("\xF0\x9F\x98\x80"); // two code units
+        QTest::newRow("shorter") << QStringLiteral("ab") << 3 << QStringLiteral("ab");
+        QTest::newRow("just as long") << QStringLiteral("abc") << 3 << QStringLiteral("abc");
+        QTest::newRow("longer") << QStringLiteral("abcd") << 3 << QStringLiteral("abc");
+        QTest::newRow("nothing is left") << QStringLiteral("abcd") << 0 << QString();
+        QTest::newRow("through a character") << "ab" + smile + "c" << 3 << QStringLiteral("ab");
+        QTest::newRow("behind a character") << "a" + smile + "c" << 3 << "a" + smile;
+        QTest::newRow("through the only one") << smile << 1 << QString();
+        QTest::newRow("a half that the text brought")
+            << QStringLiteral("ab") + QChar(0xD83D) + "c" << 3 << QStringLiteral("ab") + QChar(0xD83D);
+    }
+
+    void aTextIsCutToItsFirstCharactersAndNeverThroughOne()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, most);
+        QFETCH(QString, cut);
+        QCOMPARE(CutText(text, most), cut);
+    }
+
     void onlyBlanksAreCutAndOnlyAtTheEnds_data()
     {
         QTest::addColumn<QString>("text");
