@@ -11,13 +11,16 @@
 #include <frame/utils/dpi.h>
 #include <frame/view/ui_context.h>
 
+#include <QAbstractItemView>
 #include <QDebug>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPointer>
 #include <QScrollBar>
 #include <QTextBlockFormat>
 #include <QTextFrame>
+#include <QToolTip>
 
 #include <cmath>
 
@@ -86,6 +89,7 @@ public:
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setWordWrapMode(QTextOption::WrapAnywhere);
+        setAcceptRichText(false); // a name has no looks, whatever is pasted
         document()->setDocumentMargin(0);
     }
     // As high as its row: a text edit's own size would stretch the row to a page.
@@ -228,6 +232,20 @@ void BookMarkTreeItemDelegate::FitWidth(QWidget* editor, const QRect& row) const
     }
 }
 
+// The name as it is: Qt would take one with markup in it for a page of its own, pictures included.
+bool BookMarkTreeItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                                         const QModelIndex& index)
+{
+    if (!event || !view || event->type() != QEvent::ToolTip)
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    QString tip = index.data(Qt::ToolTipRole).toString();
+    if (!tip.isEmpty())
+        tip = QStringLiteral("<p style=\"white-space:pre-wrap\">%1</p>").arg(tip.toHtmlEscaped());
+    QToolTip::showText(event->globalPos(), tip, view, view->visualRect(index));
+    event->setAccepted(!tip.isEmpty());
+    return true;
+}
+
 // Tab and Shift+Tab end the edit where it is: going on to the next row would edit without a rename in progress.
 bool BookMarkTreeItemDelegate::eventFilter(QObject* editor, QEvent* event)
 {
@@ -263,8 +281,7 @@ void BookMarkTreeItemDelegate::setModelData(QWidget* editor, QAbstractItemModel*
         tree->topLevelItem(row)->setText(BookmarkItem::NameColumn, RemoveBlanks(text));
         return;
     }
-    if (text.size() >= MaxNameLength)
-        text.truncate(MaxNameLength);
+    text = CutText(text, MaxNameLength);
     if (IsTaken(node, text) && RefusesDuplicate())
         return;
     QTreeWidgetItem* item = tree ? tree->topLevelItem(row) : nullptr;
