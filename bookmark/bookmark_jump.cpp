@@ -1,5 +1,6 @@
 #include "bookmark_jump.h"
 
+#include <common/zoom_modes.h>
 #include <frame/document/destination.h>
 #include <frame/document/ig_document.h>
 
@@ -8,30 +9,15 @@ namespace {
 constexpr double SmallestZoom = 0.00999;
 constexpr double LargestZoom = 64.0;
 
-int ViewZoomMode(int destinationMode)
-{
-    switch (destinationMode) {
-    case 1:
-        return 4;
-    case 2:
-        return 2;
-    case 3:
-        return 3;
-    case 4:
-        return 5;
-    default:
-        return 0;
-    }
-}
-
 } // namespace
 
 BookmarkJump JumpTo(const G_Dest& dest, IG_Document& document)
 {
     BookmarkJump jump;
     jump.pageIndex = dest.pageId == 0 ? dest.pageIndex : document.PageIndexFromId(dest.pageId);
-    jump.viewZoomMode = ViewZoomMode(dest.zoomMode);
-    jump.fitRect = dest.zoomMode == 4;
+    const ViewZoom viewZoom = ViewZoomOf(dest.zoomMode);
+    jump.viewZoomMode = viewZoom.mode;
+    jump.fitRect = viewZoom.fitsRectangle;
     jump.rect.SetRect(dest.left, dest.top, dest.right, dest.bottom);
     const double zoom = dest.zoomMode == 0 ? double(dest.zoom) : 0.0; // only the plain mode carries a zoom
     jump.hasZoom = zoom >= SmallestZoom && zoom <= LargestZoom;
