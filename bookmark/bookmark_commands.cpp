@@ -18,7 +18,7 @@ QList<int> RowsOf(const QList<G_TreeNode*>& nodes)
 {
     QList<int> rows;
     for (const G_TreeNode* node : nodes)
-        rows.append(node->index);
+        rows.append(node ? node->index : -1);
     return rows;
 }
 
