@@ -28,7 +28,8 @@ void UpdateNoContentPicture(OVPaintNoContent*& noContent, QWidget* list, bool is
         noContent->SetPixRect(rect);
         return;
     }
-    QPixmap pixmap(rect.size());
+    // As many pixels as the screen really has there, or the picture would be blurred.
+    QPixmap pixmap(rect.size() * list->devicePixelRatioF());
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     QSvgRenderer(QStringLiteral(":/nocontent/image/") + picture).render(&painter);
