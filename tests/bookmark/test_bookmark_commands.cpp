@@ -369,9 +369,35 @@ private slots:
 
     void commandsHaveNoTextAndNeverMerge()
     {
-        const AddBookmarkCommand command(root->SubNode(0), Context());
-        QVERIFY(command.text().isEmpty());
-        QCOMPARE(command.id(), -1);
+        const AddBookmarkCommand add(root->SubNode(0), Context());
+        const ModifyBookmarkCommand modify(nullptr, nullptr, root->SubNode(0), Context());
+        const DeleteBookmarkCommand remove(Nodes({0}), Context());
+        const BatchMoveBookmarkCommand move(Nodes({0}), nullptr, true, Context());
+        for (const QUndoCommand* command : std::initializer_list<const QUndoCommand*>{&add, &modify, &remove, &move}) {
+            QVERIFY(command->text().isEmpty());
+            QCOMPARE(command->id(), -1);
+        }
+    }
+
+    void nodesThatAreMissingAmongThoseToDeleteAreLeftOut()
+    {
+        const QString before = DumpTree(root);
+        Push(new DeleteBookmarkCommand({root->SubNode(1), nullptr, root->SubNode(3)}, Context()));
+        QCOMPARE(root->SubNodeCount(), 3);
+        Stack()->undo();
+        QCOMPARE(DumpTree(root), before);
+        Push(new DeleteBookmarkCommand({nullptr, root->SubNode(1)}, Context()));
+        QCOMPARE(DumpTree(root), before);
+    }
+
+    void aMoveOfRowsThatAreMissingMovesTheOthers()
+    {
+        const QString before = DumpTree(root);
+        Push(new BatchMoveBookmarkCommand({root->SubNode(1), nullptr, root->SubNode(3)}, nullptr, true, Context()));
+        QCOMPARE(BookmarkName(root->SubNode(0)), QStringLiteral("B"));
+        QCOMPARE(BookmarkName(root->SubNode(1)), QStringLiteral("D"));
+        Stack()->undo();
+        QCOMPARE(DumpTree(root), before);
     }
 
     void everyKindOfStepUndoneAndRedoneKeepsTheDump()

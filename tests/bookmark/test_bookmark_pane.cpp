@@ -11,6 +11,7 @@
 #include <frame/utils/no_content.h>
 
 #include <QAbstractItemModelTester>
+#include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTextEdit>
@@ -43,6 +44,9 @@ private slots:
     void rowsKeepTheirDragFlagAndAreEditableOnlyWhereEditingIsAllowed_data();
     void rowsKeepTheirDragFlagAndAreEditableOnlyWhereEditingIsAllowed();
     void theListIsAFlatOneColumnListWithoutHeaderFrameOrIndentation();
+    void buttonsLineAndListStandAtTheirDistances_data();
+    void buttonsLineAndListStandAtTheirDistances();
+    void rightsThatForbadeEditingAtTheStartKeepRowsFromBeingEdited();
     void aNodeWithoutABookmarkHasARowTooAndAClickOnItGoesNowhere();
     void theModelKeepsItsPromisesOverRefills();
     void aNullDocumentLeavesAnEmptyWidget();
@@ -156,6 +160,49 @@ void TestBookmarkPane::theListIsAFlatOneColumnListWithoutHeaderFrameOrIndentatio
     QCOMPARE(tree->dragDropMode(), QAbstractItemView::InternalMove);
 }
 
+void TestBookmarkPane::buttonsLineAndListStandAtTheirDistances_data()
+{
+    QTest::addColumn<int>("scale");
+    QTest::newRow("plain") << 1;
+    QTest::newRow("twice") << 2;
+}
+
+void TestBookmarkPane::buttonsLineAndListStandAtTheirDistances()
+{
+    QFETCH(int, scale);
+    Utils::OVDpi::Instance()->OverrideScale(scale);
+    PaneDesk desk(DocumentWithBookmarks(1));
+    const NaviBookmarkWidget* pane = desk.First()->pane;
+    const QRect add = pane->addButton->geometry();
+    const QRect remove = pane->deleteButton->geometry();
+    const QRect line = pane->separator->geometry();
+    QCOMPARE(add, QRect(14 * scale, 4 * scale, 24 * scale, 24 * scale)); // 6 of the pane, 8 of the row
+    QCOMPARE(remove, add.translated(36 * scale, 0));
+    QCOMPARE(line.topLeft(), QPoint(6 * scale, 36 * scale));
+    QCOMPARE(line.height(), 1);
+    QCOMPARE(pane->tree->geometry().topLeft(), QPoint(6 * scale, 44 * scale + 1));
+    QCOMPARE(pane->tree->geometry().bottomRight(), pane->rect().bottomRight());
+    QCOMPARE(
+        pane->separator->styleSheet(),
+        QStringLiteral("background:#E4E6EB;border-radius: %1px;margin-right:%2px;").arg(2 * scale).arg(10 * scale));
+    QCOMPARE(pane->tree->styleSheet(),
+             QStringLiteral("QTreeView{color:#36425A; background:#F5F7F9; outline:0px;}"
+                            "QTreeView::item{padding-left:8px; padding-right:8px; height:25px;}"));
+    QVERIFY(pane->addButton->styleSheet().contains(QLatin1String(":/nodeQrc/image/btn_add_normal.svg")));
+    QVERIFY(pane->deleteButton->styleSheet().contains(QLatin1String(":/nodeQrc/image/btn_del_normal.svg")));
+}
+
+void TestBookmarkPane::rightsThatForbadeEditingAtTheStartKeepRowsFromBeingEdited()
+{
+    PaneDesk desk(QStringLiteral("rights edit=no\n") + DocumentWithBookmarks(1));
+    QVERIFY(desk.First()->pane->restricted);
+    desk.First()->document->SetRights(true, true, true, true);
+    desk.First()->pane->UpdateBookmark(0);
+    QCOMPARE(FlagBits(desk.First(), 0), selectableAndEnabled);
+    PaneDesk free(DocumentWithBookmarks(1));
+    QVERIFY(!free.First()->pane->restricted);
+}
+
 void TestBookmarkPane::aNodeWithoutABookmarkHasARowTooAndAClickOnItGoesNowhere()
 {
     PaneDesk desk(DocumentWithBookmarks(2));
@@ -188,6 +235,14 @@ void TestBookmarkPane::aNullDocumentLeavesAnEmptyWidget()
     const std::unique_ptr<QWidget> pane(desk.page.CreateWidget(nullptr));
     QVERIFY(pane);
     QVERIFY(pane->findChildren<QWidget*>().isEmpty());
+    auto* empty = qobject_cast<NaviBookmarkWidget*>(pane.get());
+    QVERIFY(empty);
+    for (int call = 0; call < 2; ++call) // the first page change is swallowed
+        empty->pageChangeSlot(desk.First()->view);
+    empty->onClickItem(nullptr, 0);
+    empty->popMenu(QPoint(5, 5));
+    empty->UpdateBookmark(0);
+    empty->UpdateNoContent();
     pane->show();
     pane->resize(300, 300);
     desk.Perform("d_addbookmark"); // its event reaches the empty pane too
