@@ -7,7 +7,6 @@
 #include "outline_node.h"
 
 #include <common/clone_of.h>
-#include <common/notify.h>
 #include <common/param_keys.h>
 #include <common/public_method.h>
 #include <common/text_rules.h>
@@ -91,11 +90,24 @@ bool OutlineEditOperation::AddEntry(G_TreeNode* parent, int row, const QString& 
     item->actions.Add(GoTo(DestOnPage(DocView(), pageIndex, rect)));
     G_TreeNode* node = Insert(parent, row, std::move(item));
     if (node) {
-        FireDocumentChanged(UIContext());
+        TellChanged();
         EnsureUndoStack(DocView())->push(new AddOutlineCommand(node, UIContext()));
     }
     Params->Add(ParamKey::Result, node != nullptr);
     return true;
+}
+
+bool OutlineEditOperation::Delete(const QList<G_TreeNode*>& nodes)
+{
+    if (DocView() != UIContext()->CurrentDocView())
+        return false;
+    EnsureUndoStack(DocView())->push(new BatchDelOutlineCommand(nodes, UIContext()));
+    return true;
+}
+
+void OutlineEditOperation::TellChanged()
+{
+    UIContext()->FireEvent(new G_DocumentChangedEvent(DocView(), EventType::DocumentChanged, 0));
 }
 
 G_Operation* GP_OutlineOperation::Clone() const
@@ -201,7 +213,7 @@ bool GP_OutlineBatchAdd::DoAction()
     EnsureUndoStack(DocView())->push(new BatchAddOutlineCommand(added, UIContext()));
     Params->Add(ParamKey::Result, !added.isEmpty());
     if (!added.isEmpty())
-        FireDocumentChanged(UIContext());
+        TellChanged();
     return true;
 }
 
@@ -220,9 +232,7 @@ bool GP_OutlineDel::DoAction()
     const OVSharedPtr<OVJson> json = JsonOf(*this);
     if (!DocView() || !json)
         return false;
-    const QList<G_TreeNode*> nodes = OutlineJson::NodesOfDeleteText(Root(), *json);
-    EnsureUndoStack(DocView())->push(new BatchDelOutlineCommand(nodes, UIContext()));
-    return true;
+    return Delete(OutlineJson::NodesOfDeleteText(Root(), *json));
 }
 
 G_Operation* GP_OutlineDelAll::Clone() const
@@ -245,8 +255,7 @@ bool GP_OutlineDelAll::DoAction()
     const G_TreeNode* root = Root();
     for (int row = 0; root && row < root->SubNodeCount(); ++row)
         nodes.append(root->SubNode(row));
-    EnsureUndoStack(DocView())->push(new BatchDelOutlineCommand(nodes, UIContext()));
-    return true;
+    return Delete(nodes);
 }
 
 G_Operation* GP_OutlineRename::Clone() const
@@ -271,7 +280,7 @@ bool GP_OutlineRename::DoAction()
     newItem->text = GQ_ToCAS(Params->GetQString(OutlineParam::Title));
     newItem->title = newItem->text;
     node->SetNodeData(newItem); // the tree's
-    FireDocumentChanged(UIContext());
+    TellChanged();
     EnsureUndoStack(DocView())->push(new ModifyOutlineCommand(oldItem.release(), newItem, node, UIContext()));
     return true;
 }
@@ -297,7 +306,7 @@ bool GP_OutlineResetPos::DoAction()
     auto* newItem = new G_OutlineItem(*oldItem);
     newItem->actions.Add(GoTo(DestOfView(DocView()))); // behind the others on purpose: the last one names the page
     node->SetNodeData(newItem);                        // the tree's
-    FireDocumentChanged(UIContext());
+    TellChanged();
     EnsureUndoStack(DocView())->push(new ModifyOutlineCommand(oldItem.release(), newItem, node, UIContext()));
     Params->Add(ParamKey::Result, true);
     return true;

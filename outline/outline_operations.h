@@ -5,6 +5,7 @@
 #include <frame/operation/operation.h>
 
 #include <QCoreApplication>
+#include <QList>
 
 class G_TreeNode;
 
@@ -29,6 +30,11 @@ protected:
     // Adds an entry of the highlighted text's place, or the view's page, behind the row of the parent (-1: as the
     // last), and makes it undoable. Stores in "result" whether it was added. False without a parent.
     bool AddEntry(G_TreeNode* parent, int row, const QString& defaultTitle);
+    // Removes the nodes in one undoable step. False, and nothing happens, while another view is the current one: the
+    // command would look for them in that view's document.
+    bool Delete(const QList<G_TreeNode*>& nodes);
+    // Tells that this operation's document was changed, also when another one is the current by now.
+    void TellChanged();
 };
 
 // Opens the outline pane.
