@@ -12,6 +12,7 @@
 #include <frame/view/ui_context.h>
 #include <plugin/shell/style.h>
 
+#include <QFontMetricsF>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -35,7 +36,8 @@ const char dialogSheet[] =
     "QPushButton[class=\"closeBtn\"]:hover{background:#E4E6EB;}"
     "QPushButton[class=\"closeBtn\"]:focus{background:#DCE8FC;}";
 
-constexpr char tipSheet[] = "QLabel{font-size:10.5pt; color:#8B97AF;}";
+constexpr char tipSheet[] = "QLabel{font-size:%1pt; color:#8B97AF;}";
+constexpr double tipPoints = 10.5;
 constexpr char textSheet[] = "QTextEdit{padding:2px 8px 2px 8px;border-radius:2px;border:1px solid #E4E6EB;"
                              "font-size:10.5pt;color:#4F5D79;}";
 
@@ -48,6 +50,16 @@ Part* MakePart(QWidget* parent, const char* name, const QSize& size, const char*
     if (styleClass)
         part->setProperty("class", QLatin1String(styleClass));
     return part;
+}
+
+// One line in its full size, or as much smaller as a wide font needs to show it whole.
+void DressTip(QLabel* tip)
+{
+    tip->setStyleSheet(QString::fromLatin1(tipSheet).arg(tipPoints));
+    tip->ensurePolished();
+    const double width = QFontMetricsF(tip->font()).horizontalAdvance(tip->text());
+    if (width > tip->width())
+        tip->setStyleSheet(QString::fromLatin1(tipSheet).arg(tipPoints * tip->width() / width, 0, 'f', 2));
 }
 
 // The titles in a text, one a line; empty lines give none, lines of blanks do.
@@ -85,6 +97,7 @@ BatchAddOutlineDlg::BatchAddOutlineDlg(QWidget* parent, NaviOutlineWidget* widge
     column->addLayout(text);
     column->addLayout(BuildButtons());
     ScaleDialog(true, QLatin1String(dialogSheet));
+    DressTip(tip); // in its final width
     textEdit->setFocus();
 }
 
@@ -107,9 +120,8 @@ QLayout* BatchAddOutlineDlg::BuildText()
 {
     auto* column = new QVBoxLayout;
     column->setSpacing(PaneStyle::Scaled(4));
-    auto* tip = MakePart<QLabel>(this, "LabTip", QSize(400, 22));
+    tip = MakePart<QLabel>(this, "LabTip", QSize(400, 22));
     tip->setText(tr("A catalog with a line, input name and use enter to new line"));
-    tip->setStyleSheet(QLatin1String(tipSheet));
     textEdit = MakePart<QTextEdit>(this, "textEdit", QSize(410, 392));
     textEdit->setStyleSheet(Utils::OVDpi::Instance()->ScaleStyleSheet(QLatin1String(textSheet)));
     textEdit->setAcceptRichText(false);

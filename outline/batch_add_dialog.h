@@ -6,6 +6,7 @@
 
 class G_UIContext;
 class NaviOutlineWidget;
+class QLabel;
 class QLayout;
 class QPushButton;
 class QTextEdit;
@@ -30,6 +31,7 @@ private:
 
     QPointer<NaviOutlineWidget> widget; // not owned
     G_UIContext* context;               // not owned
+    QLabel* tip = nullptr;              // owned
     QTextEdit* textEdit = nullptr;      // owned
     QPushButton* closeButton = nullptr; // owned
 };

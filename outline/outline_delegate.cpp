@@ -94,9 +94,9 @@ public:
     // Shows the text, selected, with space beside it, above it and between its lines.
     void Show(const QString& text, int beside, qreal above, qreal lineDistance)
     {
-        setViewportMargins(beside - frameWidth(), 0, 0, 0);
         setPlainText(text);
         QTextFrameFormat frame = document()->rootFrame()->frameFormat();
+        frame.setLeftMargin(beside - frameWidth());
         frame.setTopMargin(qMax<qreal>(0, above - frameWidth()));
         document()->rootFrame()->setFrameFormat(frame);
         selectAll();
@@ -203,10 +203,14 @@ void OutLineTreeItemDelegate::setEditorData(QWidget* editor, const QModelIndex& 
     if (!edit || !item)
         return;
     const QString title = item->data(OutlineColumn::StoredTitle, Qt::UserRole).toString();
+    const QFontMetrics metrics(RowFont());
+    const WrapStyle style = WrapStyleFor(edit->width());
+    // A text document counts the font's leading into its lines, a row does not.
+    const qreal lineDistance = style.beforeLine + style.afterLine - metrics.leading();
     if (IsWrapped())
-        edit->Show(title, CeilScaled(8), CeilScaled(4), CeilScaled(4));
+        edit->Show(title, qRound(style.left), style.top + style.beforeLine, lineDistance);
     else
-        edit->Show(title, CeilScaled(12), (CeilScaled(25) - QFontMetrics(RowFont()).height()) / 2, CeilScaled(4));
+        edit->Show(title, CeilScaled(12), (CeilScaled(25) - metrics.height()) / 2, lineDistance);
 }
 
 void OutLineTreeItemDelegate::setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex& index) const

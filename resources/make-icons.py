@@ -7,6 +7,7 @@ fonts of the machine. Pictures for empty lists are 120 x 112. The spinner is a G
 import math
 import os
 import struct
+import zlib
 
 INK, ACCENT, GREY, SOFT = '#36425A', '#2F6FDE', '#B8BEC9', '#D9E5FB'
 ROOT = os.path.dirname(os.path.abspath(__file__))
@@ -325,6 +326,36 @@ def host_icons():
         write(f'reader/image/{name}.svg', line_icon(shapes))
         write(f'reader/image/{name}_disabled.svg', line_icon(shapes, GREY, GREY, '#EEF0F3'))
     write('reader/image/tetoreader.svg', application_icon())
+    # The arrows of a tree: style sheets ask for them as PNG, and for the doubled ones on fine screens.
+    for name, triangle in {'collapse': [(6, 4), (11, 8), (6, 12)], 'expand': [(4, 6), (12, 6), (8, 11)]}.items():
+        for scale, suffix in ((1, ''), (2, '@2x')):
+            write(f'core/res/icons/navi/{name}{suffix}.png', triangle_png(triangle, 16, scale))
+
+
+def triangle_png(corners, size, scale):
+    """A filled triangle in ink as an RGBA image, its edges smoothed by 8 x 8 samples a pixel."""
+    colour = bytes(int(INK[k:k + 2], 16) for k in (1, 3, 5))
+    grain, side = 8, size * scale
+
+    def inside(x, y):
+        turns = [(bx - ax) * (y - ay) - (by - ay) * (x - ax)
+                 for (ax, ay), (bx, by) in zip(corners, corners[1:] + corners[:1])]
+        return all(t >= 0 for t in turns) or all(t <= 0 for t in turns)
+
+    rows = bytearray()
+    for y in range(side):
+        rows.append(0)  # no filter
+        for x in range(side):
+            hits = sum(inside((x + (i + 0.5) / grain) / scale, (y + (j + 0.5) / grain) / scale)
+                       for i in range(grain) for j in range(grain))
+            rows += colour + bytes([round(255 * hits / grain ** 2)])
+
+    def chunk(kind, data):
+        return struct.pack('>I', len(data)) + kind + data + struct.pack('>I', zlib.crc32(kind + data))
+
+    header = struct.pack('>IIBBBBB', side, side, 8, 6, 0, 0, 0)
+    return (b'\x89PNG\r\n\x1a\n' + chunk(b'IHDR', header) + chunk(b'IDAT', zlib.compress(bytes(rows), 9)) +
+            chunk(b'IEND', b''))
 
 
 def reader_toolbar():
@@ -447,8 +478,8 @@ def collect(folder):
 def write_qrc():
     addon = [f'    <file>{n}</file>' for folder in ('nodeQrc', 'annotation', 'attachType', 'catalog', 'nocontent') for n in collect(folder)]
     write('navigation.qrc', '<RCC>\n  <qresource prefix="/">\n' + '\n'.join(addon) + '\n  </qresource>\n</RCC>\n')
-    # Pages name their icons without an extension.
-    navi = [f'    <file alias="{os.path.basename(n)[:-4]}">{n}</file>' for n in collect('core')]
+    # Pages name their icons without an extension; style sheets name the tree's arrows with it.
+    navi = [f'    <file alias="{os.path.basename(n).removesuffix(".svg")}">{n}</file>' for n in collect('core')]
     reader = [f'    <file>{n}</file>' for n in collect('reader')]
     write('host.qrc', '<RCC>\n  <qresource prefix="/core/res/icons/navi">\n' + '\n'.join(navi) + '\n  </qresource>\n'
           '  <qresource prefix="/">\n' + '\n'.join(reader) + '\n  </qresource>\n</RCC>\n')

@@ -1,0 +1,572 @@
+#include "outline_gestures.h"
+
+#include <outline/outline_delegate.h>
+#include <outline/outline_pane.h>
+#include <outline/outline_tree.h>
+#include <tests/support/test_main.h>
+
+#include <frame/utils/dpi.h>
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTextEdit>
+#include <QToolTip>
+#include <QUndoStack>
+#include <QtTest>
+
+#include <cmath>
+
+namespace {
+
+const QColor listGround(0xF5, 0xF7, 0xF9);
+
+QString Entry(const QString& title, const QString& rest = QStringLiteral("page=1"))
+{
+    return QStringLiteral("outline \"%1\" %2\n").arg(title, rest);
+}
+
+QString Page()
+{
+    return QStringLiteral("page 210 297\n");
+}
+
+QModelIndex Index(const OutlineTab* tab, const QString& title, int column)
+{
+    return tab->Tree()->IndexOf(tab->Item(title)).siblingAtColumn(column);
+}
+
+// One cell as the delegate paints it, over red where it paints nothing.
+QImage PaintCell(const OutlineTab* tab, const QModelIndex& index, QStyle::State state, const QSize& size)
+{
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::red);
+    QPainter painter(&image);
+    painter.setBackground(listGround);
+    QStyleOptionViewItem option;
+    option.rect = QRect(QPoint(), size);
+    option.state = state;
+    tab->Tree()->itemDelegate()->paint(&painter, option, index);
+    return image;
+}
+
+QColor Blend(double alpha)
+{
+    const auto mix = [alpha](int ground, int colour) { return qRound(ground * (1 - alpha) + colour * alpha); };
+    return QColor(mix(0xF5, 198), mix(0xF7, 206), mix(0xF9, 214));
+}
+
+bool Near(const QColor& a, const QColor& b)
+{
+    return qAbs(a.red() - b.red()) <= 1 && qAbs(a.green() - b.green()) <= 1 && qAbs(a.blue() - b.blue()) <= 1;
+}
+
+// The box of what is darker than any ground.
+QRect Ink(const QImage& image)
+{
+    QRect box;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (qGray(image.pixel(x, y)) < 150 && image.pixelColor(x, y) != QColor(Qt::red))
+                box |= QRect(x, y, 1, 1);
+        }
+    }
+    return box;
+}
+
+int Height(const OutlineTab* tab, const QString& title)
+{
+    return Gesture::TitleRect(tab, title).height();
+}
+
+void SetScale(float scale)
+{
+    Utils::OVDpi::Instance()->OverrideScale(scale);
+}
+
+// Shows the entry's tooltip and gives its text.
+QString TipOf(const OutlineTab* tab, const QString& title, int column)
+{
+    const QModelIndex index = Index(tab, title, column);
+    QHelpEvent help(QEvent::ToolTip, tab->Tree()->visualRect(index).center(), QPoint(5, 5));
+    QStyleOptionViewItem option;
+    tab->Tree()->itemDelegate()->helpEvent(&help, tab->Tree(), option, index);
+    return QToolTip::text();
+}
+
+} // namespace
+
+class TestOutlineDelegate : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    // Paint
+    void hoverOrSelectionTintsTheCellAndSelectionWins();
+    void theGroundHasRoundCorners();
+    void aTitleCellEndsAtThePageColumnWhateverItsRectangle();
+    void aPageCellWithoutAScrollBarLeavesAGapAtTheRight();
+    void thePageNumberStandsAtTheRight();
+    void aLongTitleIsElidedOnOneLineAndWholeWhenWrapped();
+    void nothingIsPaintedWithoutAnItem();
+    // Heights
+    void whatIsMeasuredIsWhatIsPaintedAtEveryDepthAndScale_data();
+    void whatIsMeasuredIsWhatIsPaintedAtEveryDepthAndScale();
+    void rowsOfOneLineAreTwentyFiveHighTimesTheScale();
+    void aboveTheScaleOfOneAWrappedRowGrowsByTwoForEachLine();
+    void wrappedRowsAreMeasuredAnewAtAnotherWidth();
+    void aScrollBarMakesTheLinesShorter();
+    void manyDepthsKeepTheirOwnLines();
+    void aTitleOfTenThousandCharactersIsShownInARowThatAViewCanHold();
+    // The editor
+    void onlyTheTitleHasAnEditor();
+    void theEditorShowsTheStoredTitleSelectedWithoutScrollBars();
+    void theEditorStandsWhereTheTitleStands_data();
+    void theEditorStandsWhereTheTitleStands();
+    void openingTheEditorDoesNotStretchItsRow();
+    void lineFeedsAreTakenOut();
+    void everyWayOfEndingAnEditRenamesOnce_data();
+    void everyWayOfEndingAnEditRenamesOnce();
+    void escapeLeavesTheTitle();
+    void anEditThatOnlyChangesTheBlanksAroundIsARenameToo();
+    void enterClearsAPendingRequestAlsoWithoutAChangeAndLosingTheFocusDoesNot();
+    // Tooltips
+    void aTipShowsTheStoredTitleAsTextWhateverMarkupItHolds();
+    void aTipOfAVeryLongTitleIsCut();
+};
+
+void TestOutlineDelegate::init()
+{
+    SetScale(1); // whatever screen this runs on
+}
+
+void TestOutlineDelegate::cleanup()
+{
+    SetScale(0);
+}
+
+void TestOutlineDelegate::hoverOrSelectionTintsTheCellAndSelectionWins()
+{
+    OutlineDesk desk(Page() + Entry("A"));
+    const OutlineTab* tab = desk.First();
+    for (const int column : {0, 1}) {
+        const auto groundOf = [&](QStyle::State state) {
+            return PaintCell(tab, Index(tab, "A", column), state, QSize(64, 25)).pixelColor(30, 3);
+        };
+        QCOMPARE(groundOf(QStyle::State_Enabled), listGround);
+        QVERIFY(Near(groundOf(QStyle::State_MouseOver), Blend(0.2)));
+        QVERIFY(Near(groundOf(QStyle::State_Selected), Blend(0.4)));
+        QVERIFY(Near(groundOf(QStyle::State_MouseOver | QStyle::State_Selected), Blend(0.4)));
+    }
+}
+
+void TestOutlineDelegate::theGroundHasRoundCorners()
+{
+    OutlineDesk desk(Page() + Entry("A"));
+    const OutlineTab* tab = desk.First();
+    const QImage image = PaintCell(tab, Index(tab, "A", 1), QStyle::State_Selected, QSize(64, 25));
+    QVERIFY(!Near(image.pixelColor(0, 0), Blend(0.4)));
+    QVERIFY(Near(image.pixelColor(2, 2), Blend(0.4)));
+}
+
+void TestOutlineDelegate::aTitleCellEndsAtThePageColumnWhateverItsRectangle()
+{
+    OutlineDesk desk(Page() + Entry("A") + "  " + Entry("B"));
+    const OutlineTab* tab = desk.First();
+    const int width = tab->Tree()->width();
+    int depth = 0;
+    for (const char* title : {"A", "B"}) {
+        ++depth;
+        const QImage image = PaintCell(tab, Index(tab, title, 0), QStyle::State_Selected, QSize(width, 25));
+        const int end = width - depth * 20 - 64;
+        QVERIFY(Near(image.pixelColor(end - 3, 12), Blend(0.4)));
+        QCOMPARE(image.pixelColor(end + 1, 12), QColor(Qt::red)); // not touched
+        // That is what the view gives the cell.
+        QCOMPARE(Gesture::TitleRect(tab, title).width(), end);
+    }
+}
+
+void TestOutlineDelegate::aPageCellWithoutAScrollBarLeavesAGapAtTheRight()
+{
+    OutlineDesk desk(Page() + Entry("A"));
+    const QImage image = PaintCell(desk.First(), Index(desk.First(), "A", 1), QStyle::State_Selected, QSize(64, 25));
+    QVERIFY(Near(image.pixelColor(57, 3), Blend(0.4)));
+    QCOMPARE(image.pixelColor(61, 12), QColor(Qt::red));
+    QString text = Page();
+    for (int i = 0; i < 60; ++i)
+        text += Entry(QString::number(i));
+    OutlineDesk full(text);
+    const QImage wide = PaintCell(full.First(), Index(full.First(), "3", 1), QStyle::State_Selected, QSize(64, 25));
+    QVERIFY(Near(wide.pixelColor(62, 3), Blend(0.4)));
+}
+
+void TestOutlineDelegate::thePageNumberStandsAtTheRight()
+{
+    OutlineDesk desk(Page() + Entry("A"));
+    const QImage image = PaintCell(desk.First(), Index(desk.First(), "A", 1), QStyle::State_Enabled, QSize(64, 25));
+    const QRect ink = Ink(image);
+    QVERIFY(!ink.isEmpty());
+    QVERIFY2(ink.right() <= 64 - 4 - 8 && ink.right() > 64 - 4 - 8 - 5, qPrintable(QString::number(ink.right())));
+    QVERIFY(qAbs(ink.center().y() - 12) <= 2);
+}
+
+void TestOutlineDelegate::aLongTitleIsElidedOnOneLineAndWholeWhenWrapped()
+{
+    const QString title(90, QLatin1Char('W'));
+    OutlineDesk desk(Page() + Entry(title));
+    const OutlineTab* tab = desk.First();
+    QVERIFY(Ink(PaintCell(tab, Index(tab, title, 0), QStyle::State_Enabled, QSize(254, 200))).height() > 60);
+    tab->pane->SetWordWrap(false);
+    const QRect ink = Ink(PaintCell(tab, Index(tab, title, 0), QStyle::State_Enabled, QSize(254, 25)));
+    QVERIFY(ink.height() < 16);
+    QVERIFY(ink.left() >= 12 && ink.left() < 16);
+    QVERIFY(ink.right() < tab->Tree()->width() - 84);
+}
+
+void TestOutlineDelegate::nothingIsPaintedWithoutAnItem()
+{
+    OutlineDesk desk(Page() + Entry("A"));
+    const QImage image = PaintCell(desk.First(), QModelIndex(), QStyle::State_Selected, QSize(64, 25));
+    for (int x = 0; x < 64; ++x)
+        QCOMPARE(image.pixelColor(x, 12), QColor(Qt::red));
+}
+
+void TestOutlineDelegate::whatIsMeasuredIsWhatIsPaintedAtEveryDepthAndScale_data()
+{
+    QTest::addColumn<float>("scale");
+    QTest::addColumn<int>("entries");
+    for (const float scale : {1.0F, 1.25F, 1.5F, 2.0F}) {
+        QTest::addRow("%g", double(scale)) << scale << 0;
+        QTest::addRow("%g with a scroll bar", double(scale)) << scale << 200;
+    }
+}
+
+void TestOutlineDelegate::whatIsMeasuredIsWhatIsPaintedAtEveryDepthAndScale()
+{
+    QFETCH(float, scale);
+    QFETCH(int, entries);
+    SetScale(scale);
+    QString text = Page();
+    QStringList titles;
+    for (int depth = 0; depth < 5; ++depth) {
+        titles.append(QString(30 + 7 * depth, QLatin1Char('g')));
+        text += QString(2 * depth, QLatin1Char(' ')) + Entry(titles.last());
+    }
+    for (int i = 0; i < entries; ++i)
+        text += Entry(QString::number(i));
+    OutlineDesk desk(text);
+    const OutlineTab* tab = desk.First();
+    tab->pane->resize(qRound(260 * scale), qRound(1400 * scale));
+    ViewFixture::Settle();
+    QCOMPARE(tab->Tree()->verticalScrollBar()->isVisible(), entries > 0);
+    for (const QString& title : qAsConst(titles)) {
+        const int height = Height(tab, title);
+        const QRect ink =
+            Ink(PaintCell(tab, Index(tab, title, 0), QStyle::State_Enabled, QSize(qRound(260 * scale), height + 100)));
+        QVERIFY2(ink.bottom() < height, qPrintable(QStringLiteral("%1 %2").arg(ink.bottom()).arg(height)));
+        // And no line more is measured than painted.
+        QVERIFY2(ink.bottom() > height - 20 * scale, qPrintable(QStringLiteral("%1 %2").arg(ink.bottom()).arg(height)));
+    }
+}
+
+void TestOutlineDelegate::rowsOfOneLineAreTwentyFiveHighTimesTheScale()
+{
+    for (const float scale : {1.0F, 1.3F, 2.0F}) {
+        SetScale(scale);
+        OutlineDesk desk(Page() + Entry("A"));
+        desk.Perform("d_outline_wordwrap");
+        QCOMPARE(Height(desk.First(), "A"), int(std::ceil(25 * scale)));
+    }
+}
+
+void TestOutlineDelegate::aboveTheScaleOfOneAWrappedRowGrowsByTwoForEachLine()
+{
+    const QString title(60, QLatin1Char('g'));
+    // The smallest scale above 1 that leaves every rounded length what it is, and the width with it.
+    constexpr float justAbove = 1.0000001F;
+    QVERIFY(justAbove > 1);
+    int heights[2];
+    int lines = 0;
+    for (const bool isScaled : {false, true}) {
+        SetScale(isScaled ? justAbove : 1);
+        OutlineDesk desk(Page() + Entry(title));
+        const OutlineTab* tab = desk.First();
+        heights[isScaled] =
+            tab->Tree()->itemDelegate()->sizeHint(QStyleOptionViewItem(), Index(tab, title, 0)).height();
+        if (!isScaled) {
+            QFont font(QStringLiteral("Microsoft YaHei"));
+            font.setPointSize(9);
+            WrapStyle style;
+            style.font = font;
+            style.lineWidth = tab->Tree()->width() - 84 - 8;
+            lines = WrappedText(title, style).Lines().size();
+        }
+    }
+    QVERIFY(lines > 1);
+    // Lengths are rounded up, so that each of the three that are scaled grows by one as well: the margin above once,
+    // the distance after each line. Those are told from what a line gains for itself.
+    const int rounded = 1 + lines;
+    QCOMPARE(heights[1] - heights[0] - rounded, 2 * lines);
+}
+
+void TestOutlineDelegate::wrappedRowsAreMeasuredAnewAtAnotherWidth()
+{
+    const QString title(90, QLatin1Char('w'));
+    OutlineDesk desk(Page() + Entry(title));
+    const OutlineTab* tab = desk.First();
+    const int narrow = Height(tab, title);
+    tab->pane->resize(500, 420);
+    ViewFixture::Settle();
+    QVERIFY(Height(tab, title) < narrow);
+    tab->pane->resize(260, 420);
+    ViewFixture::Settle();
+    QCOMPARE(Height(tab, title), narrow);
+}
+
+void TestOutlineDelegate::aScrollBarMakesTheLinesShorter()
+{
+    const QString title(200, QLatin1Char('w'));
+    QString text = Page() + Entry(title);
+    OutlineDesk few(text);
+    for (int i = 0; i < 60; ++i)
+        text += Entry(QString::number(i));
+    OutlineDesk many(text);
+    QVERIFY(Height(many.First(), title) > Height(few.First(), title));
+}
+
+void TestOutlineDelegate::manyDepthsKeepTheirOwnLines()
+{
+    QString text = Page();
+    QStringList titles;
+    for (int depth = 0; depth < 50; ++depth) {
+        titles.append(QStringLiteral("%1 %2").arg(depth).arg(QString(25, QLatin1Char('m'))));
+        text += QString(2 * depth, QLatin1Char(' ')) + Entry(titles.last());
+    }
+    OutlineDesk desk(text);
+    const OutlineTab* tab = desk.First();
+    tab->pane->resize(1300, 420);
+    ViewFixture::Settle();
+    const QAbstractItemDelegate* delegate = tab->Tree()->itemDelegate();
+    for (int round = 0; round < 2; ++round) {
+        for (int depth = 0; depth < titles.size(); ++depth) {
+            const QSize size = delegate->sizeHint(QStyleOptionViewItem(), Index(tab, titles.at(depth), 0));
+            QCOMPARE(
+                size.width(),
+                tab->Tree()->width() - 20 * (depth + 1) - 64 -
+                    (tab->Tree()->verticalScrollBar()->isVisible() ? tab->Tree()->verticalScrollBar()->width() : 0));
+        }
+    }
+    const auto height = [&](int depth) {
+        return delegate->sizeHint(QStyleOptionViewItem(), Index(tab, titles.at(depth), 0)).height();
+    };
+    QVERIFY(height(49) > height(0)); // lines of its own width
+}
+
+void TestOutlineDelegate::aTitleOfTenThousandCharactersIsShownInARowThatAViewCanHold()
+{
+    for (const float scale : {1.0F, 3.0F}) {
+        SetScale(scale);
+        const QString title(10000, QChar(0x6587));
+        OutlineDesk desk(Page() + Entry(title) + Entry("next"));
+        const OutlineTab* tab = desk.First();
+        const int height = Height(tab, title);
+        QVERIFY2(height > 1000 && height <= 32000, qPrintable(QString::number(height)));
+        QVERIFY(!tab->pane->grab().isNull());
+        QCOMPARE(tab->Item(QList<int>{1})->text(0), QStringLiteral("next"));
+        desk.Perform("d_outline_wordwrap");
+        QCOMPARE(Height(tab, title), int(std::ceil(25 * scale)));
+        QVERIFY(!tab->pane->grab().isNull());
+    }
+}
+
+void TestOutlineDelegate::onlyTheTitleHasAnEditor()
+{
+    OutlineDesk desk(Page() + Entry("A"));
+    const OutlineTab* tab = desk.First();
+    const auto make = [&](int column) {
+        return std::unique_ptr<QWidget>(
+            tab->Tree()->itemDelegate()->createEditor(nullptr, QStyleOptionViewItem(), Index(tab, "A", column)));
+    };
+    QVERIFY(qobject_cast<QTextEdit*>(make(0).get()));
+    QVERIFY(!make(1));
+}
+
+void TestOutlineDelegate::theEditorShowsTheStoredTitleSelectedWithoutScrollBars()
+{
+    OutlineDesk desk(Page() + Entry("  A title "));
+    const OutlineTab* tab = desk.First();
+    tab->MakeCurrent("A title");
+    QTest::keyClick(tab->Tree(), Qt::Key_F2);
+    const QTextEdit* editor = tab->Editor();
+    QVERIFY(editor);
+    QCOMPARE(editor->toPlainText(), QStringLiteral("  A title "));
+    QCOMPARE(editor->textCursor().selectedText(), QStringLiteral("  A title "));
+    QCOMPARE(editor->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    QCOMPARE(editor->verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    QCOMPARE(editor->geometry(), Gesture::TitleRect(tab, "A title"));
+    QVERIFY(editor->hasFocus());
+    QVERIFY(!editor->accessibleName().isEmpty());
+}
+
+void TestOutlineDelegate::theEditorStandsWhereTheTitleStands_data()
+{
+    QTest::addColumn<bool>("wraps");
+    QTest::addColumn<float>("scale");
+    QTest::newRow("wrapped") << true << 1.0F;
+    QTest::newRow("one line") << false << 1.0F;
+    QTest::newRow("wrapped at twice the scale") << true << 2.0F;
+    QTest::newRow("one line at twice the scale") << false << 2.0F;
+}
+
+void TestOutlineDelegate::theEditorStandsWhereTheTitleStands()
+{
+    QFETCH(bool, wraps);
+    QFETCH(float, scale);
+    SetScale(scale);
+    OutlineDesk desk(Page() + Entry("Hg"));
+    const OutlineTab* tab = desk.First();
+    tab->pane->SetWordWrap(wraps);
+    ViewFixture::Settle();
+    const QRect cell = Gesture::TitleRect(tab, "Hg");
+    const QRect shown = Ink(tab->Tree()->viewport()->grab(cell).toImage());
+    tab->MakeCurrent("Hg");
+    QTest::keyClick(tab->Tree(), Qt::Key_F2);
+    QTextEdit* editor = tab->Editor();
+    QVERIFY(editor);
+    QTextCursor cursor = editor->textCursor();
+    cursor.clearSelection();
+    editor->setTextCursor(cursor);
+    editor->setCursorWidth(0); // no caret
+    const QRect edited = Ink(editor->viewport()->grab().toImage()).translated(editor->viewport()->pos());
+    QVERIFY(!shown.isEmpty() && !edited.isEmpty());
+    QVERIFY2(
+        qAbs(shown.left() - edited.left()) <= 1 && qAbs(shown.top() - edited.top()) <= 1,
+        qPrintable(
+            QStringLiteral("%1,%2 and %3,%4").arg(shown.left()).arg(shown.top()).arg(edited.left()).arg(edited.top())));
+}
+
+void TestOutlineDelegate::openingTheEditorDoesNotStretchItsRow()
+{
+    OutlineDesk desk(Page() + Entry("A") + Entry("B"));
+    const OutlineTab* tab = desk.First();
+    const int before = Height(tab, "A");
+    tab->MakeCurrent("A");
+    QTest::keyClick(tab->Tree(), Qt::Key_F2);
+    QVERIFY(tab->Editor());
+    tab->Tree()->doItemsLayout();
+    QCOMPARE(Height(tab, "A"), before);
+}
+
+void TestOutlineDelegate::lineFeedsAreTakenOut()
+{
+    OutlineDesk desk(Page() + Entry("A"));
+    const OutlineTab* tab = desk.First();
+    tab->MakeCurrent("A");
+    QTest::keyClick(tab->Tree(), Qt::Key_F2);
+    tab->Editor()->setPlainText(QStringLiteral("one\ntwo\n\nthree"));
+    QTest::keyClick(tab->Editor(), Qt::Key_Return);
+    ViewFixture::Settle();
+    QCOMPARE(tab->Names(), QStringLiteral("onetwothree\n"));
+}
+
+void TestOutlineDelegate::everyWayOfEndingAnEditRenamesOnce_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifiers");
+    QTest::newRow("Return") << int(Qt::Key_Return) << 0;
+    QTest::newRow("Enter") << int(Qt::Key_Enter) << int(Qt::KeypadModifier);
+    QTest::newRow("Shift+Return") << int(Qt::Key_Return) << int(Qt::ShiftModifier);
+    QTest::newRow("Tab") << int(Qt::Key_Tab) << 0;
+    QTest::newRow("another control") << 0 << 0;
+    QTest::newRow("a click on another entry") << -1 << 0;
+}
+
+void TestOutlineDelegate::everyWayOfEndingAnEditRenamesOnce()
+{
+    QFETCH(int, key);
+    QFETCH(int, modifiers);
+    OutlineDesk desk(Page() + Entry("A") + "  " + Entry("A1") + Entry("B"));
+    const OutlineTab* tab = desk.First();
+    tab->MakeCurrent("A1");
+    QTest::keyClick(tab->Tree(), Qt::Key_F2);
+    QTest::keyClicks(tab->Editor(), QStringLiteral("Z"));
+    if (key > 0)
+        QTest::keyClick(tab->Editor(), Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+    else if (key == 0)
+        tab->pane->delButton->setFocus();
+    else
+        Gesture::Click(tab, "B");
+    ViewFixture::Settle();
+    QCOMPARE(tab->Names(), QStringLiteral("A\n  Z\nB\n"));
+    QCOMPARE(tab->Rows(), tab->Names());
+    QCOMPARE(tab->Stack()->count(), 1);
+    QVERIFY(!tab->Editor());
+    QVERIFY(!tab->Tree()->signalsBlocked());
+}
+
+void TestOutlineDelegate::escapeLeavesTheTitle()
+{
+    OutlineDesk desk(Page() + Entry("A") + Entry("B"));
+    const OutlineTab* tab = desk.First();
+    Gesture::Rename(tab, "A", "Z", Qt::Key_Escape);
+    QCOMPARE(tab->Names(), QStringLiteral("A\nB\n"));
+    QCOMPARE(tab->Rows(), tab->Names());
+    QCOMPARE(tab->Stack()->count(), 0);
+    Gesture::Rename(tab, "B", "Y");
+    QCOMPARE(tab->Names(), QStringLiteral("A\nY\n"));
+}
+
+void TestOutlineDelegate::anEditThatOnlyChangesTheBlanksAroundIsARenameToo()
+{
+    for (const Qt::Key endKey : {Qt::Key_Return, Qt::Key_Tab}) {
+        OutlineDesk desk(Page() + Entry(" A"));
+        Gesture::Rename(desk.First(), "A", "A", endKey); // the row shows "A" before and after
+        QCOMPARE(desk.First()->Names(), QStringLiteral("A\n"));
+        QCOMPARE(desk.First()->Stack()->count(), 1);
+    }
+}
+
+void TestOutlineDelegate::enterClearsAPendingRequestAlsoWithoutAChangeAndLosingTheFocusDoesNot()
+{
+    OutlineDesk desk(Page() + Entry("A") + Entry("B"));
+    const OutlineTab* tab = desk.First();
+    const auto request = [tab] {
+        tab->MakeCurrent("A");
+        QTest::keyClick(tab->Tree(), Qt::Key_F2);
+        tab->Tree()->pendingParent = tab->document->GetOutlineRoot();
+        tab->Tree()->pendingRow = 1;
+    };
+    request();
+    tab->pane->delButton->setFocus();
+    QCOMPARE(tab->Tree()->pendingRow, 1);
+    request();
+    QTest::keyClick(tab->Editor(), Qt::Key_Return);
+    QVERIFY(!tab->Tree()->pendingParent);
+    QCOMPARE(tab->Tree()->pendingRow, -1);
+    QCOMPARE(tab->Stack()->count(), 0);
+}
+
+void TestOutlineDelegate::aTipShowsTheStoredTitleAsTextWhateverMarkupItHolds()
+{
+    OutlineDesk desk(Page() + Entry("  <b>bold</b> & more ") + Entry("B", QString()));
+    const OutlineTab* tab = desk.First();
+    QCOMPARE(tab->Item(QList<int>{0})->toolTip(0), QStringLiteral("  <b>bold</b> & more "));
+    const QString tip = TipOf(tab, "<b>bold</b> & more", 0);
+    QVERIFY(tip.contains(QLatin1String("&lt;b&gt;bold&lt;/b&gt; &amp; more")));
+    QVERIFY(TipOf(tab, "<b>bold</b> & more", 1).contains(QLatin1Char('1')));
+    QVERIFY(TipOf(tab, "B", 1).contains(QLatin1String("...")));
+    QToolTip::hideText();
+}
+
+void TestOutlineDelegate::aTipOfAVeryLongTitleIsCut()
+{
+    const QString title(10000, QLatin1Char('x'));
+    OutlineDesk desk(Page() + Entry(title));
+    QVERIFY(TipOf(desk.First(), title, 0).size() < 1100);
+    QToolTip::hideText();
+}
+
+TETO_TEST_MAIN(TestOutlineDelegate)
+#include "test_outline_delegate.moc"
