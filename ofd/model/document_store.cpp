@@ -9,6 +9,7 @@
 #include <ofd/parse/content_reader.h>
 #include <ofd/parse/page_head.h>
 #include <ofd/parse/resource_reader.h>
+#include <ofd/render/glyph_stamps.h>
 #include <ofd/render/image_store.h>
 #include <ofd/text/font_store.h>
 
@@ -34,6 +35,7 @@ DocumentStore::DocumentStore(std::shared_ptr<Package> package, DocumentStructure
     : structure(std::move(structureIn))
     , fonts(std::make_unique<FontStore>())
     , images(std::make_unique<ImageStore>())
+    , stamps(std::make_unique<GlyphStamps>())
     , package(std::move(package))
     , pageSizes(structure.pages.size())
     , contents(CachedContentBytes)

@@ -14,6 +14,7 @@
 namespace ofd {
 
 class FontStore;
+class GlyphStamps;
 class ImageStore;
 class Package;
 
@@ -36,6 +37,7 @@ public:
     SessionState& GetSession() { return session; }
     FontStore& GetFonts() { return *fonts; }
     ImageStore& GetImages() { return *images; }
+    GlyphStamps& GetStamps() { return *stamps; }
 
     // The package to read from now. A save replaces it.
     std::shared_ptr<const Package> GetPackage() const;
@@ -60,6 +62,7 @@ private:
     SessionState session;
     std::unique_ptr<FontStore> fonts;
     std::unique_ptr<ImageStore> images;
+    std::unique_ptr<GlyphStamps> stamps; // behind the fonts: it names their faces
 
     mutable QMutex packageMutex;
     std::shared_ptr<Package> package;

@@ -2,12 +2,17 @@
 
 #include "document_reader.h"
 
+#include <ofd/package/byte_source.h>
 #include <ofd/package/package.h>
 #include <ofd/package/part_inflater.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_values.h>
+#include <ofd/package/zip_records.h>
 
+#include <algorithm>
 #include <cstring>
+
+#include <zlib.h>
 
 namespace ofd {
 
@@ -61,22 +66,63 @@ QByteArray WithoutContent(const QByteArray& bytes)
     return behind <= 0 ? bytes.left(begin) : bytes.left(begin) + bytes.mid(behind);
 }
 
-// Inflates until the area is complete or the content begins.
+// Inflates the beginning of a part: one read, and one stream that is used again and again by each thread, since the
+// sizes of all pages are asked for at once. Empty when the part is packed in a way that is left to the package.
+class BeginningReader
+{
+public:
+    BeginningReader() { isReady = inflateInit2(&stream, -MAX_WBITS) == Z_OK; }
+    ~BeginningReader() { inflateEnd(&stream); }
+    BeginningReader(const BeginningReader&) = delete;
+    BeginningReader& operator=(const BeginningReader&) = delete;
+
+    QByteArray Read(const ByteSource& source, const ZipEntry& entry)
+    {
+        char packed[PackedBytes];
+        const qint64 region = std::min<qint64>(PackedBytes, entry.regionEnd - entry.headerOffset);
+        const qint64 got = source.ReadAt(entry.headerOffset, packed, region);
+        if (!isReady || got < zip::LocalSize || zip::Get32(packed) != zip::LocalSignature)
+            return {};
+        const int skip = zip::LocalSize + zip::Get16(packed + 26) + zip::Get16(packed + 28);
+        const qint64 count = std::min(got - skip, entry.compressedSize);
+        if (count <= 0)
+            return {};
+        if (entry.method == zip::MethodStored)
+            return QByteArray(packed + skip, int(count));
+        return Inflate(packed + skip, count);
+    }
+
+private:
+    static constexpr int PackedBytes = 1024;
+    static constexpr int PlainBytes = 4096;
+
+    QByteArray Inflate(char* packed, qint64 count)
+    {
+        QByteArray bytes(PlainBytes, Qt::Uninitialized);
+        inflateReset(&stream);
+        stream.next_in = reinterpret_cast<Bytef*>(packed);
+        stream.avail_in = uInt(count);
+        stream.next_out = reinterpret_cast<Bytef*>(bytes.data());
+        stream.avail_out = PlainBytes;
+        const int code = inflate(&stream, Z_SYNC_FLUSH);
+        if (code != Z_OK && code != Z_STREAM_END && code != Z_BUF_ERROR)
+            return {};
+        bytes.truncate(PlainBytes - int(stream.avail_out));
+        return bytes;
+    }
+
+    z_stream stream = {};
+    bool isReady = false;
+};
+
 QByteArray ReadBeginning(const Package& package, const QString& part)
 {
-    QByteArray bytes;
-    const int entry = package.FindEntry(part);
-    if (entry < 0)
-        return bytes;
-    bool hasWrongChecksum = false;
-    InflateEntry(
-        package.GetSource(), package.GetDirectory().entries[size_t(entry)],
-        [&bytes](const char* data, qint64 count) {
-            bytes.append(data, int(count));
-            return FindTag(bytes, "Area", true) < 0 && FindTag(bytes, "Content", false) < 0;
-        },
-        &hasWrongChecksum);
-    return bytes;
+    static thread_local BeginningReader reader;
+    const int position = package.FindEntry(part);
+    if (position < 0)
+        return {};
+    const ZipEntry& entry = package.GetDirectory().entries[size_t(position)];
+    return CheckEntry(entry, true) ? QByteArray() : reader.Read(package.GetSource(), entry);
 }
 
 } // namespace
@@ -84,7 +130,7 @@ QByteArray ReadBeginning(const Package& package, const QString& part)
 PageHead ReadPageHead(const Package& package, const QString& part)
 {
     const QByteArray beginning = ReadBeginning(package, part);
-    if (FindTag(beginning, "Area", true) >= 0) {
+    if (FindTag(beginning, "Area", true) >= 0) { // complete, and mostly in front of the content
         const PageHead head = ParseHead(beginning);
         if (head.areaSize.isValid())
             return head;

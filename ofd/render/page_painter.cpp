@@ -1,5 +1,6 @@
 #include "page_painter.h"
 
+#include "glyph_stamps.h"
 #include "image_store.h"
 #include "shading_brush.h"
 
@@ -192,28 +193,60 @@ void ContentPainter::PaintText(const TextObject& object, const Resources& resour
         painter.setClipPath(PrivateCopy(clip), Qt::IntersectClip); // never to the boundary, which is often empty
     painter.setWorldTransform(object.toContainer, true);
     const double alpha = object.alpha * groupAlpha;
-    const bool isFilled = object.isFilled && object.fillPaint.IsVisible();
-    const bool isStroked = object.isStroked && object.strokePaint.IsVisible();
-    const QBrush fill = isFilled ? BrushOf(object.fillPaint, alpha, object) : QBrush();
-    const QBrush stroke = isStroked ? BrushOf(object.strokePaint, alpha, object) : QBrush();
-    const bool isCovering = (!isFilled || fill.isOpaque()) && (!isStroked || stroke.isOpaque());
+    TextPaint paint;
+    paint.isFilled = object.isFilled && object.fillPaint.IsVisible();
+    paint.isStroked = object.isStroked && object.strokePaint.IsVisible();
+    if (paint.isFilled)
+        paint.fill = BrushOf(object.fillPaint, alpha, object);
+    if (paint.isStroked)
+        paint.pen = PenOf(object.stroke, BrushOf(object.strokePaint, alpha, object));
+    const TextLayout layout = LayOutText(object, resources, *package, store.GetFonts());
+    if (paint.CanBeStamped() && StampGlyphs(layout, paint))
+        return;
+    FillGlyphs(layout, paint);
+}
+
+// Lays down kept pictures of the glyphs; false, and nothing painted, when they are too large for that.
+bool ContentPainter::StampGlyphs(const TextLayout& layout, const TextPaint& paint)
+{
+    const QTransform toPixels = painter.worldTransform();
+    for (const PlacedGlyph& glyph : layout.glyphs) {
+        if (glyph.extraWeight > 0 || !GlyphStamps::IsSmall(glyph.toObject * toPixels))
+            return false;
+    }
+    painter.setWorldTransform(QTransform());
+    for (const PlacedGlyph& glyph : layout.glyphs) {
+        if (!glyph.face)
+            continue;
+        QPoint origin;
+        const GlyphStamp stamp = store.GetStamps().GetStamp(*glyph.face, glyph.glyph, glyph.toObject * toPixels,
+                                                            paint.fill.color().rgba(), origin);
+        if (!stamp.image.isNull())
+            painter.drawImage(origin + stamp.topLeft, stamp.image);
+    }
+    return true;
+}
+
+void ContentPainter::FillGlyphs(const TextLayout& layout, const TextPaint& paint)
+{
+    const bool isCovering =
+        (!paint.isFilled || paint.fill.isOpaque()) && (!paint.isStroked || paint.pen.brush().isOpaque());
     double extraWeight = 0;
     QVector<QPainterPath> outlines;
-    for (const PlacedGlyph& glyph : LayOutText(object, resources, *package, store.GetFonts()).glyphs) {
+    for (const PlacedGlyph& glyph : layout.glyphs) {
         if (glyph.face)
             AddOutline(outlines, glyph.toObject.map(glyph.face->OutlineOf(glyph.glyph)), isCovering);
         extraWeight = glyph.extraWeight;
     }
     for (const QPainterPath& outline : qAsConst(outlines)) {
-        if (isFilled)
-            painter.fillPath(outline, fill);
-        if (isFilled && extraWeight > 0)
-            painter.strokePath(outline, QPen(fill, extraWeight));
+        if (paint.isFilled)
+            painter.fillPath(outline, paint.fill);
+        if (paint.isFilled && extraWeight > 0)
+            painter.strokePath(outline, QPen(paint.fill, extraWeight));
     }
-    const QPen pen = isStroked ? PenOf(object.stroke, stroke) : QPen();
     for (const QPainterPath& outline : qAsConst(outlines)) {
-        if (isStroked)
-            painter.strokePath(outline, pen);
+        if (paint.isStroked)
+            painter.strokePath(outline, paint.pen);
     }
 }
 

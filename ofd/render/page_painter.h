@@ -13,6 +13,7 @@ class DocumentStore;
 class Package;
 struct CompositeUnit;
 struct Resources;
+struct TextLayout;
 
 // Paints objects with a painter whose transform maps millimetres of the objects' container to pixels. Lives for one
 // page on one thread.
@@ -30,6 +31,23 @@ private:
     void PaintObject(const GraphicObject& object, const Resources& resources);
     void PaintPath(const PathObject& object);
     void PaintText(const TextObject& object, const Resources& resources);
+    // How the glyphs of a text are painted.
+    struct TextPaint
+    {
+        bool isFilled = false;
+        bool isStroked = false;
+        QBrush fill;
+        QPen pen;
+
+        // Overlapping glyphs look the same in one piece and one by one, and the colour is one.
+        bool CanBeStamped() const
+        {
+            return isFilled && !isStroked && fill.style() == Qt::SolidPattern && fill.isOpaque();
+        }
+    };
+
+    bool StampGlyphs(const TextLayout& layout, const TextPaint& paint);
+    void FillGlyphs(const TextLayout& layout, const TextPaint& paint);
     void PaintImage(const ImageObject& object, const Resources& resources);
     void PaintComposite(const CompositeObject& object, const Resources& resources);
     void ClipTo(const GraphicObject& object, const QRectF& painted);
