@@ -2,6 +2,8 @@
 
 #include <bookmark/bookmark_operations.h>
 #include <bookmark/bookmark_page.h>
+#include <outline/outline_operations.h>
+#include <outline/outline_page.h>
 
 namespace {
 
@@ -42,8 +44,11 @@ Registration OperationRow(const char* name, int teardown)
 const std::vector<Registration>& RegistrationTable()
 {
     static const std::vector<Registration> table = {
+        PageRow<NaviPageOutline>("Catalog", 12),
         PageRow<NaviBookmark>("Bookmark", 11),
 
+        OperationRow<GP_OutlineOperation>("vn_outline", 4),
+        OperationRow<GP_AddOutline>("d_addoutline", 5),
         OperationRow<GP_BookmarkOperation>("vn_bookmark", 6),
         OperationRow<GP_AddBookmark>("d_addbookmark", 17),
         OperationRow<GP_BookmarkResetPosition>("d_bookmarkresetposition", 40),
@@ -51,6 +56,16 @@ const std::vector<Registration>& RegistrationTable()
         OperationRow<GP_BookmarkWrap>("d_bookmarkwrap", 42),
         OperationRow<GP_BookmarkDelete>("d_bookmarkdelete", 43),
         OperationRow<GP_BookmarkDeleteAll>("d_bookmarkdeleteall", 44),
+        OperationRow<GP_OutlineResetPos>("d_outline_resetpos", 46),
+        OperationRow<GP_OutlineAdd>("d_outline_add", 45),
+        OperationRow<GP_OutlineAddSub>("d_outline_addsub", 47),
+        OperationRow<GP_OutlineRename>("d_outline_rename", 48),
+        OperationRow<GP_OutlineWordwrap>("d_outline_wordwrap", 49),
+        OperationRow<GP_OutlineExpandSub>("d_outline_expandsub", 50),
+        OperationRow<GP_OutlineDel>("d_outline_del", 51),
+        OperationRow<GP_OutlineDelAll>("d_outline_delall", 52),
+        OperationRow<GP_OutlineBatchAdd>("d_outline_batchadd", 53),
+        OperationRow<GP_OutlineExpandOrCollapse>("d_outline_expandorcollapse", 54),
     };
     return table;
 }

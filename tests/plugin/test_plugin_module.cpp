@@ -40,6 +40,30 @@ G_NavigationPage* PageOf(const char* paneId)
     return nullptr;
 }
 
+struct PaneWords
+{
+    const char* id;
+    const char* className; // of the page; the context of its texts
+    const char* title;     // and the object name
+    const char* tooltip;
+    const char* icon;
+    int position;
+};
+
+const PaneWords panes[] = {
+    {"ui.navis.outline", "NaviPageOutline", "Catalog", "View the document directory (Alt+Shift+1)",
+     ":/core/res/icons/navi/vn_outline", 10},
+    {"ui.navis.bookmark", "NaviBookmark", "Bookmark", "View document bookmarks (Alt+Shift+4)",
+     ":/core/res/icons/navi/vn_bookmark", 40},
+};
+
+void AddPaneRows()
+{
+    QTest::addColumn<PaneWords>("pane");
+    for (const PaneWords& pane : panes)
+        QTest::newRow(pane.title) << pane;
+}
+
 // Every text translated is its source with a mark, so that a text that skips translation shows.
 class MarkingTranslator : public QTranslator
 {
@@ -52,6 +76,7 @@ public:
 };
 
 } // namespace
+Q_DECLARE_METATYPE(PaneWords)
 
 class TestPluginModule : public QObject
 {
@@ -67,12 +92,15 @@ private slots:
     void everyRegisteredNameIsMadeByNameAndCloned();
     void operationsThatChangeTheDocumentSaySo();
     void aSecondExtensionsReadyMakesNothing();
+    void pagesCarryTheirWordsIconIdAndPosition_data();
     void pagesCarryTheirWordsIconIdAndPosition();
+    void titleAndTooltipGoThroughThePagesOwnContext_data();
     void titleAndTooltipGoThroughThePagesOwnContext();
     void pagesAreShownByPositionNotByCreation();
     void teardownTakesTheNamesOutInItsOwnOrder();
     void aPluginDestroyedBeforeExtensionsReadyFreesNothingAndFailsOnNothing();
     void registriesAreEmptyAfterTeardownAndFullAgainAfterAReload();
+    void twoDocumentsGetTwoPanesWithSeparateInterceptorsAndAStackEach_data();
     void twoDocumentsGetTwoPanesWithSeparateInterceptorsAndAStackEach();
     void openingOperationWithoutAViewIsFalseAndOpensNothing();
 
@@ -143,10 +171,27 @@ void TestPluginModule::nothingIsRegisteredBeforeExtensionsReady()
 void TestPluginModule::operationsAreRegisteredInTheirOrder()
 {
     Instance()->ExtensionsReady();
-    const QStringList expected{"vn_bookmark",    "d_addbookmark",    "d_bookmarkresetposition", "d_bookmarkrename",
-                               "d_bookmarkwrap", "d_bookmarkdelete", "d_bookmarkdeleteall"};
+    const QStringList expected{"vn_outline",
+                               "d_addoutline",
+                               "vn_bookmark",
+                               "d_addbookmark",
+                               "d_bookmarkresetposition",
+                               "d_bookmarkrename",
+                               "d_bookmarkwrap",
+                               "d_bookmarkdelete",
+                               "d_bookmarkdeleteall",
+                               "d_outline_resetpos",
+                               "d_outline_add",
+                               "d_outline_addsub",
+                               "d_outline_rename",
+                               "d_outline_wordwrap",
+                               "d_outline_expandsub",
+                               "d_outline_del",
+                               "d_outline_delall",
+                               "d_outline_batchadd",
+                               "d_outline_expandorcollapse"};
     QCOMPARE(G_OperationRegistry::Instance().Names(), expected);
-    QCOMPARE(PageNames(), QStringList{"Bookmark"});
+    QCOMPARE(PageNames(), (QStringList{"Catalog", "Bookmark"}));
 }
 
 void TestPluginModule::everyRegisteredNameIsMadeByNameAndCloned()
@@ -176,7 +221,8 @@ void TestPluginModule::everyRegisteredNameIsMadeByNameAndCloned()
 void TestPluginModule::operationsThatChangeTheDocumentSaySo()
 {
     Instance()->ExtensionsReady();
-    const QStringList displayOnly{"vn_bookmark", "d_bookmarkwrap"};
+    const QStringList displayOnly{"vn_bookmark",        "d_bookmarkwrap",      "vn_outline",
+                                  "d_outline_wordwrap", "d_outline_expandsub", "d_outline_expandorcollapse"};
     for (const QString& name : G_OperationRegistry::Instance().Names()) {
         const int authority = G_OperationRegistry::Instance().Find(name.toUtf8())->AuthorityType();
         QVERIFY2(displayOnly.contains(name) ? authority == 0 : authority == changesDocument, qPrintable(name));
@@ -193,30 +239,43 @@ void TestPluginModule::aSecondExtensionsReadyMakesNothing()
     QCOMPARE(G_NavigationPage::allNaviPages(), pages);
 }
 
+void TestPluginModule::pagesCarryTheirWordsIconIdAndPosition_data()
+{
+    AddPaneRows();
+}
+
 void TestPluginModule::pagesCarryTheirWordsIconIdAndPosition()
 {
+    QFETCH(PaneWords, pane);
     Instance()->ExtensionsReady();
-    const G_NavigationPage* page = PageOf("ui.navis.bookmark");
+    const G_NavigationPage* page = PageOf(pane.id);
     QVERIFY(page);
     QVERIFY(!page->parent());
-    QCOMPARE(page->objectName(), QStringLiteral("Bookmark"));
-    QCOMPARE(page->Title(), QStringLiteral("Bookmark"));
-    QCOMPARE(page->Tooltip(), QStringLiteral("View document bookmarks (Alt+Shift+4)"));
-    QCOMPARE(page->IconPath(), QStringLiteral(":/core/res/icons/navi/vn_bookmark"));
-    QCOMPARE(page->Position(), 40);
+    QCOMPARE(page->objectName(), QLatin1String(pane.title));
+    QCOMPARE(page->Title(), QLatin1String(pane.title));
+    QCOMPARE(page->Tooltip(), QLatin1String(pane.tooltip));
+    QCOMPARE(page->IconPath(), QLatin1String(pane.icon));
+    QCOMPARE(page->Position(), pane.position);
+}
+
+void TestPluginModule::titleAndTooltipGoThroughThePagesOwnContext_data()
+{
+    AddPaneRows();
 }
 
 void TestPluginModule::titleAndTooltipGoThroughThePagesOwnContext()
 {
+    QFETCH(PaneWords, pane);
     MarkingTranslator translator;
     QCoreApplication::installTranslator(&translator);
     Instance()->ExtensionsReady();
     QCoreApplication::removeTranslator(&translator);
-    const G_NavigationPage* page = PageOf("ui.navis.bookmark");
+    const G_NavigationPage* page = PageOf(pane.id);
     QVERIFY(page);
-    QCOMPARE(page->Title(), QStringLiteral("[NaviBookmark] Bookmark"));
-    QCOMPARE(page->Tooltip(), QStringLiteral("[NaviBookmark] View document bookmarks (Alt+Shift+4)"));
-    QCOMPARE(page->objectName(), QStringLiteral("Bookmark"));
+    const QString mark = QStringLiteral("[%1] ").arg(QLatin1String(pane.className));
+    QCOMPARE(page->Title(), mark + pane.title);
+    QCOMPARE(page->Tooltip(), mark + pane.tooltip);
+    QCOMPARE(page->objectName(), QLatin1String(pane.title));
 }
 
 void TestPluginModule::pagesAreShownByPositionNotByCreation()
@@ -229,15 +288,18 @@ void TestPluginModule::pagesAreShownByPositionNotByCreation()
     };
     const OtherPage last(90);
     Instance()->ExtensionsReady();
-    const OtherPage first(10);
+    const OtherPage first(5);
+    G_NavigationPage* outline = PageOf("ui.navis.outline");
     G_NavigationPage* bookmark = PageOf("ui.navis.bookmark");
-    QCOMPARE(G_NavigationPage::allNaviPages().size(), 3);
-    QCOMPARE(G_NavigationPage::allNaviPages().at(1), bookmark);
-    QCOMPARE(G_NavigationPage::allNaviPages().at(0), static_cast<const G_NavigationPage*>(&last));
-    const QList<G_NavigationPage*> shown = Core::G_PaneMaker::PagesByPosition();
-    QCOMPARE(shown.at(0), static_cast<const G_NavigationPage*>(&first));
-    QCOMPARE(shown.at(1), bookmark);
-    QCOMPARE(shown.at(2), static_cast<const G_NavigationPage*>(&last));
+    auto* const lastPage = static_cast<const G_NavigationPage*>(&last);
+    auto* const firstPage = static_cast<const G_NavigationPage*>(&first);
+    const auto listed = [](const QList<G_NavigationPage*>& pages) {
+        return QList<const G_NavigationPage*>(pages.cbegin(), pages.cend());
+    };
+    QCOMPARE(listed(G_NavigationPage::allNaviPages()),
+             (QList<const G_NavigationPage*>{lastPage, outline, bookmark, firstPage}));
+    QCOMPARE(listed(Core::G_PaneMaker::PagesByPosition()),
+             (QList<const G_NavigationPage*>{firstPage, outline, bookmark, lastPage}));
 }
 
 void TestPluginModule::teardownTakesTheNamesOutInItsOwnOrder()
@@ -248,8 +310,25 @@ void TestPluginModule::teardownTakesTheNamesOutInItsOwnOrder()
                      [&] { registeredAtPageDeath = G_OperationRegistry::Instance().Names(); });
     QCOMPARE(G_OperationRegistry::Instance().TakeDeregistrationLog(), QStringList());
     delete loader->instance();
-    const QStringList expected{"vn_bookmark",    "d_addbookmark",    "d_bookmarkresetposition", "d_bookmarkrename",
-                               "d_bookmarkwrap", "d_bookmarkdelete", "d_bookmarkdeleteall"};
+    const QStringList expected{"vn_outline",
+                               "d_addoutline",
+                               "vn_bookmark",
+                               "d_addbookmark",
+                               "d_bookmarkresetposition",
+                               "d_bookmarkrename",
+                               "d_bookmarkwrap",
+                               "d_bookmarkdelete",
+                               "d_bookmarkdeleteall",
+                               "d_outline_add",
+                               "d_outline_resetpos",
+                               "d_outline_addsub",
+                               "d_outline_rename",
+                               "d_outline_wordwrap",
+                               "d_outline_expandsub",
+                               "d_outline_del",
+                               "d_outline_delall",
+                               "d_outline_batchadd",
+                               "d_outline_expandorcollapse"};
     QCOMPARE(G_OperationRegistry::Instance().TakeDeregistrationLog(), expected);
     // The page goes between the opening operations and those that change the document.
     QVERIFY(!registeredAtPageDeath.contains(QStringLiteral("vn_bookmark")));
@@ -281,19 +360,32 @@ void TestPluginModule::registriesAreEmptyAfterTeardownAndFullAgainAfterAReload()
     QVERIFY(fixture.Context()->CreateOperationByName("d_addbookmark", QString()));
 }
 
+void TestPluginModule::twoDocumentsGetTwoPanesWithSeparateInterceptorsAndAStackEach_data()
+{
+    QTest::addColumn<QByteArray>("paneId");
+    QTest::addColumn<QByteArray>("addition");
+    QTest::addColumn<int>("interceptors");
+    QTest::newRow("bookmarks") << QByteArray("ui.navis.bookmark") << QByteArray("d_addbookmark") << 5;
+    QTest::newRow("outline") << QByteArray("ui.navis.outline") << QByteArray("d_outline_add") << 10;
+}
+
 void TestPluginModule::twoDocumentsGetTwoPanesWithSeparateInterceptorsAndAStackEach()
 {
+    QFETCH(QByteArray, paneId);
+    QFETCH(QByteArray, addition);
+    QFETCH(int, interceptors);
     Instance()->ExtensionsReady();
-    ViewFixture fixture(QStringLiteral("page 210 297\nbookmark \"one\" page=1"));
-    G_NavigationPage* page = PageOf("ui.navis.bookmark");
+    ViewFixture fixture(QStringLiteral("page 210 297\nbookmark \"one\" page=1\noutline \"one\" page=1"));
+    G_NavigationPage* page = PageOf(paneId);
     page->SetContext(fixture.Context());
     const auto makePane = [&](IG_Document* document) {
         return std::unique_ptr<QWidget>(fixture.MakePane(document, [&] { return page->CreateWidget(document); }));
     };
     std::unique_ptr<QWidget> first = makePane(fixture.Document());
     const int interceptorsOfOne = G_OperationRegistry::Instance().InterceptorCount();
-    QCOMPARE(interceptorsOfOne, 5);
-    OpenTab* other = fixture.Open(QStringLiteral("page 210 297\nbookmark \"two\" page=1\nbookmark \"three\" page=1"));
+    QCOMPARE(interceptorsOfOne, interceptors);
+    OpenTab* other = fixture.Open(QStringLiteral("page 210 297\nbookmark \"two\" page=1\nbookmark \"three\" page=1\n"
+                                                 "outline \"two\" page=1\noutline \"three\" page=1"));
     std::unique_ptr<QWidget> second = makePane(other->document.get());
     QVERIFY(first.get() != second.get());
     QCOMPARE(G_OperationRegistry::Instance().InterceptorCount(), 2 * interceptorsOfOne);
@@ -303,7 +395,7 @@ void TestPluginModule::twoDocumentsGetTwoPanesWithSeparateInterceptorsAndAStackE
     };
     QCOMPARE(rows(first), 1);
     QCOMPARE(rows(second), 2);
-    fixture.Context()->PerformOperation("d_addbookmark", QString());
+    fixture.Context()->PerformOperation(addition, QString());
     QCOMPARE(rows(first), 1);
     QCOMPARE(rows(second), 3);
     QCOMPARE(fixture.View()->UndoStack()->count(), 0);
@@ -332,11 +424,15 @@ void TestPluginModule::openingOperationWithoutAViewIsFalseAndOpensNothing()
     Navigation navigation(&runs);
     navigation.RegisterToGlobal();
     ViewFixture fixture(QStringLiteral("page 210 297"));
-    QVERIFY(fixture.Context()->PerformOperation("vn_bookmark", QString()));
-    QCOMPARE(runs, 1);
-    fixture.SetCurrent(nullptr);
-    QVERIFY(!fixture.Context()->PerformOperation("vn_bookmark", QString()));
-    QCOMPARE(runs, 1);
+    for (const char* name : {"vn_bookmark", "vn_outline"}) {
+        runs = 0;
+        fixture.SetCurrent(fixture.View());
+        QVERIFY(fixture.Context()->PerformOperation(name, QString()));
+        QCOMPARE(runs, 1);
+        fixture.SetCurrent(nullptr);
+        QVERIFY(!fixture.Context()->PerformOperation(name, QString()));
+        QCOMPARE(runs, 1);
+    }
 }
 
 TETO_TEST_MAIN(TestPluginModule)
