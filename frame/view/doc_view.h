@@ -95,10 +95,12 @@ public:
     QUndoStack* UndoStack() const; // null until made; owned by the view
     QList<G_HighLightItem> SelectHighLightText() const;
     void SetHighLightText(const QList<G_HighLightItem>& items);
-    // Selects the text of all pages. That of a long document comes in over the following turns of the event loop; any
-    // other change of the selection ends that.
+    // Selects the text between two places (page mm), the first of which stands before the second. What more than a few
+    // pages hold comes in over the following turns of the event loop; any other change of the selection ends that.
+    void SelectTextBetween(int fromPage, const CCA_GPoint& from, int toPage, const CCA_GPoint& to);
+    // The text of all pages, in the same way.
     void SelectAllText();
-    // The selected text, one line for each run. Waits for what SelectAllText has still to read.
+    // The selected text, one line for each run. Waits for what has still to be read.
     QString SelectedText() const;
     // Moves the visible part of the scene.
     void ScrollBy(int dx, int dy);

@@ -60,6 +60,7 @@ struct G_DocView::Private
     void PictureMade(const RenderWish& wish, const G_RenderResult& result);
 
     // doc_view_text.cpp
+    void StartSelecting();
     // Adds the text of the next pages to the selection, for about that long.
     void SelectMore(int milliseconds);
 
@@ -111,7 +112,17 @@ struct G_DocView::Private
     G_ToolHandler* tool = nullptr;           // not owned; one of `tools`, or a caller's
     QPoint cursor;                           // scene units
     QList<G_HighLightItem> selection;
-    int nextToSelect = -1; // the page that selecting all goes on with; -1: nothing is left to read
+    // What is being selected over several turns of the event loop.
+    struct TextRange
+    {
+        int fromPage = 0;
+        CCA_GPoint from;
+        int toPage = -1;
+        CCA_GPoint to;
+        bool isWhole = false; // all text of the first and last page too
+    };
+    TextRange selecting;
+    int nextToSelect = -1; // the page to go on with; -1: nothing is left to read
     QTimer selectTimer;
     QUndoStack* stack = nullptr; // owned by the view as its child
 };

@@ -28,11 +28,28 @@ void G_DocView::SetHighLightText(const QList<G_HighLightItem>& items)
     emit SelectionChanged();
 }
 
+void G_DocView::SelectTextBetween(int fromPage, const CCA_GPoint& from, int toPage, const CCA_GPoint& to)
+{
+    d->selecting = {qMax(0, fromPage), from, qMin(toPage, d->layout.Count() - 1), to, false};
+    d->StartSelecting();
+}
+
 void G_DocView::SelectAllText()
 {
-    SetHighLightText({});
-    d->nextToSelect = 0;
-    d->SelectMore(kFirstSliceMs);
+    d->selecting = {0, {}, d->layout.Count() - 1, {}, true};
+    d->StartSelecting();
+}
+
+void G_DocView::Private::StartSelecting()
+{
+    const bool hadSome = !selection.isEmpty();
+    selection.clear();
+    nextToSelect = selecting.fromPage;
+    SelectMore(kFirstSliceMs);
+    if (!hadSome || !selection.isEmpty())
+        return;
+    q->UpdateView();
+    emit q->SelectionChanged();
 }
 
 // Reading ten thousand pages takes many seconds: the window must not stand still for them.
@@ -40,19 +57,28 @@ void G_DocView::Private::SelectMore(int milliseconds)
 {
     if (nextToSelect < 0)
         return;
+    const TextRange& range = selecting;
+    const int atOnce = range.fromPage + kPagesAtOnce;
     QElapsedTimer clock;
     clock.start();
     bool hasMore = false;
-    while (nextToSelect < layout.Count() && !(nextToSelect >= kPagesAtOnce && clock.hasExpired(milliseconds))) {
+    for (; nextToSelect <= range.toPage; ++nextToSelect) {
+        if (nextToSelect >= atOnce && clock.hasExpired(milliseconds))
+            break;
         G_PageHolds hold(document); // one page at a time: a long document must not be in memory as a whole
+        const int page = nextToSelect;
+        const bool isWhole = range.isWhole || (page != range.fromPage && page != range.toPage);
         G_HighLightItem item;
-        item.pageIndex = nextToSelect++;
-        item.runs = hold.AllRuns(item.pageIndex);
-        hasMore |= !item.runs.isEmpty();
-        if (!item.runs.isEmpty())
-            selection.append(item);
+        item.pageIndex = page;
+        item.runs = isWhole ? hold.AllRuns(page)
+                            : hold.RunsBetween(page, page == range.fromPage ? &range.from : nullptr,
+                                               page == range.toPage ? &range.to : nullptr);
+        if (item.runs.isEmpty())
+            continue;
+        selection.append(item);
+        hasMore = true;
     }
-    if (nextToSelect < layout.Count())
+    if (nextToSelect <= range.toPage)
         selectTimer.start();
     else
         nextToSelect = -1;

@@ -9,11 +9,14 @@
 #include <QGuiApplication>
 #include <QTimer>
 
+#include <utility>
+
 namespace {
 
 constexpr int kArrowCursor = Qt::ArrowCursor;
 constexpr int kScrollStepPx = 40;
 constexpr int kScrollIntervalMs = 40;
+constexpr int kMostPagesHeld = 20; // a drag over more keeps none of them loaded
 
 // Whether the first place stands behind the second in reading order; only the page and the height matter here.
 bool IsBehind(int page, const CCA_GPoint& point, int otherPage, const CCA_GPoint& other)
@@ -199,11 +202,17 @@ void GT_TextSelect::SelectTo(CCA_Point point)
     int endPage = DocView()->PageIndexByPoint(QPoint(point.x, point.y), true, false);
     if (endPage < 0)
         return;
-    const CCA_GPoint end = DocView()->DocPointOnPage(point, endPage);
-    if (IsBehind(startPage, start, endPage, end))
-        DocView()->SetHighLightText(holds->TextBetween(endPage, end, startPage, start));
+    int fromPage = startPage;
+    CCA_GPoint from = start;
+    CCA_GPoint to = DocView()->DocPointOnPage(point, endPage);
+    if (IsBehind(fromPage, from, endPage, to)) {
+        std::swap(fromPage, endPage);
+        std::swap(from, to);
+    }
+    if (endPage - fromPage < kMostPagesHeld)
+        DocView()->SetHighLightText(holds->TextBetween(fromPage, from, endPage, to));
     else
-        DocView()->SetHighLightText(holds->TextBetween(startPage, start, endPage, end));
+        DocView()->SelectTextBetween(fromPage, from, endPage, to);
 }
 
 int GT_TextSelect::OnLButtonDblClk(unsigned /*flags*/, CCA_Point point)

@@ -35,21 +35,25 @@ QList<G_TextRun> G_PageHolds::AllRuns(int pageIndex)
     return text ? text->AllRuns() : QList<G_TextRun>();
 }
 
+QList<G_TextRun> G_PageHolds::RunsBetween(int pageIndex, const CCA_GPoint* from, const CCA_GPoint* to)
+{
+    const IG_TextPage* text = Text(pageIndex);
+    if (!text)
+        return {};
+    const QSizeF size = document->PageSizeMm(pageIndex);
+    const CCA_GPoint end = {static_cast<float>(size.width()), static_cast<float>(size.height())};
+    return text->RunsBetween(from ? *from : CCA_GPoint{}, to ? *to : end);
+}
+
 QList<G_HighLightItem> G_PageHolds::TextBetween(int fromPage, const CCA_GPoint& from, int toPage, const CCA_GPoint& to)
 {
     QList<G_HighLightItem> items;
     for (int page = fromPage; page <= toPage; ++page) {
-        const IG_TextPage* text = Text(page);
-        if (!text)
-            continue;
-        const QSizeF size = document->PageSizeMm(page);
-        const CCA_GPoint begin = page == fromPage ? from : CCA_GPoint{};
-        const CCA_GPoint end =
-            page == toPage ? to : CCA_GPoint{static_cast<float>(size.width()), static_cast<float>(size.height())};
         const bool isWhole = page != fromPage && page != toPage;
         G_HighLightItem item;
         item.pageIndex = page;
-        item.runs = isWhole ? text->AllRuns() : text->RunsBetween(begin, end);
+        item.runs = isWhole ? AllRuns(page)
+                            : RunsBetween(page, page == fromPage ? &from : nullptr, page == toPage ? &to : nullptr);
         if (!item.runs.isEmpty())
             items.append(item);
     }

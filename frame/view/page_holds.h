@@ -17,6 +17,8 @@ public:
     // else releases the page takes its content away, and it is then read again.
     IG_TextPage* Text(int pageIndex);
     QList<G_TextRun> AllRuns(int pageIndex);
+    // From the first place to the second; null is the page's beginning, or its end.
+    QList<G_TextRun> RunsBetween(int pageIndex, const CCA_GPoint* from, const CCA_GPoint* to);
     // Text between two places, one item for each page that has some, in order; the first place stands before the
     // second in reading order.
     QList<G_HighLightItem> TextBetween(int fromPage, const CCA_GPoint& from, int toPage, const CCA_GPoint& to);

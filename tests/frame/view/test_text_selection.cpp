@@ -72,6 +72,7 @@ private slots:
     void anotherSelectionEndsTheSelectingOfAll();
     void aDragHeldBeyondTheEdgeGoesOn();
     void aClickWithShiftMovesTheEnd();
+    void aClickWithShiftFarAwaySelectsInSlices();
     void escapeClearsTheSelection();
     void changingTheToolInTheMiddleEndsTheSelecting();
 };
@@ -238,6 +239,28 @@ void TestTextSelection::aClickWithShiftMovesTheEnd()
     QTest::mouseClick(selecting.Viewport(), Qt::LeftButton, Qt::ShiftModifier, selecting.At(0, 32, 42));
     QCOMPARE(Texts(selecting.view->SelectHighLightText()), (QStringList{"0:First line here", "0:second"}));
     QCOMPARE(selecting.fixture.Document()->LoadedPageCount(), 0);
+}
+
+void TestTextSelection::aClickWithShiftFarAwaySelectsInSlices()
+{
+    ViewFixture fixture(longText, QSize(900, 700));
+    G_DocView* view = fixture.View();
+    view->SetCurrentToolHandler(view->ToolHandlerByName("t_textselect"));
+    const auto at = [view](int page, float x, float y) {
+        const CCA_Point scene = view->ScenePointFromDocPoint({x, y}, page);
+        return QPoint(scene.x, scene.y) - view->VisibleSceneRect().topLeft();
+    };
+    view->GoToPage(view, 1, CCA_GRect(), false);
+    Drag::MouseDrag(ViewFixture::Viewport(view), at(1, 32, 32), at(1, 40, 32)); // behind "words "
+    const int last = longCount - 2;
+    view->GoToPage(view, last, CCA_GRect(), false);
+    QTest::mouseClick(ViewFixture::Viewport(view), Qt::LeftButton, Qt::ShiftModifier, at(last, 30, 32));
+    QCOMPARE(fixture.Document()->LoadedPageCount(), 0);
+    QTRY_COMPARE(view->SelectHighLightText().size(), last);
+    const QStringList texts = Texts(view->SelectHighLightText());
+    QCOMPARE(texts.first(), QStringLiteral("1:of a page"));
+    QCOMPARE(texts.at(1), QStringLiteral("2:words of a page"));
+    QCOMPARE(texts.last(), QStringLiteral("%1:words").arg(last));
 }
 
 void TestTextSelection::escapeClearsTheSelection()
