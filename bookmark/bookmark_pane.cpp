@@ -319,7 +319,10 @@ void NaviBookmarkWidget::pageChangeSlot(G_DocView* sender)
             continue;
         const CCA_GPoint corner{dest->left, dest->top};
         if (visible.contains(GQ_ToQPoint(sender->ScenePointFromDocPoint(corner, pageIndex)))) {
-            tree->setCurrentItem(item);
+            // An edit in another row ends with the change of the current row; it must not fill the list anew within it.
+            if (tree->currentItem() != item)
+                tree->CommitEdit();
+            tree->setCurrentItem(tree->topLevelItem(row)); // the list may be another one by now
             return;
         }
     }

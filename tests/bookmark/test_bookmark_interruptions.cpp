@@ -57,6 +57,8 @@ private slots:
     void deletingAllEndsAnEditWithoutItsText();
     void aClickOnAnotherRowRenamesAndGoesThere();
     void aDoubleClickOnAnotherRowRenamesAndOpensThatOne();
+    void pagingByHandDuringAnEditRenamesAndSelectsTheVisibleBookmark();
+    void pagingByHandToTheRowInEditLeavesTheEditOpen();
     void anEditThatEndsAfterTheTabWasSwitchedRenamesInItsOwnDocument();
     void aPaneMayDieDuringAnEdit();
     void aRenameThatFindsNoRowForgetsTheOneCancelledBefore();
@@ -188,6 +190,38 @@ void TestBookmarkInterruptions::aDoubleClickOnAnotherRowRenamesAndOpensThatOne()
     QCOMPARE(tab->Names(), (QStringList{"Typed", "B", "C"}));
     QVERIFY(tab->Editor());
     QCOMPARE(tab->Editor()->toPlainText(), QStringLiteral("B"));
+}
+
+void TestBookmarkInterruptions::pagingByHandDuringAnEditRenamesAndSelectsTheVisibleBookmark()
+{
+    PaneDesk desk(QStringLiteral("page 210 297\npage 210 297\nbookmark \"A\" page=1 zoom=1\n"
+                                 "bookmark \"B\" page=2 rect=10,5,20,20 zoom=1"));
+    const DeskTab* tab = desk.First();
+    tab->SwallowPageChange();
+    Type(tab, 0, QStringLiteral("Typed"));
+    tab->view->GoToPage(tab->view, 1, CCA_GRect(), false);
+    ViewFixture::Settle();
+    QCOMPARE(tab->Names(), (QStringList{"Typed", "B"}));
+    QCOMPARE(tab->Rows(), tab->Names());
+    QCOMPARE(tab->SelectedRows(), QList<int>{1});
+    QCOMPARE(tab->Tree()->currentIndex().row(), 1);
+    QVERIFY(!tab->Editor());
+    VerifyAlive(tab);
+}
+
+void TestBookmarkInterruptions::pagingByHandToTheRowInEditLeavesTheEditOpen()
+{
+    PaneDesk desk(QStringLiteral("page 210 297\npage 210 297\nbookmark \"A\" page=1 zoom=1\n"
+                                 "bookmark \"B\" page=2 rect=10,5,20,20 zoom=1"));
+    const DeskTab* tab = desk.First();
+    tab->SwallowPageChange();
+    Type(tab, 1, QStringLiteral("Typed"));
+    tab->view->GoToPage(tab->view, 1, CCA_GRect(), false);
+    QVERIFY(tab->Editor());
+    QCOMPARE(tab->Editor()->toPlainText(), QStringLiteral("Typed"));
+    QTest::keyClick(tab->Editor(), Qt::Key_Return);
+    ViewFixture::Settle();
+    QCOMPARE(tab->Names(), (QStringList{"A", "Typed"}));
 }
 
 void TestBookmarkInterruptions::anEditThatEndsAfterTheTabWasSwitchedRenamesInItsOwnDocument()
