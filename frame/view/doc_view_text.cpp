@@ -45,11 +45,10 @@ void G_DocView::Private::StartSelecting()
     const bool hadSome = !selection.isEmpty();
     selection.clear();
     nextToSelect = selecting.fromPage;
+    q->UpdateView(); // what was selected is no more
     SelectMore(kFirstSliceMs);
-    if (!hadSome || !selection.isEmpty())
-        return;
-    q->UpdateView();
-    emit q->SelectionChanged();
+    if (hadSome && selection.isEmpty())
+        emit q->SelectionChanged();
 }
 
 // Reading ten thousand pages takes many seconds: the window must not stand still for them.
@@ -57,11 +56,12 @@ void G_DocView::Private::SelectMore(int milliseconds)
 {
     if (nextToSelect < 0)
         return;
-    const TextRange& range = selecting;
+    const TextRange range = selecting; // a listener may begin another
     const int atOnce = range.fromPage + kPagesAtOnce;
     QElapsedTimer clock;
     clock.start();
     bool hasMore = false;
+    bool isInView = false;
     for (; nextToSelect <= range.toPage; ++nextToSelect) {
         if (nextToSelect >= atOnce && clock.hasExpired(milliseconds))
             break;
@@ -77,6 +77,7 @@ void G_DocView::Private::SelectMore(int milliseconds)
             continue;
         selection.append(item);
         hasMore = true;
+        isInView |= items.contains(page);
     }
     if (nextToSelect <= range.toPage)
         selectTimer.start();
@@ -84,7 +85,8 @@ void G_DocView::Private::SelectMore(int milliseconds)
         nextToSelect = -1;
     if (!hasMore)
         return;
-    q->UpdateView();
+    if (isInView)
+        q->UpdateView();
     emit q->SelectionChanged();
 }
 
