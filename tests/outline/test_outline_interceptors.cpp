@@ -772,10 +772,8 @@ private:
     // As a click elsewhere does; the switch of documents may have done it before.
     void EndEditByFocus()
     {
-        if (QTextEdit* editor = tab->Editor()) {
-            QFocusEvent event(QEvent::FocusOut, Qt::MouseFocusReason);
-            QCoreApplication::sendEvent(editor, &event);
-        }
+        if (tab->Editor())
+            tab->Tree()->setFocus();
     }
 
     void BeginEdit(const QString& title)
