@@ -4,6 +4,7 @@
 #include <ofd/package/byte_source.h>
 #include <ofd/package/xml_edit.h>
 #include <ofd/package/xml_names.h>
+#include <ofd/parse/document_reader.h>
 #include <ofd/write/annotation_writer.h>
 #include <ofd/write/attachment_writer.h>
 
@@ -165,7 +166,7 @@ void OfdDocument::Private::AdoptSaved(std::unique_ptr<Package> saved, const Save
         attachments->AdoptSaved(plan.attachments);
         attachmentsPart = plan.attachmentsPart;
     }
-    std::unique_ptr<XmlPart> document = XmlPart::Load(*package, Structure().documentPart);
+    std::unique_ptr<XmlPart> document = LoadDocumentPart(*package, Structure().documentPart);
     if (!document)
         return; // the saver has read it back already, so this is a broken medium; the old tree serves on
     documentPart = std::move(document);

@@ -34,8 +34,8 @@ public:
     void Open(const QByteArray& bytes, const XmlToken& token)
     {
         const int outer = open.empty() ? NoNode : open.back().element;
-        const QByteArray name = NameOfTag(bytes, int(token.begin));
-        const bool isInTree = open.empty() || (outer != NoNode && isNode(LocalName(name.constData())));
+        const std::string_view name = TagName(bytes, token);
+        const bool isInTree = open.empty() || (outer != NoNode && isNode(name.substr(name.find(':') + 1)));
         int added = NoNode;
         if (isInTree) {
             added = int(elements.size());
@@ -92,11 +92,11 @@ QByteArray NameOfTag(const QByteArray& bytes, int begin)
     return bytes.mid(begin + 1, EndOfName(bytes, begin) - begin - 1);
 }
 
-ElementTree::ElementTree(const QByteArray& bytesIn, NodeTest isNode)
+ElementTree::ElementTree(const QByteArray& bytesIn, NodeTest isNode, qint64 begin)
     : bytes(bytesIn)
 {
     TreeBuilder builder(elements, isNode);
-    XmlScanner scanner(bytes, 0);
+    XmlScanner scanner(bytes, begin);
     for (XmlToken token = scanner.Next(); token.kind != XmlToken::End; token = scanner.Next()) {
         if (token.kind == XmlToken::StartTag || token.kind == XmlToken::EmptyTag)
             builder.Open(bytes, token);
@@ -105,6 +105,7 @@ ElementTree::ElementTree(const QByteArray& bytesIn, NodeTest isNode)
         if (builder.IsComplete())
             break;
     }
+    elements.shrink_to_fit();
 }
 
 std::vector<int> ElementTree::ChildrenOf(int element) const
@@ -113,6 +114,11 @@ std::vector<int> ElementTree::ChildrenOf(int element) const
     for (int child = At(element).firstChild; child >= 0; child = At(child).nextSibling)
         children.push_back(child);
     return children;
+}
+
+QByteArray ElementTree::BytesOf(int element) const
+{
+    return bytes.mid(At(element).begin, At(element).end - At(element).begin);
 }
 
 QByteArray ElementTree::StartTagOf(int element) const

@@ -23,7 +23,7 @@ struct TreeElement
     bool IsEmptyTag() const { return startTagEnd == end; }
 };
 
-// The bytes of an element, and where those of its descendants stand that are the nodes of a tree: an outline's entries,
+// An element, and where those of its descendants stand that are the nodes of a tree: an outline's entries,
 // say. An element that is no node, and all inside it, belongs to the node around it. Found in one pass, whatever the
 // depth. Immutable, so that any number of records may share it.
 class ElementTree
@@ -32,15 +32,17 @@ public:
     // Whether an element of that local name is a node.
     using NodeTest = bool (*)(std::string_view localName);
 
-    // The bytes are one element of well-formed XML; it is a node whatever its name.
-    ElementTree(const QByteArray& bytes, NodeTest isNode);
+    // An element of well-formed XML begins at `begin`; it is a node whatever its name.
+    ElementTree(const QByteArray& bytes, NodeTest isNode, qint64 begin = 0);
 
+    // All of the bytes, with what stands around the element.
     const QByteArray& GetBytes() const { return bytes; }
     // In document order; the outer element is the first.
     int GetCount() const { return int(elements.size()); }
     const TreeElement& At(int element) const { return elements[size_t(element)]; }
     std::vector<int> ChildrenOf(int element) const;
 
+    QByteArray BytesOf(int element) const;
     QByteArray StartTagOf(int element) const;
     // With its prefix.
     QByteArray NameOf(int element) const;

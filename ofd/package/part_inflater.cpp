@@ -18,6 +18,7 @@ namespace ofd {
 namespace {
 
 constexpr qint64 ChunkBytes = 256 * 1024;
+constexpr qint64 FirstPieceBytes = 4 * 1024; // who looks at the beginning of a part alone need not inflate all of it
 
 QString Tr(const char* text)
 {
@@ -150,6 +151,8 @@ PackageError InflatePiece(z_stream& stream, std::vector<char>& out, CheckedSink&
         if (got > 0) {
             if (PackageError error = sink.Put(out.data(), got))
                 return error;
+            if (qint64(out.size()) == FirstPieceBytes)
+                out.resize(size_t(std::min(ChunkBytes, entry.size + 1)));
         }
         isDone = code == Z_STREAM_END;
     } while (!isDone && (stream.avail_in > 0 || stream.avail_out == 0));
@@ -164,7 +167,7 @@ PackageError InflateDeflated(EntryData& data, CheckedSink& sink, const ZipEntry&
     if (inflateInit2(&stream, -MAX_WBITS) != Z_OK)
         return DamagedPart(entry);
     // One byte more than promised is enough to notice that a stream goes on beyond its promise.
-    std::vector<char> out(size_t(std::min(ChunkBytes, entry.size + 1)));
+    std::vector<char> out(size_t(std::min(FirstPieceBytes, entry.size + 1)));
     PackageError error;
     bool isDone = false;
     while (!isDone && !error) {

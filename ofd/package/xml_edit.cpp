@@ -91,13 +91,6 @@ int LevelOfChildren(const pugi::xml_node& parent)
     return 2 * DepthOf(parent) + 2;
 }
 
-qint64 BeginOf(const pugi::xml_node& element)
-{
-    // The parser knows where the name is; the '<' stands right in front of it.
-    const ptrdiff_t offset = element.type() == pugi::node_element ? element.offset_debug() : -1;
-    return offset > 0 ? qint64(offset) - 1 : -1;
-}
-
 pugi::xml_node LastElement(const pugi::xml_node& parent)
 {
     pugi::xml_node child = parent.last_child();
@@ -116,7 +109,7 @@ XmlEdit::XmlEdit(const XmlPart& part)
 ElementRange XmlEdit::GetRange(const pugi::xml_node& element) const
 {
     ElementRange range;
-    const qint64 begin = BeginOf(element);
+    const qint64 begin = part.PlaceOf(element);
     if (begin < 0)
         return range;
     XmlScanner scanner(part.GetBytes(), begin);
@@ -216,7 +209,7 @@ void XmlEdit::Remove(const pugi::xml_node& element)
 
 void XmlEdit::InsertBefore(const pugi::xml_node& sibling, const QByteArray& xml)
 {
-    const qint64 begin = BeginOf(sibling);
+    const qint64 begin = part.PlaceOf(sibling);
     if (begin < 0)
         return;
     const QByteArray blank = LeadingBlank(begin);
@@ -300,7 +293,7 @@ QByteArray XmlEdit::Apply(PackageError* error) const
         at = splice.end;
     }
     result.append(old.constData() + at, int(old.size() - at));
-    const std::unique_ptr<XmlPart> check = XmlPart::Parse(part.GetName(), result, error);
+    const std::unique_ptr<XmlPart> check = part.Reparse(result, error);
     return check ? result : QByteArray();
 }
 

@@ -1,7 +1,6 @@
 #include "xml_part.h"
 
 #include "package.h"
-#include "xml_scan.h"
 
 #include <QCoreApplication>
 #include <QTextCodec>
@@ -63,7 +62,8 @@ PackageError ParseError(const QString& partName, const QString& reason)
 
 } // namespace
 
-std::unique_ptr<XmlPart> XmlPart::Parse(const QString& partName, const QByteArray& bytes, PackageError* error)
+std::unique_ptr<XmlPart> XmlPart::Parse(const QString& partName, const QByteArray& bytes, PackageError* error,
+                                        std::string_view bare)
 {
     PackageError ignored;
     PackageError& result = error ? *error : ignored;
@@ -79,8 +79,14 @@ std::unique_ptr<XmlPart> XmlPart::Parse(const QString& partName, const QByteArra
     // files.
     constexpr unsigned mode =
         pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_comments | pugi::parse_pi | pugi::parse_declaration;
+    part->bareChild = bare;
+    if (!bare.empty())
+        part->leftOut = ContentOfChild(part->bytes, bare);
+    QByteArray parsedBytes = part->bytes;
+    if (part->leftOut.end > part->leftOut.begin)
+        parsedBytes = part->bytes.left(int(part->leftOut.begin)) + part->bytes.mid(int(part->leftOut.end));
     const pugi::xml_parse_result parsed =
-        part->document.load_buffer(part->bytes.constData(), size_t(part->bytes.size()), mode, pugi::encoding_utf8);
+        part->document.load_buffer(parsedBytes.constData(), size_t(parsedBytes.size()), mode, pugi::encoding_utf8);
     if (!parsed || !part->document.document_element()) {
         const char* reason = parsed ? "no element" : parsed.description();
         result = ParseError(partName, QString::fromLatin1(reason));
@@ -92,14 +98,30 @@ std::unique_ptr<XmlPart> XmlPart::Parse(const QString& partName, const QByteArra
     return part;
 }
 
-std::unique_ptr<XmlPart> XmlPart::Load(const Package& package, const QString& partName, PackageError* error)
+std::unique_ptr<XmlPart> XmlPart::Load(const Package& package, const QString& partName, PackageError* error,
+                                       std::string_view bare)
 {
     const PartData data = package.Read(partName);
     if (!data.error)
-        return Parse(partName, data.bytes, error);
+        return Parse(partName, data.bytes, error, bare);
     if (error)
         *error = data.error;
     return nullptr;
+}
+
+std::unique_ptr<XmlPart> XmlPart::Reparse(const QByteArray& newBytes, PackageError* error) const
+{
+    return Parse(name, newBytes, error, bareChild);
+}
+
+qint64 XmlPart::PlaceOf(const pugi::xml_node& element) const
+{
+    // The parser knows where the name is; the '<' stands right in front of it.
+    const ptrdiff_t offset = element.type() == pugi::node_element ? element.offset_debug() : -1;
+    if (offset <= 0)
+        return -1;
+    const qint64 place = qint64(offset) - 1;
+    return place < leftOut.begin ? place : place + leftOut.end - leftOut.begin;
 }
 
 } // namespace ofd

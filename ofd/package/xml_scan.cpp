@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 
 #include <cstring>
+#include <vector>
 
 namespace ofd {
 
@@ -90,6 +91,39 @@ PackageError BadXml(const char* reason)
 }
 
 } // namespace
+
+std::string_view TagName(const QByteArray& bytes, const XmlToken& tag)
+{
+    const char* begin = bytes.constData() + tag.begin + (tag.kind == XmlToken::EndTag ? 2 : 1);
+    const char* end = begin;
+    while (!std::strchr(" \t\r\n/>", *end)) // the '>' of the tag is there
+        ++end;
+    return {begin, size_t(end - begin)};
+}
+
+XmlRange ContentOfChild(const QByteArray& bytes, std::string_view localName)
+{
+    XmlRange content;
+    std::vector<std::string_view> open;
+    XmlScanner scanner(bytes, 0);
+    for (XmlToken token = scanner.Next(); token.kind != XmlToken::End; token = scanner.Next()) {
+        if (token.kind == XmlToken::StartTag) {
+            open.push_back(TagName(bytes, token));
+            const std::string_view name = open.back();
+            if (open.size() == 2 && content.begin == 0 && name.substr(name.find(':') + 1) == localName)
+                content.begin = token.end;
+        } else if (token.kind == XmlToken::EndTag) {
+            if (open.empty() || open.back() != TagName(bytes, token))
+                return {};
+            open.pop_back();
+            if (open.size() == 1 && content.begin > 0) {
+                content.end = token.begin;
+                return content;
+            }
+        }
+    }
+    return {};
+}
 
 PackageError CheckXml(const QByteArray& bytes)
 {

@@ -211,6 +211,11 @@ QSizeF ReadAreaSize(const pugi::xml_node& area)
     return rect && rect->width() > 0 && rect->height() > 0 ? rect->size() : QSizeF();
 }
 
+std::unique_ptr<XmlPart> LoadDocumentPart(const Package& package, const QString& part, PackageError* error)
+{
+    return XmlPart::Load(package, part, error, "Outlines");
+}
+
 DocumentParts ReadDocument(const Package& package)
 {
     DocumentParts parts;
@@ -218,7 +223,7 @@ DocumentParts ReadDocument(const Package& package)
     if (!ReadEntryPart(package, structure, parts.error))
         return parts;
     PackageError xmlError;
-    std::unique_ptr<XmlPart> document = XmlPart::Load(package, structure.documentPart, &xmlError);
+    std::unique_ptr<XmlPart> document = LoadDocumentPart(package, structure.documentPart, &xmlError);
     if (!document) {
         parts.error = structure.isEncrypted ? Tr("The document is encrypted and cannot be opened.")
                                             : Tr("The document part cannot be read: %1").arg(xmlError.text);

@@ -26,6 +26,10 @@ struct DocumentParts
 // degrades.
 DocumentParts ReadDocument(const Package& package);
 
+// The document part. Its tree lacks the entries of the outline, of which there may be very many: ReadOutline finds them
+// in the bytes. Null on failure.
+std::unique_ptr<XmlPart> LoadDocumentPart(const Package& package, const QString& part, PackageError* error = nullptr);
+
 // The size told by an area element (PageArea or Area); invalid when it has none that is usable.
 QSizeF ReadAreaSize(const pugi::xml_node& area);
 

@@ -33,35 +33,61 @@ CCA_String Utf8(const QString& text)
     return CCA_String(text.toUtf8());
 }
 
+bool HasOnly(const pugi::xml_node& element, std::initializer_list<std::string_view> attributes, int childCount)
+{
+    for (const pugi::xml_attribute& attribute : element.attributes()) {
+        if (std::find(attributes.begin(), attributes.end(), attribute.name()) == attributes.end())
+            return false;
+    }
+    return std::distance(element.begin(), element.end()) == childCount;
+}
+
+// Whether an action is one click to one destination and says nothing else, as nearly all do. Such a one can be written
+// anew from its record.
+bool IsPlain(const pugi::xml_node& action)
+{
+    const pugi::xml_node jump = action.first_child();
+    const pugi::xml_node dest = jump.first_child();
+    return HasOnly(action, {"Event"}, 1) && EqualsWord(action.attribute("Event").value(), "CLICK") &&
+           IsElement(jump, "Goto") && HasOnly(jump, {}, 1) && IsElement(dest, "Dest") &&
+           HasOnly(dest, {"Type", "PageID", "Left", "Top", "Right", "Bottom", "Zoom"}, 0);
+}
+
 class OutlineReader
 {
 public:
-    OutlineReader(const XmlPart& part, const DocumentStructure& structure)
+    OutlineReader(const XmlPart& part, const DocumentStructure& structure, std::shared_ptr<const ElementTree> elements)
         : part(part)
-        , edit(part)
         , structure(structure)
+        , tree(std::move(elements))
     {
     }
 
-    // Entries come in document order, which is the order of the tree's elements too.
-    void Read(const pugi::xml_node& list, G_TreeNode* root, const std::shared_ptr<const ElementTree>& elements)
+    // Entries are parsed one at a time: all of them parsed would take many times the memory of what is read from them.
+    void ReadInto(G_TreeNode* root)
     {
-        tree = elements;
-        std::vector<std::pair<pugi::xml_node, G_TreeNode*>> pending{{list, root}};
-        for (int element = 0; !pending.empty(); ++element) {
-            const auto [entry, parent] = pending.back();
-            pending.pop_back();
-            G_TreeNode* node = parent;
-            if (element > 0)
-                node = parent->AddSubNode(parent->SubNodeCount(), ReadItem(entry, element));
-            const size_t first = pending.size();
-            for (const pugi::xml_node& child : ChildElements(entry, "OutlineElem"))
-                pending.emplace_back(child, node);
-            std::reverse(pending.begin() + std::ptrdiff_t(first), pending.end());
+        std::vector<G_TreeNode*> nodes(size_t(tree->GetCount()), root);
+        pugi::xml_document document;
+        for (int element = 1; element < tree->GetCount(); ++element) {
+            entryBytes = OwnBytes(element);
+            document.load_buffer(entryBytes.constData(), size_t(entryBytes.size()),
+                                 pugi::parse_default | pugi::parse_comments | pugi::parse_pi, pugi::encoding_utf8);
+            G_TreeNode* parent = nodes[size_t(tree->At(element).parent)];
+            G_OutlineItem* item = ReadItem(document.document_element(), element); // owned by the node
+            nodes[size_t(element)] = parent->AddSubNode(parent->SubNodeCount(), item);
         }
     }
 
 private:
+    // The entry without its sub-entries; valid as long as the tree.
+    QByteArray OwnBytes(int element) const
+    {
+        const TreeElement& place = tree->At(element);
+        if (place.firstChild >= 0)
+            return tree->WithPlaceHolders(element, QByteArray());
+        return QByteArray::fromRawData(tree->GetBytes().constData() + place.begin, place.end - place.begin);
+    }
+
     // Owned by the caller.
     G_OutlineItem* ReadItem(const pugi::xml_node& entry, int element)
     {
@@ -114,7 +140,10 @@ private:
         }
         if (!action)
             action = new G_Action(G_Action::Other);
-        action->opaque = CCA_String(edit.GetElementBytes(element));
+        if (action->actionType == G_Action::Other || !IsPlain(element)) {
+            const qint64 begin = element.offset_debug() - 1;
+            action->opaque = CCA_String(ElementTree(entryBytes, IsOutlineEntry, begin).BytesOf(0));
+        }
         return action;
     }
 
@@ -153,9 +182,9 @@ private:
     }
 
     const XmlPart& part;
-    const XmlEdit edit;
     const DocumentStructure& structure;
-    std::shared_ptr<const ElementTree> tree;
+    const std::shared_ptr<const ElementTree> tree;
+    QByteArray entryBytes;           // of the entry that is being read
     std::vector<EntryCounts> counts; // by element; empty until needed
     QHash<QString, pugi::xml_node> bookmarks;
     bool hasBookmarks = false;
@@ -226,9 +255,9 @@ TreeRoot ReadOutline(const XmlPart& document, const DocumentStructure& structure
     const pugi::xml_node list = ChildElement(document.GetRoot(), "Outlines");
     if (!list)
         return nullptr;
-    *elements = std::make_shared<const ElementTree>(XmlEdit(document).GetElementBytes(list), IsOutlineEntry);
+    *elements = std::make_shared<const ElementTree>(document.GetBytes(), IsOutlineEntry, document.PlaceOf(list));
     TreeRoot root(G_TreeNode::CreateRoot());
-    OutlineReader(document, structure).Read(list, root.get(), *elements);
+    OutlineReader(document, structure, *elements).ReadInto(root.get());
     return root;
 }
 

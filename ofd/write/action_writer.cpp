@@ -104,15 +104,21 @@ QByteArray ActionBytes(const ActionValue& value, const ActionValue* saved, const
     return edit.IsEmpty() ? value.xml.Bytes() : edit.Apply();
 }
 
+// Tells actions that may be each other's element: by that, or by their kind when the element was plain.
+QByteArray KeyOf(const QByteArray& xml, int type)
+{
+    return xml.isEmpty() ? QByteArray::number(type) : xml;
+}
+
 // For each action the position of its element among the saved ones, -1 when it has none there.
 std::vector<int> MatchActions(const std::vector<G_Action*>& actions, const std::vector<ActionValue>& saved)
 {
     QHash<QByteArray, QVector<int>> places;
     for (int i = int(saved.size()) - 1; i >= 0; --i)
-        places[saved[size_t(i)].xml.Bytes()].append(i);
+        places[KeyOf(saved[size_t(i)].xml.Bytes(), saved[size_t(i)].type)].append(i);
     std::vector<int> matches;
     for (const G_Action* action : actions) {
-        const auto place = places.find(action->opaque.Bytes());
+        const auto place = places.find(KeyOf(action->opaque.Bytes(), action->actionType));
         const bool isFound = place != places.end() && !place->isEmpty();
         matches.push_back(isFound ? place->takeLast() : -1);
     }

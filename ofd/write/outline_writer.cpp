@@ -198,7 +198,7 @@ bool WriteOutline(XmlEdit& edit, const XmlPart& document, const DocumentStructur
         return false;
     if (!list)
         edit.InsertInOrder(part, "Outlines", bytes, DocumentOrder());
-    else if (bytes != saved->GetBytes())
+    else if (bytes != saved->BytesOf(0))
         edit.ReplaceElement(list, bytes);
     return true;
 }

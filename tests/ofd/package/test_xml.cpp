@@ -45,6 +45,9 @@ private slots:
     void aByteOrderMarkAndLineEndsAreRemembered();
     void otherEncodingsBecomeUtf8();
     void aDocTypeIsRefused();
+    void aBareChildHasItsContentInTheBytesOnly();
+    void theFirstChildOfTheNameIsBareAndNoOther();
+    void tagsInABareChildMustMatch();
     void depthIsLimited();
     void malformedXmlIsAnErrorAtEveryLength();
     void numbersAreStrictAndIndependentOfTheLocale();
@@ -162,6 +165,47 @@ void TestXml::aDocTypeIsRefused()
     QVERIFY(!Parse("<!DOCTYPE a SYSTEM \"file:///etc/passwd\"><a/>"));
     // Unknown entities stay what they are.
     QCOMPARE(ElementText(Parse("<a>&x;</a>")->GetRoot()), QStringLiteral("&x;"));
+}
+
+void TestXml::aBareChildHasItsContentInTheBytesOnly()
+{
+    const QByteArray bytes = "<o:a><b>1</b><o:list k='v'><e><list/></e> <!-- < --> <e a='>'/></o:list><c>2</c></o:a>";
+    const auto part = XmlPart::Parse(QStringLiteral("part.xml"), bytes, nullptr, "list");
+    QVERIFY(part);
+    QCOMPARE(part->GetBytes(), bytes);
+    const pugi::xml_node list = ChildElement(part->GetRoot(), "list");
+    QCOMPARE(AttributeText(list, "k"), QStringLiteral("v"));
+    QVERIFY(!list.first_child());
+    for (const pugi::xml_node& child : ChildElements(part->GetRoot()))
+        QCOMPARE(part->PlaceOf(child), qint64(bytes.indexOf(QByteArray("<") + child.name())));
+    const auto again = part->Reparse("<a><list><x/></list></a>");
+    QVERIFY(again);
+    QVERIFY(!ChildElement(again->GetRoot(), "list").first_child());
+}
+
+void TestXml::theFirstChildOfTheNameIsBareAndNoOther()
+{
+    const QByteArray bytes = "<a><b><list><c/></list></b><list>1</list><list><d/></list></a>";
+    const auto part = XmlPart::Parse(QStringLiteral("part.xml"), bytes, nullptr, "list");
+    QVERIFY(part);
+    QVERIFY(Descend(part->GetRoot(), {"b", "list", "c"}));
+    const auto lists = ChildElements(part->GetRoot(), "list");
+    QVERIFY(!lists[0].first_child());
+    QVERIFY(ChildElement(lists[1], "d"));
+    QCOMPARE(part->PlaceOf(lists[1]), qint64(bytes.lastIndexOf("<list")));
+    const auto none = XmlPart::Parse(QStringLiteral("part.xml"), "<a><list/><b/></a>", nullptr, "list");
+    QVERIFY(none);
+    QCOMPARE(none->PlaceOf(ChildElement(none->GetRoot(), "b")), qint64(10));
+}
+
+void TestXml::tagsInABareChildMustMatch()
+{
+    for (const char* bytes : {"<a><list><b></c></list></a>", "<a><list><b></list></a>", "<a><list></b></list></a>",
+                              "<a><list><b></a>", "<a><list><!DOCTYPE b></list></a>"}) {
+        PackageError error;
+        QVERIFY2(!XmlPart::Parse(QStringLiteral("part.xml"), bytes, &error, "list"), bytes);
+        QVERIFY(error);
+    }
 }
 
 void TestXml::depthIsLimited()
