@@ -239,6 +239,10 @@ bool CBookmarkTreeWidget::event(QEvent* event)
 
 void CBookmarkTreeWidget::keyPressEvent(QKeyEvent* event)
 {
+    if (state() == EditingState) {
+        event->ignore(); // what the editor left: another current row would end the edit half way through
+        return;
+    }
     if (PerformKey(*event)) {
         event->accept();
         return;

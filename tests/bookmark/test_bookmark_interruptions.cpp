@@ -59,6 +59,8 @@ private slots:
     void aDoubleClickOnAnotherRowRenamesAndOpensThatOne();
     void pagingByHandDuringAnEditRenamesAndSelectsTheVisibleBookmark();
     void pagingByHandToTheRowInEditLeavesTheEditOpen();
+    void keysThatTheEditorLeavesDoNothingToTheList_data();
+    void keysThatTheEditorLeavesDoNothingToTheList();
     void anEditThatEndsAfterTheTabWasSwitchedRenamesInItsOwnDocument();
     void aPaneMayDieDuringAnEdit();
     void aRenameThatFindsNoRowForgetsTheOneCancelledBefore();
@@ -222,6 +224,38 @@ void TestBookmarkInterruptions::pagingByHandToTheRowInEditLeavesTheEditOpen()
     QTest::keyClick(tab->Editor(), Qt::Key_Return);
     ViewFixture::Settle();
     QCOMPARE(tab->Names(), (QStringList{"A", "Typed"}));
+}
+
+void TestBookmarkInterruptions::keysThatTheEditorLeavesDoNothingToTheList_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifiers");
+    QTest::newRow("F2") << int(Qt::Key_F2) << int(Qt::NoModifier);
+    QTest::newRow("Alt+Down") << int(Qt::Key_Down) << int(Qt::AltModifier);
+    QTest::newRow("Alt+Up") << int(Qt::Key_Up) << int(Qt::AltModifier);
+    QTest::newRow("Ctrl+PageDown") << int(Qt::Key_PageDown) << int(Qt::ControlModifier);
+    QTest::newRow("Ctrl+Down") << int(Qt::Key_Down) << int(Qt::ControlModifier);
+    QTest::newRow("Shift+F10") << int(Qt::Key_F10) << int(Qt::ShiftModifier);
+    QTest::newRow("Delete at the end") << int(Qt::Key_Delete) << int(Qt::NoModifier);
+}
+
+void TestBookmarkInterruptions::keysThatTheEditorLeavesDoNothingToTheList()
+{
+    QFETCH(int, key);
+    QFETCH(int, modifiers);
+    PaneDesk desk(DocumentWithBookmarks(3));
+    const DeskTab* tab = desk.First();
+    Type(tab, 1, QStringLiteral("Typed"));
+    QTest::keyClick(tab->Editor(), Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+    QVERIFY(tab->Editor());
+    QCOMPARE(tab->Editor()->toPlainText(), QStringLiteral("Typed"));
+    QCOMPARE(tab->Names(), (QStringList{"A", "B", "C"}));
+    QCOMPARE(tab->Tree()->currentIndex().row(), 1);
+    QCOMPARE(desk.menu->shown, QStringList());
+    QTest::keyClick(tab->Editor(), Qt::Key_Return);
+    ViewFixture::Settle();
+    QCOMPARE(tab->Names(), (QStringList{"A", "Typed", "C"}));
+    QCOMPARE(tab->Stack()->count(), 1);
 }
 
 void TestBookmarkInterruptions::anEditThatEndsAfterTheTabWasSwitchedRenamesInItsOwnDocument()
