@@ -126,10 +126,18 @@ G_CustomTagItem::G_CustomTagItem(const G_CustomTagItem& other)
     , tagName(other.tagName)
     , attributes(other.attributes)
     , source(other.source)
+    , predecessor(other.predecessor)
 {
     const QVector<G_PageObjRef*> refs = other.objects.Values();
     for (const G_PageObjRef* ref : refs)
         objects.Add(ref ? new G_PageObjRef(*ref) : nullptr);
+}
+
+void G_CustomTagItem::TakePlaceOf(const G_NodeData& previous)
+{
+    const auto* tag = dynamic_cast<const G_CustomTagItem*>(&previous);
+    if (tag && !source)
+        predecessor = tag->source ? tag->source : tag->predecessor;
 }
 
 G_CustomTagItem::~G_CustomTagItem()

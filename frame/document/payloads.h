@@ -66,12 +66,16 @@ public:
     ~G_CustomTagItem() override;
     G_CustomTagItem& operator=(const G_CustomTagItem&) = delete;
     CCA_String NodeText() const override { return tagName; }
+    // A fresh record, as a rename makes it, remembers where its predecessor came from.
+    void TakePlaceOf(const G_NodeData& previous) override;
     OVJson ToJson() const override;
 
     CCA_String tagName;                     // UTF-8; the name shown in the tree
     CCA_LockedArray<CCA_String> attributes; // "key=value" each; read-only for panes
     CCA_LockedArray<G_PageObjRef*> objects; // owned
     std::shared_ptr<const G_RecordSource> source;
+    // Of the record whose place a fresh one took: a saver needs its place and its namespaces, nothing else of it.
+    std::shared_ptr<const G_RecordSource> predecessor;
 };
 
 // One attachment. A value type that may cross threads.

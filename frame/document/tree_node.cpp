@@ -30,6 +30,8 @@ CCA_String G_Object::ToString() const
 
 G_NodeData::~G_NodeData() = default;
 
+void G_NodeData::TakePlaceOf(const G_NodeData&) {}
+
 G_TreeNode::G_TreeNode() = default;
 
 G_TreeNode* G_TreeNode::CreateRoot()
@@ -112,6 +114,8 @@ void G_TreeNode::SetNodeData(G_NodeData* payload)
 {
     if (payload == data)
         return;
+    if (payload && data)
+        payload->TakePlaceOf(*data);
     delete data;
     data = payload;
 }

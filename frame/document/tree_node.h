@@ -29,6 +29,8 @@ public:
     virtual ~G_NodeData();
     // The text the node is shown and found by, UTF-8.
     virtual CCA_String NodeText() const = 0;
+    // Called when this record takes the place of another on a node; the base does nothing.
+    virtual void TakePlaceOf(const G_NodeData& previous);
 
     // Reserved for the display of custom tags. Nothing in the frame ever fills it: the redo of a tag's addition relies
     // on it being empty.
