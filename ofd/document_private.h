@@ -17,6 +17,8 @@
 
 namespace ofd {
 
+class XmlEdit;
+
 // What an open document holds. Private to the sources of OfdDocument.
 struct OfdDocument::Private
 {
@@ -30,6 +32,7 @@ struct OfdDocument::Private
     std::vector<G_Bookmark*> CurrentBookmarks() const;
     bool AreBookmarksEdited() const;
     bool IsOutlineEdited() const;
+    bool AreTagsEdited() const;
     std::vector<OfdAnnot*> EditedAnnots() const;
     bool HasRemovedAnnots() const;
 
@@ -39,16 +42,21 @@ struct OfdDocument::Private
         PackageChanges changes;
         QVector<AttachmentEntry> attachments; // with their new places; empty when they did not change
         QString attachmentsPart;
+        QStringList tagParts; // of each tree; empty when tags did not change
+        QString customTagsPart;
     };
 
     // Saving. Collects what changed as new bytes of parts; false, with the reason, when a part cannot be edited.
     bool CollectChanges(SavePlan& plan, PackageError& error) const;
     bool CollectDocumentPart(SavePlan& plan, PackageError& error) const;
+    bool CollectAttachments(SavePlan& plan, XmlEdit& edit, PackageError& error) const;
+    bool CollectTags(SavePlan& plan, XmlEdit& edit, PackageError& error) const;
     void StampModificationDate(PackageChanges& changes) const;
     DocumentSaveResult Write(const QString& target, bool overwritesForeignChange);
     void AdoptSaved(std::unique_ptr<Package> saved, const SavePlan& plan, const QString& target);
     void AdoptSavedBookmarks();
     void AdoptSavedOutline();
+    void AdoptSavedTags(const SavePlan& plan);
 
     QString path;
     bool isReadOnly = false;
@@ -67,10 +75,7 @@ struct OfdDocument::Private
     OutlineTree outlineElements; // of the document part; null when it has no outline
     bool areTagsRead = false;
     std::vector<TagTree> tags;
-    QByteArray savedTags;
+    QString customTagsPart; // empty when the document has no list of them
 };
-
-// Tells trees apart by what a saver would write of them.
-QByteArray FingerprintOf(G_TreeNode* root);
 
 } // namespace ofd

@@ -7,10 +7,14 @@
 #include <ofd/parse/document_reader.h>
 #include <ofd/write/annotation_writer.h>
 #include <ofd/write/attachment_writer.h>
+#include <ofd/write/custom_tag_list.h>
+#include <ofd/write/custom_tag_writer.h>
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace ofd {
 
@@ -52,6 +56,11 @@ bool OfdDocument::Private::IsOutlineEdited() const
     return isOutlineRead && IsOutlineChanged(outlineElements, outline.get());
 }
 
+bool OfdDocument::Private::AreTagsEdited() const
+{
+    return std::any_of(tags.begin(), tags.end(), AreTagsChanged);
+}
+
 std::vector<OfdAnnot*> OfdDocument::Private::EditedAnnots() const
 {
     std::vector<OfdAnnot*> edited;
@@ -86,21 +95,42 @@ bool OfdDocument::Private::CollectDocumentPart(SavePlan& plan, PackageError& err
         WriteBookmarks(edit, *documentPart, Structure(), bookmarkSources, CurrentBookmarks());
     if (IsOutlineEdited() && !WriteOutline(edit, *documentPart, Structure(), outlineElements, outline.get(), error))
         return false;
-    plan.attachmentsPart = attachmentsPart;
-    if (attachments->IsChanged()) {
-        const std::shared_ptr<const Package> package = store->GetPackage();
-        AttachmentWriter writer(*package, *documentPart, edit, Structure().documentFolder, attachmentsPart);
-        if (!writer.Write(attachments->GetEntries(), plan.changes, error))
-            return false;
-        plan.attachments = writer.GetWritten();
-        plan.attachmentsPart = writer.GetListPart();
-    }
+    if (!CollectTags(plan, edit, error) || !CollectAttachments(plan, edit, error))
+        return false;
     if (edit.IsEmpty())
         return true;
     const QByteArray bytes = edit.Apply(&error);
     if (bytes.isEmpty())
         return false;
     plan.changes.SetPart(documentPart->GetName(), bytes);
+    return true;
+}
+
+bool OfdDocument::Private::CollectAttachments(SavePlan& plan, XmlEdit& edit, PackageError& error) const
+{
+    plan.attachmentsPart = attachmentsPart;
+    if (!attachments->IsChanged())
+        return true;
+    const std::shared_ptr<const Package> package = store->GetPackage();
+    AttachmentWriter writer(*package, *documentPart, edit, Structure().documentFolder, attachmentsPart);
+    if (!writer.Write(attachments->GetEntries(), plan.changes, error))
+        return false;
+    plan.attachments = writer.GetWritten();
+    plan.attachmentsPart = writer.GetListPart();
+    return true;
+}
+
+bool OfdDocument::Private::CollectTags(SavePlan& plan, XmlEdit& edit, PackageError& error) const
+{
+    plan.customTagsPart = customTagsPart;
+    if (!AreTagsEdited())
+        return true;
+    const std::shared_ptr<const Package> package = store->GetPackage();
+    CustomTagListWriter writer(*package, *documentPart, edit, Structure().documentFolder, customTagsPart);
+    if (!writer.Write(tags, plan.changes, error))
+        return false;
+    plan.tagParts = writer.GetParts();
+    plan.customTagsPart = writer.GetListPart();
     return true;
 }
 
@@ -172,6 +202,7 @@ void OfdDocument::Private::AdoptSaved(std::unique_ptr<Package> saved, const Save
     documentPart = std::move(document);
     AdoptSavedBookmarks();
     AdoptSavedOutline();
+    AdoptSavedTags(plan);
 }
 
 // Records get the sources of their new elements, so that the next save compares with what is in the file now; copies
@@ -196,6 +227,28 @@ void OfdDocument::Private::AdoptSavedOutline()
     const TreeRoot fresh = ReadOutline(*documentPart, Structure(), &outlineElements);
     if (fresh)
         AdoptOutlineSources(outline.get(), fresh.get());
+}
+
+void OfdDocument::Private::AdoptSavedTags(const SavePlan& plan)
+{
+    if (plan.tagParts.isEmpty())
+        return;
+    customTagsPart = plan.customTagsPart;
+    for (size_t i = 0; i < tags.size(); ++i) {
+        TagTree& tree = tags[i];
+        const bool isChanged = AreTagsChanged(tree);
+        tree.part = plan.tagParts.at(int(i));
+        if (!isChanged)
+            continue;
+        tree.elements.reset();
+        const std::unique_ptr<XmlPart> part =
+            tree.part.isEmpty() ? nullptr : XmlPart::Load(*store->GetPackage(), tree.part);
+        if (!part)
+            continue;
+        const TreeRoot fresh(G_TreeNode::CreateRoot());
+        tree.elements = ReadTagTree(*part, fresh.get());
+        AdoptTagSources(tree.root.get(), fresh.get());
+    }
 }
 
 DocumentSaveResult OfdDocument::Save(bool overwritesForeignChange)
@@ -235,10 +288,10 @@ bool OfdDocument::IsChangedOnDisk() const
 QStringList OfdDocument::GetUnsavableChanges() const
 {
     QStringList kinds;
-    QByteArray tags;
-    for (const TagTree& tree : d->tags)
-        tags += FingerprintOf(tree.root.get());
-    if (d->areTagsRead && tags != d->savedTags)
+    // A part holds one top tag; no pane makes more of them.
+    const bool hasMore =
+        std::any_of(d->tags.begin(), d->tags.end(), [](const TagTree& tree) { return tree.root->SubNodeCount() > 1; });
+    if (hasMore)
         kinds.append(Tr("custom tags"));
     if (d->HasRemovedAnnots())
         kinds.append(Tr("removed annotations"));

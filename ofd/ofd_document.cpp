@@ -6,7 +6,6 @@
 #include <ofd/parse/document_reader.h>
 #include <ofd/text/text_page.h>
 
-#include <QCryptographicHash>
 #include <QDate>
 #include <QDateTime>
 #include <QFileInfo>
@@ -17,13 +16,6 @@
 namespace ofd {
 
 namespace {
-
-// A record's part of a fingerprint.
-QByteArray DescriptionOf(const G_NodeData* data)
-{
-    const auto* record = dynamic_cast<const G_Object*>(data);
-    return record ? record->ToString().Bytes() : QByteArray();
-}
 
 bool CanBeReplaced(const QString& path)
 {
@@ -46,21 +38,6 @@ CCA_Path PathOf(const QPainterPath& outline)
 }
 
 } // namespace
-
-QByteArray FingerprintOf(G_TreeNode* root)
-{
-    QCryptographicHash hash(QCryptographicHash::Sha1);
-    QVector<G_TreeNode*> pending;
-    if (root)
-        pending.append(root);
-    while (!pending.isEmpty()) {
-        G_TreeNode* node = pending.takeLast();
-        hash.addData(QByteArray::number(node->level) + ' ' + DescriptionOf(node->data) + '\n');
-        for (int i = node->SubNodeCount() - 1; i >= 0; --i)
-            pending.append(node->SubNode(i));
-    }
-    return hash.result();
-}
 
 OpenResult OfdDocument::Open(const QString& path, bool readOnly)
 {
@@ -85,6 +62,7 @@ OpenResult OfdDocument::Open(const QString& path, bool readOnly)
     data->attachments = std::make_unique<AttachmentTable>(
         ReadAttachments(*package, parts.structure, data->documentPart->GetRoot()), parts.structure.highestId);
     data->attachmentsPart = parts.structure.attachmentsPart;
+    data->customTagsPart = parts.structure.customTagsPart;
     data->pages.resize(size_t(parts.structure.pages.size()));
     data->store = std::make_shared<DocumentStore>(std::move(package), std::move(parts.structure));
     data->renderer = std::make_unique<OfdPageRenderer>(data->store);
@@ -249,8 +227,6 @@ void OfdDocument::Private::ReadTagsOnce()
         return;
     const DocumentStructure& structure = Structure();
     tags = ReadCustomTags(*store->GetPackage(), structure.customTagsPart, structure.documentFolder);
-    for (const TagTree& tree : tags)
-        savedTags += FingerprintOf(tree.root.get());
     areTagsRead = true;
 }
 
@@ -348,7 +324,8 @@ bool OfdDocument::IsEncrypted()
 
 bool OfdDocument::IsModified()
 {
-    return d->AreBookmarksEdited() || d->IsOutlineEdited() || d->attachments->IsChanged() || !d->EditedAnnots().empty();
+    return d->AreBookmarksEdited() || d->IsOutlineEdited() || d->AreTagsEdited() || d->attachments->IsChanged() ||
+           !d->EditedAnnots().empty();
 }
 
 void OfdDocument::Prepare()

@@ -4,19 +4,19 @@
 #include <ofd/model/record_sources.h>
 #include <ofd/package/locations.h>
 #include <ofd/package/package.h>
+#include <ofd/package/tag_names.h>
 #include <ofd/package/xml_edit.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_part.h>
 #include <ofd/package/xml_values.h>
 
-#include <QRegularExpression>
 #include <QStringList>
+
+#include <algorithm>
 
 namespace ofd {
 
 namespace {
-
-constexpr uint EmptyNameMark = 0xffff; // stands for a name without any characters
 
 CCA_String Utf8(const QString& text)
 {
@@ -47,62 +47,66 @@ void AddReference(const pugi::xml_node& element, G_CustomTagItem& tag)
     tag.objects.Add(reference);
 }
 
-class TagReader
+// Reads one tag without those below it. Owned by the caller.
+G_CustomTagItem* ReadTag(const pugi::xml_node& element, const std::shared_ptr<const ElementTree>& tree, int position)
 {
-public:
-    explicit TagReader(const XmlPart& part)
-        : edit(part)
-    {
+    auto* tag = new G_CustomTagItem;
+    const std::string_view name = LocalName(element);
+    tag->tagName = Utf8(UnescapeTagName(QString::fromUtf8(name.data(), int(name.size()))));
+    for (const pugi::xml_attribute& attribute : element.attributes()) {
+        if (!IsDeclaration(attribute))
+            tag->attributes.Add(CCA_String(QByteArray(attribute.name()) + '=' + attribute.value()));
     }
-
-    void ReadTag(const pugi::xml_node& element, G_TreeNode* parent) const
-    {
-        auto* tag = new G_CustomTagItem; // owned by its node
-        const std::string_view name = LocalName(element);
-        tag->tagName = Utf8(UnescapeTagName(QString::fromUtf8(name.data(), int(name.size()))));
-        for (const pugi::xml_attribute& attribute : element.attributes()) {
-            if (!IsDeclaration(attribute))
-                tag->attributes.Add(CCA_String(QByteArray(attribute.name()) + '=' + attribute.value()));
-        }
-        auto source = std::make_shared<TagSource>();
-        tag->source = source;
-        G_TreeNode* node = parent->AddSubNode(parent->SubNodeCount(), tag);
-        for (pugi::xml_node child = FirstElement(element); child; child = NextElement(child))
-            ReadChild(child, *tag, node);
-    }
-
-private:
-    void ReadChild(const pugi::xml_node& child, G_CustomTagItem& tag, G_TreeNode* node) const
-    {
+    for (pugi::xml_node child = FirstElement(element); child; child = NextElement(child)) {
         if (IsElement(child, "ObjectRef"))
-            AddReference(child, tag);
+            AddReference(child, *tag);
         else if (IsElement(child, "ObjectData"))
-            tag.attributes.Add(Utf8(QStringLiteral("ObjectData=") + ElementText(child)));
-        else
-            ReadTag(child, node);
+            tag->attributes.Add(Utf8(QStringLiteral("ObjectData=") + ElementText(child)));
     }
-
-    const XmlEdit edit;
-};
+    auto source = std::make_shared<TagSource>();
+    source->tree = tree;
+    source->element = position;
+    source->name = tag->tagName;
+    source->attributes = tag->attributes.Values();
+    source->objects = ObjectsOf(*tag);
+    tag->source = source;
+    return tag;
+}
 
 } // namespace
 
-QString UnescapeTagName(const QString& name)
+bool IsTagElement(std::string_view localName)
 {
-    static const QRegularExpression escape(QStringLiteral("_x([0-9A-Fa-f]{4}|[0-9A-Fa-f]{6}|[0-9A-Fa-f]{8})_"));
-    QString result;
-    int from = 0;
-    for (QRegularExpressionMatchIterator i = escape.globalMatch(name); i.hasNext();) {
-        const QRegularExpressionMatch match = i.next();
-        result += name.midRef(from, match.capturedStart() - from);
-        const uint code = match.capturedRef(1).toUInt(nullptr, 16);
-        if (code > 0x10ffff)
-            result += match.capturedRef();
-        else if (code != EmptyNameMark)
-            result += QString::fromUcs4(&code, 1);
-        from = match.capturedEnd();
+    return localName != "ObjectRef" && localName != "ObjectData";
+}
+
+QVector<G_PageObjRef> ObjectsOf(const G_CustomTagItem& tag)
+{
+    QVector<G_PageObjRef> objects;
+    for (const G_PageObjRef* reference : tag.objects.Values()) {
+        if (reference && !reference->objectIds.isEmpty())
+            objects.append(*reference);
     }
-    return result + name.midRef(from);
+    return objects;
+}
+
+std::shared_ptr<const ElementTree> ReadTagTree(const XmlPart& part, G_TreeNode* root)
+{
+    const auto tree = std::make_shared<const ElementTree>(XmlEdit(part).GetElementBytes(part.GetRoot()), IsTagElement);
+    // Tags come in document order, which is the order of the tree's elements too.
+    std::vector<std::pair<pugi::xml_node, G_TreeNode*>> pending{{part.GetRoot(), root}};
+    for (int position = 0; !pending.empty(); ++position) {
+        const auto [element, parent] = pending.back();
+        pending.pop_back();
+        G_TreeNode* node = parent->AddSubNode(parent->SubNodeCount(), ReadTag(element, tree, position));
+        const size_t first = pending.size();
+        for (pugi::xml_node child = FirstElement(element); child; child = NextElement(child)) {
+            if (IsTagElement(LocalName(child)))
+                pending.emplace_back(child, node);
+        }
+        std::reverse(pending.begin() + std::ptrdiff_t(first), pending.end());
+    }
+    return tree;
 }
 
 std::vector<TagTree> ReadCustomTags(const Package& package, const QString& listPart, const QString& documentFolder)
@@ -128,7 +132,7 @@ std::vector<TagTree> ReadCustomTags(const Package& package, const QString& listP
         tree.part = part;
         tree.prefix = QString::fromUtf8(PrefixOf(xml->GetRoot())).remove(QLatin1Char(':'));
         tree.nameSpace = AttributeText(entry, "NameSpace");
-        TagReader(*xml).ReadTag(xml->GetRoot(), tree.root.get());
+        tree.elements = ReadTagTree(*xml, tree.root.get());
         trees.push_back(std::move(tree));
     }
     return trees;

@@ -1,6 +1,7 @@
 #include "attachment_writer.h"
 
 #include "document_order.h"
+#include "part_making.h"
 
 #include <ofd/package/locations.h>
 #include <ofd/package/package.h>
@@ -25,16 +26,6 @@ QString TextOf(const CCA_String& text)
     return QString::fromUtf8(text.Bytes());
 }
 
-// The declaration of the format's namespace as the document part has it, for parts of our own.
-QByteArray NamespaceDeclaration(const pugi::xml_node& root)
-{
-    const QByteArray prefix = PrefixOf(root).replace(':', QByteArray());
-    const QString address = NamespaceOfPrefix(root, std::string_view(prefix.constData(), size_t(prefix.size())));
-    const QByteArray name = prefix.isEmpty() ? QByteArray("xmlns") : "xmlns:" + prefix;
-    const QString used = address.isEmpty() ? QStringLiteral("http://www.ofdspec.org/2016") : address;
-    return ' ' + name + "=\"" + EscapeAttribute(used) + '"';
-}
-
 } // namespace
 
 AttachmentWriter::AttachmentWriter(const Package& package, const XmlPart& document, XmlEdit& edit,
@@ -51,7 +42,7 @@ bool AttachmentWriter::Write(const QVector<AttachmentEntry>& current, PackageCha
 {
     written = current;
     const pugi::xml_node inlined = ChildElement(document.GetRoot(), "Attachments");
-    RaiseMaxUnitId();
+    RaiseHighestId();
     if (listPart.isEmpty() && FirstElement(inlined)) { // the list stands in the document part itself
         listPart = document.GetName();
         EditList(edit, inlined, changes);
@@ -148,8 +139,7 @@ bool AttachmentWriter::MakeList(PackageChanges& changes)
     if (package.HasPartIgnoringCase(listPart))
         listPart =
             changes.FreePartName(package, documentFolder, QStringLiteral("Attachments_"), QStringLiteral(".xml"));
-    QByteArray xml =
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<" + prefix + "Attachments" + NamespaceDeclaration(root) + '>';
+    QByteArray xml;
     int ordinal = 0;
     for (AttachmentEntry& entry : written) {
         AddPart(entry, changes);
@@ -157,8 +147,7 @@ bool AttachmentWriter::MakeList(PackageChanges& changes)
         entry.file.reset();
         entry.ordinal = ordinal++;
     }
-    xml += "</" + prefix + "Attachments>";
-    changes.SetPart(listPart, xml);
+    changes.SetPart(listPart, NewPart(root, "Attachments", xml));
     const QString reference = MakeReference(listPart, document.GetName(), false);
     if (const pugi::xml_node element = ChildElement(root, "Attachments"))
         edit.SetText(element, reference);
@@ -169,22 +158,14 @@ bool AttachmentWriter::MakeList(PackageChanges& changes)
 }
 
 // The highest identifier that was given out is written back.
-void AttachmentWriter::RaiseMaxUnitId()
+void AttachmentWriter::RaiseHighestId()
 {
     int highest = 0;
     for (const AttachmentEntry& entry : qAsConst(written)) {
         if (entry.file)
             highest = std::max(highest, entry.info.id);
     }
-    const pugi::xml_node common = ChildElement(document.GetRoot(), "CommonData");
-    const pugi::xml_node element = ChildElement(common, "MaxUnitID");
-    if (!common || int(ParseId(TrimmedText(element).toStdString()).value_or(0)) >= highest)
-        return;
-    if (element)
-        edit.SetText(element, QString::number(highest));
-    else
-        edit.PrependChild(common,
-                          XmlFragment(PrefixOf(common)).Element("MaxUnitID", QString::number(highest)).GetBytes());
+    RaiseMaxUnitId(edit, document.GetRoot(), highest);
 }
 
 } // namespace ofd

@@ -34,7 +34,7 @@ private:
     QByteArray ElementOf(const AttachmentEntry& entry, const QByteArray& prefix) const;
     void AddPart(AttachmentEntry& entry, PackageChanges& changes) const;
     bool MakeList(PackageChanges& changes);
-    void RaiseMaxUnitId();
+    void RaiseHighestId();
 
     const Package& package;
     const XmlPart& document;

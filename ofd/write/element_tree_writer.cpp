@@ -25,11 +25,12 @@ std::vector<pugi::xml_node> NodeElements(const pugi::xml_node& element, ElementT
     return nodes;
 }
 
-// "ofd:" of "<ofd:OutlineElem …"
+// "ofd:" of "<ofd:OutlineElem …". An empty prefix, as in "<:name …", is an accident of that element and not for others.
 QByteArray PrefixOfTag(const ElementTree& tree, int element)
 {
     const QByteArray name = tree.NameOf(element);
-    return name.left(name.indexOf(':') + 1);
+    const int colon = name.indexOf(':');
+    return colon > 0 ? name.left(colon + 1) : QByteArray();
 }
 
 } // namespace

@@ -1,0 +1,50 @@
+#include "part_making.h"
+
+#include <ofd/package/xml_edit.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/package/xml_text.h>
+#include <ofd/package/xml_values.h>
+
+namespace ofd {
+
+QByteArray FormatNamespace(const pugi::xml_node& root)
+{
+    const QByteArray prefix = PrefixOf(root).replace(':', QByteArray());
+    const QString address = NamespaceOfPrefix(root, std::string_view(prefix.constData(), size_t(prefix.size())));
+    return address.isEmpty() ? QByteArray("http://www.ofdspec.org/2016") : address.toUtf8();
+}
+
+QByteArray NamespaceDeclaration(const pugi::xml_node& root)
+{
+    const QByteArray prefix = PrefixOf(root).replace(':', QByteArray());
+    const QByteArray name = prefix.isEmpty() ? QByteArray("xmlns") : "xmlns:" + prefix;
+    return ' ' + name + "=\"" + EscapeAttribute(QString::fromUtf8(FormatNamespace(root))) + '"';
+}
+
+QByteArray NewPart(const pugi::xml_node& other, const QByteArray& rootName, const QByteArray& content)
+{
+    const QByteArray name = PrefixOf(other) + rootName;
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<" + name + NamespaceDeclaration(other) + '>' + content + "</" +
+           name + '>';
+}
+
+bool RefersFromRoot(const pugi::xml_node& list)
+{
+    const pugi::xml_node location = ChildElement(FirstElement(list), "FileLoc");
+    return TrimmedText(location).startsWith(QLatin1Char('/'));
+}
+
+void RaiseMaxUnitId(XmlEdit& edit, const pugi::xml_node& documentRoot, int id)
+{
+    const pugi::xml_node common = ChildElement(documentRoot, "CommonData");
+    const pugi::xml_node element = ChildElement(common, "MaxUnitID");
+    if (!common || int(ParseId(TrimmedText(element).toStdString()).value_or(0)) >= id)
+        return;
+    const QString text = QString::number(id);
+    if (element)
+        edit.SetText(element, text);
+    else
+        edit.PrependChild(common, XmlFragment(PrefixOf(common)).Element("MaxUnitID", text).GetBytes());
+}
+
+} // namespace ofd

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <pugixml.hpp>
+
+namespace ofd {
+
+class XmlEdit;
+
+// For parts of our own: prefix, address and declaration of the format's namespace as another part has them.
+QByteArray FormatNamespace(const pugi::xml_node& root);
+QByteArray NamespaceDeclaration(const pugi::xml_node& root);
+// A whole part with a root element of that name, in the manner of the other part.
+QByteArray NewPart(const pugi::xml_node& other, const QByteArray& rootName, const QByteArray& content);
+
+// Whether the elements of a list refer to parts from the root of the package; what is added does as they do.
+bool RefersFromRoot(const pugi::xml_node& list);
+
+// Lets the document part's highest identifier be no lower than this.
+void RaiseMaxUnitId(XmlEdit& edit, const pugi::xml_node& documentRoot, int id);
+
+} // namespace ofd
