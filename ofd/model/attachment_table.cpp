@@ -79,13 +79,13 @@ AttachmentTable::AttachmentTable(QVector<AttachmentEntry> entriesIn, int highest
 
 int AttachmentTable::GetCount() const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return entries.size();
 }
 
 int AttachmentTable::GetIndexById(int id) const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     for (int i = 0; i < entries.size(); ++i) {
         if (entries.at(i).info.id == id)
             return i;
@@ -95,7 +95,7 @@ int AttachmentTable::GetIndexById(int id) const
 
 G_AttachmentInfo AttachmentTable::GetInfo(int index) const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return entries.value(index).info;
 }
 
@@ -103,7 +103,7 @@ bool AttachmentTable::Write(int index, const Package& package, ICA_StreamWriter*
 {
     AttachmentEntry entry;
     {
-        const QMutexLocker lock(&mutex);
+        const std::lock_guard<std::mutex> lock(mutex);
         if (index < 0 || index >= entries.size())
             return false;
         entry = entries.at(index);
@@ -130,7 +130,7 @@ bool AttachmentTable::AddFrom(ICA_StreamReader* reader, G_AttachmentInfo info)
     info.size = float(file->size() / 1024.0);
     AttachmentEntry entry;
     entry.file = file;
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     info.id = ++highestId;
     entry.info = info;
     entries.append(entry);
@@ -139,7 +139,7 @@ bool AttachmentTable::AddFrom(ICA_StreamReader* reader, G_AttachmentInfo info)
 
 bool AttachmentTable::Remove(int index)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     if (index < 0 || index >= entries.size())
         return false;
     hasRemoved |= entries.at(index).ordinal >= 0;
@@ -149,19 +149,19 @@ bool AttachmentTable::Remove(int index)
 
 bool AttachmentTable::IsChanged() const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return hasRemoved || entries.size() != savedCount;
 }
 
 QVector<AttachmentEntry> AttachmentTable::GetEntries() const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return entries;
 }
 
 void AttachmentTable::AdoptSaved(const QVector<AttachmentEntry>& savedEntries)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     for (const AttachmentEntry& saved : savedEntries) {
         for (AttachmentEntry& entry : entries) {
             if (entry.info.id == saved.info.id)

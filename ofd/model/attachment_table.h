@@ -2,12 +2,12 @@
 
 #include <frame/document/payloads.h>
 
-#include <QMutex>
 #include <QString>
 #include <QTemporaryFile>
 #include <QVector>
 
 #include <memory>
+#include <mutex>
 
 class ICA_StreamReader;
 class ICA_StreamWriter;
@@ -47,7 +47,7 @@ public:
     void AdoptSaved(const QVector<AttachmentEntry>& savedEntries);
 
 private:
-    mutable QMutex mutex;
+    mutable std::mutex mutex;
     QVector<AttachmentEntry> entries;
     int savedCount;
     int highestId;

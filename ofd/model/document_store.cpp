@@ -46,13 +46,13 @@ DocumentStore::~DocumentStore() = default;
 
 std::shared_ptr<const Package> DocumentStore::GetPackage() const
 {
-    const QMutexLocker lock(&packageMutex);
+    const std::lock_guard<std::mutex> lock(packageMutex);
     return package;
 }
 
 void DocumentStore::ReplacePackage(std::shared_ptr<Package> newPackage)
 {
-    const QMutexLocker lock(&packageMutex);
+    const std::lock_guard<std::mutex> lock(packageMutex);
     package = std::move(newPackage);
 }
 
@@ -61,12 +61,12 @@ QSizeF DocumentStore::GetPageSize(int pageIndex)
     if (pageIndex < 0 || pageIndex >= structure.pages.size())
         return QSizeF(DefaultPageWidthMm, DefaultPageHeightMm);
     {
-        const QMutexLocker lock(&sizeMutex);
+        const std::lock_guard<std::mutex> lock(sizeMutex);
         if (pageSizes.at(pageIndex).isValid())
             return pageSizes.at(pageIndex);
     }
     const QSizeF size = ReadPageSize(pageIndex);
-    const QMutexLocker lock(&sizeMutex);
+    const std::lock_guard<std::mutex> lock(sizeMutex);
     pageSizes[pageIndex] = size;
     return size;
 }
@@ -83,12 +83,12 @@ QSizeF DocumentStore::ReadPageSize(int pageIndex)
         const QString part = position < 0 ? QString() : structure.templates.at(position).part;
         QSizeF size;
         {
-            const QMutexLocker lock(&sizeMutex);
+            const std::lock_guard<std::mutex> lock(sizeMutex);
             size = templateSizes.value(part);
         }
         if (!part.isEmpty() && !size.isValid()) {
             size = ReadPageHead(*source, part).areaSize;
-            const QMutexLocker lock(&sizeMutex);
+            const std::lock_guard<std::mutex> lock(sizeMutex);
             templateSizes.insert(part, size);
         }
         if (size.isValid())
@@ -99,7 +99,7 @@ QSizeF DocumentStore::ReadPageSize(int pageIndex)
 
 std::shared_ptr<const Resources> DocumentStore::GetResources()
 {
-    const QMutexLocker lock(&resourceMutex);
+    const std::lock_guard<std::mutex> lock(resourceMutex);
     if (!resources) {
         const QStringList parts = structure.documentRes + structure.publicRes; // the former win over the latter
         resources =
@@ -121,13 +121,13 @@ ContentResult DocumentStore::GetPageContent(int pageIndex)
 ContentResult DocumentStore::GetContent(const QString& part)
 {
     {
-        const QMutexLocker lock(&contentMutex);
+        const std::lock_guard<std::mutex> lock(contentMutex);
         if (const ContentResult* known = contents.object(part))
             return *known;
     }
     const ContentResult result = ReadContent(part);
     const int cost = int(std::min<qint64>(result.content->bytes, CachedContentBytes - 1)) + 1;
-    const QMutexLocker lock(&contentMutex);
+    const std::lock_guard<std::mutex> lock(contentMutex);
     contents.insert(part, new ContentResult(result), cost);
     return result;
 }
@@ -166,7 +166,7 @@ std::shared_ptr<const PageContent> DocumentStore::GetTemplateContent(int templat
 std::shared_ptr<const PageAnnotations> DocumentStore::GetPageAnnotations(int pageIndex)
 {
     const std::shared_ptr<const Resources> known = GetResources();
-    const QMutexLocker lock(&annotationMutex);
+    const std::lock_guard<std::mutex> lock(annotationMutex);
     const auto found = annotations.constFind(pageIndex);
     if (found != annotations.constEnd())
         return *found;

@@ -6,10 +6,11 @@
 #include "structure.h"
 
 #include <QCache>
-#include <QMutex>
+
 #include <QSizeF>
 
 #include <memory>
+#include <mutex>
 
 namespace ofd {
 
@@ -64,19 +65,19 @@ private:
     std::unique_ptr<ImageStore> images;
     std::unique_ptr<GlyphStamps> stamps; // behind the fonts: it names their faces
 
-    mutable QMutex packageMutex;
+    mutable std::mutex packageMutex;
     std::shared_ptr<Package> package;
 
     // The caches have a lock each. Sizes and contents are read without holding it; resources and annotations under it,
     // so that they are read once.
-    QMutex sizeMutex;
+    std::mutex sizeMutex;
     QVector<QSizeF> pageSizes;            // invalid until known
     QHash<QString, QSizeF> templateSizes; // by part
-    QMutex contentMutex;
+    std::mutex contentMutex;
     QCache<QString, ContentResult> contents; // by part; weighed by the bytes of their source
-    QMutex resourceMutex;
+    std::mutex resourceMutex;
     std::shared_ptr<const Resources> resources;
-    QMutex annotationMutex;
+    std::mutex annotationMutex;
     std::unique_ptr<AnnotationIndex> annotationIndex;
     QHash<int, std::shared_ptr<const PageAnnotations>> annotations; // by page index
 };

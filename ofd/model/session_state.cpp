@@ -16,37 +16,37 @@ void SetMember(QSet<int>& set, int member, bool isIn)
 
 void SessionState::SetTemplateHidden(int id, bool isHidden)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     SetMember(templates, id, isHidden);
 }
 
 bool SessionState::IsTemplateHidden(int id) const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return templates.contains(id);
 }
 
 void SessionState::SetLayerHidden(int pageIndex, int position, bool isHidden)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     SetMember(layers[pageIndex], position, isHidden);
 }
 
 bool SessionState::IsLayerHidden(int pageIndex, int position) const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return layers.value(pageIndex).contains(position);
 }
 
 void SessionState::SetAnnotationHidden(int pageIndex, int position, bool isHidden)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     SetMember(annotations[pageIndex], position, isHidden);
 }
 
 SessionState::PageView SessionState::GetPageView(int pageIndex) const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return {templates, layers.value(pageIndex), annotations.value(pageIndex)};
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QHash>
-#include <QMutex>
+
 #include <QPair>
 #include <QSet>
+
+#include <mutex>
 
 namespace ofd {
 
@@ -28,7 +30,7 @@ public:
     PageView GetPageView(int pageIndex) const;
 
 private:
-    mutable QMutex mutex;
+    mutable std::mutex mutex;
     QSet<int> templates;
     QHash<int, QSet<int>> layers; // by page index
     QHash<int, QSet<int>> annotations;

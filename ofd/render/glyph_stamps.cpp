@@ -83,14 +83,14 @@ GlyphStamp GlyphStamps::GetStamp(const FontFace& face, quint32 glyph, const QTra
                   {float(toPixels.m11()), float(toPixels.m12()), float(toPixels.m21()), float(toPixels.m22())},
                   placeX + PlacesX * placeY};
     {
-        const QMutexLocker lock(&mutex);
+        const std::lock_guard<std::mutex> lock(mutex);
         if (const GlyphStamp* known = stamps.object(key))
             return *known;
     }
     const QTransform place(toPixels.m11(), toPixels.m12(), toPixels.m21(), toPixels.m22(), double(placeX) / PlacesX,
                            double(placeY) / PlacesY);
     const GlyphStamp stamp = MakeStamp(face, glyph, place, color);
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     stamps.insert(key, new GlyphStamp(stamp), int(stamp.image.sizeInBytes()) + Overhead);
     return stamp;
 }

@@ -4,9 +4,11 @@
 
 #include <QCache>
 #include <QImage>
-#include <QMutex>
+
 #include <QPoint>
 #include <QTransform>
+
+#include <mutex>
 
 namespace ofd {
 
@@ -42,7 +44,7 @@ private:
     friend bool operator==(const Key& a, const Key& b);
     friend uint qHash(const Key& key, uint seed);
 
-    QMutex mutex;
+    std::mutex mutex;
     QCache<Key, GlyphStamp> stamps; // weighed in bytes
 };
 

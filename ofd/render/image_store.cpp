@@ -20,14 +20,14 @@ ImageStore::ImageStore()
 QImage ImageStore::GetImage(const Package& package, const QString& part)
 {
     {
-        const QMutexLocker lock(&mutex);
+        const std::lock_guard<std::mutex> lock(mutex);
         if (const QImage* known = images.object(part))
             return *known;
     }
     const PartData data = package.Read(part);
     const QImage image = data.error ? QImage() : DecodeImage(data.bytes);
     const int cost = int(image.sizeInBytes() / 1024) + 1;
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     images.insert(part, new QImage(image), cost);
     return image;
 }

@@ -2,8 +2,10 @@
 
 #include <QCache>
 #include <QImage>
-#include <QMutex>
+
 #include <QString>
+
+#include <mutex>
 
 namespace ofd {
 
@@ -19,7 +21,7 @@ public:
     QImage GetImage(const Package& package, const QString& part);
 
 private:
-    QMutex mutex;
+    std::mutex mutex;
     QCache<QString, QImage> images; // by part; weighed in KB
 };
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <mutex>
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
@@ -17,7 +18,7 @@ constexpr int MaxCachedGlyphs = 20'000;
 constexpr uint SymbolArea = 0xf000; // where symbol maps put their characters
 
 // Opening and closing faces goes through the one library and needs its lock; an open face has a lock of its own.
-QMutex libraryMutex;
+std::mutex libraryMutex;
 
 FT_Library Library()
 {
@@ -90,7 +91,7 @@ std::shared_ptr<FontFace> FontFace::FromBytes(const QByteArray& bytes)
     font->data = bytes;
     FT_Face opened = nullptr;
     {
-        const QMutexLocker lock(&libraryMutex);
+        const std::lock_guard<std::mutex> lock(libraryMutex);
         const auto* memory = reinterpret_cast<const FT_Byte*>(font->data.constData());
         if (FT_New_Memory_Face(Library(), memory, FT_Long(bytes.size()), 0, &opened))
             return nullptr;
@@ -103,7 +104,7 @@ std::shared_ptr<FontFace> FontFace::FromFile(const QString& path, int faceIndex)
     std::shared_ptr<FontFace> font(new FontFace);
     FT_Face opened = nullptr;
     {
-        const QMutexLocker lock(&libraryMutex);
+        const std::lock_guard<std::mutex> lock(libraryMutex);
         if (FT_New_Face(Library(), QFile::encodeName(path).constData(), faceIndex, &opened))
             return nullptr;
     }
@@ -114,7 +115,7 @@ FontFace::~FontFace()
 {
     if (!face)
         return;
-    const QMutexLocker lock(&libraryMutex);
+    const std::lock_guard<std::mutex> lock(libraryMutex);
     FT_Done_Face(face);
 }
 
@@ -159,7 +160,7 @@ void FontFace::ReadHeights()
 
 quint32 FontFace::GlyphOf(uint code) const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     const auto known = glyphByCode.constFind(code);
     if (known != glyphByCode.constEnd())
         return *known;
@@ -175,7 +176,7 @@ quint32 FontFace::GlyphOf(uint code) const
 
 FontFace::Glyph FontFace::GlyphData(quint32 glyph) const
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     const auto known = glyphs.constFind(glyph);
     if (known != glyphs.constEnd())
         return *known;

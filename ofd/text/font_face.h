@@ -2,11 +2,12 @@
 
 #include <QByteArray>
 #include <QHash>
-#include <QMutex>
+
 #include <QPainterPath>
 #include <QString>
 
 #include <memory>
+#include <mutex>
 
 struct FT_FaceRec_;
 
@@ -59,7 +60,7 @@ private:
     bool isItalic = false;
     uint symbolOffset = 0; // added to codes below 256 in fonts with a symbol map
 
-    mutable QMutex mutex; // guards the face and the caches
+    mutable std::mutex mutex; // guards the face and the caches
     mutable QHash<quint32, Glyph> glyphs;
     mutable QHash<uint, quint32> glyphByCode;
 };

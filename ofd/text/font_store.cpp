@@ -46,7 +46,7 @@ FontChoice FontStore::GetFont(const Package& package, const FontResource* font, 
 
 std::shared_ptr<const FontFace> FontStore::Embedded(const Package& package, const QString& part)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     const auto known = embedded.constFind(part);
     if (known != embedded.constEnd())
         return *known;
@@ -65,7 +65,7 @@ FontChoice FontStore::Substitute(const FontResource& font, bool wantsBold, bool 
 {
     const QString key = font.fontName + QLatin1Char('\n') + font.familyName + QLatin1Char('\n') +
                         QString::number(wantsBold + 2 * wantsItalic + 4 * font.isSerif + 8 * font.isFixedWidth);
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     const auto known = substitutes.constFind(key);
     if (known != substitutes.constEnd())
         return *known;
@@ -88,7 +88,7 @@ std::shared_ptr<const FontFace> FontStore::GetFallback(uint code, const FontReso
     const FontStyleClass style = font ? ClassifyFont(*font) : FontStyleClass::Song;
     const bool wantsBold = weight >= BoldFrom || (font && font->isBold);
     const QString key = QStringLiteral("%1 %2 %3").arg(code).arg(int(style)).arg(wantsBold);
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     const auto known = fallbacks.constFind(key);
     if (known != fallbacks.constEnd())
         return *known;

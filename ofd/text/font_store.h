@@ -3,10 +3,11 @@
 #include "font_face.h"
 
 #include <QHash>
-#include <QMutex>
+
 #include <QString>
 
 #include <memory>
+#include <mutex>
 
 namespace ofd {
 
@@ -38,7 +39,7 @@ private:
     std::shared_ptr<const FontFace> Embedded(const Package& package, const QString& part);
     FontChoice Substitute(const FontResource& font, bool wantsBold, bool wantsItalic);
 
-    QMutex mutex;
+    std::mutex mutex;
     QHash<QString, std::shared_ptr<const FontFace>> embedded;  // by part; null for those that cannot be read
     QHash<QString, FontChoice> substitutes;                    // by name and style
     QHash<QString, std::shared_ptr<const FontFace>> fallbacks; // by character and style

@@ -2,7 +2,8 @@
 
 #include <QFile>
 #include <QHash>
-#include <QMutex>
+
+#include <mutex>
 
 #include <fontconfig/fontconfig.h>
 
@@ -44,10 +45,10 @@ bool HasFamily(FcPattern* font, const QString& family)
 // Faces by file and number, so that documents share them. They are few: what the substitution tables name.
 std::shared_ptr<const FontFace> SharedFace(const QString& path, int faceIndex)
 {
-    static QMutex mutex;
+    static std::mutex mutex;
     static QHash<QString, std::shared_ptr<const FontFace>> faces;
     const QString key = path + QLatin1Char('#') + QString::number(faceIndex);
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     auto found = faces.constFind(key);
     if (found == faces.constEnd())
         found = faces.insert(key, FontFace::FromFile(path, faceIndex));
