@@ -1,4 +1,4 @@
-#include "ofd_file.h"
+#include "page_painting.h"
 #include "sample_files.h"
 
 #include <ofd/ofd_document.h>
@@ -11,48 +11,6 @@
 
 #include <atomic>
 #include <thread>
-
-namespace {
-
-constexpr double PixelsPerMm = 4;
-
-const QByteArray Square = "<ofd:AbbreviatedData>M 0 0 L 20 0 L 20 20 L 0 20 C</ofd:AbbreviatedData>";
-
-// A path object of 20 by 20 mm whose corner is at (x, y), filled, not stroked.
-QByteArray FilledSquare(int x, int y, const QByteArray& colour, const QByteArray& more = {})
-{
-    return "<ofd:PathObject ID=\"1\" Boundary=\"" + QByteArray::number(x) + ' ' + QByteArray::number(y) +
-           " 20 20\" Stroke=\"false\" Fill=\"true\" " + more + "><ofd:FillColor " + colour + "/>" + Square +
-           "</ofd:PathObject>";
-}
-
-QByteArray Text(const QByteArray& attributes, const QByteArray& code)
-{
-    return "<ofd:TextObject ID=\"2\" Font=\"10\" " + attributes + ">" + code + "</ofd:TextObject>";
-}
-
-const QByteArray FontResource = "<ofd:Fonts><ofd:Font ID=\"10\" FontName=\"Arial\"/></ofd:Fonts>";
-
-bool IsNear(const QColor& a, const QColor& b, int tolerance = 4)
-{
-    return qAbs(a.red() - b.red()) <= tolerance && qAbs(a.green() - b.green()) <= tolerance &&
-           qAbs(a.blue() - b.blue()) <= tolerance;
-}
-
-// The box of everything that is not white, in mm.
-QRectF InkBox(const QImage& image)
-{
-    QRect box;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (qGray(image.pixel(x, y)) < 200)
-                box |= QRect(x, y, 1, 1);
-        }
-    }
-    return QRectF(box.x() / PixelsPerMm, box.y() / PixelsPerMm, box.width() / PixelsPerMm, box.height() / PixelsPerMm);
-}
-
-} // namespace
 
 class TestOfdRender : public QObject
 {
@@ -80,47 +38,9 @@ private slots:
     void charactersTurn();
     void embeddedFontsDrawTheirOwnGlyphs_data();
     void embeddedFontsDrawTheirOwnGlyphs();
-    void compositesArePlacedByTheirMatrix();
-    void templatesAndLayersArePaintedInOrder();
-    void hiddenThingsAreNotPainted();
-    void annotationsArePaintedOnTop();
     void axialShadingsRunAlongTheirAxis();
     void transparencyMixes();
-    void aRegionIsThatPartOfThePage();
-    void aPageIsPaintedTheSameInManyThreads();
-    void aCancelledPageGivesNothing();
-    void cyclesEnd();
-
-private:
-    QImage Paint(const OfdFile& file, const G_RenderRequest& request = G_RenderRequest());
-    QImage PaintPage(const QByteArray& objects, const QByteArray& resources = FontResource);
-    QColor ColourAt(const QImage& image, double xMm, double yMm) const
-    {
-        return image.pixelColor(int(xMm * PixelsPerMm), int(yMm * PixelsPerMm));
-    }
-
-    QTemporaryDir folder;
-    int count = 0;
 };
-
-QImage TestOfdRender::Paint(const OfdFile& file, const G_RenderRequest& request)
-{
-    const QString path = file.Write(folder.filePath(QStringLiteral("%1.ofd").arg(++count)));
-    const ofd::OpenResult opened = ofd::OfdDocument::Open(path);
-    if (!opened)
-        qFatal("%s", qPrintable(opened.error));
-    G_RenderRequest fine = request;
-    fine.pixelsPerMm = PixelsPerMm;
-    const G_RenderResult result = opened.document->Renderer()->RenderPage(fine);
-    if (!result.error.isEmpty())
-        qFatal("%s", qPrintable(result.error));
-    return result.image;
-}
-
-QImage TestOfdRender::PaintPage(const QByteArray& objects, const QByteArray& resources)
-{
-    return Paint(OfdFile::WithPage(objects).Resources(resources));
-}
 
 void TestOfdRender::aRedSquareIsRedWhereItStands()
 {
@@ -172,7 +92,7 @@ void TestOfdRender::anObjectsMatrixComesBeforeItsBoundary()
     // Twice as large and moved by five in its own space, then to the boundary's corner.
     const QImage image = PaintPage("<ofd:PathObject ID=\"1\" Boundary=\"10 20 60 60\" CTM=\"2 0 0 2 5 0\" "
                                    "Stroke=\"false\" Fill=\"true\"><ofd:FillColor Value=\"0 0 0\"/>" +
-                                   Square + "</ofd:PathObject>");
+                                   SquareData + "</ofd:PathObject>");
     QCOMPARE(InkBox(image), QRectF(15, 20, 40, 40));
     // A quarter turn clockwise about the local origin.
     const QImage turned = PaintPage("<ofd:PathObject ID=\"1\" Boundary=\"50 20 0 0\" CTM=\"0 1 -1 0 0 0\" "
@@ -186,12 +106,12 @@ void TestOfdRender::boundariesCutPathsButNotTexts()
 {
     const QByteArray path = "<ofd:PathObject ID=\"1\" Boundary=\"10 10 5 5\" LineWidth=\"0\" Stroke=\"false\" "
                             "Fill=\"true\"><ofd:FillColor Value=\"0 0 0\"/>" +
-                            Square + "</ofd:PathObject>";
+                            SquareData + "</ofd:PathObject>";
     QCOMPARE(InkBox(PaintPage(path)), QRectF(10, 10, 5, 5));
     const QByteArray negative = QByteArray(path).replace("10 10 5 5", "10 10 5 -5");
     QCOMPARE(InkBox(PaintPage(negative)), QRectF(10, 10, 20, 20));
     const QImage text =
-        PaintPage(Text("Size=\"10\" Boundary=\"10 10 1 1\"", "<ofd:TextCode X=\"0\" Y=\"10\">H</ofd:TextCode>"));
+        PaintPage(TextObject("Size=\"10\" Boundary=\"10 10 1 1\"", "<ofd:TextCode X=\"0\" Y=\"10\">H</ofd:TextCode>"));
     QVERIFY(InkBox(text).width() > 4);
 }
 
@@ -199,9 +119,9 @@ void TestOfdRender::fillingNeedsAFlagAndAColour()
 {
     const QByteArray head = "<ofd:PathObject ID=\"1\" Boundary=\"10 10 20 20\" Stroke=\"false\" ";
     const QByteArray colour = "<ofd:FillColor Value=\"0 0 0\"/>";
-    QVERIFY(InkBox(PaintPage(head + "Fill=\"true\">" + Square + "</ofd:PathObject>")).isEmpty());
-    QVERIFY(InkBox(PaintPage(head + ">" + colour + Square + "</ofd:PathObject>")).isEmpty());
-    QVERIFY(!InkBox(PaintPage(head + "Fill=\"true\">" + Square + colour + "</ofd:PathObject>")).isEmpty());
+    QVERIFY(InkBox(PaintPage(head + "Fill=\"true\">" + SquareData + "</ofd:PathObject>")).isEmpty());
+    QVERIFY(InkBox(PaintPage(head + ">" + colour + SquareData + "</ofd:PathObject>")).isEmpty());
+    QVERIFY(!InkBox(PaintPage(head + "Fill=\"true\">" + SquareData + colour + "</ofd:PathObject>")).isEmpty());
 }
 
 void TestOfdRender::theRuleDecidesWhatIsInside()
@@ -265,7 +185,7 @@ void TestOfdRender::theClipsFlagDecidesWhetherTheMatrixApplies()
                          "><ofd:Clip><ofd:Area><ofd:Path Boundary=\"0 0 10 10\"><ofd:AbbreviatedData>M 0 0 L 10 0 L 10 "
                          "10 L 0 10 C</ofd:AbbreviatedData></ofd:Path></ofd:Area></ofd:Clip></ofd:Clips>"
                          "<ofd:FillColor Value=\"0 0 0\"/>" +
-                         Square + "</ofd:PathObject>");
+                         SquareData + "</ofd:PathObject>");
     };
     QCOMPARE(InkBox(paint(" TransFlag=\"false\"")), QRectF(10, 10, 10, 10));
     QCOMPARE(InkBox(paint(" TransFlag=\"true\"")), QRectF(10, 10, 20, 20));
@@ -284,7 +204,7 @@ void TestOfdRender::drawParametersAreInherited()
         OfdFile file = OfdFile::WithPage(object).Resources(params + FontResource);
         QByteArray page = file.Part(QStringLiteral("Doc_0/Pages/Page_0/Content.xml"));
         page.replace("<ofd:Layer ID=\"500\"", "<ofd:Layer ID=\"500\" " + layer);
-        return Paint(file.Set(QStringLiteral("Doc_0/Pages/Page_0/Content.xml"), page));
+        return PaintFile(file.Set(QStringLiteral("Doc_0/Pages/Page_0/Content.xml"), page));
     };
     const QImage own = paint({}, "DrawParam=\"31\"", {});
     QCOMPARE(ColourAt(own, 20, 20), QColor(Qt::blue)); // its own colour, the width of the other
@@ -325,7 +245,7 @@ void TestOfdRender::picturesFillTheirMatrix()
                              "</ofd:MediaFile></ofd:MultiMedia></ofd:MultiMedias>";
     const auto paint = [&](const QByteArray& attributes) {
         const QByteArray image = "<ofd:ImageObject ID=\"1\" ResourceID=\"40\" " + attributes + "/>";
-        return Paint(OfdFile::WithPage(image).Resources(media).Set(QStringLiteral("Doc_0/Res/a.png"), png));
+        return PaintFile(OfdFile::WithPage(image).Resources(media).Set(QStringLiteral("Doc_0/Res/a.png"), png));
     };
     const QImage placed = paint("Boundary=\"10 10 40 20\" CTM=\"40 0 0 20 0 0\"");
     QVERIFY(IsNear(ColourAt(placed, 15, 12), Qt::red));
@@ -369,8 +289,8 @@ void TestOfdRender::pictureKindsAreToldByTheirBytes()
 
 void TestOfdRender::textDrawsInsideItsBox()
 {
-    const QRectF ink = InkBox(PaintPage(Text("Size=\"20\" Boundary=\"10 10 60 30\"",
-                                             "<ofd:TextCode X=\"5\" Y=\"22\" DeltaX=\"20\">HH</ofd:TextCode>")));
+    const QRectF ink = InkBox(PaintPage(TextObject("Size=\"20\" Boundary=\"10 10 60 30\"",
+                                                   "<ofd:TextCode X=\"5\" Y=\"22\" DeltaX=\"20\">HH</ofd:TextCode>")));
     // Two letters of 0.72 em height on a baseline at 32 mm, the second 20 mm further.
     QVERIFY2(qAbs(ink.bottom() - 32) < 0.6, qPrintable(QString::number(ink.bottom())));
     QVERIFY(ink.height() > 12 && ink.height() < 16);
@@ -381,8 +301,8 @@ void TestOfdRender::textDrawsInsideItsBox()
 void TestOfdRender::deltasRepeatAndSurplusIsIgnored()
 {
     const auto right = [&](const QByteArray& deltas) {
-        return InkBox(PaintPage(Text("Size=\"6\" Boundary=\"10 10 60 30\"",
-                                     "<ofd:TextCode X=\"0\" Y=\"10\" " + deltas + ">IIII</ofd:TextCode>")))
+        return InkBox(PaintPage(TextObject("Size=\"6\" Boundary=\"10 10 60 30\"",
+                                           "<ofd:TextCode X=\"0\" Y=\"10\" " + deltas + ">IIII</ofd:TextCode>")))
             .right();
     };
     const double full = right("DeltaX=\"6 6 6\"");
@@ -412,8 +332,8 @@ void TestOfdRender::charactersTurn()
     QFETCH(int, direction);
     QFETCH(QRectF, box);
     const QRectF ink = InkBox(
-        PaintPage(Text("Size=\"20\" Boundary=\"0 0 0 0\" CharDirection=\"" + QByteArray::number(direction) + "\"",
-                       "<ofd:TextCode X=\"50\" Y=\"50\">E</ofd:TextCode>")));
+        PaintPage(TextObject("Size=\"20\" Boundary=\"0 0 0 0\" CharDirection=\"" + QByteArray::number(direction) + "\"",
+                             "<ofd:TextCode X=\"50\" Y=\"50\">E</ofd:TextCode>")));
     QVERIFY(!ink.isEmpty());
     QVERIFY2(box.adjusted(-0.5, -0.5, 0.5, 0.5).contains(ink), qPrintable(QString::number(ink.x())));
 }
@@ -444,113 +364,6 @@ void TestOfdRender::embeddedFontsDrawTheirOwnGlyphs()
     }
     QVERIFY2(black > 1500 && white > 1500, qPrintable(QStringLiteral("%1 %2").arg(black).arg(white)));
     QVERIFY(between < (black + white) / 3);
-}
-
-void TestOfdRender::compositesArePlacedByTheirMatrix()
-{
-    const QByteArray units =
-        "<ofd:CompositeGraphicUnits><ofd:CompositeGraphicUnit ID=\"50\" Width=\"60\" Height=\"60\">"
-        "<ofd:Content>" +
-        FilledSquare(0, 0, "Value=\"0 0 255\"") +
-        "</ofd:Content></ofd:CompositeGraphicUnit></ofd:CompositeGraphicUnits>";
-    const QImage image = PaintPage(
-        "<ofd:CompositeObject ID=\"1\" ResourceID=\"50\" Boundary=\"30 40 10 10\" CTM=\"0.5 0 0 0.5 0 0\"/>", units);
-    QCOMPARE(InkBox(image), QRectF(30, 40, 10, 10)); // never scaled by width and height
-    QCOMPARE(ColourAt(image, 35, 45), QColor(Qt::blue));
-}
-
-void TestOfdRender::templatesAndLayersArePaintedInOrder()
-{
-    const auto layer = [](const QByteArray& type, const QByteArray& colour) {
-        return "<ofd:Layer ID=\"1\" Type=\"" + type + "\">" + FilledSquare(10, 10, colour) + "</ofd:Layer>";
-    };
-    const auto paint = [&](const QByteArray& templates, const QByteArray& layers, const QByteArray& zOrder) {
-        OfdFile file = OfdFile::WithPages(1).Common("<ofd:TemplatePage ID=\"60\" BaseLoc=\"T.xml\" " + zOrder + "/>");
-        file.Set(QStringLiteral("Doc_0/T.xml"),
-                 Element("Page", "<ofd:Content>" + layer("Body", "Value=\"255 0 0\"") + "</ofd:Content>"));
-        file.Set(QStringLiteral("Doc_0/Pages/Page_0/Content.xml"),
-                 Element("Page", templates + "<ofd:Content>" + layers + "</ofd:Content>"));
-        return ColourAt(Paint(file), 20, 20);
-    };
-    const QByteArray body = layer("Body", "Value=\"0 0 255\"");
-    const QByteArray back = layer("Background", "Value=\"0 255 0\"");
-    const QByteArray front = layer("Foreground", "Value=\"0 0 0\"");
-    QCOMPARE(paint({}, body + back, {}), QColor(Qt::blue)); // the background comes first wherever it stands
-    QCOMPARE(paint({}, front + body, {}), QColor(Qt::black));
-    QCOMPARE(paint("<ofd:Template TemplateID=\"60\"/>", body, {}), QColor(Qt::blue));
-    QCOMPARE(paint("<ofd:Template TemplateID=\"60\"/>", back, {}), QColor(Qt::green));
-    QCOMPARE(paint("<ofd:Template TemplateID=\"60\" ZOrder=\"Foreground\"/>", body, {}), QColor(Qt::red));
-    QCOMPARE(paint("<ofd:Template TemplateID=\"60\"/>", body, "ZOrder=\"Foreground\""), QColor(Qt::red));
-    QCOMPARE(paint("<ofd:Template TemplateID=\"60\" ZOrder=\"Background\"/>", body, "ZOrder=\"Foreground\""),
-             QColor(Qt::blue)); // the page has the last word
-}
-
-void TestOfdRender::hiddenThingsAreNotPainted()
-{
-    OfdFile file = OfdFile::WithPages(1).Common("<ofd:TemplatePage ID=\"60\" BaseLoc=\"T.xml\"/>");
-    file.Set(QStringLiteral("Doc_0/T.xml"), PageXml(FilledSquare(10, 10, "Value=\"255 0 0\"")));
-    file.Set(QStringLiteral("Doc_0/Pages/Page_0/Content.xml"),
-             Element("Page", "<ofd:Template TemplateID=\"60\"/><ofd:Content><ofd:Layer>" +
-                                 FilledSquare(40, 10, "Value=\"0 0 255\"") +
-                                 FilledSquare(70, 10, "Value=\"0 0 0\"", "Visible=\"false\"") +
-                                 "</ofd:Layer></ofd:Content>"));
-    const QString path = file.Write(folder.filePath(QStringLiteral("hidden.ofd")));
-    const ofd::OpenResult opened = ofd::OfdDocument::Open(path);
-    QVERIFY(opened);
-    ofd::OfdDocument& document = *opened.document;
-    G_RenderRequest request;
-    request.pixelsPerMm = PixelsPerMm;
-    const auto box = [&] { return InkBox(document.Renderer()->RenderPage(request).image); };
-    QCOMPARE(box(), QRectF(10, 10, 50, 20));
-    document.SetTemplateVisible(60, false);
-    QCOMPARE(box(), QRectF(40, 10, 20, 20));
-    document.SetTemplateVisible(60, true);
-    request.ignoredTemplates = {60};
-    QCOMPARE(box(), QRectF(40, 10, 20, 20));
-    request.ignoredTemplates.clear();
-    QVERIFY(document.GetPage(0)->Load());
-    document.GetPage(0)->GetLayerAt(0)->SetVisible(false);
-    QCOMPARE(box(), QRectF(10, 10, 20, 20));
-    document.ReleasePage(0, 0);
-    QCOMPARE(box(), QRectF(10, 10, 20, 20));
-}
-
-void TestOfdRender::annotationsArePaintedOnTop()
-{
-    OfdFile file = OfdFile::WithPage(FilledSquare(10, 10, "Value=\"255 0 0\""));
-    file.Tail("<ofd:Annotations>A.xml</ofd:Annotations>");
-    file.Set(QStringLiteral("Doc_0/A.xml"),
-             Element("Annotations", "<ofd:Page PageID=\"1\"><ofd:FileLoc>P.xml</ofd:FileLoc></ofd:Page>"));
-    file.Set(QStringLiteral("Doc_0/P.xml"),
-             Element("PageAnnot", "<ofd:Annot ID=\"7\" Type=\"Highlight\"><ofd:Appearance Boundary=\"20 20 30 30\">" +
-                                      FilledSquare(5, 5, "Value=\"0 0 255\"") + "</ofd:Appearance></ofd:Annot>"));
-    const QString path = file.Write(folder.filePath(QStringLiteral("annots.ofd")));
-    const ofd::OpenResult opened = ofd::OfdDocument::Open(path);
-    QVERIFY(opened);
-    G_RenderRequest request;
-    request.pixelsPerMm = PixelsPerMm;
-    const auto colour = [&] { return ColourAt(opened.document->Renderer()->RenderPage(request).image, 27, 27); };
-    QCOMPARE(colour(), QColor(Qt::blue)); // on the page at (25, 25), over the red square
-    request.withAnnotations = false;
-    QCOMPARE(colour(), QColor(Qt::red));
-    request.withAnnotations = true;
-    IG_Page* page = opened.document->GetPage(0);
-    QCOMPARE(page->LoadAnnots(), 0);
-    IG_Annot* annot = page->GetAnnotById(7);
-    QVERIFY(annot);
-    QVERIFY(annot->GetBoundary() == CCA_GRect(20, 20, 50, 50));
-    annot->SetVisible(false, true);
-    QCOMPARE(colour(), QColor(Qt::red));
-    annot->SetVisible(true, true);
-    QCOMPARE(colour(), QColor(Qt::blue));
-    QVERIFY(opened.document->RemoveAnnot(annot));
-    QCOMPARE(colour(), QColor(Qt::red));
-    QCOMPARE(page->GetAnnotCount(), 0);
-    QVERIFY(annot->IsHiddenFromList());
-    annot->SetRemark("nothing happens");
-    QVERIFY(annot->GetRemark().IsEmpty());
-    QVERIFY(opened.document->ReviveAnnot(annot));
-    QCOMPARE(colour(), QColor(Qt::blue));
 }
 
 void TestOfdRender::axialShadingsRunAlongTheirAxis()
@@ -584,83 +397,6 @@ void TestOfdRender::transparencyMixes()
     QVERIFY(IsNear(ColourAt(image, 20, 20), QColor(127, 127, 127)));
     QVERIFY(IsNear(ColourAt(image, 50, 20), QColor(127, 127, 127)));
     QVERIFY(IsNear(ColourAt(image, 80, 20), QColor(191, 191, 191)));
-}
-
-void TestOfdRender::aRegionIsThatPartOfThePage()
-{
-    const OfdFile file =
-        OfdFile::WithPage(FilledSquare(10, 30, "Value=\"255 0 0\"") + FilledSquare(60, 60, "Value=\"0 0 255\""));
-    G_RenderRequest request;
-    const QImage whole = Paint(file, request);
-    request.region = QRect(30, 100, 250, 200);
-    QCOMPARE(Paint(file, request), whole.copy(request.region));
-}
-
-void TestOfdRender::aPageIsPaintedTheSameInManyThreads()
-{
-    const ofd::OpenResult opened = ofd::OfdDocument::Open(SamplePath(QStringLiteral("tour")));
-    QVERIFY(opened);
-    const int pageCount = opened.document->GetPageCount();
-    std::vector<QImage> alone;
-    G_RenderRequest request;
-    request.pixelsPerMm = 1.5;
-    for (request.pageIndex = 0; request.pageIndex < pageCount; ++request.pageIndex)
-        alone.push_back(opened.document->Renderer()->RenderPage(request).image);
-    // Another document, so that nothing is read or decoded yet.
-    const ofd::OpenResult fresh = ofd::OfdDocument::Open(SamplePath(QStringLiteral("tour")));
-    QVERIFY(fresh);
-    std::atomic<int> wrongCount{0};
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t) {
-        threads.emplace_back([&, t] {
-            for (int i = 0; i < pageCount; ++i) {
-                G_RenderRequest own;
-                own.pixelsPerMm = 1.5;
-                own.pageIndex = (i + t) % pageCount;
-                wrongCount += fresh.document->Renderer()->RenderPage(own).image != alone[size_t(own.pageIndex)];
-            }
-        });
-    }
-    // Meanwhile the main thread reads and hides things of another page.
-    for (int i = 0; i < pageCount; ++i) {
-        IG_Page* page = fresh.document->GetPage(i);
-        QVERIFY(page->Load());
-        page->LoadAnnots();
-        page->GetTextPage()->Parse(0);
-        fresh.document->SetTemplateVisible(999, false);
-        fresh.document->ReleasePage(i, 0);
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    QCOMPARE(wrongCount.load(), 0);
-}
-
-void TestOfdRender::aCancelledPageGivesNothing()
-{
-    const ofd::OpenResult opened = ofd::OfdDocument::Open(SamplePath(QStringLiteral("tour")));
-    G_RenderRequest request;
-    request.cancelled = std::make_shared<std::atomic<bool>>(true);
-    const G_RenderResult result = opened.document->Renderer()->RenderPage(request);
-    QVERIFY(result.image.isNull());
-    QVERIFY(result.error.isEmpty());
-}
-
-void TestOfdRender::cyclesEnd()
-{
-    const QByteArray resources =
-        "<ofd:DrawParams><ofd:DrawParam ID=\"30\" Relative=\"31\"/><ofd:DrawParam ID=\"31\" Relative=\"30\"/>"
-        "</ofd:DrawParams><ofd:CompositeGraphicUnits><ofd:CompositeGraphicUnit ID=\"50\" Width=\"9\" "
-        "Height=\"9\"><ofd:Content>"
-        "<ofd:CompositeObject ID=\"2\" ResourceID=\"51\" Boundary=\"0 0 9 "
-        "9\"/></ofd:Content></ofd:CompositeGraphicUnit>"
-        "<ofd:CompositeGraphicUnit ID=\"51\" Width=\"9\" Height=\"9\"><ofd:Content>" +
-        FilledSquare(0, 0, "Value=\"0 0 0\"", "DrawParam=\"30\"") +
-        "<ofd:CompositeObject ID=\"3\" ResourceID=\"50\" Boundary=\"0 0 9 "
-        "9\"/></ofd:Content></ofd:CompositeGraphicUnit>"
-        "</ofd:CompositeGraphicUnits>";
-    const QImage image =
-        PaintPage("<ofd:CompositeObject ID=\"1\" ResourceID=\"50\" Boundary=\"10 10 9 9\"/>", resources);
-    QCOMPARE(InkBox(image), QRectF(10, 10, 20, 20));
 }
 
 TETO_TEST_MAIN(TestOfdRender)
