@@ -83,7 +83,7 @@ void GPI_OutlineRename::SetTitleSilently(QTreeWidgetItem* item, const QString& t
 
 void GPI_OutlineRename::Rename(const G_TreeNode* node, const QString& title)
 {
-    if (!operation || operation->GDocument() != document)
+    if (!operation)
         operation = OwnOperation();
     if (!operation)
         return;

@@ -2,6 +2,7 @@
 
 #include <frame/base/converters.h>
 #include <frame/base/log.h>
+#include <frame/navigation/icore.h>
 #include <frame/operation/event_manager.h>
 #include <frame/operation/operation.h>
 #include <outline/batch_add_dialog.h>
@@ -480,6 +481,27 @@ private slots:
         QCOMPARE(tab->Stack()->count(), 2);
     }
 
+    void anOverLongTitleFromAFileIsCutAtItsNextEdit()
+    {
+        Open("page 210 297\noutline \"" + QString(10000, 'x') + "\"\n");
+        tab->Tree()->setCurrentItem(tab->Item(Rows{0}));
+        desk->Perform("d_outline_rename");
+        QCOMPARE(tab->Editor()->toPlainText().size(), 10000);
+        Press(Qt::Key_Return); // unchanged, yet too long
+        QCOMPARE(OutlineTitle(tab->Node({0})), QString(100, 'x'));
+        QCOMPARE(tab->Stack()->count(), 1);
+        tab->Stack()->undo();
+        QCOMPARE(OutlineTitle(tab->Node({0})).size(), 10000);
+    }
+
+    void whatWasFoldedIsInTheDocumentBeforeARename()
+    {
+        tab->Item("A")->setExpanded(false);
+        Type("B", "new");
+        QVERIFY(!OutlineItemOf(tab->Node({0}))->expanded);
+        QVERIFY(!tab->Item(Rows{0})->isExpanded());
+    }
+
     void aHundredCharactersAreNotTooLong()
     {
         const QString title = QString(99, 'x') + "z";
@@ -706,6 +728,34 @@ private slots:
         QVERIFY(!dialog);
     }
 
+    void theDialogDiesWithThePaneAlsoWhenTheMainWindowOwnsIt()
+    {
+        QWidget mainWindow;
+        desk->Context()->SetDialogParent(&mainWindow);
+        Core::ICore::SetContext(desk->Context());
+        tab->pane->BatchAddOutline();
+        Core::ICore::SetContext(nullptr);
+        const QPointer<BatchAddOutlineDlg> dialog = tab->pane->batchAddHandler->Dialog();
+        QCOMPARE(dialog->parentWidget(), &mainWindow);
+        delete tab->pane;
+        QVERIFY(!dialog);
+        desk->Context()->SetDialogParent(nullptr);
+    }
+
+    void aDialogThatDiedWithTheMainWindowIsMadeAnew()
+    {
+        auto mainWindow = std::make_unique<QWidget>();
+        desk->Context()->SetDialogParent(mainWindow.get());
+        Core::ICore::SetContext(desk->Context());
+        tab->pane->BatchAddOutline();
+        Core::ICore::SetContext(nullptr);
+        desk->Context()->SetDialogParent(nullptr);
+        mainWindow.reset();
+        QVERIFY(!tab->pane->batchAddHandler->Dialog());
+        tab->pane->BatchAddOutline();
+        QVERIFY(tab->pane->batchAddHandler->Dialog()->isVisible());
+    }
+
     void theDialogStandsInTheMiddleOfTheWindow()
     {
         desk->Perform("d_outline_batchadd");
@@ -739,6 +789,31 @@ private slots:
         QCOMPARE(tab->Names(), QStringLiteral("B\nC\n  C1\n"));
         tab->Stack()->undo();
         QCOMPARE(tab->Names().count('\n'), 7);
+    }
+
+    void eachStepOfAnAdditionADeletionOrAMoveRecordsWhatIsExpanded()
+    {
+        desk->Context()->AnswerAllWith(ok);
+        tab->pane->AddOutline();
+        tab->Select({"A1"});
+        tab->pane->DelOutline();
+        tab->pane->MoveOutlineNodes({tab->Node({0})}, tab->Node({1}), true);
+        desk->Perform("d_outline_batchadd");
+        G_Operation* batch = desk->Context()->CreateOperationByName("d_outline_batchadd", QString());
+        batch->Params->Add("jsonParam", "[[\"x\",-1],[\"y\",-1]]");
+        batch->ExecuteAction();
+        batch->DeleteLater();
+        const int count = tab->Stack()->count();
+        QCOMPARE(count, 4);
+        for (int round = 0; round < 2 * count; ++round) {
+            tab->pane->expandState.clear();
+            if (round < count)
+                tab->Stack()->undo();
+            else
+                tab->Stack()->redo();
+            QCOMPARE(tab->pane->expandState.size(), tab->pane->itemToNode.size());
+            QCOMPARE(tab->Rows(), tab->Names());
+        }
     }
 
     void afterAStepNoExpansionIsRememberedForNodesThatDied()
