@@ -112,7 +112,7 @@ QByteArray FreshRecord(const PlacedEntry& placed, const QByteArray& oldRecord, q
     zip::Append16(record, madeBy);
     zip::Append16(record, written.hasZip64Sizes ? Zip64Version : PlainVersion);
     zip::Append16(record, written.flags);
-    zip::Append16(record, zip::MethodDeflated);
+    zip::Append16(record, written.isStored ? zip::MethodStored : zip::MethodDeflated);
     zip::Append32(record, written.dosTime);
     zip::Append32(record, written.checksum);
     zip::Append32(record, written.hasZip64Sizes ? zip::Saturated32 : quint32(written.compressedSize));

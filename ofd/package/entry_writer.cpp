@@ -44,7 +44,7 @@ QByteArray LocalHeader(const WrittenEntry& written, const QByteArray& rawName)
     zip::Append32(header, zip::LocalSignature);
     zip::Append16(header, written.hasZip64Sizes ? 45 : 20);
     zip::Append16(header, written.flags);
-    zip::Append16(header, zip::MethodDeflated);
+    zip::Append16(header, written.isStored ? zip::MethodStored : zip::MethodDeflated);
     zip::Append32(header, written.dosTime);
     zip::Append32(header, written.checksum);
     zip::Append32(header, written.hasZip64Sizes ? zip::Saturated32 : quint32(written.compressedSize));
@@ -61,20 +61,20 @@ QByteArray LocalHeader(const WrittenEntry& written, const QByteArray& rawName)
     return header;
 }
 
-// Compresses a device into the file and counts.
-class Deflater
+// Puts the bytes of a device into the file, packed or as they are, and counts.
+class EntryData
 {
 public:
-    Deflater(TargetFile& file, int level, WrittenEntry& written)
+    EntryData(TargetFile& file, WrittenEntry& written)
         : file(file)
         , written(written)
         , out(ChunkBytes)
     {
-        isReady = deflateInit2(&stream, level, Z_DEFLATED, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY) == Z_OK;
+        isReady = deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY) == Z_OK;
     }
-    ~Deflater() { deflateEnd(&stream); }
-    Deflater(const Deflater&) = delete;
-    Deflater& operator=(const Deflater&) = delete;
+    ~EntryData() { deflateEnd(&stream); }
+    EntryData(const EntryData&) = delete;
+    EntryData& operator=(const EntryData&) = delete;
 
     PackageError Put(const char* bytes, qint64 count, bool isLast)
     {
@@ -83,6 +83,10 @@ public:
         written.size += count;
         written.checksum =
             quint32(crc32(written.checksum, reinterpret_cast<const Bytef*>(bytes), static_cast<uInt>(count)));
+        if (written.isStored) {
+            written.compressedSize += count;
+            return file.Write(bytes, count);
+        }
         stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes));
         stream.avail_in = uInt(count);
         do {
@@ -105,10 +109,10 @@ private:
     bool isReady = false;
 };
 
-PackageError DeflateDevice(TargetFile& file, QIODevice& data, int level, const std::function<bool(qint64)>& progress,
-                           WrittenEntry& written)
+PackageError WriteDevice(TargetFile& file, QIODevice& data, const std::function<bool(qint64)>& progress,
+                         WrittenEntry& written)
 {
-    Deflater deflater(file, level, written);
+    EntryData entry(file, written);
     std::vector<char> chunk(ChunkBytes);
     for (;;) {
         const qint64 got = data.read(chunk.data(), qint64(chunk.size()));
@@ -117,7 +121,7 @@ PackageError DeflateDevice(TargetFile& file, QIODevice& data, int level, const s
             continue;
         if (got < 0 && !data.isSequential())
             return {PackageErrorKind::NotReadable, Tr("The data of a new part cannot be read.")};
-        if (PackageError error = deflater.Put(chunk.data(), std::max<qint64>(got, 0), got <= 0))
+        if (PackageError error = entry.Put(chunk.data(), std::max<qint64>(got, 0), got <= 0))
             return error;
         if (got <= 0)
             return {};
@@ -136,8 +140,8 @@ std::unique_ptr<QIODevice> OpenData(const PartChange& change)
     return buffer;
 }
 
-PackageError WriteAtLevel(TargetFile& file, const PartChange& change, const QByteArray& rawName, int level,
-                          const std::function<bool(qint64)>& progress, WrittenEntry& written)
+PackageError WriteOnce(TargetFile& file, const PartChange& change, const QByteArray& rawName,
+                       const std::function<bool(qint64)>& progress, WrittenEntry& written)
 {
     const std::unique_ptr<QIODevice> data = OpenData(change);
     if (!data || !data->isReadable())
@@ -147,7 +151,7 @@ PackageError WriteAtLevel(TargetFile& file, const PartChange& change, const QByt
     // Sizes and checksum are known only behind the data; the header is put right then.
     if (PackageError error = file.Write(LocalHeader(written, rawName)))
         return error;
-    if (PackageError error = DeflateDevice(file, *data, level, progress, written))
+    if (PackageError error = WriteDevice(file, *data, progress, written))
         return error;
     if (!written.hasZip64Sizes && std::max(written.size, written.compressedSize) >= qint64(zip::Saturated32))
         return {PackageErrorKind::WriteFailed, Tr("The data of a new part grew while it was being read.")};
@@ -162,18 +166,20 @@ PackageError WriteEntry(TargetFile& file, const PartChange& change, const QByteA
     WrittenEntry fresh;
     fresh.dosTime = DosTime(QDateTime::currentDateTime());
     fresh.flags = isNameUtf8 ? zip::FlagUtf8 : 0;
+    fresh.isStored = change.isStored;
     written = fresh;
-    if (PackageError error = WriteAtLevel(file, change, rawName, Z_DEFAULT_COMPRESSION, progress, written))
+    if (PackageError error = WriteOnce(file, change, rawName, progress, written))
         return error;
-    // Reading would take it for a bomb: an honest part that packs this well is kept unpacked.
     const bool looksLikeBomb =
         written.size > limits::RatioFreeBytes && written.size / limits::MaxRatio >= written.compressedSize;
-    if (!looksLikeBomb)
+    const bool isSmaller = written.compressedSize < written.size && !looksLikeBomb;
+    if (written.isStored || isSmaller)
         return {};
     if (PackageError error = file.Rewind(written.headerOffset))
         return error;
+    fresh.isStored = true;
     written = fresh;
-    return WriteAtLevel(file, change, rawName, Z_NO_COMPRESSION, progress, written);
+    return WriteOnce(file, change, rawName, progress, written);
 }
 
 } // namespace ofd

@@ -23,10 +23,13 @@ struct WrittenEntry
     quint32 checksum = 0;
     quint32 dosTime = 0;
     quint16 flags = 0;
+    bool isStored = false;      // as it is, not deflated
     bool hasZip64Sizes = false; // whether the local header has room for big sizes; the directory does the same then
 };
 
-// Deflates the new bytes of a part into the file, behind a local header with that raw name. `progress` gets the number
+// Writes the new bytes of a part into the file, behind a local header with that raw name: deflated, or as they are when
+// the change wants that, when they do not shrink, or when they shrink so much that a reader would take them for a bomb.
+// `progress` gets the number
 // of bytes just read and may end it with false.
 PackageError WriteEntry(TargetFile& file, const PartChange& change, const QByteArray& rawName, bool isNameUtf8,
                         const std::function<bool(qint64)>& progress, WrittenEntry& written);

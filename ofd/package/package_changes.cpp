@@ -6,6 +6,8 @@
 #include <QIODevice>
 #include <QSet>
 
+#include <algorithm>
+
 namespace ofd {
 
 void PackageChanges::SetPart(const QString& name, const QByteArray& bytes)
@@ -23,9 +25,11 @@ void PackageChanges::SetXmlPart(const QString& name, const QByteArray& bytes)
     changes.insert(name, change);
 }
 
-void PackageChanges::SetPartFromDevice(const QString& name, std::function<std::unique_ptr<QIODevice>()> openData)
+void PackageChanges::SetPartFromDevice(const QString& name, std::function<std::unique_ptr<QIODevice>()> openData,
+                                       bool isStored)
 {
     PartChange change;
+    change.isStored = isStored;
     change.openData = std::move(openData);
     changes.insert(name, change);
 }
@@ -35,6 +39,14 @@ void PackageChanges::RemovePart(const QString& name)
     PartChange change;
     change.isRemoval = true;
     changes.insert(name, change);
+}
+
+bool PackageChanges::IsFreeName(const Package& package, const QString& name) const
+{
+    const QString folded = FoldAsciiCase(name);
+    const bool isChanged = std::any_of(changes.keyBegin(), changes.keyEnd(),
+                                       [&folded](const QString& other) { return FoldAsciiCase(other) == folded; });
+    return !isChanged && !package.HasPartIgnoringCase(name);
 }
 
 QString PackageChanges::FreePartName(const Package& package, const QString& folder, const QString& stem,
