@@ -12,6 +12,7 @@
 #include <ofd/parse/custom_tag_reader.h>
 #include <ofd/parse/outline_reader.h>
 #include <ofd/render/page_renderer.h>
+#include <ofd/write/annotation_writer.h>
 #include <ofd/write/bookmark_writer.h>
 #include <ofd/write/outline_writer.h>
 
@@ -33,8 +34,8 @@ struct OfdDocument::Private
     bool AreBookmarksEdited() const;
     bool IsOutlineEdited() const;
     bool AreTagsEdited() const;
-    std::vector<OfdAnnot*> EditedAnnots() const;
-    bool HasRemovedAnnots() const;
+    std::vector<OfdAnnot*> AllAnnots() const; // that were asked for so far
+    bool AreAnnotsEdited() const;
 
     // What a save leaves behind besides the new file.
     struct SavePlan
@@ -44,12 +45,16 @@ struct OfdDocument::Private
         QString attachmentsPart;
         QStringList tagParts; // of each tree; empty when tags did not change
         QString customTagsPart;
+        std::vector<AnnotationWriter::Place> annotations; // that are in edited parts
+        EmptiedParts emptiedAnnotParts;
+        int highestNewId = 0;
     };
 
     // Saving. Collects what changed as new bytes of parts; false, with the reason, when a part cannot be edited.
     bool CollectChanges(SavePlan& plan, PackageError& error) const;
     bool CollectDocumentPart(SavePlan& plan, PackageError& error) const;
     bool CollectAttachments(SavePlan& plan, XmlEdit& edit, PackageError& error) const;
+    bool CollectAnnotations(SavePlan& plan, PackageError& error) const;
     bool CollectTags(SavePlan& plan, XmlEdit& edit, PackageError& error) const;
     void StampModificationDate(PackageChanges& changes) const;
     DocumentSaveResult Write(const QString& target, bool overwritesForeignChange);
@@ -75,6 +80,7 @@ struct OfdDocument::Private
     OutlineTree outlineElements; // of the document part; null when it has no outline
     bool areTagsRead = false;
     std::vector<TagTree> tags;
+    EmptiedParts emptiedAnnotParts;
     QString customTagsPart; // empty when the document has no list of them
 };
 

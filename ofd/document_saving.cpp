@@ -9,6 +9,7 @@
 #include <ofd/write/attachment_writer.h>
 #include <ofd/write/custom_tag_list.h>
 #include <ofd/write/custom_tag_writer.h>
+#include <ofd/write/part_making.h>
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -61,31 +62,22 @@ bool OfdDocument::Private::AreTagsEdited() const
     return std::any_of(tags.begin(), tags.end(), AreTagsChanged);
 }
 
-std::vector<OfdAnnot*> OfdDocument::Private::EditedAnnots() const
+std::vector<OfdAnnot*> OfdDocument::Private::AllAnnots() const
 {
-    std::vector<OfdAnnot*> edited;
+    std::vector<OfdAnnot*> all;
     for (const std::unique_ptr<OfdPage>& page : pages) {
         if (!page)
             continue;
-        for (const std::unique_ptr<OfdAnnot>& annot : page->Annots()) {
-            if (!annot->IsRemoved() && annot->IsEdited())
-                edited.push_back(annot.get());
-        }
+        for (const std::unique_ptr<OfdAnnot>& annot : page->Annots())
+            all.push_back(annot.get());
     }
-    return edited;
+    return all;
 }
 
-bool OfdDocument::Private::HasRemovedAnnots() const
+bool OfdDocument::Private::AreAnnotsEdited() const
 {
-    for (const std::unique_ptr<OfdPage>& page : pages) {
-        if (!page)
-            continue;
-        for (const std::unique_ptr<OfdAnnot>& annot : page->Annots()) {
-            if (annot->IsRemoved())
-                return true;
-        }
-    }
-    return false;
+    const std::vector<OfdAnnot*> all = AllAnnots();
+    return std::any_of(all.begin(), all.end(), [](const OfdAnnot* annot) { return annot->IsEdited(); });
 }
 
 bool OfdDocument::Private::CollectDocumentPart(SavePlan& plan, PackageError& error) const
@@ -97,12 +89,13 @@ bool OfdDocument::Private::CollectDocumentPart(SavePlan& plan, PackageError& err
         return false;
     if (!CollectTags(plan, edit, error) || !CollectAttachments(plan, edit, error))
         return false;
+    RaiseMaxUnitId(edit, documentPart->GetRoot(), plan.highestNewId);
     if (edit.IsEmpty())
         return true;
     const QByteArray bytes = edit.Apply(&error);
     if (bytes.isEmpty())
         return false;
-    plan.changes.SetPart(documentPart->GetName(), bytes);
+    plan.changes.SetXmlPart(documentPart->GetName(), bytes);
     return true;
 }
 
@@ -117,6 +110,22 @@ bool OfdDocument::Private::CollectAttachments(SavePlan& plan, XmlEdit& edit, Pac
         return false;
     plan.attachments = writer.GetWritten();
     plan.attachmentsPart = writer.GetListPart();
+    plan.highestNewId = std::max(plan.highestNewId, writer.GetHighestNewId());
+    return true;
+}
+
+bool OfdDocument::Private::CollectAnnotations(SavePlan& plan, PackageError& error) const
+{
+    plan.emptiedAnnotParts = emptiedAnnotParts;
+    if (!AreAnnotsEdited())
+        return true;
+    const std::shared_ptr<const Package> package = store->GetPackage();
+    AnnotationWriter writer(*package, Structure().documentFolder, Structure().annotationsPart, emptiedAnnotParts);
+    if (!writer.Write(AllAnnots(), plan.changes, error))
+        return false;
+    plan.annotations = writer.GetPlaces();
+    plan.emptiedAnnotParts = writer.GetEmptied();
+    plan.highestNewId = std::max(plan.highestNewId, writer.GetHighestNewId());
     return true;
 }
 
@@ -154,9 +163,7 @@ void OfdDocument::Private::StampModificationDate(PackageChanges& changes) const
 
 bool OfdDocument::Private::CollectChanges(SavePlan& plan, PackageError& error) const
 {
-    if (!CollectDocumentPart(plan, error))
-        return false;
-    if (!WriteAnnotations(*store->GetPackage(), EditedAnnots(), plan.changes, error))
+    if (!CollectAnnotations(plan, error) || !CollectDocumentPart(plan, error))
         return false;
     StampModificationDate(plan.changes);
     return true;
@@ -188,8 +195,9 @@ DocumentSaveResult OfdDocument::Private::Write(const QString& target, bool overw
 void OfdDocument::Private::AdoptSaved(std::unique_ptr<Package> saved, const SavePlan& plan, const QString& target)
 {
     const std::shared_ptr<Package> package(std::move(saved));
-    for (OfdAnnot* annot : EditedAnnots())
-        annot->MarkSaved();
+    for (const AnnotationWriter::Place& place : plan.annotations)
+        place.annot->MarkSaved(place.ordinal, place.oldXml);
+    emptiedAnnotParts = plan.emptiedAnnotParts;
     store->ReplacePackage(package);
     path = target;
     if (attachments->IsChanged()) {
@@ -293,8 +301,6 @@ QStringList OfdDocument::GetUnsavableChanges() const
         std::any_of(d->tags.begin(), d->tags.end(), [](const TagTree& tree) { return tree.root->SubNodeCount() > 1; });
     if (hasMore)
         kinds.append(Tr("custom tags"));
-    if (d->HasRemovedAnnots())
-        kinds.append(Tr("removed annotations"));
     return kinds;
 }
 

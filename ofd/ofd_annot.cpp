@@ -35,6 +35,7 @@ OfdAnnot::OfdAnnot(IG_Page* page, DocumentStore& store, std::shared_ptr<const Pa
     , list(std::move(list))
     , position(position)
     , id(id)
+    , ordinal(Record().ordinal)
     , date(Utf8(Record().date))
     , savedDate(date)
     , remark(Utf8(Record().remark))
@@ -109,8 +110,12 @@ void OfdAnnot::SetRemoved(bool removed)
     UpdateSession();
 }
 
-void OfdAnnot::MarkSaved()
+void OfdAnnot::MarkSaved(int newOrdinal, const QByteArray& oldXml)
 {
+    ordinal = newOrdinal;
+    xml = oldXml;
+    if (ordinal < 0)
+        return; // its element says what it said
     savedDate = date;
     savedRemark = remark;
 }

@@ -3,6 +3,8 @@
 #include <frame/document/ig_annot.h>
 #include <ofd/model/annotations.h>
 
+#include <QByteArray>
+
 #include <memory>
 
 namespace ofd {
@@ -35,12 +37,17 @@ public:
     const AnnotationRecord& Record() const { return list->annotations[size_t(position)]; }
     bool IsRemoved() const { return isRemoved; }
     void SetRemoved(bool removed);
-    // Differs from what the file holds, apart from removal.
-    bool IsEdited() const { return date != savedDate || remark != savedRemark; }
+    // Differs from what the file holds: in a value, or in whether it is there at all.
+    bool IsEdited() const { return isRemoved == IsInFile() || (!isRemoved && (IsDateEdited() || IsRemarkEdited())); }
+    bool IsInFile() const { return ordinal >= 0; }
+    // Place of its element in its part; negative when it is not in the file.
+    int GetOrdinal() const { return ordinal; }
+    // Its element as it was when it left the file.
+    const QByteArray& GetXml() const { return xml; }
     bool IsDateEdited() const { return date != savedDate; }
     bool IsRemarkEdited() const { return remark != savedRemark; }
-    // What is in memory is now in the file.
-    void MarkSaved();
+    // The file now has it at this place, or, when that is negative, has it no longer; its element was this.
+    void MarkSaved(int newOrdinal, const QByteArray& oldXml);
 
 private:
     void UpdateSession();
@@ -50,6 +57,8 @@ private:
     const std::shared_ptr<const PageAnnotations> list;
     const int position;
     const int id;
+    int ordinal;
+    QByteArray xml;
     CCA_String date;
     CCA_String savedDate;
     CCA_String remark;

@@ -325,7 +325,7 @@ bool OfdDocument::IsEncrypted()
 bool OfdDocument::IsModified()
 {
     return d->AreBookmarksEdited() || d->IsOutlineEdited() || d->AreTagsEdited() || d->attachments->IsChanged() ||
-           !d->EditedAnnots().empty();
+           d->AreAnnotsEdited();
 }
 
 void OfdDocument::Prepare()
@@ -369,8 +369,8 @@ bool OfdDocument::WriteAttachment(int index, ICA_StreamWriter* writer)
     return d->attachments->Write(index, *d->store->GetPackage(), writer);
 }
 
-bool OfdDocument::AddAttachment(ICA_StreamReader* reader, bool, const char* title, const char* format, const char* name,
-                                const char*, int)
+bool OfdDocument::AddAttachment(ICA_StreamReader* reader, bool isBigFile, const char* title, const char* format,
+                                const char* name, const char*, int)
 {
     const std::unique_ptr<ICA_StreamReader> owned(reader);
     const QString shown = QString::fromUtf8(title ? title : name);
@@ -378,7 +378,7 @@ bool OfdDocument::AddAttachment(ICA_StreamReader* reader, bool, const char* titl
     info.name = CCA_String(CleanedName(shown).toUtf8());
     info.format = CCA_String(CleanedName(QString::fromUtf8(format)).toUtf8());
     info.addDate = CCA_String(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss")).toUtf8());
-    return d->attachments->AddFrom(owned.get(), info);
+    return d->attachments->AddFrom(owned.get(), info, isBigFile);
 }
 
 bool OfdDocument::RemoveAttachment(int index)

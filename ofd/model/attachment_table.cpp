@@ -13,6 +13,7 @@ namespace ofd {
 namespace {
 
 constexpr int ChunkBytes = 256 * 1024;
+constexpr qint64 BigBytes = qint64(64) << 20;
 
 // Lets a part be inflated straight into a stream writer.
 class WriterDevice : public QIODevice
@@ -122,7 +123,7 @@ bool AttachmentTable::Write(int index, const Package& package, ICA_StreamWriter*
     return isWritten;
 }
 
-bool AttachmentTable::AddFrom(ICA_StreamReader* reader, G_AttachmentInfo info)
+bool AttachmentTable::AddFrom(ICA_StreamReader* reader, G_AttachmentInfo info, bool isBig)
 {
     const std::shared_ptr<QTemporaryFile> file = reader ? Spool(reader) : nullptr;
     if (!file)
@@ -130,6 +131,7 @@ bool AttachmentTable::AddFrom(ICA_StreamReader* reader, G_AttachmentInfo info)
     info.size = float(file->size() / 1024.0);
     AttachmentEntry entry;
     entry.file = file;
+    entry.isBig = isBig || file->size() >= BigBytes;
     const std::lock_guard<std::mutex> lock(mutex);
     info.id = ++highestId;
     entry.info = info;

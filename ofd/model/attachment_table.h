@@ -22,6 +22,7 @@ struct AttachmentEntry
     G_AttachmentInfo info;
     QString part;                         // in the package; empty when it was added, or its part is missing
     int ordinal = -1;                     // of its element in the list it was read from; -1 when it was added
+    bool isBig = false;                   // stored without packing
     std::shared_ptr<QTemporaryFile> file; // of an added one, until it is saved
 };
 
@@ -38,7 +39,7 @@ public:
     G_AttachmentInfo GetInfo(int index) const;
     bool Write(int index, const Package& package, ICA_StreamWriter* writer) const;
     // Copies the bytes to a private file first; false, and nothing added, when they cannot be read.
-    bool AddFrom(ICA_StreamReader* reader, G_AttachmentInfo info);
+    bool AddFrom(ICA_StreamReader* reader, G_AttachmentInfo info, bool isBig);
     bool Remove(int index);
     // Differs from what the file holds.
     bool IsChanged() const;

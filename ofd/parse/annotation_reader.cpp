@@ -9,6 +9,8 @@
 #include <ofd/package/xml_text.h>
 #include <ofd/package/xml_values.h>
 
+#include <QSet>
+
 namespace ofd {
 
 namespace {
@@ -99,11 +101,13 @@ AnnotationIndex ReadAnnotationIndex(const Package& package, const QString& listP
     LocationContext context;
     context.holderPart = listPart;
     context.documentFolder = documentFolder;
+    QSet<QString> seen; // a part that is listed twice is read once, for the first page that it is listed for
     for (const pugi::xml_node& page : ChildElements(xml->GetRoot(), "Page")) {
         const QString part = ResolveLocation(package, TrimmedText(ChildElement(page, "FileLoc")), context).part;
-        QStringList& parts = index[int(IdAttribute(page, "PageID"))];
-        if (!part.isEmpty() && !parts.contains(part)) // a part that is listed twice is read once
-            parts.append(part);
+        if (part.isEmpty() || seen.contains(part))
+            continue;
+        seen.insert(part);
+        index[int(IdAttribute(page, "PageID"))].append(part);
     }
     return index;
 }

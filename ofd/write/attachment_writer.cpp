@@ -42,7 +42,10 @@ bool AttachmentWriter::Write(const QVector<AttachmentEntry>& current, PackageCha
 {
     written = current;
     const pugi::xml_node inlined = ChildElement(document.GetRoot(), "Attachments");
-    RaiseHighestId();
+    for (const AttachmentEntry& entry : current) {
+        if (entry.file)
+            highestNewId = std::max(highestNewId, entry.info.id);
+    }
     if (listPart.isEmpty() && FirstElement(inlined)) { // the list stands in the document part itself
         listPart = document.GetName();
         EditList(edit, inlined, changes);
@@ -59,7 +62,7 @@ bool AttachmentWriter::Write(const QVector<AttachmentEntry>& current, PackageCha
     const QByteArray bytes = listEdit.Apply(&error);
     if (bytes.isEmpty())
         return false;
-    changes.SetPart(listPart, bytes);
+    changes.SetXmlPart(listPart, bytes);
     return true;
 }
 
@@ -70,7 +73,7 @@ void AttachmentWriter::EditList(XmlEdit& list, const pugi::xml_node& holder, Pac
     for (AttachmentEntry& entry : written) {
         if (entry.file) {
             AddPart(entry, changes);
-            list.AppendChild(holder, ElementOf(entry, PrefixOf(holder)));
+            list.AppendChild(holder, ElementOf(entry, PrefixOf(holder), RefersFromRoot(holder)));
             entry.file.reset();
         }
         entry.ordinal = ordinal++;
@@ -109,16 +112,18 @@ void AttachmentWriter::AddPart(AttachmentEntry& entry, PackageChanges& changes) 
     const QString ending = format.isEmpty() ? QString() : QLatin1Char('.') + format;
     const QString folder = documentFolder + AttachmentFolder;
     const QString plain = folder + stem + ending;
-    const bool isFree = !package.HasPartIgnoringCase(plain) && !changes.GetChanges().contains(plain);
-    entry.part = isFree ? plain : changes.FreePartName(package, folder, stem + QLatin1Char('_'), ending);
-    changes.SetPartFromDevice(entry.part, [file = entry.file] {
+    entry.part = changes.IsFreeName(package, plain)
+                     ? plain
+                     : changes.FreePartName(package, folder, stem + QLatin1Char('_'), ending);
+    const auto openData = [file = entry.file] {
         auto device = std::make_unique<QFile>(file->fileName());
         device->open(QIODevice::ReadOnly);
         return device->isOpen() ? std::unique_ptr<QIODevice>(std::move(device)) : nullptr;
-    });
+    };
+    changes.SetPartFromDevice(entry.part, openData, entry.isBig);
 }
 
-QByteArray AttachmentWriter::ElementOf(const AttachmentEntry& entry, const QByteArray& prefix) const
+QByteArray AttachmentWriter::ElementOf(const AttachmentEntry& entry, const QByteArray& prefix, bool isFromRoot) const
 {
     XmlFragment xml(prefix);
     xml.Open("Attachment")
@@ -127,7 +132,7 @@ QByteArray AttachmentWriter::ElementOf(const AttachmentEntry& entry, const QByte
         .Attribute("Format", TextOf(entry.info.format))
         .Attribute("CreationDate", TextOf(entry.info.addDate))
         .Attribute("Size", double(entry.info.size));
-    return xml.Element("FileLoc", MakeReference(entry.part, listPart, false)).Close().GetBytes();
+    return xml.Element("FileLoc", MakeReference(entry.part, listPart, isFromRoot)).Close().GetBytes();
 }
 
 // A document without a list gets one in a part of its own; an element that named a missing part is put right.
@@ -143,11 +148,11 @@ bool AttachmentWriter::MakeList(PackageChanges& changes)
     int ordinal = 0;
     for (AttachmentEntry& entry : written) {
         AddPart(entry, changes);
-        xml += ElementOf(entry, prefix);
+        xml += ElementOf(entry, prefix, false);
         entry.file.reset();
         entry.ordinal = ordinal++;
     }
-    changes.SetPart(listPart, NewPart(root, "Attachments", xml));
+    changes.SetXmlPart(listPart, NewPart(root, "Attachments", xml));
     const QString reference = MakeReference(listPart, document.GetName(), false);
     if (const pugi::xml_node element = ChildElement(root, "Attachments"))
         edit.SetText(element, reference);
@@ -155,17 +160,6 @@ bool AttachmentWriter::MakeList(PackageChanges& changes)
         edit.InsertInOrder(root, "Attachments", XmlFragment(prefix).Element("Attachments", reference).GetBytes(),
                            DocumentOrder());
     return true;
-}
-
-// The highest identifier that was given out is written back.
-void AttachmentWriter::RaiseHighestId()
-{
-    int highest = 0;
-    for (const AttachmentEntry& entry : qAsConst(written)) {
-        if (entry.file)
-            highest = std::max(highest, entry.info.id);
-    }
-    RaiseMaxUnitId(edit, document.GetRoot(), highest);
 }
 
 } // namespace ofd

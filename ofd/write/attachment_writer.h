@@ -27,14 +27,15 @@ public:
     // After Write: the entries with their parts and places in the new file, and the part of the list.
     const QVector<AttachmentEntry>& GetWritten() const { return written; }
     const QString& GetListPart() const { return listPart; }
+    // The highest identifier that was given out since the document was read or saved; 0 without any.
+    int GetHighestNewId() const { return highestNewId; }
 
 private:
     void EditList(XmlEdit& list, const pugi::xml_node& holder, PackageChanges& changes);
     void RemoveGone(XmlEdit& list, const pugi::xml_node& holder, PackageChanges& changes);
-    QByteArray ElementOf(const AttachmentEntry& entry, const QByteArray& prefix) const;
+    QByteArray ElementOf(const AttachmentEntry& entry, const QByteArray& prefix, bool isFromRoot) const;
     void AddPart(AttachmentEntry& entry, PackageChanges& changes) const;
     bool MakeList(PackageChanges& changes);
-    void RaiseHighestId();
 
     const Package& package;
     const XmlPart& document;
@@ -42,6 +43,7 @@ private:
     const QString documentFolder;
     QString listPart;
     QVector<AttachmentEntry> written;
+    int highestNewId = 0;
 };
 
 } // namespace ofd
