@@ -228,11 +228,25 @@ void G_DocView::Private::ApplyMode()
     case G_Preferences::FitHeight:
     case G_Preferences::FitPage:
         ZoomAt(FittingZoom(mode), QPoint(0, 0));
+        CenterCurrentPage();
         break;
     default:
         break;
     }
     isFitting = false;
+}
+
+// Across only: beside a wider page, the column is wider than the page that was fitted.
+void G_DocView::Private::CenterCurrentPage()
+{
+    const QRect page = layout.IsValid(current) ? layout.PageRect(current) : QRect();
+    const int room = widget->viewport()->width();
+    if (page.isEmpty() || page.width() > room)
+        return;
+    ++moving;
+    widget->horizontalScrollBar()->setValue(page.center().x() - room / 2);
+    SyncItems();
+    --moving;
 }
 
 void G_DocView::GoToPage(G_DocView* /*sender*/, int pageIndex, const CCA_GRect& wanted, bool fitRect)

@@ -29,6 +29,7 @@ struct G_DocView::Private
     // Changes the zoom so that the scene point under this point of the viewport stays there.
     void ZoomAt(double percent, const QPoint& viewportPoint);
     void ApplyMode();
+    void CenterCurrentPage();
     double FittingZoom(G_Preferences::ZoomMode mode) const;
     // Brings a scene point under a point of the viewport, as far as the scene reaches.
     void ScrollTo(const QPointF& scenePoint, const QPoint& viewportPoint);

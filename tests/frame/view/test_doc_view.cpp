@@ -53,6 +53,7 @@ private slots:
     void zoomStaysWithinItsBoundsAndSetsTheModeToCustom();
     void zoomingKeepsTheMiddleOrTheTopLeft();
     void fittingModesFitAgainAfterAResize();
+    void aFittedPageBesideAWiderOneIsWhollyInView();
     void aFittingModeFitsThePageOfTheJumpThatFollows();
     void changedPagesAreLaidOutAnew();
     void aDyingViewEmptiesItsStackWhileItIsWhole();
@@ -474,6 +475,21 @@ void TestDocView::fittingModesFitAgainAfterAResize()
     view->Widget()->resize(700, 700);
     ViewFixture::Settle();
     QCOMPARE(view->GetZoom(), 80.0F);
+}
+
+void TestDocView::aFittedPageBesideAWiderOneIsWhollyInView()
+{
+    ViewFixture fixture(QStringLiteral("page 210 297\npage 420 297\n"));
+    G_DocView* view = fixture.View();
+    view->SetZoomMode(G_Preferences::FitWidth);
+    QVERIFY(view->BoundingRect().width() > view->VisibleSceneRect().width());
+    const QRect page = view->PageRect(0);
+    const QRect visible = view->VisibleSceneRect();
+    QVERIFY2(visible.left() <= page.left() && page.right() <= visible.right(), "after choosing the mode");
+    view->Widget()->resize(500, 400);
+    ViewFixture::Settle();
+    QVERIFY2(view->VisibleSceneRect().left() <= view->PageRect(0).left(), "left, after a resize");
+    QVERIFY2(view->PageRect(0).right() <= view->VisibleSceneRect().right(), "right, after a resize");
 }
 
 void TestDocView::aFittingModeFitsThePageOfTheJumpThatFollows()
