@@ -113,6 +113,29 @@ private slots:
         QCOMPARE(FindAgain(root, NodeAt(root, {1, 0})), NodeAt(root, {1, 0}));
     }
 
+    void aPathThatEndsBelowTheRootIsSearchedForAndTheLastCandidateUnderTheFirstTopNodeWins()
+    {
+        const auto document = MemoryDocument::FromText(twins);
+        G_TreeNode* root = document->GetOutlineRoot();
+        const TreeNodeKey key = TreeNodeKey::Of(NodeAt(root, {0, 0, 0}));
+        QCOMPARE(PublicMethod::FindOutlineNode(root, key, {key}), NodeAt(root, {0, 1, 0}));
+        const TreeNodePath first = PathFrom(NodeAt(root, {0, 0, 0})).mid(0, 2);
+        QCOMPARE(PublicMethod::FindOutlineNode(root, key, first), NodeAt(root, {0, 0, 0}));
+        QVERIFY(!PublicMethod::FindOutlineNode(root, key, PathFrom(NodeAt(root, {0}))));
+    }
+
+    void aWholePathWithOneOtherTextOnTheWayFindsNothing()
+    {
+        const auto document = MemoryDocument::FromText(twins);
+        G_TreeNode* root = document->GetOutlineRoot();
+        G_TreeNode* node = NodeAt(root, {0, 1, 0});
+        for (int step = 1; step < 3; ++step) {
+            TreeNodePath path = PathFrom(node);
+            path[step].text += "!";
+            QVERIFY(!PublicMethod::FindOutlineNode(root, path.first(), path));
+        }
+    }
+
     void aNodeWhoseTextChangedIsNotFound()
     {
         const auto document = MemoryDocument::FromText(twins);
