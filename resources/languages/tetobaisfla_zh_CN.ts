@@ -13,6 +13,29 @@
         </message>
     </context>
     <context>
+        <name>BatchAddOutlineDlg</name>
+        <message>
+            <source>Batch add</source>
+            <translation>批量添加</translation>
+        </message>
+        <message>
+            <source>Close</source>
+            <translation>关闭</translation>
+        </message>
+        <message>
+            <source>A catalog with a line, input name and use enter to new line</source>
+            <translation>每行一个目录，输入名称并按回车换行</translation>
+        </message>
+        <message>
+            <source>Add</source>
+            <translation>添加</translation>
+        </message>
+        <message>
+            <source>Cancel</source>
+            <translation>取消</translation>
+        </message>
+    </context>
+    <context>
         <name>BookMarkTreeItemDelegate</name>
         <message>
             <source>bookmark name</source>
@@ -53,6 +76,26 @@
             <source>Wrap Lines</source>
             <translation>自动换行</translation>
         </message>
+        <message>
+            <source>Add Entry</source>
+            <translation>添加目录</translation>
+        </message>
+        <message>
+            <source>Add Entry Below</source>
+            <translation>添加子目录</translation>
+        </message>
+        <message>
+            <source>Add Several Entries…</source>
+            <translation>批量添加目录…</translation>
+        </message>
+        <message>
+            <source>Expand All Below</source>
+            <translation>展开全部子目录</translation>
+        </message>
+        <message>
+            <source>Expand or Collapse All</source>
+            <translation>全部展开或收起</translation>
+        </message>
     </context>
     <context>
         <name>GPI_BookmarkDelete</name>
@@ -77,6 +120,51 @@
         </message>
     </context>
     <context>
+        <name>GPI_OutlineDel</name>
+        <message>
+            <source>Warning</source>
+            <translation>警告</translation>
+        </message>
+        <message>
+            <source>No select item</source>
+            <translation>没有选中的目录</translation>
+        </message>
+        <message>
+            <source>Already exist associate pageIndex,dou you want to del?</source>
+            <translation>已关联页面，是否要删除？</translation>
+        </message>
+    </context>
+    <context>
+        <name>GPI_OutlineDelAll</name>
+        <message>
+            <source>Warning</source>
+            <translation>警告</translation>
+        </message>
+        <message>
+            <source>Do you want to del all outlines?</source>
+            <translation>是否要删除所有目录？</translation>
+        </message>
+    </context>
+    <context>
+        <name>GPI_OutlineResetPos</name>
+        <message>
+            <source>Warning</source>
+            <translation>警告</translation>
+        </message>
+        <message>
+            <source>Do you want to change associate position?</source>
+            <translation>是否要更改关联位置？</translation>
+        </message>
+        <message>
+            <source>Associate failed!</source>
+            <translation>关联失败！</translation>
+        </message>
+        <message>
+            <source>Associate success!</source>
+            <translation>关联成功！</translation>
+        </message>
+    </context>
+    <context>
         <name>GP_AddBookmark</name>
         <message>
             <source>new bookmark</source>
@@ -91,10 +179,17 @@
         </message>
     </context>
     <context>
-        <name>G_ActionHandler</name>
+        <name>GP_OutlineAdd</name>
         <message>
-            <source>This kind of action is not supported.</source>
-            <translation>不支持此类动作。</translation>
+            <source>new outline</source>
+            <translation>新建目录</translation>
+        </message>
+    </context>
+    <context>
+        <name>GP_OutlineAddSub</name>
+        <message>
+            <source>new outline</source>
+            <translation>新建目录</translation>
         </message>
     </context>
     <context>
@@ -382,6 +477,44 @@ A reader of fixed-layout documents.</source>
         </message>
     </context>
     <context>
+        <name>NaviOutlineWidget</name>
+        <message>
+            <source>Batch add</source>
+            <translation>批量添加</translation>
+        </message>
+        <message>
+            <source>Add outline</source>
+            <translation>添加目录</translation>
+        </message>
+        <message>
+            <source>Del outline</source>
+            <translation>删除目录</translation>
+        </message>
+        <message>
+            <source>Collapse all outline</source>
+            <translation>收起全部目录</translation>
+        </message>
+        <message>
+            <source>Catalog</source>
+            <translation>目录</translation>
+        </message>
+        <message>
+            <source>Expand all outline</source>
+            <translation>展开全部目录</translation>
+        </message>
+    </context>
+    <context>
+        <name>NaviPageOutline</name>
+        <message>
+            <source>Catalog</source>
+            <translation>目录</translation>
+        </message>
+        <message>
+            <source>View the document directory (Alt+Shift+1)</source>
+            <translation>查看文档目录 (Alt+Shift+1)</translation>
+        </message>
+    </context>
+    <context>
         <name>NavigationBar</name>
         <message>
             <source>Navigation panes</source>
@@ -462,6 +595,13 @@ A reader of fixed-layout documents.</source>
         <message>
             <source>The file is not a document that this program reads.</source>
             <translation>此文件不是本程序能读取的文档。</translation>
+        </message>
+    </context>
+    <context>
+        <name>OutLineTreeItemDelegate</name>
+        <message>
+            <source>outline title</source>
+            <translation>目录标题</translation>
         </message>
     </context>
     <context>
