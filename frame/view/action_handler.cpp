@@ -8,7 +8,6 @@
 #include <frame/operation/event.h>
 #include <frame/utils/safe_process.h>
 
-#include <QCoreApplication>
 #include <QMessageBox>
 #include <QPointer>
 #include <QStringList>
@@ -19,11 +18,6 @@
 namespace {
 
 constexpr int shownAddressLength = 300; // characters of an address in the question
-
-QString Tr(const char* text)
-{
-    return QCoreApplication::translate("G_ActionHandler", text);
-}
 
 const G_Bookmark* FindBookmark(IG_Document* document, const CCA_String& name)
 {
@@ -61,7 +55,7 @@ public:
             return Jump(*jump);
         if (const auto* address = dynamic_cast<const G_ActionUri*>(&action))
             return Open(GQ_ToQStringFromUtf8(address->uri));
-        return Tr("This kind of action is not supported.");
+        return G_ActionHandler::tr("This kind of action is not supported.");
     }
 
 private:
@@ -72,22 +66,24 @@ private:
         if (!jump.bookmarkName.IsEmpty()) {
             const G_Bookmark* bookmark = FindBookmark(view->GDocument(), jump.bookmarkName);
             if (!bookmark)
-                return Tr("The bookmark “%1” does not exist.").arg(GQ_ToQStringFromUtf8(jump.bookmarkName));
+                return G_ActionHandler::tr("The bookmark “%1” does not exist.")
+                    .arg(GQ_ToQStringFromUtf8(jump.bookmarkName));
             dest = bookmark->dest;
         }
-        return GoToDest(view, *dest, keepsZoom) ? QString() : Tr("This page does not exist.");
+        return GoToDest(view, *dest, keepsZoom) ? QString() : G_ActionHandler::tr("This page does not exist.");
     }
 
     // Documents come from anywhere, so an address is opened only when the user has seen it and agreed.
     QString Open(const QString& address) const
     {
         if (address.isEmpty())
-            return Tr("This kind of action is not supported.");
-        const int answer = context->ShowQuestionBox(
-            Tr("Open address"), Tr("Do you want to open this address?") + QStringLiteral("\n\n") + Shortened(address),
-            QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+            return G_ActionHandler::tr("This kind of action is not supported.");
+        const int answer = context->ShowQuestionBox(G_ActionHandler::tr("Open address"),
+                                                    G_ActionHandler::tr("Do you want to open this address?") +
+                                                        QStringLiteral("\n\n") + Shortened(address),
+                                                    QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
         const bool isOpened = answer != QMessageBox::Ok || Utils::Safe::OV_SafeProcess::OpenUrl(address);
-        return isOpened ? QString() : Tr("This address cannot be opened.");
+        return isOpened ? QString() : G_ActionHandler::tr("This address cannot be opened.");
     }
 
     G_UIContext* context; // not owned

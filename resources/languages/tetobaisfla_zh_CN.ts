@@ -193,6 +193,33 @@
         </message>
     </context>
     <context>
+        <name>G_ActionHandler</name>
+        <message>
+            <source>This kind of action is not supported.</source>
+            <translation>不支持此类动作。</translation>
+        </message>
+        <message>
+            <source>The bookmark “%1” does not exist.</source>
+            <translation>书签“%1”不存在。</translation>
+        </message>
+        <message>
+            <source>This page does not exist.</source>
+            <translation>该页面不存在。</translation>
+        </message>
+        <message>
+            <source>Open address</source>
+            <translation>打开网址</translation>
+        </message>
+        <message>
+            <source>Do you want to open this address?</source>
+            <translation>是否打开此网址？</translation>
+        </message>
+        <message>
+            <source>This address cannot be opened.</source>
+            <translation>无法打开此网址。</translation>
+        </message>
+    </context>
+    <context>
         <name>G_DocView</name>
         <message>
             <source>This page cannot be shown: %1</source>
