@@ -1,5 +1,7 @@
 #include "reorder_tree.h"
 
+#include "text_edits.h"
+
 #include <frame/operation/event.h>
 #include <frame/view/ui_context.h>
 
@@ -52,6 +54,24 @@ void ReorderTree::ClearPending()
 {
     pendingNode = nullptr;
     pendingRow = -1;
+}
+
+void ReorderTree::CommitEdit()
+{
+    for (RowTextEdit* child : viewport()->findChildren<RowTextEdit*>()) {
+        const QPointer<RowTextEdit> editor(child);
+        commitData(editor); // nothing for an editor that was closed before
+        if (editor)
+            closeEditor(editor, QAbstractItemDelegate::NoHint);
+    }
+}
+
+bool ReorderTree::DropEdit()
+{
+    const bool isOpen = state() == EditingState;
+    for (RowTextEdit* editor : viewport()->findChildren<RowTextEdit*>())
+        closeEditor(editor, QAbstractItemDelegate::NoHint);
+    return isOpen;
 }
 
 void ReorderTree::Resized() {}

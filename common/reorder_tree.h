@@ -29,6 +29,10 @@ public:
     void RemeasureRows();
     // Forgets a request to rename a new row.
     void ClearPending();
+    // Ends an open edit of a row and keeps what was typed; what that sets off may fill the tree anew.
+    void CommitEdit();
+    // Ends an open edit of a row without its text. False when none was open.
+    bool DropEdit();
 
     // Replaces QDrag::exec, which blocks until the user lets go; an empty function brings it back. For tests. The drag
     // is deleted by the tree afterwards.

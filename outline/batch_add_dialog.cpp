@@ -6,6 +6,7 @@
 #include "outline_tree.h"
 
 #include <common/param_keys.h>
+#include <common/rights.h>
 #include <common/text_rules.h>
 #include <frame/document/ig_document.h>
 #include <frame/utils/dpi.h>
@@ -70,7 +71,7 @@ QStringList TitlesOf(const QString& text)
         // On purpose the text is compared and not its length: what begins with a digit, a capital or a letter before
         // "d" is never cut.
         if (title > QLatin1String("d"))
-            title.truncate(MaxNameLength);
+            title = CutText(title, MaxNameLength);
     }
     return titles;
 }
@@ -155,12 +156,13 @@ QLayout* BatchAddOutlineDlg::BuildButtons()
 
 void BatchAddOutlineDlg::AddOutline()
 {
-    // The dialog is modeless: another document may have come to the front, or this one may be closed. The text stays
-    // for when the user comes back.
-    if (!widget || !widget->IsCurrentDocument()) {
+    // The dialog is modeless: another document may have come to the front, this one may be closed or be read-only by
+    // now. The text stays for when the user comes back.
+    if (!widget || !widget->IsCurrentDocument() || !MayEdit(widget->document)) {
         hide();
         return;
     }
+    widget->tree->CommitEdit(); // before the place is read: what was typed in a row is kept
     const QStringList titles = TitlesOf(textEdit->toPlainText());
     textEdit->clear();
     hide();

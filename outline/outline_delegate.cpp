@@ -82,6 +82,7 @@ public:
         : EnterMonitorTextEdit(parent, tree)
     {
         setFont(RowFont());
+        setAcceptRichText(false);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setWordWrapMode(QTextOption::WrapAnywhere);

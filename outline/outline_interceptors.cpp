@@ -36,6 +36,12 @@ G_TreeNode* OutlineInterceptor::CurrentNode() const
     return pane->NodeOf(tree->currentItem());
 }
 
+void OutlineInterceptor::SettlePane()
+{
+    tree->CommitEdit();
+    pane->SyncExpandStates();
+}
+
 void OutlineInterceptor::RequestEdit(G_TreeNode* parent, int row)
 {
     tree->pendingParent = parent;
@@ -73,7 +79,7 @@ GPI_OutlineAdd::GPI_OutlineAdd(NaviOutlineWidget* pane)
 
 bool GPI_OutlineAdd::PrepareDataHandle(G_Operation* op, int)
 {
-    pane->SyncExpandStates();
+    SettlePane();
     document->CreateOutlineRoot(); // an existing one is kept
     const G_TreeNode* current = CurrentNode();
     G_TreeNode* parent = current && current->parent ? current->parent : document->GetOutlineRoot();
@@ -97,7 +103,7 @@ GPI_OutlineAddSub::GPI_OutlineAddSub(NaviOutlineWidget* pane)
 // Makes no root on purpose: there is nothing to be below of in a document without an outline.
 bool GPI_OutlineAddSub::PrepareDataHandle(G_Operation* op, int)
 {
-    pane->SyncExpandStates();
+    SettlePane();
     G_TreeNode* current = CurrentNode();
     G_TreeNode* parent = current ? current : document->GetOutlineRoot();
     if (parent)
@@ -127,7 +133,7 @@ GPI_OutlineBatchAdd::~GPI_OutlineBatchAdd()
 
 bool GPI_OutlineBatchAdd::PrepareDataHandle(G_Operation*, int)
 {
-    pane->SyncExpandStates();
+    SettlePane();
     QWidget* parent = Core::ICore::dialogParent();
     if (!parent)
         parent = pane->window();
@@ -152,7 +158,7 @@ GPI_OutlineDel::GPI_OutlineDel(NaviOutlineWidget* pane)
 
 bool GPI_OutlineDel::PrepareDataHandle(G_Operation* op, int)
 {
-    pane->SyncExpandStates();
+    SettlePane();
     const QList<G_TreeNode*> nodes = pane->SelectedNodes();
     op->Params->Add(ParamKey::JsonParam, OutlineJson::DeleteText(nodes));
     for (int i = 0; i < nodes.size(); ++i)
@@ -181,7 +187,7 @@ GPI_OutlineDelAll::GPI_OutlineDelAll(NaviOutlineWidget* pane)
 
 bool GPI_OutlineDelAll::PrepareDataHandle(G_Operation*, int)
 {
-    pane->SyncExpandStates();
+    SettlePane();
     return true;
 }
 
@@ -197,7 +203,7 @@ GPI_OutlineResetPos::GPI_OutlineResetPos(NaviOutlineWidget* pane)
 
 bool GPI_OutlineResetPos::PrepareDataHandle(G_Operation* op, int)
 {
-    pane->SyncExpandStates();
+    SettlePane();
     PackEntry(op, CurrentNode());
     return true;
 }

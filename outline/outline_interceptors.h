@@ -25,6 +25,9 @@ public:
 protected:
     // The node of the tree's current entry; null without one.
     G_TreeNode* CurrentNode() const;
+    // Ahead of packing a target: an edit that is open elsewhere in the tree is committed, and the expansion that the
+    // pane has recorded is in the document before records are copied.
+    void SettlePane();
     // Leaves the request to rename the child `row` of the parent once the tree has been filled anew; no parent, no
     // request.
     void RequestEdit(G_TreeNode* parent, int row);

@@ -14,6 +14,10 @@ void CTreeWidget::keyPressEvent(QKeyEvent* event)
         ctrlHeld = true;
         return;
     }
+    if (state() == EditingState) {
+        event->ignore(); // what the editor left: another current entry would end the edit half way through
+        return;
+    }
     if (PerformKey(*event)) {
         event->accept();
         return;

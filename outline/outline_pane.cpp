@@ -68,6 +68,8 @@ NaviOutlineWidget::NaviOutlineWidget(QWidget* parent)
 
 NaviOutlineWidget::~NaviOutlineWidget()
 {
+    if (tree)
+        tree->DropEdit(); // nothing is renamed on the way out
     delete resetPosHandler;
     delete addHandler;
     delete addSubHandler;
@@ -174,6 +176,8 @@ bool NaviOutlineWidget::HasEntries() const
 void NaviOutlineWidget::FillTree()
 {
     const int expectedCount = itemToNode.size();
+    tree->DropEdit(); // a commit while the rows are being cleared would be one of a row that is gone
+    tree->dragNodes.clear();
     tree->blockSignals(true);
     tree->clear();
     tree->blockSignals(false);
@@ -257,6 +261,7 @@ void NaviOutlineWidget::SetWordWrap(bool wraps)
 
 void NaviOutlineWidget::MoveOutlineNodes(QList<G_TreeNode*> nodes, G_TreeNode* dst, bool asChild)
 {
+    tree->CommitEdit(); // a rename keeps the nodes
     QUndoStack* stack = EnsureUndoStack(context->CurrentDocView());
     const auto isGone = [this](G_TreeNode* node) { return !nodeOrder.contains(node); };
     nodes.erase(std::remove_if(nodes.begin(), nodes.end(), isGone), nodes.end());
@@ -367,10 +372,23 @@ void NaviOutlineWidget::PageChangeSlot(G_DocView* sender)
         const CCA_Point place = sender->ScenePointFromDocPoint({target.left, target.top}, page);
         if (!visible.contains(GQ_ToQPoint(place)))
             continue;
-        tree->setCurrentItem(target.item);
-        qDebug() << target.item->text(OutlineColumn::Title) << "NaviOutlineWidget::PageChangeSlot";
+        MakeCurrentForPage(target.item);
         return;
     }
+}
+
+void NaviOutlineWidget::MakeCurrentForPage(QTreeWidgetItem* item)
+{
+    if (tree->currentItem() != item) {
+        // An edit in another row ends with the change of the current row; it must not fill the tree anew within it.
+        G_TreeNode* node = NodeOf(item);
+        tree->CommitEdit();
+        item = ItemOf(node);
+    }
+    if (!item)
+        return;
+    tree->setCurrentItem(item);
+    qDebug() << item->text(OutlineColumn::Title) << "NaviOutlineWidget::PageChangeSlot";
 }
 
 void NaviOutlineWidget::Perform(const char* operation)

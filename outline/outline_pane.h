@@ -137,6 +137,7 @@ private:
     void EnableButtons();
     void FillTree();
     void OpenPendingEditor();
+    void MakeCurrentForPage(QTreeWidgetItem* item);
     void Perform(const char* operation);
     void SetSubOutlineExpanded(bool isExpanded);
     bool IsExpanded(QTreeWidgetItem* item, const QModelIndex& index) const;

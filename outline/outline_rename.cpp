@@ -68,7 +68,7 @@ void GPI_OutlineRename::ItemChanged(QTreeWidgetItem* item, int)
         return;
     }
     // What is too long is cut and saved, also when what is left is the title that the entry has.
-    const QString newTitle = typed.left(MaxNameLength);
+    const QString newTitle = CutText(typed, MaxNameLength);
     if (isTooLong)
         SetTitleSilently(item, newTitle);
     Rename(node, newTitle); // fills the tree anew: `item` is gone from here on

@@ -148,6 +148,8 @@ QMimeData* CTreeWidget::PrepareDrag()
     if (!pane || !MayReorder(pane->document) || selectedItems().isEmpty())
         return nullptr;
     dragNodes = pane->SelectedNodes();
+    line = oldLine = QLine(); // what an earlier drag left behind when it ended elsewhere
+    dropAtTop = dropAsChild = false;
     isDragging = true;
     return PackSelection();
 }
@@ -180,28 +182,30 @@ void CTreeWidget::Drop(QDropEvent* event)
 {
     QTreeWidgetItem* dragged = SourceItem(event->mimeData());
     QTreeWidgetItem* target = itemAt(event->pos());
+    const QList<G_TreeNode*> moved = dragNodes;
     // A refused drop does not reach the base class, which would move the rows itself.
     if (!dragged || !target || target == dragged || !CanDropOn(dragged, target) || !MoveDragged(target)) {
         event->setDropAction(Qt::IgnoreAction);
         event->ignore();
+        stopAutoScroll();
         return;
     }
     event->setDropAction(Qt::MoveAction);
     event->accept();
     QTreeWidget::dropEvent(event); // ends the drag; the refill left nothing selected that it could move
-    SelectNodes(dragNodes);
-    dragNodes.clear(); // an undo would leave dead nodes
+    SelectNodes(moved);
 }
 
 bool CTreeWidget::MoveDragged(QTreeWidgetItem* target)
 {
     NaviOutlineWidget* pane = Pane();
+    const QList<G_TreeNode*> nodes = dragNodes; // which the refill clears
     G_TreeNode* dst = pane->NodeOf(target);
     if (dst && dropAtTop)
         dst = dst->parent; // to the first place among the target's siblings
-    if (!dst || dragNodes.isEmpty())
+    if (!dst || nodes.isEmpty())
         return false;
-    pane->MoveOutlineNodes(dragNodes, dst, dropAsChild);
+    pane->MoveOutlineNodes(nodes, dst, dropAsChild);
     return true;
 }
 

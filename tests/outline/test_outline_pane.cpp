@@ -1,0 +1,855 @@
+#include "outline_gestures.h"
+
+#include <outline/outline_events.h>
+#include <outline/outline_interceptors.h>
+#include <outline/outline_pane.h>
+#include <outline/outline_rename.h>
+#include <outline/outline_tree.h>
+#include <tests/support/event_probe.h>
+#include <tests/support/test_main.h>
+
+#include <frame/base/converters.h>
+#include <frame/document/payloads.h>
+#include <frame/operation/event_manager.h>
+#include <frame/utils/dpi.h>
+#include <frame/utils/no_content.h>
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QMenu>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTextEdit>
+#include <QToolButton>
+#include <QUndoCommand>
+#include <QUndoStack>
+#include <QtTest>
+
+namespace {
+
+constexpr int selectableAndEnabled = 33;
+constexpr int editableToo = 35;
+
+G_OutlineItem* Record(const OutlineTab* tab, const QList<int>& rows)
+{
+    return static_cast<G_OutlineItem*>(tab->Node(rows)->data);
+}
+
+// Of all entries with children, by title: is it expanded?
+QMap<QString, bool> Expansion(const OutlineTab* tab)
+{
+    QMap<QString, bool> states;
+    for (const char* title : {"A", "A1", "C"}) {
+        if (tab->Item(QString(title)))
+            states.insert(title, tab->Item(QString(title))->isExpanded());
+    }
+    return states;
+}
+
+QMap<QString, bool> AllOf(bool isExpanded)
+{
+    return {{"A", isExpanded}, {"A1", isExpanded}, {"C", isExpanded}};
+}
+
+void PressMenu(const OutlineTab* tab, const QString& title)
+{
+    const QPoint place = Gesture::AsSibling(tab, title);
+    QContextMenuEvent request(QContextMenuEvent::Mouse, place, tab->Tree()->viewport()->mapToGlobal(place));
+    QApplication::sendEvent(tab->Tree()->viewport(), &request);
+}
+
+} // namespace
+
+class TestOutlinePane : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    // The page and the tree
+    void thePageSaysWhatItIs();
+    void theTreeIsBuiltAsThePaneNeedsIt();
+    void rowsAnswerTitlesPagesDepthsAndTooltips();
+    void onlyBlanksAreTrimmedAndATitleOfBlanksIsShownEmpty();
+    void whatIsSetOnARowStandsOverWhatTheEntrySays();
+    void entriesWithoutADestinationShowThreeDotsEverywhere();
+    void theLastGoToActionGivesThePageShown();
+    void onlyATopLevelEntryFallsBackOnTheStoredPageIndex();
+    void nodesAreNumberedInPreOrder();
+    void rowsKeepTheirDragFlagAndAreEditableOnlyWhereEditingIsAllowed_data();
+    void rowsKeepTheirDragFlagAndAreEditableOnlyWhereEditingIsAllowed();
+    void aNullDocumentLeavesAnEmptyWidget();
+    void aNodeWithoutARecordHasARowTooAndAClickOnItGoesNowhere();
+    void theTreeShowsWhatTheDocumentHasOverRefills();
+    // Buttons
+    void buttonsAreOnWhereEditingIsAllowedAndWhereThereAreEntries_data();
+    void buttonsAreOnWhereEditingIsAllowedAndWhereThereAreEntries();
+    void aRefillTurnsButtonsOnByTheEntriesAlone();
+    void everyControlHasAnAccessibleNameAndTakesTheKeyboard();
+    void theAddButtonAddsBehindTheCurrentEntryAndOpensItsEditor();
+    void theAddButtonsMenuOpensTheBatchDialog();
+    void theDeleteButtonAsksAndDeletes();
+    void inAReadOnlyDocumentWrapExpandAndCollapseStayUsable();
+    // Expansion
+    void thePaneOpensFullyExpandedWhateverTheRecordsSay();
+    void theExpandButtonCollapsesAndExpandsAndItsOperationDoesNotFlipIt();
+    void expansionIsWrittenIntoTheDocumentByTheNextOperationWithoutACommandOrAnEvent();
+    void aLeafsRecordFollowsTheExpansionOfAll();
+    void expandSubAndCollapseSubReachFromTheCurrentEntryDown();
+    void aRefillTakesTheExpansionFromTheRecords();
+    void syncingPassesOverNodesThatAreGone();
+    // Refills
+    void undoOfAnyEntryRebuildsTheTreeAndStillOpensThePendingEditor();
+    void aPendingRequestForWhatIsNotThereIsForgotten();
+    void aRefillKeepsTheCurrentEntryAndThePlaceScrolledTo();
+    void theTreeGetsThePictureWithItsLastEntryAndLosesItWithTheFirst();
+    void thePictureIsPlacedAnewOnAResize();
+    void aPageStructureChangeRebuildsOnTheNextShowAndNotBefore();
+    void onlyTheRequestForThisDocumentAddsAnEntry();
+    // Menu
+    void theMenuOfOneEntryInAnEditableDocument();
+    void theMenuOfOneEntryInAReadOnlyDocument();
+    void theMenuOfSeveralEntries();
+    void noMenuOpensWithoutASelection();
+    // Two documents
+    void twoDocumentsHaveTheirOwnPanesInterceptorsAndStacks();
+    void undoRefreshesThePaneOfTheCurrentDocumentOnly();
+};
+
+void TestOutlinePane::init()
+{
+    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
+}
+
+void TestOutlinePane::cleanup()
+{
+    Utils::OVDpi::Instance()->OverrideScale(0);
+}
+
+void TestOutlinePane::thePageSaysWhatItIs()
+{
+    const NaviPageOutline page;
+    QCOMPARE(page.objectName(), QStringLiteral("Catalog"));
+    QCOMPARE(page.Title(), QStringLiteral("Catalog"));
+    QCOMPARE(page.Tooltip(), QStringLiteral("View the document directory (Alt+Shift+1)"));
+    QCOMPARE(page.IconPath(), QStringLiteral(":/core/res/icons/navi/vn_outline"));
+    QCOMPARE(page.PaneId(), Core::Id("ui.navis.outline"));
+    QCOMPARE(page.Position(), 10);
+}
+
+void TestOutlinePane::theTreeIsBuiltAsThePaneNeedsIt()
+{
+    OutlineDesk desk(SmallOutline());
+    const CTreeWidget* tree = desk.First()->Tree();
+    QCOMPARE(tree->parentWidget(), static_cast<QWidget*>(desk.First()->pane));
+    QCOMPARE(tree->horizontalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
+    QCOMPARE(tree->selectionMode(), QAbstractItemView::ExtendedSelection);
+    QCOMPARE(tree->frameStyle(), 0);
+    QCOMPARE(tree->contextMenuPolicy(), Qt::CustomContextMenu);
+    QVERIFY(tree->isHeaderHidden());
+    QCOMPARE(tree->columnCount(), 2);
+    QVERIFY(!tree->header()->stretchLastSection());
+    QCOMPARE(tree->header()->sectionResizeMode(0), QHeaderView::Stretch);
+    QCOMPARE(tree->header()->sectionResizeMode(1), QHeaderView::Fixed);
+    QCOMPARE(tree->columnWidth(1), 64);
+    QCOMPARE(tree->dragDropMode(), QAbstractItemView::InternalMove);
+    QVERIFY(tree->acceptDrops() && tree->dragEnabled() && tree->showDropIndicator());
+    QCOMPARE(tree->editTriggers(), QAbstractItemView::NoEditTriggers);
+}
+
+void TestOutlinePane::rowsAnswerTitlesPagesDepthsAndTooltips()
+{
+    OutlineDesk desk(QStringLiteral("page 210 297\npage 210 297\noutline \"  Chapter one \" page=2\n"
+                                    "  outline \"Section\""));
+    const OutlineTab* tab = desk.First();
+    const QTreeWidgetItem* item = tab->Item(QList<int>{0});
+    QCOMPARE(item->text(0), QStringLiteral("Chapter one"));
+    QCOMPARE(item->text(1), QStringLiteral("2"));
+    QCOMPARE(item->data(0, Qt::UserRole).toInt(), 1);
+    QCOMPARE(item->data(1, Qt::UserRole).toInt(), 1);
+    QCOMPARE(item->data(2, Qt::UserRole).toString(), QStringLiteral("  Chapter one "));
+    QCOMPARE(item->toolTip(0), QStringLiteral("  Chapter one "));
+    QCOMPARE(item->toolTip(1), QStringLiteral("2"));
+    const QTreeWidgetItem* below = tab->Item(QList<int>{0, 0});
+    QCOMPARE(below->data(0, Qt::UserRole).toInt(), 2);
+    QCOMPARE(below->text(1), QStringLiteral("..."));
+    QCOMPARE(below->toolTip(1), QStringLiteral("..."));
+}
+
+void TestOutlinePane::onlyBlanksAreTrimmedAndATitleOfBlanksIsShownEmpty()
+{
+    OutlineDesk desk(QStringLiteral("page 210 297\noutline \"   \"\noutline \"a  b\"\n"
+                                    "outline \"\u00a0x\u3000\"\noutline \" y\"\noutline \"\"\n"));
+    QCOMPARE(desk.First()->Rows(), QStringLiteral("\na  b\n\u00a0x\u3000\ny\n\n"));
+}
+
+void TestOutlinePane::whatIsSetOnARowStandsOverWhatTheEntrySays()
+{
+    OutlineDesk desk(SmallOutline());
+    QTreeWidgetItem* item = desk.First()->Item("B");
+    qRegisterMetaType<QTreeWidgetItem*>("QTreeWidgetItem*");
+    delete desk.First()->pane->renameHandler; // or it would rename the entry
+    desk.First()->pane->renameHandler = nullptr;
+    QSignalSpy changes(desk.First()->Tree(), &QTreeWidget::itemChanged);
+    item->setText(0, QStringLiteral("B"));
+    QCOMPARE(changes.count(), 0); // nothing new
+    item->setText(0, QStringLiteral("Z"));
+    QCOMPARE(changes.count(), 1);
+    item->setText(1, QStringLiteral("77"));
+    item->setToolTip(0, QStringLiteral("tip"));
+    item->setData(2, Qt::UserRole, QStringLiteral("stored"));
+    const std::unique_ptr<QTreeWidgetItem> copy(item->clone());
+    for (const QTreeWidgetItem* same : {item, copy.get()}) {
+        QCOMPARE(same->text(0), QStringLiteral("Z"));
+        QCOMPARE(same->text(1), QStringLiteral("77"));
+        QCOMPARE(same->toolTip(0), QStringLiteral("tip"));
+        QCOMPARE(same->data(2, Qt::UserRole).toString(), QStringLiteral("stored"));
+        QCOMPARE(same->data(0, Qt::UserRole).toInt(), 1);
+    }
+}
+
+void TestOutlinePane::entriesWithoutADestinationShowThreeDotsEverywhere()
+{
+    OutlineDesk desk(QStringLiteral("page 210 297\noutline \"A\"\n  outline \"B\" uri=https://example.org\n"
+                                    "outline \"C\" page=99\n  outline \"D\" page=99\n"));
+    for (QTreeWidgetItemIterator it(desk.First()->Tree()); *it; ++it)
+        QCOMPARE((*it)->text(1), QStringLiteral("..."));
+}
+
+void TestOutlinePane::theLastGoToActionGivesThePageShown()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    G_OutlineItem* record = Record(tab, {0});
+    const auto add = [record](G_Action* action, int pageId) {
+        if (auto* jump = dynamic_cast<G_ActionGoto*>(action))
+            jump->dest->pageId = pageId;
+        record->actions.Add(action);
+    };
+    add(new G_ActionGoto, 3);
+    add(new G_ActionUri, 0);
+    tab->pane->UpdateOutline(0);
+    QCOMPARE(tab->Item("A")->text(1), QStringLiteral("3"));
+    add(new G_ActionGoto, 44); // leads nowhere, so the one before it counts
+    tab->pane->UpdateOutline(0);
+    QCOMPARE(tab->Item("A")->text(1), QStringLiteral("3"));
+    add(nullptr, 0);
+    tab->pane->UpdateOutline(0);
+    QCOMPARE(tab->Item("A")->text(1), QStringLiteral("3"));
+}
+
+void TestOutlinePane::onlyATopLevelEntryFallsBackOnTheStoredPageIndex()
+{
+    OutlineDesk desk(QStringLiteral("page 210 297\npage 210 297\npage 210 297\noutline \"A\" index=2\n"
+                                    "  outline \"B\" index=2\n"));
+    QCOMPARE(desk.First()->Item("A")->text(1), QStringLiteral("3"));
+    QCOMPARE(desk.First()->Item("B")->text(1), QStringLiteral("..."));
+}
+
+void TestOutlinePane::nodesAreNumberedInPreOrder()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    const NaviOutlineWidget* pane = tab->pane;
+    QCOMPARE(pane->nodeOrder.value(tab->Node({})), 0);
+    int number = 0;
+    for (const char* title : {"A", "A1", "A1a", "A2", "B", "C", "C1"}) {
+        QTreeWidgetItem* item = tab->Item(QString(title));
+        G_TreeNode* node = pane->NodeOf(item);
+        QCOMPARE(GQ_ToQStringFromUtf8(node->NodeText()), QString(title));
+        QCOMPARE(pane->nodeOrder.value(node, -1), ++number);
+        QCOMPARE(pane->ItemOf(node), item);
+    }
+    QCOMPARE(pane->nextOrder, number + 1);
+    QCOMPARE(pane->nodeOrder.size(), number + 1);
+    QCOMPARE(pane->itemToNode.size(), number);
+    QVERIFY(!pane->NodeOf(nullptr));
+    QVERIFY(!pane->ItemOf(nullptr));
+    QVERIFY(!pane->ItemOf(tab->Node({})));
+}
+
+void TestOutlinePane::rowsKeepTheirDragFlagAndAreEditableOnlyWhereEditingIsAllowed_data()
+{
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<int>("bits");
+    QTest::newRow("plain") << QString() << editableToo;
+    QTest::newRow("permissions that allow editing") << "rights edit=yes\n" << editableToo;
+    QTest::newRow("permissions that forbid editing") << "rights edit=no\n" << selectableAndEnabled;
+    QTest::newRow("read-only") << "readonly\n" << selectableAndEnabled;
+}
+
+void TestOutlinePane::rowsKeepTheirDragFlagAndAreEditableOnlyWhereEditingIsAllowed()
+{
+    QFETCH(QString, state);
+    QFETCH(int, bits);
+    OutlineDesk desk(state + SmallOutline());
+    for (int round = 0; round < 2; ++round) {
+        for (const char* title : {"A", "A1a"}) {
+            const Qt::ItemFlags flags = desk.First()->Item(QString(title))->flags();
+            QCOMPARE(int(flags) & editableToo, bits);
+            QVERIFY(flags & Qt::ItemIsDragEnabled);
+        }
+        desk.First()->pane->UpdateOutline(0);
+    }
+}
+
+void TestOutlinePane::aNullDocumentLeavesAnEmptyWidget()
+{
+    OutlineDesk desk(SmallOutline());
+    const std::unique_ptr<QWidget> widget(desk.page.CreateWidget(nullptr));
+    auto* pane = qobject_cast<NaviOutlineWidget*>(widget.get());
+    QVERIFY(pane);
+    QVERIFY(pane->findChildren<QWidget*>().isEmpty());
+    pane->show();
+    pane->resize(300, 300);
+    desk.Perform("d_addoutline"); // its events reach the empty pane too
+    emit desk.Context()->EventMgr()->PageStructChanged(desk.First()->document);
+    emit desk.Context()->EventMgr()->PageChange(desk.First()->view);
+    emit desk.Context()->EventMgr()->PageChange(desk.First()->view);
+    pane->hide();
+    pane->show();
+    pane->UpdateOutline(0);
+    pane->RecordExpandState();
+    pane->ExpandSubOutline();
+    pane->SyncExpandStates();
+    QVERIFY(pane->findChildren<QWidget*>().isEmpty());
+}
+
+void TestOutlinePane::aNodeWithoutARecordHasARowTooAndAClickOnItGoesNowhere()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    QVERIFY(tab->Node({})->AddSubNode(1, nullptr));
+    tab->pane->UpdateOutline(0);
+    QCOMPARE(tab->Item(QList<int>{1})->text(0), QString());
+    QCOMPARE(tab->Item(QList<int>{1})->text(1), QStringLiteral("..."));
+    const int page = tab->view->CurrentPageIndex();
+    tab->pane->OnClickItem(tab->Item(QList<int>{1}), 0);
+    QCOMPARE(tab->view->CurrentPageIndex(), page);
+    tab->pane->RecordExpandState();
+    tab->pane->SyncExpandStates(); // passes it over
+    QVERIFY(!tab->Node({1})->data);
+}
+
+void TestOutlinePane::theTreeShowsWhatTheDocumentHasOverRefills()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    // No QAbstractItemModelTester: Qt's own tree model breaks its rules with two columns.
+    const QString before = tab->Names();
+    tab->MakeCurrent("A1");
+    desk.Perform("d_outline_add");
+    QCOMPARE(tab->Rows(), tab->Names());
+    tab->Select({"A2", "C"});
+    desk.Context()->AnswerAllWith(1024);
+    tab->pane->DelOutline();
+    tab->Stack()->undo();
+    tab->Stack()->undo();
+    QCOMPARE(tab->Rows(), before);
+    tab->Stack()->redo();
+    QCOMPARE(tab->Rows(), tab->Names());
+}
+
+void TestOutlinePane::buttonsAreOnWhereEditingIsAllowedAndWhereThereAreEntries_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("canAdd");
+    QTest::addColumn<bool>("canDelete");
+    QTest::addColumn<bool>("canExpand");
+    QTest::newRow("entries") << SmallOutline() << true << true << true;
+    QTest::newRow("no entries") << "page 210 297" << true << false << false;
+    QTest::newRow("read-only") << "readonly\n" + SmallOutline() << false << false << true;
+    QTest::newRow("no right") << "rights edit=no\n" + SmallOutline() << false << false << true;
+    QTest::newRow("encrypted") << "encrypted\n" + SmallOutline() << true << true << false;
+}
+
+void TestOutlinePane::buttonsAreOnWhereEditingIsAllowedAndWhereThereAreEntries()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, canAdd);
+    QFETCH(bool, canDelete);
+    QFETCH(bool, canExpand);
+    OutlineDesk desk(text);
+    QCOMPARE(desk.First()->pane->addButton->isEnabled(), canAdd);
+    QCOMPARE(desk.First()->pane->delButton->isEnabled(), canDelete);
+    QCOMPARE(desk.First()->pane->expandButton->isEnabled(), canExpand);
+}
+
+void TestOutlinePane::aRefillTurnsButtonsOnByTheEntriesAlone()
+{
+    OutlineDesk encrypted("encrypted\n" + SmallOutline());
+    encrypted.First()->pane->UpdateOutline(0);
+    QVERIFY(encrypted.First()->pane->expandButton->isEnabled()); // on purpose: asked for at the start alone
+    OutlineDesk restricted("rights edit=no\n" + SmallOutline());
+    restricted.First()->pane->UpdateOutline(0);
+    QVERIFY(restricted.First()->pane->delButton->isEnabled()); // on purpose: the operation refuses
+    const QString before = restricted.First()->Names();
+    restricted.First()->MakeCurrent("B");
+    restricted.First()->pane->DelOutline();
+    QCOMPARE(restricted.First()->Names(), before);
+    OutlineDesk readOnly("readonly\n" + SmallOutline());
+    readOnly.First()->pane->UpdateOutline(0);
+    QVERIFY(!readOnly.First()->pane->delButton->isEnabled());
+    QVERIFY(!readOnly.First()->pane->addButton->isEnabled());
+    QVERIFY(readOnly.First()->pane->expandButton->isEnabled());
+}
+
+void TestOutlinePane::everyControlHasAnAccessibleNameAndTakesTheKeyboard()
+{
+    OutlineDesk desk(SmallOutline());
+    const NaviOutlineWidget* pane = desk.First()->pane;
+    QCOMPARE(pane->addButton->toolTip(), QStringLiteral("Add outline"));
+    QCOMPARE(pane->delButton->toolTip(), QStringLiteral("Del outline"));
+    QCOMPARE(pane->expandButton->toolTip(), QStringLiteral("Collapse all outline"));
+    QCOMPARE(pane->addButton->size(), QSize(34, 24));
+    QCOMPARE(pane->delButton->size(), QSize(24, 24));
+    QCOMPARE(pane->expandButton->size(), QSize(24, 24));
+    for (const QWidget* control :
+         std::initializer_list<QWidget*>{pane->addButton, pane->delButton, pane->expandButton, pane->tree}) {
+        QVERIFY(!control->accessibleName().isEmpty());
+        QVERIFY(control->focusPolicy() & Qt::TabFocus);
+    }
+    pane->expandButton->setFocus();
+    QTest::keyClick(pane->expandButton, Qt::Key_Space);
+    QCOMPARE(Expansion(desk.First()), AllOf(false));
+    QCOMPARE(pane->expandButton->accessibleName(), QStringLiteral("Expand all outline"));
+}
+
+void TestOutlinePane::theAddButtonAddsBehindTheCurrentEntryAndOpensItsEditor()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    tab->MakeCurrent("A1");
+    QTest::mouseClick(tab->pane->addButton, Qt::LeftButton, {}, QPoint(8, 12));
+    QCOMPARE(tab->Names(), QStringLiteral("A\n  A1\n    A1a\n  new outline\n  A2\nB\nC\n  C1\n"));
+    QCOMPARE(tab->Rows(), tab->Names());
+    QCOMPARE(tab->Tree()->currentItem(), tab->Item("new outline"));
+    QVERIFY(tab->Editor());
+    QCOMPARE(tab->Editor()->textCursor().selectedText(), QStringLiteral("new outline"));
+    QVERIFY(!tab->Tree()->pendingParent);
+    QCOMPARE(tab->Tree()->pendingRow, -1);
+    QTest::keyClicks(tab->Editor(), QStringLiteral("Typed"));
+    QTest::keyClick(tab->Editor(), Qt::Key_Return);
+    ViewFixture::Settle();
+    QCOMPARE(tab->Names(), QStringLiteral("A\n  A1\n    A1a\n  Typed\n  A2\nB\nC\n  C1\n"));
+    QCOMPARE(tab->Stack()->count(), 2);
+    tab->Stack()->undo();
+    tab->Stack()->undo();
+    QCOMPARE(tab->Rows(), QStringLiteral("A\n  A1\n    A1a\n  A2\nB\nC\n  C1\n"));
+    tab->Stack()->redo();
+    QVERIFY(!tab->Editor()); // only a fresh entry opens it
+}
+
+void TestOutlinePane::theAddButtonsMenuOpensTheBatchDialog()
+{
+    OutlineDesk desk(SmallOutline());
+    const NaviOutlineWidget* pane = desk.First()->pane;
+    QCOMPARE(pane->addButton->popupMode(), QToolButton::MenuButtonPopup);
+    const QList<QAction*> actions = pane->addButton->menu()->actions();
+    QCOMPARE(actions.size(), 1);
+    QCOMPARE(actions.first()->text(), QStringLiteral("Batch add"));
+    actions.first()->trigger();
+    QVERIFY(pane->batchAddHandler->Dialog());
+}
+
+void TestOutlinePane::theDeleteButtonAsksAndDeletes()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    tab->Select({"C", "A1"});
+    desk.Context()->Answer(4194304); // cancel
+    QTest::mouseClick(tab->pane->delButton, Qt::LeftButton);
+    QCOMPARE(tab->Stack()->count(), 0);
+    desk.Context()->Answer(1024);
+    QTest::mouseClick(tab->pane->delButton, Qt::LeftButton);
+    QCOMPARE(tab->Rows(), QStringLiteral("A\n  A2\nB\n"));
+    QCOMPARE(tab->Stack()->count(), 1);
+    tab->Stack()->undo();
+    QCOMPARE(tab->Rows(), QStringLiteral("A\n  A1\n    A1a\n  A2\nB\nC\n  C1\n"));
+}
+
+void TestOutlinePane::inAReadOnlyDocumentWrapExpandAndCollapseStayUsable()
+{
+    OutlineDesk desk("readonly\n" + SmallOutline());
+    const OutlineTab* tab = desk.First();
+    QVERIFY(!tab->pane->addButton->isEnabled());
+    QVERIFY(!tab->pane->delButton->isEnabled());
+    QVERIFY(desk.Perform("d_outline_wordwrap"));
+    QVERIFY(!tab->pane->wordWrap);
+    QTest::mouseClick(tab->pane->expandButton, Qt::LeftButton);
+    QCOMPARE(Expansion(tab), AllOf(false));
+    QTest::mouseClick(tab->pane->expandButton, Qt::LeftButton);
+    QCOMPARE(Expansion(tab), AllOf(true));
+    tab->Item("C")->setExpanded(false);
+    tab->MakeCurrent("C");
+    QVERIFY(desk.Perform("d_outline_expandsub"));
+    QVERIFY(tab->Item("C")->isExpanded());
+    Gesture::DoubleClick(tab, "A");
+    QVERIFY(!tab->Editor());
+    QCOMPARE(tab->Stack()->count(), 0);
+}
+
+void TestOutlinePane::thePaneOpensFullyExpandedWhateverTheRecordsSay()
+{
+    OutlineDesk desk(QStringLiteral("page 210 297\noutline \"A\" closed\n  outline \"A1\" closed\n"
+                                    "    outline \"A1a\"\noutline \"C\"\n  outline \"C1\"\n"));
+    QCOMPARE(Expansion(desk.First()), AllOf(true));
+    QVERIFY(!desk.First()->pane->expandButton->isChecked());
+    QCOMPARE(desk.First()->pane->expandState.size(), 5);
+    QVERIFY(!Record(desk.First(), {0})->expanded); // nothing is written by opening
+    QVERIFY(!desk.First()->document->IsModified());
+}
+
+void TestOutlinePane::theExpandButtonCollapsesAndExpandsAndItsOperationDoesNotFlipIt()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    QTest::mouseClick(tab->pane->expandButton, Qt::LeftButton);
+    QCOMPARE(Expansion(tab), AllOf(false));
+    QCOMPARE(tab->pane->expandButton->toolTip(), QStringLiteral("Expand all outline"));
+    tab->Item("A")->setExpanded(true);
+    QVERIFY(desk.Perform("d_outline_expandorcollapse"));
+    QCOMPARE(Expansion(tab), AllOf(false));
+    QVERIFY(tab->pane->expandButton->isChecked());
+    QTest::mouseClick(tab->pane->expandButton, Qt::LeftButton);
+    QCOMPARE(Expansion(tab), AllOf(true));
+    QCOMPARE(tab->pane->expandButton->toolTip(), QStringLiteral("Collapse all outline"));
+    QVERIFY(!tab->Tree()->signalsBlocked());
+}
+
+void TestOutlinePane::expansionIsWrittenIntoTheDocumentByTheNextOperationWithoutACommandOrAnEvent()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    tab->pane->SyncExpandStates();
+    QVERIFY(tab->pane->expandState.isEmpty());
+    QVERIFY(Record(tab, {0, 1})->expanded);
+    const EventProbe probe(desk.Context()->EventMgr());
+    tab->Item("C")->setExpanded(false); // as a click on its arrow
+    QCOMPARE(tab->pane->expandState.size(), 1);
+    QVERIFY(Record(tab, {2})->expanded); // not by the click itself
+    tab->pane->SyncExpandStates();
+    QVERIFY(!Record(tab, {2})->expanded);
+    QVERIFY(Record(tab, {0})->expanded);
+    QVERIFY(tab->pane->expandState.isEmpty());
+    QCOMPARE(probe.Total(), 0);
+    QCOMPARE(tab->Stack()->count(), 0);
+    // As part of an operation, ahead of the records being copied.
+    tab->Item("C")->setExpanded(true);
+    tab->MakeCurrent("C1");
+    desk.Perform("d_outline_add");
+    QVERIFY(Record(tab, {2})->expanded);
+}
+
+void TestOutlinePane::aLeafsRecordFollowsTheExpansionOfAll()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    QVERIFY(!Record(tab, {0, 1})->expanded); // closed in the document
+    tab->pane->SyncExpandStates();
+    QVERIFY(Record(tab, {0, 1})->expanded);
+    tab->pane->expandButton->click();
+    tab->pane->SyncExpandStates();
+    QVERIFY(!Record(tab, {0, 1})->expanded);
+    QVERIFY(!Record(tab, {1})->expanded);
+    QVERIFY(!Record(tab, {0})->expanded);
+    // And is what it was after a refill from the records.
+    tab->pane->UpdateOutline(0);
+    tab->pane->RecordExpandState();
+    QCOMPARE(tab->pane->expandState.value(tab->Node({1}), true), false);
+    QCOMPARE(tab->pane->expandState.value(tab->Node({0}), true), false);
+}
+
+void TestOutlinePane::expandSubAndCollapseSubReachFromTheCurrentEntryDown()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    tab->pane->expandButton->click();
+    tab->pane->SyncExpandStates();
+    tab->MakeCurrent("A");
+    tab->pane->ExpandSubOutline();
+    QCOMPARE(Expansion(tab), (QMap<QString, bool>{{"A", true}, {"A1", true}, {"C", false}}));
+    QCOMPARE(tab->pane->expandState, (QHash<G_TreeNode*, bool>{{tab->Node({0}), true}, {tab->Node({0, 0}), true}}));
+    tab->MakeCurrent("A1");
+    tab->pane->CollapseSubOutline();
+    QCOMPARE(Expansion(tab), (QMap<QString, bool>{{"A", true}, {"A1", false}, {"C", false}}));
+    QCOMPARE(tab->pane->expandState.value(tab->Node({0, 0})), false);
+    tab->Tree()->setCurrentItem(nullptr);
+    tab->pane->ExpandSubOutline();
+    QCOMPARE(Expansion(tab), (QMap<QString, bool>{{"A", true}, {"A1", false}, {"C", false}}));
+}
+
+void TestOutlinePane::aRefillTakesTheExpansionFromTheRecords()
+{
+    OutlineDesk desk(QStringLiteral("page 210 297\noutline \"A\"\n  outline \"A1\" closed\n    outline \"A1a\"\n"
+                                    "outline \"C\" closed\n  outline \"C1\"\n"));
+    desk.First()->pane->UpdateOutline(0);
+    QCOMPARE(Expansion(desk.First()), (QMap<QString, bool>{{"A", true}, {"A1", false}, {"C", false}}));
+}
+
+void TestOutlinePane::syncingPassesOverNodesThatAreGone()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    QVERIFY(!tab->pane->expandState.isEmpty());
+    QVERIFY(tab->Node({})->RemoveSubNode(0));
+    tab->pane->UpdateOutline(0); // the states of the dead nodes are still there
+    QVERIFY(tab->pane->expandState.size() > tab->pane->itemToNode.size());
+    tab->pane->SyncExpandStates();
+    QVERIFY(tab->pane->expandState.isEmpty());
+    QCOMPARE(tab->Names(), QStringLiteral("B\nC\n  C1\n"));
+}
+
+void TestOutlinePane::undoOfAnyEntryRebuildsTheTreeAndStillOpensThePendingEditor()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    tab->Stack()->push(new QUndoCommand(QStringLiteral("another pane's entry")));
+    // The tree changes behind the pane: only a refill shows it.
+    QVERIFY(tab->Node({})->RemoveSubNode(0));
+    tab->Tree()->pendingParent = tab->Node({1});
+    tab->Tree()->pendingRow = 0;
+    tab->Stack()->undo();
+    QCOMPARE(tab->Rows(), QStringLiteral("B\nC\n  C1\n"));
+    QVERIFY(tab->Editor());
+    QCOMPARE(tab->Editor()->toPlainText(), QStringLiteral("C1"));
+    QCOMPARE(tab->Tree()->currentItem(), tab->Item("C1"));
+    QVERIFY(!tab->Tree()->pendingParent);
+    QCOMPARE(tab->Tree()->pendingRow, -1);
+    tab->Tree()->pendingParent = tab->Node({}); // and among the top-level ones
+    tab->Tree()->pendingRow = 1;
+    tab->Stack()->redo();
+    QCOMPARE(tab->Editor()->toPlainText(), QStringLiteral("C"));
+}
+
+void TestOutlinePane::aPendingRequestForWhatIsNotThereIsForgotten()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    G_TreeNode* dead = tab->Node({0});
+    QVERIFY(tab->Node({})->RemoveSubNode(0));
+    for (G_TreeNode* parent : {tab->Node({}), dead}) {
+        tab->Tree()->pendingParent = parent;
+        tab->Tree()->pendingRow = 55;
+        tab->pane->UpdateOutline(0);
+        QVERIFY(!tab->Editor());
+        QVERIFY(!tab->Tree()->pendingParent);
+        QCOMPARE(tab->Tree()->pendingRow, -1);
+    }
+}
+
+void TestOutlinePane::aRefillKeepsTheCurrentEntryAndThePlaceScrolledTo()
+{
+    QString text = QStringLiteral("page 210 297\n");
+    for (int i = 0; i < 40; ++i)
+        text += QStringLiteral("outline \"N%1\" page=1\n  outline \"below %1\" page=1\n").arg(i);
+    OutlineDesk desk(text);
+    const OutlineTab* tab = desk.First();
+    tab->MakeCurrent("below 35");
+    tab->Tree()->verticalScrollBar()->setValue(60);
+    tab->pane->UpdateOutline(0);
+    QCOMPARE(tab->Tree()->currentItem(), tab->Item("below 35"));
+    QVERIFY(tab->Tree()->selectedItems().isEmpty());
+    ViewFixture::Settle();
+    QCOMPARE(tab->Tree()->verticalScrollBar()->value(), 60);
+    // What is gone gives way to what stands there now.
+    QVERIFY(tab->Node({35})->RemoveSubNode(0));
+    tab->pane->UpdateOutline(0);
+    QCOMPARE(tab->Tree()->currentItem(), tab->Item("N35"));
+}
+
+void TestOutlinePane::theTreeGetsThePictureWithItsLastEntryAndLosesItWithTheFirst()
+{
+    OutlineDesk desk(QStringLiteral("page 210 297\noutline \"A\"\n"));
+    const OutlineTab* tab = desk.First();
+    QVERIFY(!tab->pane->noContent);
+    tab->MakeCurrent("A");
+    tab->pane->DelOutline();
+    const QPointer<OVPaintNoContent> picture(tab->pane->noContent);
+    QVERIFY(picture);
+    QCOMPARE(picture->parentWidget(), static_cast<QWidget*>(tab->Tree()));
+    QVERIFY(picture->isVisible());
+    QVERIFY(!tab->pane->delButton->isEnabled());
+    QVERIFY(!tab->pane->expandButton->isEnabled());
+    tab->pane->AddOutline();
+    QVERIFY(!tab->pane->noContent);
+    QVERIFY(picture.isNull());
+    QVERIFY(tab->pane->delButton->isEnabled());
+    QVERIFY(tab->pane->expandButton->isEnabled());
+}
+
+void TestOutlinePane::thePictureIsPlacedAnewOnAResize()
+{
+    OutlineDesk desk(QStringLiteral("page 210 297"));
+    const OutlineTab* tab = desk.First();
+    QVERIFY(tab->pane->noContent);
+    for (const QSize& size : {QSize(300, 500), QSize(420, 260)}) {
+        tab->pane->resize(size);
+        ViewFixture::Settle();
+        const QRect place = tab->pane->noContent->PixRect();
+        QCOMPARE(place.size(), QSize(120, 112));
+        QCOMPARE(place.x(), (tab->Tree()->width() - 120) / 2);
+        QCOMPARE(place.y(), (tab->Tree()->height() - 70 - 112) / 2);
+    }
+}
+
+void TestOutlinePane::aPageStructureChangeRebuildsOnTheNextShowAndNotBefore()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    const QString before = tab->Rows();
+    tab->pane->hide();
+    emit desk.Context()->EventMgr()->PageStructChanged(tab->document);
+    QVERIFY(tab->pane->rebuildOnShow);
+    QVERIFY(tab->Node({})->RemoveSubNode(0));
+    ViewFixture::Settle();
+    QCOMPARE(tab->Rows(), before);
+    tab->pane->show();
+    QCOMPARE(tab->Rows(), QStringLiteral("B\nC\n  C1\n"));
+    QVERIFY(!tab->pane->rebuildOnShow);
+    QVERIFY(tab->Node({})->RemoveSubNode(0));
+    tab->pane->hide();
+    tab->pane->show();
+    QCOMPARE(tab->Rows(), QStringLiteral("B\nC\n  C1\n")); // nothing was marked
+}
+
+void TestOutlinePane::onlyTheRequestForThisDocumentAddsAnEntry()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    const QString key = GQ_ToQStringFromUtf8(tab->document->GetDocumentKey());
+    const auto fire = [&](G_Event* event) { desk.Context()->FireEvent(event); };
+    fire(new G_OutlineAddEvent(QStringLiteral("d_outline_add"), key + QLatin1Char('x'), 1000));
+    fire(new G_OutlineAddEvent(QStringLiteral("d_addoutline"), key, 1000));
+    fire(new G_OutlineAddEvent(QStringLiteral("D_OUTLINE_ADD"), key, 1000));
+    fire(new G_OutlineAddEvent(QStringLiteral("d_outline_add"), key, 1001));
+    fire(new G_StringEvent(QStringLiteral("d_outline_add"), 1000));
+    tab->pane->UpdateOutline(static_cast<G_Event*>(nullptr));
+    QCOMPARE(tab->Stack()->count(), 0);
+    fire(new G_OutlineAddEvent(QStringLiteral("d_outline_add"), key, 1000));
+    QCOMPARE(tab->Stack()->count(), 1);
+    QVERIFY(tab->Editor());
+    QCOMPARE(tab->Names(), QStringLiteral("A\n  A1\n    A1a\n  A2\nB\nC\n  C1\nnew outline\n"));
+}
+
+void TestOutlinePane::theMenuOfOneEntryInAnEditableDocument()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    tab->MakeCurrent("A");
+    PressMenu(tab, "A");
+    QCOMPARE(desk.menu->shown, QStringList{"vn_outline"});
+    const auto state = [&](const char* operation) { return desk.menu->lastStates.value(operation); };
+    QCOMPARE(desk.menu->lastStates.keys(),
+             (QStringList{"d_outline_add", "d_outline_addsub", "d_outline_expandsub", "d_outline_rename",
+                          "d_outline_resetpos", "d_outline_wordwrap"}));
+    for (const char* operation : {"d_outline_add", "d_outline_addsub", "d_outline_rename", "d_outline_resetpos"}) {
+        QVERIFY(state(operation).enabled && state(operation).visible);
+        QVERIFY(!state(operation).checked && !state(operation).hasIcon);
+        QCOMPARE(state(operation).reservedNumber, 0);
+    }
+    QVERIFY(state("d_outline_expandsub").enabled && state("d_outline_expandsub").visible);
+    QVERIFY(state("d_outline_wordwrap").checked && state("d_outline_wordwrap").hasIcon);
+    QVERIFY(state("d_outline_wordwrap").enabled && state("d_outline_wordwrap").visible);
+    QCOMPARE(state("d_outline_wordwrap").iconPath, QStringLiteral(":/nodeQrc/image/select.svg"));
+    desk.Perform("d_outline_wordwrap");
+    tab->MakeCurrent("B"); // has no children
+    PressMenu(tab, "B");
+    QVERIFY(!state("d_outline_expandsub").enabled && state("d_outline_expandsub").visible);
+    QVERIFY(!state("d_outline_wordwrap").checked && state("d_outline_wordwrap").hasIcon);
+    QCOMPARE(state("d_outline_wordwrap").iconPath, QStringLiteral(":/nodeQrc/image/unselect.svg"));
+}
+
+void TestOutlinePane::theMenuOfOneEntryInAReadOnlyDocument()
+{
+    OutlineDesk desk("readonly\n" + SmallOutline());
+    const OutlineTab* tab = desk.First();
+    tab->MakeCurrent("A");
+    PressMenu(tab, "A");
+    QCOMPARE(desk.menu->shown, QStringList{"vn_outline"});
+    for (const char* operation : {"d_outline_add", "d_outline_addsub", "d_outline_rename", "d_outline_resetpos",
+                                  "d_outline_del", "d_outline_delall"}) {
+        const ContextMenuItemState state = desk.menu->lastStates.value(operation);
+        QVERIFY2(!state.enabled && state.visible, operation);
+    }
+    QVERIFY(desk.menu->lastStates.value("d_outline_expandsub").enabled);
+    QVERIFY(desk.menu->lastStates.value("d_outline_wordwrap").enabled);
+}
+
+void TestOutlinePane::theMenuOfSeveralEntries()
+{
+    for (const char* state : {"", "readonly\n"}) {
+        OutlineDesk desk(state + SmallOutline());
+        const OutlineTab* tab = desk.First();
+        tab->Select({"A", "B"});
+        PressMenu(tab, "A");
+        QCOMPARE(desk.menu->lastStates.keys(),
+                 (QStringList{"d_outline_add", "d_outline_addsub", "d_outline_expandsub", "d_outline_rename",
+                              "d_outline_resetpos", "d_outline_wordwrap"}));
+        for (const char* operation :
+             {"d_outline_add", "d_outline_addsub", "d_outline_rename", "d_outline_resetpos", "d_outline_expandsub"})
+            QVERIFY2(!desk.menu->lastStates.value(operation).visible, operation);
+        QVERIFY(desk.menu->lastStates.value("d_outline_wordwrap").visible);
+    }
+}
+
+void TestOutlinePane::noMenuOpensWithoutASelection()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    tab->Tree()->clearSelection();
+    tab->pane->PopRequestMenu(Gesture::AsSibling(tab, "A"));
+    QCOMPARE(desk.menu->shown, QStringList());
+    tab->Tree()->setCurrentItem(nullptr);
+    tab->Item("A")->setSelected(true);
+    tab->pane->PopRequestMenu(Gesture::AsSibling(tab, "A"));
+    QCOMPARE(desk.menu->shown, QStringList());
+}
+
+void TestOutlinePane::twoDocumentsHaveTheirOwnPanesInterceptorsAndStacks()
+{
+    OutlineDesk desk(SmallOutline());
+    OutlineTab* other = desk.Open(SmallOutline());
+    OutlineTab* first = desk.First();
+    QVERIFY(first->pane != other->pane);
+    QVERIFY(first->pane->renameHandler != other->pane->renameHandler);
+    QVERIFY(first->Stack() != other->Stack());
+    const QString untouched = first->Dump();
+    other->MakeCurrent("B");
+    first->MakeCurrent("A");
+    desk.Perform("d_outline_addsub");
+    QCOMPARE(other->Names(), QStringLiteral("A\n  A1\n    A1a\n  A2\nB\n  new outline\nC\n  C1\n"));
+    QVERIFY(other->Editor());
+    QVERIFY(!first->Editor());
+    desk.Perform("d_outline_wordwrap");
+    QVERIFY(first->pane->wordWrap && !other->pane->wordWrap);
+    desk.Context()->AnswerAllWith(1024);
+    desk.Perform("d_outline_delall");
+    QVERIFY(!other->pane->HasEntries());
+    QCOMPARE(first->Dump(), untouched);
+    QCOMPARE(first->Stack()->count(), 0);
+    QCOMPARE(first->Rows(), first->Names());
+}
+
+void TestOutlinePane::undoRefreshesThePaneOfTheCurrentDocumentOnly()
+{
+    OutlineDesk desk(SmallOutline());
+    OutlineTab* other = desk.Open(SmallOutline());
+    OutlineTab* first = desk.First();
+    desk.MakeCurrent(first);
+    const QString before = first->Dump();
+    first->MakeCurrent("A");
+    desk.Context()->AnswerAllWith(1024);
+    desk.Perform("d_outline_del");
+    QCOMPARE(first->Rows(), QStringLiteral("B\nC\n  C1\n"));
+    const QTreeWidgetItem* item = other->Item("A");
+    first->Stack()->undo();
+    QCOMPARE(first->Rows(), QStringLiteral("A\n  A1\n    A1a\n  A2\nB\nC\n  C1\n"));
+    QCOMPARE(first->Names(), first->Rows());
+    QCOMPARE(other->Item("A"), item); // not filled anew
+    QVERIFY(before != QString());
+}
+
+TETO_TEST_MAIN(TestOutlinePane)
+#include "test_outline_pane.moc"
