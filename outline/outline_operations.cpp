@@ -42,12 +42,12 @@ int RowBehind(int row, const G_TreeNode* parent)
     return row == -1 ? parent->SubNodeCount() : row + 1;
 }
 
-// Null, and the record is freed, when the tree refuses.
-G_TreeNode* Insert(G_TreeNode* parent, int row, std::unique_ptr<G_OutlineItem> item)
+// Takes the record over; null, and it is freed, when the tree refuses.
+G_TreeNode* Insert(G_TreeNode* parent, int row, G_OutlineItem* item)
 {
-    G_TreeNode* node = parent->AddSubNode(RowBehind(row, parent), item.get());
-    if (node)
-        item.release(); // the tree's
+    G_TreeNode* node = parent->AddSubNode(RowBehind(row, parent), item);
+    if (!node)
+        delete item;
     return node;
 }
 
@@ -83,12 +83,12 @@ bool OutlineEditOperation::AddEntry(G_TreeNode* parent, int row, const QString& 
     if (title.isEmpty())
         title = defaultTitle;
     PublicMethod::MakeUniqueNodeName(Root(), title);
-    auto item = std::make_unique<G_OutlineItem>();
+    auto* item = new G_OutlineItem;
     item->title = GQ_ToCAS(title);
     item->text = item->title;
     item->expanded = true;
     item->actions.Add(GoTo(DestOnPage(DocView(), pageIndex, rect)));
-    G_TreeNode* node = Insert(parent, row, std::move(item));
+    G_TreeNode* node = Insert(parent, row, item);
     if (node) {
         TellChanged();
         EnsureUndoStack(DocView())->push(new AddOutlineCommand(node, UIContext()));
@@ -203,10 +203,10 @@ bool GP_OutlineBatchAdd::DoAction()
         G_TreeNode* parent = OutlineJson::NodeAt(Root(), line, 2); // behind the title and the row
         if (!parent)
             continue;
-        auto item = std::make_unique<G_OutlineItem>();
+        auto* item = new G_OutlineItem;
         item->text = GQ_ToCAS(line.At(0).ToQString()); // the title field stays empty on purpose, and so do the actions
         item->expanded = true;
-        if (G_TreeNode* node = Insert(parent, line.At(1).ToInt(-1), std::move(item)))
+        if (G_TreeNode* node = Insert(parent, line.At(1).ToInt(-1), item))
             added.append(node);
     }
     // Pushed also when nothing was added, and told only afterwards, unlike a single addition.
