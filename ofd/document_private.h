@@ -11,6 +11,7 @@
 #include <ofd/package/xml_part.h>
 #include <ofd/parse/custom_tag_reader.h>
 #include <ofd/parse/outline_reader.h>
+#include <ofd/parse/signature_reader.h>
 #include <ofd/render/page_renderer.h>
 #include <ofd/write/annotation_writer.h>
 #include <ofd/write/bookmark_writer.h>
@@ -57,6 +58,7 @@ struct OfdDocument::Private
     bool CollectAnnotations(SavePlan& plan, PackageError& error) const;
     bool CollectTags(SavePlan& plan, XmlEdit& edit, PackageError& error) const;
     void StampModificationDate(PackageChanges& changes) const;
+    const SignedParts& Signed() const;
     DocumentSaveResult Write(const QString& target, bool overwritesForeignChange);
     void AdoptSaved(std::unique_ptr<Package> saved, const SavePlan& plan, const QString& target);
     void AdoptSavedBookmarks();
@@ -66,7 +68,8 @@ struct OfdDocument::Private
     QString path;
     bool isReadOnly = false;
     std::shared_ptr<DocumentStore> store;
-    std::unique_ptr<XmlPart> documentPart; // as in the file; for reading trees and for edits
+    std::unique_ptr<XmlPart> documentPart;            // as in the file; for reading trees and for edits
+    mutable std::unique_ptr<SignedParts> signedParts; // null until asked for
     std::unique_ptr<AttachmentTable> attachments;
     QString attachmentsPart; // empty when the document has no list in a part of its own
     std::unique_ptr<OfdPageRenderer> renderer;

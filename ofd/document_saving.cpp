@@ -143,13 +143,20 @@ bool OfdDocument::Private::CollectTags(SavePlan& plan, XmlEdit& edit, PackageErr
     return true;
 }
 
-// Keeps the date of the last change up to date where the document tells one. A signed document is left alone: its
-// signature may cover the entry part.
+const SignedParts& OfdDocument::Private::Signed() const
+{
+    if (!signedParts)
+        signedParts =
+            std::make_unique<SignedParts>(Structure().isSigned ? ReadSignedParts(*store->GetPackage()) : SignedParts());
+    return *signedParts;
+}
+
+// Keeps the date of the last change up to date where the document tells one and no signature covers it.
 void OfdDocument::Private::StampModificationDate(PackageChanges& changes) const
 {
-    if (changes.IsEmpty() || Structure().isSigned)
-        return;
     const std::shared_ptr<const Package> package = store->GetPackage();
+    if (changes.IsEmpty() || Signed().Covers(package->GetEntryPoint()))
+        return;
     const std::unique_ptr<XmlPart> entry = XmlPart::Load(*package, package->GetEntryPoint());
     const pugi::xml_node date = entry ? Descend(entry->GetRoot(), {"DocBody", "DocInfo", "ModDate"}) : pugi::xml_node();
     if (!date)
@@ -284,6 +291,19 @@ DocumentSaveResult OfdDocument::SaveAs(const QString& path)
         d->isReadOnly = false; // it could be written just now
     result.notWritten = GetUnsavableChanges();
     return result;
+}
+
+bool OfdDocument::BreaksSignatures() const
+{
+    if (!d->Structure().isSigned)
+        return false;
+    Private::SavePlan plan;
+    PackageError error;
+    if (!d->CollectChanges(plan, error))
+        return false; // there will be no save
+    const auto& changes = plan.changes.GetChanges();
+    return std::any_of(changes.keyBegin(), changes.keyEnd(),
+                       [this](const QString& part) { return d->Signed().Covers(part); });
 }
 
 bool OfdDocument::IsChangedOnDisk() const

@@ -50,6 +50,9 @@ public:
     // The same to another path; the document is that file from then on, and its key changes.
     DocumentSaveResult SaveAs(const QString& path);
 
+    // Whether saving now would change or remove a part that a signature covers. The reader asks before that.
+    bool BreaksSignatures() const;
+
     // The file behind the document.
     QString GetPath() const;
     // True when the file behind the document is not the one that was opened or last saved.

@@ -29,6 +29,9 @@ public:
     // `overwrites`: also when somebody else changed the file since it was opened.
     SaveOutcome Save(bool overwrites = false);
     SaveOutcome SaveAs(const QString& path);
+    // Whether a save would make signatures invalid and the user was not asked yet. Agreeing holds as long as the tab.
+    bool MustAskAboutSignatures() const { return !mayBreakSignatures && file->BreaksSignatures(); }
+    void AllowBreakingSignatures() { mayBreakSignatures = true; }
     // Whether the file on disk is still what was opened or saved.
     bool IsFileUnchanged() const;
 
@@ -65,4 +68,5 @@ private:
     bool hasUnsettledEvent = false;
     bool isSettling = false;
     bool hasOffStackChange = false;
+    bool mayBreakSignatures = false;
 };

@@ -236,8 +236,23 @@ void MainWindow::RemoveTab(int position)
     OnTabChosen(tabBar->currentIndex());
 }
 
+// Asks once a document before a save that makes its signatures invalid; false when the user wants them kept.
+bool MainWindow::ConfirmSignatures(DocumentTab* tab)
+{
+    if (!tab->MustAskAboutSignatures())
+        return true;
+    const int answer =
+        context->ShowQuestionBox(tr("Save"), tr("The document is signed. Saving will make its signatures invalid."),
+                                 QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+    if (answer == QMessageBox::Ok)
+        tab->AllowBreakingSignatures();
+    return answer == QMessageBox::Ok;
+}
+
 bool MainWindow::SaveTab(DocumentTab* tab)
 {
+    if (!ConfirmSignatures(tab))
+        return false;
     SaveOutcome outcome = tab->Save();
     if (outcome.isForeignChange) {
         const QString text = tr("%1 was changed by another program since it was opened. Overwrite it?")
@@ -259,6 +274,8 @@ bool MainWindow::SaveTabAs(DocumentTab* tab, const QString& path)
                                 QMessageBox::Ok, QMessageBox::Ok);
         return false;
     }
+    if (!ConfirmSignatures(tab))
+        return false;
     const bool done = ReportSave(tab, tab->SaveAs(path));
     if (done)
         recentFiles->Add(QFileInfo(path).absoluteFilePath());

@@ -106,6 +106,7 @@ private:
     bool MayClose(DocumentTab* tab);
     void RemoveTab(int position);
     bool ReportSave(DocumentTab* tab, const SaveOutcome& outcome);
+    bool ConfirmSignatures(DocumentTab* tab);
     void ShowFileChanged(DocumentTab* tab);
     void ReloadTab(DocumentTab* tab);
 

@@ -17,6 +17,7 @@ public:
     QString Path() const override { return document->GetPath(); }
     QString Title() const override { return document->GetTitle(); }
     SaveOutcome Save(bool overwrites) override { return Outcome(document->Save(overwrites)); }
+    bool BreaksSignatures() const override { return document->BreaksSignatures(); }
     SaveOutcome SaveAs(const QString& path) override { return Outcome(document->SaveAs(path)); }
 
 private:

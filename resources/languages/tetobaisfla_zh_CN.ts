@@ -273,6 +273,10 @@
             <translation>%1 打开后已被其他程序更改。要覆盖它吗？</translation>
         </message>
         <message>
+            <source>The document is signed. Saving will make its signatures invalid.</source>
+            <translation>文档已签名。保存将使其签名失效。</translation>
+        </message>
+        <message>
             <source>Save</source>
             <translation>保存</translation>
         </message>

@@ -9,6 +9,7 @@
 #include <QDialog>
 #include <QFile>
 #include <QMessageBox>
+#include <QProcess>
 #include <QTreeWidget>
 #include <QUndoStack>
 #include <QtTest>
@@ -25,6 +26,7 @@ private slots:
     void closingADirtyTabWithDiscardLosesTheChangeOnly();
     void closingADirtyTabWithSaveSaves();
     void saveAsLeavesTheOriginalAlone();
+    void aSaveThatBreaksSignaturesAsksOnceADocument();
     void undoActsOnTheCurrentTabOnly();
     void aFileThatVanishesWhileOpenIsToldAndSavingRefuses();
     void aFileReplacedByAnotherProgramIsNotOverwrittenWithoutAQuestion();
@@ -162,6 +164,34 @@ void TestReaderTabs::saveAsLeavesTheOriginalAlone()
     QCOMPARE(Bytes(path), before);
     QCOMPARE(desk.Window()->CurrentTab()->Path(), copy);
     QCOMPARE(QString::fromUtf8(desk.View()->GDocument()->GetDocumentKey().Bytes()), copy);
+}
+
+void TestReaderTabs::aSaveThatBreaksSignaturesAsksOnceADocument()
+{
+    ReaderDesk desk;
+    const QString maker = qEnvironmentVariable("TETO_BIN") + "/make_samples";
+    QCOMPARE(QProcess::execute(maker, {desk.Folder(), "deviations"}), 0);
+    const QString path = desk.Folder() + "/deviations/signed.ofd";
+    const QByteArray before = Bytes(path);
+    QVERIFY(desk.Window()->OpenFile(path));
+    DocumentTab* tab = desk.Window()->CurrentTab();
+    QVERIFY(desk.Window()->SaveTab(tab)); // nothing changes, so nothing is asked
+    QVERIFY(AddBookmark(desk));
+    Settle();
+    desk.Context()->Answer(QMessageBox::Cancel);
+    QVERIFY(!desk.Window()->SaveTab(tab));
+    QCOMPARE(desk.Context()->Texts().last(), "The document is signed. Saving will make its signatures invalid.");
+    QVERIFY(tab->IsDirty());
+    desk.Context()->Answer(QMessageBox::Cancel);
+    QVERIFY(!desk.Window()->SaveTabAs(tab, desk.Folder() + "/copy.ofd"));
+    QCOMPARE(Bytes(path), before);
+    QVERIFY(!QFile::exists(desk.Folder() + "/copy.ofd"));
+    desk.Context()->Answer(QMessageBox::Ok);
+    QVERIFY(desk.Window()->SaveTab(tab));
+    QVERIFY(Bytes(path) != before);
+    QVERIFY(AddBookmark(desk));
+    QVERIFY(desk.Window()->SaveTab(tab)); // not asked again
+    QCOMPARE(desk.Context()->PendingAnswers(), 0);
 }
 
 void TestReaderTabs::undoActsOnTheCurrentTabOnly()

@@ -1,0 +1,95 @@
+#include "signature_reader.h"
+
+#include <ofd/package/entry_names.h>
+#include <ofd/package/locations.h>
+#include <ofd/package/package.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/package/xml_part.h>
+
+namespace ofd {
+
+namespace {
+
+class SignatureReader
+{
+public:
+    explicit SignatureReader(const Package& package)
+        : package(package)
+    {
+    }
+
+    SignedParts Read()
+    {
+        const std::unique_ptr<XmlPart> entry = XmlPart::Load(package, package.GetEntryPoint());
+        if (entry) {
+            for (const pugi::xml_node& body : ChildElements(entry->GetRoot(), "DocBody"))
+                ReadBody(body);
+        }
+        const QString list = package.FindIgnoringCase(QStringLiteral("OFDEntries.xml"));
+        if (!list.isEmpty())
+            ReadIntegrityList(list);
+        return result;
+    }
+
+private:
+    QString Resolve(const QString& reference, const QString& holder) const
+    {
+        LocationContext context;
+        context.holderPart = holder;
+        context.documentFolder = documentFolder;
+        return ResolveLocation(package, reference, context).part;
+    }
+
+    void ReadBody(const pugi::xml_node& body)
+    {
+        documentFolder = FolderOf(Resolve(TrimmedText(ChildElement(body, "DocRoot")), package.GetEntryPoint()));
+        const pugi::xml_node signatures = ChildElement(body, "Signatures");
+        const QString listPart = signatures ? Resolve(TrimmedText(signatures), package.GetEntryPoint()) : QString();
+        const std::unique_ptr<XmlPart> list = listPart.isEmpty() ? nullptr : XmlPart::Load(package, listPart);
+        if (!list)
+            return; // a list that is not there names no signature
+        for (const pugi::xml_node& signature : ChildElements(list->GetRoot(), "Signature"))
+            ReadSignature(Resolve(AttributeText(signature, "BaseLoc"), listPart));
+    }
+
+    void ReadSignature(const QString& part)
+    {
+        const std::unique_ptr<XmlPart> xml = part.isEmpty() ? nullptr : XmlPart::Load(package, part);
+        const pugi::xml_node references =
+            xml ? Descend(xml->GetRoot(), {"SignedInfo", "References"}) : pugi::xml_node();
+        if (!FirstElement(references))
+            result.coversAll = true;
+        for (const pugi::xml_node& reference : ChildElements(references, "Reference"))
+            Add(Resolve(AttributeText(reference, "FileRef"), part));
+    }
+
+    void ReadIntegrityList(const QString& part)
+    {
+        const std::unique_ptr<XmlPart> xml = XmlPart::Load(package, part);
+        const pugi::xml_node files = xml ? ChildElement(xml->GetRoot(), "FileList") : pugi::xml_node();
+        if (!FirstElement(files))
+            result.coversAll = true;
+        for (const pugi::xml_node& file : ChildElements(files))
+            Add(Resolve(TrimmedText(file), part));
+    }
+
+    // What is not there cannot be changed.
+    void Add(const QString& part)
+    {
+        if (!part.isEmpty())
+            result.parts.insert(part);
+    }
+
+    const Package& package;
+    QString documentFolder;
+    SignedParts result;
+};
+
+} // namespace
+
+SignedParts ReadSignedParts(const Package& package)
+{
+    return SignatureReader(package).Read();
+}
+
+} // namespace ofd
