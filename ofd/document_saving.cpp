@@ -82,11 +82,11 @@ bool OfdDocument::Private::AreAnnotsEdited() const
 
 bool OfdDocument::Private::CollectDocumentPart(SavePlan& plan, PackageError& error) const
 {
-    XmlEdit edit(*documentPart);
-    if (AreBookmarksEdited())
-        WriteBookmarks(edit, *documentPart, Structure(), bookmarkSources, CurrentBookmarks());
+    XmlEdit edit(*documentPart); // in the order of the format, since new neighbours do not see each other
     if (IsOutlineEdited() && !WriteOutline(edit, *documentPart, Structure(), outlineElements, outline.get(), error))
         return false;
+    if (AreBookmarksEdited())
+        WriteBookmarks(edit, *documentPart, Structure(), bookmarkSources, CurrentBookmarks());
     if (!CollectTags(plan, edit, error) || !CollectAttachments(plan, edit, error))
         return false;
     RaiseMaxUnitId(edit, documentPart->GetRoot(), plan.highestNewId);

@@ -2,7 +2,9 @@
 
 #include <frame/base/converters.h>
 #include <frame/document/payloads.h>
+#include <ofd/package/xml_names.h>
 #include <ofd/package/xml_part.h>
+#include <tests/support/byte_streams.h>
 #include <tests/support/test_main.h>
 #include <tests/support/tree_dump.h>
 
@@ -85,6 +87,7 @@ private slots:
     void aRemovedEntryGoesWithAllBelow();
     void theLastEntryTakesTheOutlineAlong();
     void theFirstEntryMakesTheOutlineInItsPlace();
+    void newListsOfAllKindsStandInOrder();
     void anEmptyOutlineIsLeftAlone();
     void aNewEntryIsWritten_data();
     void aNewEntryIsWritten();
@@ -225,6 +228,25 @@ void TestSaveOutline::theFirstEntryMakesTheOutlineInItsPlace()
     expected.replace("\n  <ofd:Permissions/>",
                      "\n  <ofd:Outlines><ofd:OutlineElem Title=\"New\"/></ofd:Outlines>\n  <ofd:Permissions/>");
     QCOMPARE(part, expected);
+}
+
+void TestSaveOutline::newListsOfAllKindsStandInOrder()
+{
+    const QString path = desk->Saved(File("<ofd:Extensions>e.xml</ofd:Extensions>"), [](IG_Document& document) {
+        QVERIFY(document.AddAttachment(new BytesReader("x"), false, "a", "txt", "a", "txt", 0));
+        QVERIFY(document.AddCustomTagRoot("a", "p", "urn:p", 0));
+        QVERIFY(document.CreateBookmarkRoot());
+        document.GetBookmarkRoot()->AddSubNode(0, new G_Bookmark);
+        QVERIFY(document.CreateOutlineRoot());
+        document.GetOutlineRoot()->AddSubNode(0, NewItem("a"));
+    });
+    const auto part = ofd::XmlPart::Parse(DocumentPart, PartOf(path, DocumentPart));
+    QStringList names;
+    for (const pugi::xml_node& child : ofd::ChildElements(part->GetRoot()))
+        names.append(QString::fromLatin1(child.name()));
+    QCOMPARE(names.join(QLatin1Char(' ')),
+             QStringLiteral("ofd:CommonData ofd:Pages ofd:Outlines ofd:Bookmarks ofd:CustomTags ofd:Attachments "
+                            "ofd:Extensions"));
 }
 
 void TestSaveOutline::anEmptyOutlineIsLeftAlone()
