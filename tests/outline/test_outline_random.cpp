@@ -1,5 +1,6 @@
 #include <frame/base/converters.h>
 #include <frame/json/ovjson.h>
+#include <ofd/ofd_document.h>
 #include <outline/outline_commands.h>
 #include <outline/outline_json.h>
 #include <outline/outline_node.h>
@@ -10,7 +11,9 @@
 #include <common/public_method.h>
 
 #include <QLoggingCategory>
+#include <QProcess>
 #include <QRandomGenerator>
+#include <QTemporaryDir>
 #include <QUndoStack>
 #include <QtTest>
 
@@ -85,13 +88,16 @@ void CollectPlaces(const Entry& entry, const Rows& rows, QList<Rows>& places)
 class Player
 {
 public:
-    Player(ViewFixture* fixture, quint32 seed)
-        : fixture(fixture)
+    // On the current view's document; the view outlives the player.
+    Player(G_UIContext* context, quint32 seed)
+        : context(context)
+        , view(context->CurrentDocView())
         , random(seed)
     {
-        fixture->Document()->CreateOutlineRoot();
-        root = fixture->Document()->GetOutlineRoot();
-        states.push_back(Entry());
+        view->CreateUndoStack();
+        view->GDocument()->CreateOutlineRoot();
+        root = view->GDocument()->GetOutlineRoot();
+        states.push_back(Copy(root));
     }
 
     void Step()
@@ -126,7 +132,7 @@ public:
 
     Entry Real() const { return Copy(root); }
     const Entry& Expected() const { return states.at(static_cast<size_t>(at)); }
-    QUndoStack* Stack() const { return fixture->View()->UndoStack(); }
+    QUndoStack* Stack() const { return view->UndoStack(); }
 
 private:
     void Remember(const Entry& state)
@@ -180,7 +186,7 @@ private:
 
     G_Operation* Make(const char* name, const QString& json)
     {
-        G_Operation* operation = fixture->Context()->CreateOperationByName(name, QString());
+        G_Operation* operation = context->CreateOperationByName(name, QString());
         operation->Params->Add("jsonParam", json);
         return operation;
     }
@@ -309,7 +315,7 @@ private:
         At(state, destination).title = mark;
         const std::vector<Entry> moved = TakeOut(state, places);
         PutAtMark(state, mark, title, asChild, moved);
-        Stack()->push(new BatchMoveOutlineCommand(nodes, dst, asChild, fixture->Context(), nullptr));
+        Stack()->push(new BatchMoveOutlineCommand(nodes, dst, asChild, context, nullptr));
         Remember(state);
     }
 
@@ -333,7 +339,8 @@ private:
         return false;
     }
 
-    ViewFixture* fixture; // not owned
+    G_UIContext* context; // not owned
+    G_DocView* view;      // not owned
     QRandomGenerator random;
     G_TreeNode* root;
     std::vector<Entry> states;
@@ -372,21 +379,62 @@ private slots:
         qInfo("seed %u (TETO_SEED repeats it)", seed);
         const Operations operations;
         ViewFixture fixture("page 210 297\npage 210 297\n");
-        Player player(&fixture, seed);
-        for (int step = 0; step < 2000; ++step) {
-            player.Step();
-            QVERIFY2(player.Real() == player.Expected(), "step " + QByteArray::number(step) + ":\n" +
-                                                             Text(player.Real()) + "instead of\n" +
-                                                             Text(player.Expected()));
-            if (step % 100 == 0)
-                ViewFixture::Settle(); // lets the operations go
-        }
+        Player player(fixture.Context(), seed);
+        QVERIFY(Plays(&player));
         while (player.Stack()->canUndo())
             player.Stack()->undo();
         QVERIFY(player.Real() == Entry());
     }
 
+    void twoThousandRandomStepsOnAFileAreThereAfterSavingAndReopening()
+    {
+        QLoggingCategory::setFilterRules(QStringLiteral("tetobaisfla.debug=false"));
+        const quint32 seed = Seed();
+        qInfo("seed %u (TETO_SEED repeats it)", seed);
+        const QTemporaryDir folder;
+        QProcess maker;
+        maker.start(qEnvironmentVariable("TETO_BIN") + "/make_samples", {folder.path(), "tour"});
+        QVERIFY(maker.waitForFinished(60000));
+        ofd::OpenResult file = ofd::OfdDocument::Open(folder.filePath("tour.ofd"));
+        QVERIFY2(file, qPrintable(file.error));
+
+        const Operations operations;
+        ScriptedContext context;
+        {
+            G_DocView view(&context, file.document.get());
+            context.SetCurrentDocView(&view);
+            Player player(&context, seed);
+            const Entry before = player.Real();
+            QVERIFY(!before.children.empty());
+            QVERIFY(Plays(&player));
+            const Entry expected = player.Expected();
+            const ofd::DocumentSaveResult saved = file.document->Save();
+            QVERIFY2(saved, qPrintable(saved.error));
+            ofd::OpenResult again = ofd::OfdDocument::Open(folder.filePath("tour.ofd"));
+            QVERIFY2(again, qPrintable(again.error));
+            QCOMPARE(Text(Copy(again.document->GetOutlineRoot())), Text(expected));
+            while (player.Stack()->canUndo())
+                player.Stack()->undo();
+            QVERIFY(player.Real() == before);
+            ViewFixture::Settle();
+        }
+    }
+
 private:
+    static bool Plays(Player* player)
+    {
+        for (int step = 0; step < 2000; ++step) {
+            player->Step();
+            if (!(player->Real() == player->Expected())) {
+                qWarning("step %d:\n%s\ninstead of\n%s", step, Text(player->Real()).constData(),
+                         Text(player->Expected()).constData());
+                return false;
+            }
+            if (step % 100 == 0)
+                ViewFixture::Settle(); // lets the operations go
+        }
+        return true;
+    }
     static quint32 Seed()
     {
         bool isGiven = false;
