@@ -95,7 +95,7 @@ bool OfdDocument::Private::CollectDocumentPart(SavePlan& plan, PackageError& err
     const QByteArray bytes = edit.Apply(&error);
     if (bytes.isEmpty())
         return false;
-    plan.changes.SetXmlPart(documentPart->GetName(), bytes);
+    plan.changes.SetPart(documentPart->GetName(), bytes);
     return true;
 }
 
@@ -211,10 +211,12 @@ void OfdDocument::Private::AdoptSaved(std::unique_ptr<Package> saved, const Save
         attachments->AdoptSaved(plan.attachments);
         attachmentsPart = plan.attachmentsPart;
     }
-    std::unique_ptr<XmlPart> document = LoadDocumentPart(*package, Structure().documentPart);
-    if (!document)
-        return; // the saver has read it back already, so this is a broken medium; the old tree serves on
-    documentPart = std::move(document);
+    if (plan.changes.GetChanges().contains(documentPart->GetName())) {
+        std::unique_ptr<XmlPart> document = LoadDocumentPart(*package, documentPart->GetName());
+        if (!document)
+            return; // the saver has read it back already, so this is a broken medium; the old tree serves on
+        documentPart = std::move(document);
+    }
     AdoptSavedBookmarks();
     AdoptSavedOutline();
     AdoptSavedTags(plan);

@@ -31,7 +31,7 @@ class PackageChanges
 {
 public:
     void SetPart(const QString& name, const QByteArray& bytes);
-    // The same for a part of the document itself: the save fails when these bytes do not parse.
+    // The same for XML that nobody has parsed yet, as XmlEdit does: the save fails when these bytes do not.
     void SetXmlPart(const QString& name, const QByteArray& bytes);
     void SetPartFromDevice(const QString& name, std::function<std::unique_ptr<QIODevice>()> openData,
                            bool isStored = false);

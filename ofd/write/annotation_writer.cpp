@@ -72,7 +72,7 @@ bool AnnotationWriter::WritePart(const QString& name, const std::vector<OfdAnnot
         emptied.insert(name, part->GetBytes());
         gone.append(name);
     } else {
-        changes.SetXmlPart(name, bytes);
+        changes.SetPart(name, bytes);
         emptied.remove(name);
         if (returns)
             returned.insert(name, annots.front()->GetOwnerPage()->PageId());
@@ -171,7 +171,7 @@ bool AnnotationWriter::WriteList(PackageChanges& changes, PackageError& error)
     if (bytes.isEmpty())
         return false;
     if (bytes != list->GetBytes())
-        changes.SetXmlPart(listPart, bytes);
+        changes.SetPart(listPart, bytes);
     return true;
 }
 

@@ -62,7 +62,7 @@ bool AttachmentWriter::Write(const QVector<AttachmentEntry>& current, PackageCha
     const QByteArray bytes = listEdit.Apply(&error);
     if (bytes.isEmpty())
         return false;
-    changes.SetXmlPart(listPart, bytes);
+    changes.SetPart(listPart, bytes);
     return true;
 }
 

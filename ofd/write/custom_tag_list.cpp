@@ -62,7 +62,7 @@ QString CustomTagListWriter::WriteTree(const TagTree& tree, PackageChanges& chan
         return tree.part;
     XmlEdit partEdit(*part);
     partEdit.ReplaceElement(part->GetRoot(), bytes);
-    changes.SetXmlPart(tree.part, partEdit.Apply(&error));
+    changes.SetPart(tree.part, partEdit.Apply(&error));
     return tree.part;
 }
 
@@ -77,7 +77,7 @@ bool CustomTagListWriter::WriteList(const std::vector<TagTree>& trees, PackageCh
         return false;
     XmlEdit listEdit(*list);
     EditList(listEdit, list->GetRoot(), trees);
-    changes.SetXmlPart(listPart, listEdit.Apply(&error));
+    changes.SetPart(listPart, listEdit.Apply(&error));
     return !error;
 }
 
