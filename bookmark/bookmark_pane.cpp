@@ -47,6 +47,8 @@ NaviBookmarkWidget::NaviBookmarkWidget(QWidget* parent)
 
 NaviBookmarkWidget::~NaviBookmarkWidget()
 {
+    if (tree)
+        tree->DropEdit(); // nothing is renamed on the way out: the losing of the focus would commit to a dying pane
     delete resetPositionHandler;
     delete renameHandler;
     delete wrapHandler;

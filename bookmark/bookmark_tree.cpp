@@ -185,24 +185,6 @@ void CBookmarkTreeWidget::GoBackTo(const RowPlace& place)
     }
 }
 
-void CBookmarkTreeWidget::CommitEdit()
-{
-    for (RowTextEdit* child : viewport()->findChildren<RowTextEdit*>()) {
-        const QPointer<RowTextEdit> editor(child);
-        commitData(editor); // nothing for an editor that was closed before
-        if (editor)
-            closeEditor(editor, QAbstractItemDelegate::NoHint);
-    }
-}
-
-bool CBookmarkTreeWidget::DropEdit()
-{
-    const bool isOpen = state() == EditingState;
-    for (RowTextEdit* editor : viewport()->findChildren<RowTextEdit*>())
-        closeEditor(editor, QAbstractItemDelegate::NoHint);
-    return isOpen;
-}
-
 // The key goes on with the row that took the place of the deleted ones.
 void CBookmarkTreeWidget::DeleteSelection()
 {

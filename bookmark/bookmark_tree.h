@@ -27,10 +27,6 @@ public:
     RowPlace CurrentPlace() const;
     // Makes the row current without selecting it and scrolls back; a row that is gone is left alone.
     void GoBackTo(const RowPlace& place);
-    // Ends an edit that is open as Enter would; the list may be filled anew by it.
-    void CommitEdit();
-    // Ends an edit that is open without its text; true when there was one.
-    bool DropEdit();
 
 protected:
     QString MimeType() const override;

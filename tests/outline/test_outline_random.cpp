@@ -290,7 +290,7 @@ private:
         const int count = random.bounded(4);
         for (int i = 0; i < count; ++i) {
             titles.append(QStringLiteral("t%1").arg(random.bounded(3)));
-            parent.children.insert(parent.children.begin() + row + 1 + i, {titles.last(), 0, {}});
+            parent.children.insert(parent.children.begin() + (row + 1 + i), {titles.last(), 0, {}});
         }
         Run(Make("d_outline_batchadd", OutlineJson::BatchAddText(titles, row, Node(above))));
         Remember(state);
@@ -333,7 +333,7 @@ private:
             if (!PutAtMark(entry.children[row], mark, title, asChild, moved))
                 continue;
             if (isHere && !asChild)
-                entry.children.insert(entry.children.begin() + static_cast<long>(row) + 1, moved.begin(), moved.end());
+                entry.children.insert(entry.children.begin() + (static_cast<long>(row) + 1), moved.begin(), moved.end());
             return true;
         }
         return false;
