@@ -55,6 +55,7 @@ GlyphStamps::GlyphStamps()
 bool operator==(const GlyphStamps::Key& a, const GlyphStamps::Key& b)
 {
     return a.face == b.face && a.glyph == b.glyph && a.color == b.color && a.place == b.place &&
+           // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): by their bits, as the hash takes them
            std::memcmp(a.matrix, b.matrix, sizeof a.matrix) == 0;
 }
 
