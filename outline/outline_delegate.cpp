@@ -4,6 +4,7 @@
 #include "outline_tree.h"
 
 #include <common/text_edits.h>
+#include <common/text_rules.h>
 #include <frame/utils/dpi.h>
 
 #include <QHelpEvent>
@@ -242,7 +243,7 @@ bool OutLineTreeItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* vi
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     QString tip = item->toolTip(index.column());
     if (tip.size() > MostTipCharacters)
-        tip = tip.left(MostTipCharacters) + QChar(0x2026);
+        tip = CutText(tip, MostTipCharacters) + QChar(0x2026);
     // Rich text that holds nothing but text: long ones are wrapped, and markup is shown and not followed.
     if (!tip.isEmpty())
         tip = QStringLiteral("<span>%1</span>").arg(tip.toHtmlEscaped());

@@ -139,8 +139,9 @@ void CTreeWidget::DeleteSelection()
     for (const G_TreeNode* node = nodes.value(0); node && node->parent; node = node->parent)
         place.rows.prepend(node->index);
     const int count = pane->itemToNode.size();
+    const QPointer<CTreeWidget> self(this); // the question's loop may close the document
     pane->DelOutline();
-    if (place.rows.isEmpty() || pane->itemToNode.size() >= count)
+    if (!self || place.rows.isEmpty() || pane->itemToNode.size() >= count)
         return;
     place.scrollValue = CurrentPlace().scrollValue;
     GoBackTo(place);

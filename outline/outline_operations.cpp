@@ -20,6 +20,7 @@
 
 #include <QUndoStack>
 
+#include <limits>
 #include <memory>
 
 namespace {
@@ -36,10 +37,12 @@ G_ActionGoto* GoTo(const G_Dest& dest)
     return action;
 }
 
-// Row -1 means the last one.
+// Row -1 means the last one. The greatest number has none behind it and stands for itself: no tree has that row.
 int RowBehind(int row, const G_TreeNode* parent)
 {
-    return row == -1 ? parent->SubNodeCount() : row + 1;
+    if (row == -1)
+        return parent->SubNodeCount();
+    return row < std::numeric_limits<int>::max() ? row + 1 : row;
 }
 
 // Takes the record over; null, and it is freed, when the tree refuses.

@@ -566,6 +566,12 @@ void TestOutlineDelegate::aTipOfAVeryLongTitleIsCut()
     OutlineDesk desk(Page() + Entry(title));
     QVERIFY(TipOf(desk.First(), title, 0).size() < 1100);
     QToolTip::hideText();
+    // The cut comes in the middle of a character of two halves.
+    const QString faces = QString(999, QLatin1Char('y')) + QString::fromUtf8("\xF0\x9F\x98\x80").repeated(4);
+    OutlineDesk other(Page() + Entry(faces));
+    const QString tip = TipOf(other.First(), faces, 0);
+    QVERIFY(tip.contains(QString(999, QLatin1Char('y')) + QChar(0x2026)));
+    QToolTip::hideText();
 }
 
 TETO_TEST_MAIN(TestOutlineDelegate)

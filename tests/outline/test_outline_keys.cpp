@@ -55,6 +55,7 @@ private slots:
     void keysWithoutACurrentEntryDoNothing();
     void deleteRemovesTheSelectionAndGoesOnWithTheNextEntry();
     void deleteAsksAndTakesANo();
+    void thePaneMayDieWhileDeleteAsks();
     void deleteWithoutASelectionTellsSo();
     void altUpAndDownMoveAnEntryAmongItsSiblings();
     void altUpAtTheTopAndAltDownAtTheBottomDoNothing();
@@ -175,6 +176,19 @@ void TestOutlineKeys::deleteAsksAndTakesANo()
     QTest::keyClick(tab->Tree(), Qt::Key_Delete);
     QCOMPARE(tab->Stack()->count(), 0);
     QCOMPARE(Gesture::Selected(tab), QStringList{"A1"});
+}
+
+void TestOutlineKeys::thePaneMayDieWhileDeleteAsks()
+{
+    OutlineDesk desk(SmallOutline());
+    const OutlineTab* tab = desk.First();
+    tab->Select({"A1"});
+    desk.Context()->SetWhileOpen([tab](const AskedBox&) { delete tab->pane; });
+    desk.Context()->Answer(4194304); // cancel
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier);
+    QApplication::sendEvent(tab->Tree(), &press); // and no release: it would go to a tree that is gone
+    QVERIFY(!tab->pane);
+    QCOMPARE(tab->Stack()->count(), 0);
 }
 
 void TestOutlineKeys::deleteWithoutASelectionTellsSo()

@@ -406,6 +406,8 @@ private slots:
         QVERIFY(!Perform("d_outline_add", "[0,{\"index\":7,\"level\":1}]"));
         QVERIFY(Perform("d_outline_add", "[50]")); // the parent is there, the row is not
         QVERIFY(!lastResult.toBool());
+        QVERIFY(Perform("d_outline_add", "[2147483647]"));
+        QVERIFY(!lastResult.toBool());
         QVERIFY(!Perform("d_outline_addsub", gone));
         QVERIFY(Perform("d_outline_rename", gone));
         QVERIFY(!Perform("d_outline_resetpos", gone));
