@@ -333,7 +333,8 @@ private:
             if (!PutAtMark(entry.children[row], mark, title, asChild, moved))
                 continue;
             if (isHere && !asChild)
-                entry.children.insert(entry.children.begin() + (static_cast<long>(row) + 1), moved.begin(), moved.end());
+                entry.children.insert(entry.children.begin() + (static_cast<long>(row) + 1), moved.begin(),
+                                      moved.end());
             return true;
         }
         return false;
