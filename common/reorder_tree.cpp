@@ -145,16 +145,15 @@ void ReorderTree::dragMoveEvent(QDragMoveEvent* event)
     event->setDropAction(Qt::MoveAction);
     QTreeWidgetItem* target = itemAt(event->pos());
     if (!target) {
+        HideIndicator(); // where nothing can be dropped, nothing says that it can
         event->ignore();
         return;
     }
     PlaceIndicator(target, event->pos());
     QTreeWidgetItem* source = SourceItem(event->mimeData());
     canDrop = source && CanDropOn(source, target);
-    if (!canDrop) {
-        oldLine = line;
-        line = QLine();
-    }
+    if (!canDrop)
+        HideIndicator();
     viewport()->update();
     event->setAccepted(canDrop);
     ScrollNearEdge(event->pos());
@@ -195,6 +194,13 @@ void ReorderTree::PlaceIndicator(const QTreeWidgetItem* target, const QPoint& po
     const int start = LineStart(row, position);
     const int y = dropAtTop ? row.top() + topLineDrop : row.bottom();
     line = QLine(start, y, row.right() - lineEndGap, y);
+}
+
+void ReorderTree::HideIndicator()
+{
+    oldLine = line;
+    line = QLine();
+    viewport()->update();
 }
 
 void ReorderTree::dropEvent(QDropEvent* event)

@@ -83,6 +83,7 @@ protected:
 private:
     bool LeaveSignatureTool();
     void PlaceIndicator(const QTreeWidgetItem* target, const QPoint& position);
+    void HideIndicator();
     void PaintIndicator();
     void ScrollNearEdge(const QPoint& position);
 };

@@ -205,6 +205,10 @@ bool CTreeWidget::MoveDragged(QTreeWidgetItem* target)
         dst = dst->parent; // to the first place among the target's siblings
     if (!dst || nodes.isEmpty())
         return false;
+    // The tab or the rights may have changed since the drag began. Rows that only the base class moved would no longer
+    // be those of the document.
+    if (!pane->IsCurrentDocument() || !MayReorder(pane->document))
+        return false;
     pane->MoveOutlineNodes(nodes, dst, dropAsChild);
     return true;
 }

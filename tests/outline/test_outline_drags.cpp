@@ -88,6 +88,9 @@ private slots:
     void aDragWithTheSignatureToolActiveSwitchesToTheHandToolOnce();
     void aTreeThatRefusesTheMoveKeepsItsRows();
     void nodesThatDiedDuringTheDragAreNotMoved();
+    void besideTheRowsNoIndicatorIsLeft();
+    void aDropAfterTheRightsOrTheTabChangedMovesNoRows_data();
+    void aDropAfterTheRightsOrTheTabChangedMovesNoRows();
 };
 
 void TestOutlineDrags::init()
@@ -468,6 +471,45 @@ void TestOutlineDrags::nodesThatDiedDuringTheDragAreNotMoved()
     tab->pane->MoveOutlineNodes(tab->Tree()->dragNodes, tab->Node({0}), false);
     QCOMPARE(tab->Names(), QStringLiteral("A\n  A1\n    A1a\n  A2\nC\n  C1\n"));
     QCOMPARE(tab->Rows(), tab->Names());
+}
+
+void TestOutlineDrags::besideTheRowsNoIndicatorIsLeft()
+{
+    OutlineDesk desk(Flat("ABC"));
+    const OutlineTab* tab = desk.First();
+    tab->Select({"A"});
+    const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
+    Drag::HoverAt(tab->Tree()->viewport(), data.get(), {AsSibling(tab, "B")});
+    const QLine atRow = tab->Tree()->line;
+    QVERIFY(!atRow.isNull());
+    const QPoint beside(20, tab->Tree()->viewport()->height() - 4);
+    QVERIFY(!Drag::HoverAt(tab->Tree()->viewport(), data.get(), {AsSibling(tab, "B"), beside}).wasMoved);
+    QVERIFY(tab->Tree()->line.isNull());
+    QCOMPARE(tab->Tree()->oldLine, atRow);
+}
+
+void TestOutlineDrags::aDropAfterTheRightsOrTheTabChangedMovesNoRows_data()
+{
+    QTest::addColumn<bool>("isReadOnly");
+    QTest::newRow("the document became read-only") << true;
+    QTest::newRow("another tab came to the front") << false;
+}
+
+void TestOutlineDrags::aDropAfterTheRightsOrTheTabChangedMovesNoRows()
+{
+    QFETCH(bool, isReadOnly);
+    OutlineDesk desk(Flat("ABC"));
+    const OutlineTab* tab = desk.First();
+    tab->Select({"A"});
+    const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
+    if (isReadOnly)
+        tab->document->SetReadOnly(true);
+    else
+        desk.Open(Flat("XYZ"));
+    QVERIFY(!Drag::DropAt(tab->Tree()->viewport(), data.get(), {AsSibling(tab, "C")}).wasDropped);
+    QCOMPARE(tab->Names(), QStringLiteral("A\nB\nC\n"));
+    QCOMPARE(tab->Rows(), tab->Names());
+    QCOMPARE(tab->Stack()->count(), 0);
 }
 
 TETO_TEST_MAIN(TestOutlineDrags)
