@@ -209,10 +209,11 @@ void OutLineTreeItemDelegate::setEditorData(QWidget* editor, const QModelIndex& 
     const WrapStyle style = WrapStyleFor(edit->width());
     // A text document counts the font's leading into its lines, a row does not.
     const qreal lineDistance = style.beforeLine + style.afterLine - metrics.leading();
+    const int lineTop = (CeilScaled(25) - metrics.height()) / 2;
     if (IsWrapped())
         edit->Show(title, qRound(style.left), style.top + style.beforeLine, lineDistance);
     else
-        edit->Show(title, CeilScaled(12), (CeilScaled(25) - metrics.height()) / 2, lineDistance);
+        edit->Show(title, CeilScaled(12), lineTop, lineDistance);
 }
 
 void OutLineTreeItemDelegate::setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex& index) const
