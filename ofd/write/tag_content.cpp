@@ -120,6 +120,7 @@ void EditReferences(XmlEdit& edit, const pugi::xml_node& element, const QVector<
                     const QByteArray& prefix)
 {
     QHash<Reference, int> wanted;
+    QHash<Reference, int> kept;
     for (const Reference& reference : now)
         ++wanted[reference];
     const std::vector<pugi::xml_node> elements = ChildElements(element, "ObjectRef");
@@ -128,14 +129,16 @@ void EditReferences(XmlEdit& edit, const pugi::xml_node& element, const QVector<
         if (reference.first == 0 || reference.second == 0)
             continue;
         int& count = wanted[reference];
-        if (count > 0)
+        if (count > 0) {
             --count;
-        else
+            ++kept[reference];
+        } else {
             edit.Remove(child);
+        }
     }
     QByteArray inFront;
     for (const Reference& reference : now) {
-        if (wanted[reference]-- <= 0)
+        if (kept[reference]-- > 0)
             continue;
         XmlFragment xml(prefix);
         AppendReference(xml, reference);
