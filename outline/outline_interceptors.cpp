@@ -15,6 +15,7 @@
 #include <frame/view/ui_context.h>
 
 #include <QMessageBox>
+#include <QPointer>
 #include <QVariant>
 
 OutlineInterceptor::OutlineInterceptor(NaviOutlineWidget* pane, const char* operationName)
@@ -210,10 +211,13 @@ bool GPI_OutlineResetPos::PrepareDataHandle(G_Operation* op, int)
 
 bool GPI_OutlineResetPos::BeforeDoActionHandle(G_Operation*)
 {
+    const QPointer<NaviOutlineWidget> alive(pane);
     const QTreeWidgetItem* current = tree->currentItem();
     if (current && current->text(OutlineColumn::Page) != QLatin1String(NoDestinationText) &&
         !Asks(tr("Warning"), tr("Do you want to change associate position?")))
         return false;
+    if (!alive)
+        return false; // the document was closed while the box was up, and this handler with it
     // Asked for again: the tree may have been filled anew while the box was up.
     if (CurrentNode())
         return true;
