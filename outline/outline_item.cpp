@@ -50,7 +50,8 @@ unsigned PageRole(int role)
 } // namespace
 
 OutlineTreeItem::OutlineTreeItem(const Entry& entry)
-    : title(entry.title)
+    : node(entry.node)
+    , title(entry.title)
     , depth(entry.depth)
     , pageIndex(entry.pageIndex)
     , isRecordOpen(entry.isOpen)

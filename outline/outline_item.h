@@ -4,6 +4,8 @@
 
 #include <QTreeWidgetItem>
 
+class G_TreeNode;
+
 // A row of the outline's tree. It answers the roles from the entry's title (shared, not copied), so that a tree of a
 // hundred thousand rows costs no text until it is shown. What is set later stands over that.
 //
@@ -18,7 +20,8 @@ class OutlineTreeItem : public QTreeWidgetItem
 public:
     struct Entry
     {
-        CCA_String title; // UTF-8, as stored
+        G_TreeNode* node = nullptr; // not owned
+        CCA_String title;           // UTF-8, as stored
         int depth = 1;
         int pageIndex = -1; // from 0; negative without a destination
         bool isOpen = true; // as the document's record says
@@ -26,6 +29,8 @@ public:
     };
     explicit OutlineTreeItem(const Entry& entry);
 
+    // Good until the next refill of the tree.
+    G_TreeNode* Node() const { return node; }
     // The record's expansion. The tree itself knows the state of entries that have children; for the others, whose
     // state shows only once they get some, this is the one place.
     bool IsRecordOpen() const { return isRecordOpen; }
@@ -41,9 +46,36 @@ private:
     QVariant OwnData(unsigned ownRole) const;
     QString PageText() const;
 
+    G_TreeNode* node; // not owned
     CCA_String title; // UTF-8
     int depth;
     int pageIndex;
     bool isRecordOpen;
     unsigned char replaced = 0; // roles that were set since
+};
+
+// Which node each row of a tree shows. The rows know it themselves: a table of a hundred thousand would cost as much to
+// fill as the rows. The items asked for must live.
+class OutlineItemNodes
+{
+public:
+    int size() const { return count; }
+    bool isEmpty() const { return count == 0; }
+    // Null for null and for what is no row of the tree.
+    G_TreeNode* value(const QTreeWidgetItem* item) const
+    {
+        const bool isRow = item && tree && item->treeWidget() == tree;
+        return isRow ? static_cast<const OutlineTreeItem*>(item)->Node() : nullptr;
+    }
+    bool contains(const QTreeWidgetItem* item) const { return value(item) != nullptr; }
+    // The tree has so many rows now, all of them OutlineTreeItems.
+    void Reset(const QTreeWidget* newTree, int newCount)
+    {
+        tree = newTree;
+        count = newCount;
+    }
+
+private:
+    const QTreeWidget* tree = nullptr; // not owned
+    int count = 0;
 };

@@ -4,7 +4,6 @@
 #include "outline_events.h"
 #include "outline_ids.h"
 #include "outline_interceptors.h"
-#include "outline_item.h"
 #include "outline_node.h"
 #include "outline_rename.h"
 #include "outline_tree.h"
@@ -24,6 +23,7 @@
 #include <plugin/shell/undo_stack.h>
 
 #include <QDebug>
+#include <QHash>
 #include <QPushButton>
 #include <QToolButton>
 #include <QUndoStack>
@@ -182,17 +182,17 @@ void NaviOutlineWidget::FillTree()
     tree->clear();
     tree->blockSignals(false);
     // All of it, also without an outline: nothing may lead to nodes that are gone.
-    itemToNode.clear();
+    itemToNode.Reset(tree, 0);
     nodeOrder.clear();
     nextOrder = 0;
     targets.clear();
     OutlineRows rows = MakeOutlineRows(document->GetOutlineRoot(), document, MayReorder(document), expectedCount);
-    itemToNode.swap(rows.itemToNode);
     nodeOrder.swap(rows.nodeOrder);
     targets.swap(rows.targets);
     nextOrder = rows.nextOrder;
     tree->blockSignals(true);
     tree->insertTopLevelItems(0, rows.topItems);
+    itemToNode.Reset(tree, qMax(0, nextOrder - 1)); // all but the root
     tree->RestoreExpansion();
     tree->blockSignals(false);
 }
@@ -235,8 +235,8 @@ void NaviOutlineWidget::OpenPendingEditor()
 
 void NaviOutlineWidget::SyncExpandStates()
 {
-    const QHash<G_TreeNode*, bool> states = expandState;
-    expandState.clear();
+    PointerTable<G_TreeNode*, bool> states;
+    states.swap(expandState);
     for (auto state = states.cbegin(); state != states.cend(); ++state) {
         if (!nodeOrder.contains(state.key()))
             continue;
@@ -315,10 +315,8 @@ void NaviOutlineWidget::SetSubOutlineExpanded(bool isExpanded)
     if (!current.isValid())
         return;
     tree->ExpandRows(current, isExpanded);
-    tree->ForEachRow(current, [this](QTreeWidgetItem* item, const QModelIndex& index) {
-        G_TreeNode* node = NodeOf(item);
-        if (node && item->childCount() > 0)
-            expandState.insert(node, tree->isExpanded(index));
+    tree->ForEachBranch(current, [this](QTreeWidgetItem* item, const QModelIndex& index) {
+        expandState.insert(NodeOf(item), tree->isExpanded(index));
     });
 }
 

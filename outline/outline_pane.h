@@ -1,10 +1,11 @@
 #pragma once
 
+#include "outline_item.h"
 #include "outline_rows.h"
+#include "pointer_table.h"
 
 #include <plugin/shell/pane_widget.h>
 
-#include <QHash>
 #include <QList>
 
 class CTreeWidget;
@@ -79,12 +80,12 @@ public:
     // that the first page change after opening moves nothing.
     bool skipNextPageSync = true;
     bool wordWrap = true;
-    bool outlineLocked = false;                      // the document may not be edited under its rights
-    bool& rebuildOnShow;                             // pages changed; the tree is filled anew when it is shown
-    QHash<QTreeWidgetItem*, G_TreeNode*> itemToNode; // not owned
+    bool outlineLocked = false;  // the document may not be edited under its rights
+    bool& rebuildOnShow;         // pages changed; the tree is filled anew when it is shown
+    OutlineItemNodes itemToNode; // the node that each item shows
     int nextOrder = 0;
-    QHash<G_TreeNode*, int> nodeOrder;                // each node's number in pre-order; the root has 0
-    QHash<G_TreeNode*, bool> expandState;             // expansions recorded since the last SyncExpandStates
+    PointerTable<G_TreeNode*, int> nodeOrder;         // each node's number in pre-order; the root has 0
+    PointerTable<G_TreeNode*, bool> expandState;      // expansions recorded since the last SyncExpandStates
     QToolButton* addButton = nullptr;                 // owned; its menu holds the batch add
     QPushButton* delButton = nullptr;                 // owned
     QPushButton* expandButton = nullptr;              // owned; checked = collapsed

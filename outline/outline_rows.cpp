@@ -5,6 +5,8 @@
 
 #include <frame/document/ig_document.h>
 
+#include <QHash>
+
 #include <vector>
 
 namespace {
@@ -16,8 +18,8 @@ public:
         : document(document)
         , isEditable(isEditable)
     {
-        rows.itemToNode.reserve(expectedCount);
         rows.nodeOrder.reserve(expectedCount + 1);
+        rows.targets.reserve(expectedCount);
     }
     OutlineRows Make(G_TreeNode* root);
 
@@ -77,6 +79,7 @@ OutlineRows RowMaker::Make(G_TreeNode* root)
 OutlineTreeItem* RowMaker::MakeRow(G_TreeNode* node)
 {
     OutlineTreeItem::Entry row;
+    row.node = node;
     row.depth = node->level;
     row.isEditable = isEditable;
     const G_OutlineItem* entry = OutlineItemOf(node);
@@ -87,7 +90,6 @@ OutlineTreeItem* RowMaker::MakeRow(G_TreeNode* node)
     }
     auto* item = new OutlineTreeItem(row);
     rows.nodeOrder.insert(node, rows.nextOrder++);
-    rows.itemToNode.insert(item, node);
     // Of several actions the first alone is followed, also when it leads nowhere.
     const auto* first =
         entry && !entry->actions.IsEmpty() ? dynamic_cast<const G_ActionGoto*>(entry->actions[0]) : nullptr;

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QHash>
+#include "pointer_table.h"
+
 #include <QList>
 #include <QVector>
 
@@ -20,11 +21,10 @@ struct OutlineTarget
 // The rows of an outline, not yet in a tree, with all that is known of them after one walk.
 struct OutlineRows
 {
-    QList<QTreeWidgetItem*> topItems; // with their children; owned by who takes them
-    QHash<QTreeWidgetItem*, G_TreeNode*> itemToNode;
-    QHash<G_TreeNode*, int> nodeOrder; // numbers in pre-order; the root has 0
-    int nextOrder = 0;
-    QVector<OutlineTarget> targets; // in pre-order
+    QList<QTreeWidgetItem*> topItems;         // with their children; owned by who takes them
+    PointerTable<G_TreeNode*, int> nodeOrder; // numbers in pre-order; the root has 0
+    int nextOrder = 0;                        // one more than there are rows
+    QVector<OutlineTarget> targets;           // in pre-order
 };
 
 // Makes a row for each node below the root; a null root gives none. `expectedCount` only spares growing the tables.

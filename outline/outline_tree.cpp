@@ -41,41 +41,50 @@ QModelIndex CTreeWidget::IndexOf(const QTreeWidgetItem* item) const
     return indexFromItem(item);
 }
 
-void CTreeWidget::ForEachRow(const QModelIndex& top, const RowVisitor& visit) const
+void CTreeWidget::ForEachBranch(const QModelIndex& top, const RowVisitor& visit) const
 {
-    std::vector<QModelIndex> waiting; // a stack of its own: an outline from a file may be deeper than ours
-    if (top.isValid())
-        visit(itemFromIndex(top), top);
-    waiting.push_back(top);
+    std::vector<QModelIndex> waiting{top}; // a stack of its own: an outline from a file may be deeper than ours
     while (!waiting.empty()) {
-        const QModelIndex parent = waiting.back();
+        const QModelIndex index = waiting.back();
         waiting.pop_back();
-        const QTreeWidgetItem* parentItem = parent.isValid() ? itemFromIndex(parent) : invisibleRootItem();
-        for (int row = 0; row < parentItem->childCount(); ++row) {
-            QTreeWidgetItem* item = parentItem->child(row);
-            // By its row: asked for an item's place, the model would look for it among its siblings.
-            const QModelIndex index = model()->index(row, 0, parent);
+        QTreeWidgetItem* item = index.isValid() ? itemFromIndex(index) : invisibleRootItem();
+        if (item->childCount() == 0)
+            continue;
+        if (index.isValid())
             visit(item, index);
-            if (item->childCount() > 0)
-                waiting.push_back(index);
+        for (int row = 0; row < item->childCount(); ++row) {
+            // By its row: asked for an item's place, the model would look for it among its siblings.
+            if (item->child(row)->childCount() > 0)
+                waiting.push_back(model()->index(row, 0, index));
         }
     }
+}
+
+void CTreeWidget::ForEachRow(const QModelIndex& top, const RowVisitor& visit) const
+{
+    if (top.isValid())
+        visit(itemFromIndex(top), top);
+    const auto visitChildren = [this, &visit](const QTreeWidgetItem* item, const QModelIndex& index) {
+        for (int row = 0; row < item->childCount(); ++row)
+            visit(item->child(row), model()->index(row, 0, index));
+    };
+    if (!top.isValid())
+        visitChildren(invisibleRootItem(), top);
+    ForEachBranch(top, visitChildren);
 }
 
 void CTreeWidget::ExpandRows(const QModelIndex& top, bool isExpanded)
 {
     scheduleDelayedItemsLayout(); // while a layout is due, the view only notes what is expanded
-    ForEachRow(top, [this, isExpanded](QTreeWidgetItem* item, const QModelIndex& index) {
-        if (item->childCount() > 0)
-            setExpanded(index, isExpanded);
-    });
+    ForEachBranch(top,
+                  [this, isExpanded](QTreeWidgetItem*, const QModelIndex& index) { setExpanded(index, isExpanded); });
 }
 
 void CTreeWidget::RestoreExpansion()
 {
     scheduleDelayedItemsLayout();
-    ForEachRow(QModelIndex(), [this](QTreeWidgetItem* item, const QModelIndex& index) {
-        if (item->childCount() > 0 && static_cast<OutlineTreeItem*>(item)->IsRecordOpen())
+    ForEachBranch(QModelIndex(), [this](QTreeWidgetItem* item, const QModelIndex& index) {
+        if (static_cast<OutlineTreeItem*>(item)->IsRecordOpen())
             expand(index);
     });
 }
@@ -234,9 +243,9 @@ void CTreeWidget::SelectSubtrees(const QList<G_TreeNode*>& nodes)
         if (!top.isValid())
             continue;
         rows.select(top, top);
-        ForEachRow(top, [this, &rows](QTreeWidgetItem* item, const QModelIndex& index) {
-            if (item->childCount() > 0) // a range for all children of one entry
-                rows.select(model()->index(0, 0, index), model()->index(item->childCount() - 1, 0, index));
+        ForEachBranch(top, [this, &rows](QTreeWidgetItem* item, const QModelIndex& index) {
+            // a range for all children of one entry
+            rows.select(model()->index(0, 0, index), model()->index(item->childCount() - 1, 0, index));
         });
     }
     selectionModel()->select(rows, QItemSelectionModel::Select | QItemSelectionModel::Rows);

@@ -36,8 +36,10 @@ public:
     QMimeData* PrepareDrag() override;
 
     using RowVisitor = std::function<void(QTreeWidgetItem* item, const QModelIndex& index)>;
-    // Visits the row of the index and all rows below it; an invalid index means all rows.
+    // Visits the row of the index and all rows below it, parents before children; an invalid index means all rows.
     void ForEachRow(const QModelIndex& top, const RowVisitor& visit) const;
+    // The same for the rows that have children.
+    void ForEachBranch(const QModelIndex& top, const RowVisitor& visit) const;
     // Expands or collapses the rows with children, from the row of the index down; an invalid index means all rows. The
     // rows are laid out once, later.
     void ExpandRows(const QModelIndex& top, bool isExpanded);

@@ -570,7 +570,8 @@ void TestOutlinePane::expandSubAndCollapseSubReachFromTheCurrentEntryDown()
     tab->MakeCurrent("A");
     tab->pane->ExpandSubOutline();
     QCOMPARE(Expansion(tab), (QMap<QString, bool>{{"A", true}, {"A1", true}, {"C", false}}));
-    QCOMPARE(tab->pane->expandState, (QHash<G_TreeNode*, bool>{{tab->Node({0}), true}, {tab->Node({0, 0}), true}}));
+    QCOMPARE(tab->pane->expandState.size(), 2);
+    QVERIFY(tab->pane->expandState.value(tab->Node({0})) && tab->pane->expandState.value(tab->Node({0, 0})));
     tab->MakeCurrent("A1");
     tab->pane->CollapseSubOutline();
     QCOMPARE(Expansion(tab), (QMap<QString, bool>{{"A", true}, {"A1", false}, {"C", false}}));
