@@ -201,6 +201,7 @@ void CTreeWidget::Drop(QDropEvent* event)
     }
     event->setDropAction(Qt::MoveAction);
     event->accept();
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): ReorderTree would handle the drop again
     QTreeWidget::dropEvent(event); // ends the drag; the refill left nothing selected that it could move
     SelectNodes(moved);
 }
