@@ -220,6 +220,7 @@ void OfdDocument::Private::AdoptSaved(std::unique_ptr<Package> saved, const Save
     AdoptSavedBookmarks();
     AdoptSavedOutline();
     AdoptSavedTags(plan);
+    documentPart->GetPackedBytes()->Pack();
 }
 
 // Records get the sources of their new elements, so that the next save compares with what is in the file now; copies

@@ -204,6 +204,7 @@ void OfdDocument::Private::ReadOutlineOnce()
     if (isOutlineRead)
         return;
     outline = ReadOutline(*documentPart, Structure(), &outlineElements);
+    documentPart->GetPackedBytes()->Pack(); // a long outline's are long, and only a save needs them again
     isOutlineRead = true;
 }
 

@@ -13,6 +13,8 @@ public:
     const T& operator[](int position) const { return items.at(position); }
     T& operator[](int position) { return items[position]; }
     void Add(const T& value) { items.append(value); }
+    // Room for as many; only spares growing.
+    void Reserve(int count) { items.reserve(count); }
     void RemoveAt(int position) { items.remove(position); }
     void RemoveAll() { items.clear(); }
     auto begin() const { return items.constBegin(); }

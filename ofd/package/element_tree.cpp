@@ -92,14 +92,20 @@ QByteArray NameOfTag(const QByteArray& bytes, int begin)
     return bytes.mid(begin + 1, EndOfName(bytes, begin) - begin - 1);
 }
 
-ElementTree::ElementTree(const QByteArray& bytesIn, NodeTest isNode, qint64 begin)
-    : bytes(bytesIn)
+ElementTree::ElementTree(const QByteArray& bytes, NodeTest isNode, qint64 begin)
+    : ElementTree(std::make_shared<const PackedBytes>(bytes), isNode, begin)
 {
+}
+
+ElementTree::ElementTree(std::shared_ptr<const PackedBytes> packedBytes, NodeTest isNode, qint64 begin)
+    : bytes(std::move(packedBytes))
+{
+    const QByteArray& text = GetBytes();
     TreeBuilder builder(elements, isNode);
-    XmlScanner scanner(bytes, begin);
+    XmlScanner scanner(text, begin);
     for (XmlToken token = scanner.Next(); token.kind != XmlToken::End; token = scanner.Next()) {
         if (token.kind == XmlToken::StartTag || token.kind == XmlToken::EmptyTag)
-            builder.Open(bytes, token);
+            builder.Open(text, token);
         else if (token.kind == XmlToken::EndTag)
             builder.Close(token);
         if (builder.IsComplete())
@@ -118,17 +124,17 @@ std::vector<int> ElementTree::ChildrenOf(int element) const
 
 QByteArray ElementTree::BytesOf(int element) const
 {
-    return bytes.mid(At(element).begin, At(element).end - At(element).begin);
+    return GetBytes().mid(At(element).begin, At(element).end - At(element).begin);
 }
 
 QByteArray ElementTree::StartTagOf(int element) const
 {
-    return bytes.mid(At(element).begin, At(element).startTagEnd - At(element).begin);
+    return GetBytes().mid(At(element).begin, At(element).startTagEnd - At(element).begin);
 }
 
 QByteArray ElementTree::NameOf(int element) const
 {
-    return NameOfTag(bytes, At(element).begin);
+    return NameOfTag(GetBytes(), At(element).begin);
 }
 
 QByteArray ElementTree::WithPlaceHolders(int element, const QByteArray& placeHolder) const
@@ -136,11 +142,11 @@ QByteArray ElementTree::WithPlaceHolders(int element, const QByteArray& placeHol
     QByteArray result;
     int at = At(element).begin;
     for (int child = At(element).firstChild; child >= 0; child = At(child).nextSibling) {
-        result.append(bytes.constData() + at, At(child).begin - at);
+        result.append(GetBytes().constData() + at, At(child).begin - at);
         result.append(placeHolder);
         at = At(child).end;
     }
-    return result.append(bytes.constData() + at, At(element).end - at);
+    return result.append(GetBytes().constData() + at, At(element).end - at);
 }
 
 } // namespace ofd

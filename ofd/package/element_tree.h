@@ -1,5 +1,7 @@
 #pragma once
 
+#include "packed_bytes.h"
+
 #include <QByteArray>
 
 #include <memory>
@@ -34,9 +36,10 @@ public:
 
     // An element of well-formed XML begins at `begin`; it is a node whatever its name.
     ElementTree(const QByteArray& bytes, NodeTest isNode, qint64 begin = 0);
+    ElementTree(std::shared_ptr<const PackedBytes> bytes, NodeTest isNode, qint64 begin);
 
     // All of the bytes, with what stands around the element.
-    const QByteArray& GetBytes() const { return bytes; }
+    const QByteArray& GetBytes() const { return bytes->Get(); }
     // In document order; the outer element is the first.
     int GetCount() const { return int(elements.size()); }
     const TreeElement& At(int element) const { return elements[size_t(element)]; }
@@ -51,7 +54,7 @@ public:
     QByteArray WithPlaceHolders(int element, const QByteArray& placeHolder) const;
 
 private:
-    QByteArray bytes;
+    std::shared_ptr<const PackedBytes> bytes; // never null
     std::vector<TreeElement> elements;
 };
 

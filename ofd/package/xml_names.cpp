@@ -6,11 +6,6 @@ namespace ofd {
 
 namespace {
 
-bool IsDeclaration(const char* attributeName)
-{
-    return std::strncmp(attributeName, "xmlns", 5) == 0 && (attributeName[5] == 0 || attributeName[5] == ':');
-}
-
 QString ToText(const char* utf8)
 {
     return QString::fromUtf8(utf8);
@@ -85,10 +80,19 @@ pugi::xml_node Descend(const pugi::xml_node& from, std::initializer_list<std::st
 pugi::xml_attribute Attribute(const pugi::xml_node& node, std::string_view localName)
 {
     for (pugi::xml_attribute attribute = node.first_attribute(); attribute; attribute = attribute.next_attribute()) {
-        if (LocalName(attribute.name()) == localName && !IsDeclaration(attribute.name()))
+        const std::string_view name = attribute.name();
+        const bool endsLikeIt = name.size() >= localName.size() &&
+                                name.compare(name.size() - localName.size(), localName.size(), localName) == 0;
+        if (endsLikeIt && LocalName(attribute.name()) == localName && !IsDeclaration(attribute))
             return attribute;
     }
     return {};
+}
+
+bool IsDeclaration(const pugi::xml_attribute& attribute)
+{
+    const char* name = attribute.name();
+    return std::strncmp(name, "xmlns", 5) == 0 && (name[5] == 0 || name[5] == ':');
 }
 
 bool HasAttribute(const pugi::xml_node& node, std::string_view localName)

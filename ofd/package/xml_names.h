@@ -34,6 +34,8 @@ pugi::xml_node Descend(const pugi::xml_node& from, std::initializer_list<std::st
 
 // The attribute whose local name fits (xmlns declarations never do); a null attribute when there is none.
 pugi::xml_attribute Attribute(const pugi::xml_node& node, std::string_view localName);
+// Whether it declares a namespace.
+bool IsDeclaration(const pugi::xml_attribute& attribute);
 bool HasAttribute(const pugi::xml_node& node, std::string_view localName);
 // The value as text; the default when the attribute is missing.
 QString AttributeText(const pugi::xml_node& node, std::string_view localName, const QString& missing = {});

@@ -70,8 +70,9 @@ std::unique_ptr<XmlPart> XmlPart::Parse(const QString& partName, const QByteArra
     result = {};
     std::unique_ptr<XmlPart> part(new XmlPart);
     part->name = partName;
-    part->bytes = ToUtf8(bytes);
-    if (const PackageError bad = CheckXml(part->bytes)) {
+    const QByteArray text = ToUtf8(bytes);
+    part->bytes = std::make_shared<PackedBytes>(text);
+    if (const PackageError bad = CheckXml(text)) {
         result = ParseError(partName, bad.text);
         return nullptr;
     }
@@ -81,10 +82,10 @@ std::unique_ptr<XmlPart> XmlPart::Parse(const QString& partName, const QByteArra
         pugi::parse_default | pugi::parse_ws_pcdata | pugi::parse_comments | pugi::parse_pi | pugi::parse_declaration;
     part->bareChild = bare;
     if (!bare.empty())
-        part->leftOut = ContentOfChild(part->bytes, bare);
-    QByteArray parsedBytes = part->bytes;
+        part->leftOut = ContentOfChild(text, bare);
+    QByteArray parsedBytes = text;
     if (part->leftOut.end > part->leftOut.begin)
-        parsedBytes = part->bytes.left(int(part->leftOut.begin)) + part->bytes.mid(int(part->leftOut.end));
+        parsedBytes = text.left(int(part->leftOut.begin)) + text.mid(int(part->leftOut.end));
     const pugi::xml_parse_result parsed =
         part->document.load_buffer(parsedBytes.constData(), size_t(parsedBytes.size()), mode, pugi::encoding_utf8);
     if (!parsed || !part->document.document_element()) {
@@ -92,9 +93,9 @@ std::unique_ptr<XmlPart> XmlPart::Parse(const QString& partName, const QByteArra
         result = ParseError(partName, QString::fromLatin1(reason));
         return nullptr;
     }
-    part->hasByteOrderMark = part->bytes.startsWith(Utf8Mark);
-    const int firstLineEnd = part->bytes.indexOf('\n');
-    part->usesCrLf = firstLineEnd > 0 && part->bytes.at(firstLineEnd - 1) == '\r';
+    part->hasByteOrderMark = text.startsWith(Utf8Mark);
+    const int firstLineEnd = text.indexOf('\n');
+    part->usesCrLf = firstLineEnd > 0 && text.at(firstLineEnd - 1) == '\r';
     return part;
 }
 

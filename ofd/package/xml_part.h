@@ -1,6 +1,7 @@
 #pragma once
 
 #include "package_error.h"
+#include "packed_bytes.h"
 #include "xml_scan.h"
 
 #include <QByteArray>
@@ -35,7 +36,9 @@ public:
 
     const QString& GetName() const { return name; }
     // The bytes the tree was parsed from. They differ from the part's own only when that was not in UTF-8.
-    const QByteArray& GetBytes() const { return bytes; }
+    const QByteArray& GetBytes() const { return bytes->Get(); }
+    // The same, to share them and to pack them while nobody looks at them.
+    const std::shared_ptr<PackedBytes>& GetPackedBytes() const { return bytes; }
     // The document element; never null.
     pugi::xml_node GetRoot() const { return document.document_element(); }
     const pugi::xml_document& GetDocument() const { return document; }
@@ -49,7 +52,7 @@ private:
     XmlPart() = default;
 
     QString name;
-    QByteArray bytes;
+    std::shared_ptr<PackedBytes> bytes; // never null
     pugi::xml_document document;
     std::string bareChild; // its local name; empty for none
     XmlRange leftOut;      // the bytes that are not in the tree

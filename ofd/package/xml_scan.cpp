@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 
+#include <array>
 #include <cstring>
 #include <vector>
 
@@ -31,20 +32,21 @@ XmlToken XmlScanner::Markup()
         const size_t length = std::strlen(text);
         return size_t(size - at) >= length && std::memcmp(data + at, text, length) == 0;
     };
-    if (startsWith("<!--"))
+    const char second = at + 1 < size ? data[at + 1] : '\0';
+    if (second == '!' && startsWith("<!--"))
         return Delimited(XmlToken::Comment, 4, "-->");
-    if (startsWith("<![CDATA["))
+    if (second == '!' && startsWith("<![CDATA["))
         return Delimited(XmlToken::CData, 9, "]]>");
-    if (startsWith("<?"))
+    if (second == '?')
         return Delimited(XmlToken::Instruction, 2, "?>");
     XmlToken token;
     token.begin = at;
     token.end = TagEnd(at + 1);
     if (token.end < 0)
         token.kind = XmlToken::Bad;
-    else if (startsWith("<!"))
+    else if (second == '!')
         token.kind = XmlToken::DocType;
-    else if (startsWith("</"))
+    else if (second == '/')
         token.kind = XmlToken::EndTag;
     else
         token.kind = data[token.end - 2] == '/' ? XmlToken::EmptyTag : XmlToken::StartTag;
@@ -68,17 +70,21 @@ XmlToken XmlScanner::Delimited(XmlToken::Kind kind, int openLength, const char* 
 // Behind the '>' that ends a tag, -1 when there is none. A '>' between quotes does not.
 qint64 XmlScanner::TagEnd(qint64 from) const
 {
-    char quote = 0;
+    static const std::array<bool, 256> stops = [] {
+        std::array<bool, 256> table{};
+        for (const unsigned char c : {'>', '"', '\''})
+            table[c] = true;
+        return table;
+    }();
     for (qint64 i = from; i < size; ++i) {
-        const char c = data[i];
-        if (quote) {
-            if (c == quote)
-                quote = 0;
-        } else if (c == '"' || c == '\'') {
-            quote = c;
-        } else if (c == '>') {
+        if (!stops[static_cast<unsigned char>(data[i])])
+            continue;
+        if (data[i] == '>')
             return i + 1;
-        }
+        const void* close = std::memchr(data + i + 1, data[i], size_t(size - i - 1));
+        if (!close)
+            return -1;
+        i = static_cast<const char*>(close) - data;
     }
     return -1;
 }
@@ -96,8 +102,8 @@ std::string_view TagName(const QByteArray& bytes, const XmlToken& tag)
 {
     const char* begin = bytes.constData() + tag.begin + (tag.kind == XmlToken::EndTag ? 2 : 1);
     const char* end = begin;
-    while (!std::strchr(" \t\r\n/>", *end)) // the '>' of the tag is there
-        ++end;
+    while (*end != '>' && *end != '/' && *end != ' ' && *end != '\n' && *end != '\r' && *end != '\t')
+        ++end; // the '>' of the tag is there
     return {begin, size_t(end - begin)};
 }
 

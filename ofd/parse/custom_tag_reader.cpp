@@ -23,12 +23,6 @@ CCA_String Utf8(const QString& text)
     return CCA_String(text.toUtf8());
 }
 
-bool IsDeclaration(const pugi::xml_attribute& attribute)
-{
-    const std::string_view name = attribute.name();
-    return name == "xmlns" || name.substr(0, 6) == "xmlns:";
-}
-
 void AddReference(const pugi::xml_node& element, G_CustomTagItem& tag)
 {
     const int objectId = int(ParseId(TrimmedText(element).toStdString()).value_or(0));

@@ -30,7 +30,27 @@ int ZoomModeOf(const char* type)
 
 CCA_String Utf8(const QString& text)
 {
-    return CCA_String(text.toUtf8());
+    QByteArray bytes = text.toUtf8();
+    bytes.squeeze(); // it has room for the longest that the text might have become
+    return CCA_String(bytes);
+}
+
+// One walk over the attributes, since there are very many destinations.
+void SetValue(G_Dest& dest, std::string_view name, const char* value)
+{
+    static const std::pair<std::string_view, float G_Dest::*> numbers[] = {{"Left", &G_Dest::left},
+                                                                           {"Top", &G_Dest::top},
+                                                                           {"Right", &G_Dest::right},
+                                                                           {"Bottom", &G_Dest::bottom},
+                                                                           {"Zoom", &G_Dest::zoom}};
+    if (name == "Type")
+        dest.zoomMode = ZoomModeOf(value);
+    else if (name == "PageID")
+        dest.pageId = int(ParseId(value).value_or(0));
+    for (const auto& [known, number] : numbers) {
+        if (name == known)
+            dest.*number = float(ParseNumber(value).value_or(0));
+    }
 }
 
 bool HasOnly(const pugi::xml_node& element, std::initializer_list<std::string_view> attributes, int childCount)
@@ -60,6 +80,7 @@ public:
         : part(part)
         , structure(structure)
         , tree(std::move(elements))
+        , sources(std::make_shared<std::vector<OutlineSource>>(size_t(tree->GetCount())))
     {
     }
 
@@ -95,21 +116,25 @@ private:
         item->title = Utf8(AttributeText(entry, "Title").trimmed());
         item->text = item->title;
         item->expanded = BooleanAttribute(entry, "Expanded", true);
-        auto source = std::make_shared<OutlineSource>();
-        source->tree = tree;
-        source->element = element;
-        source->text = item->text;
-        source->expanded = item->expanded;
-        for (const pugi::xml_node& action : ChildElements(ChildElement(entry, "Actions"), "Action")) {
-            item->actions.Add(ReadAction(action));
-            source->actions.push_back(ValueOf(*item->actions[item->actions.GetSize() - 1]));
+        OutlineSource& source = (*sources)[size_t(element)];
+        source.tree = tree;
+        source.element = element;
+        source.text = item->text;
+        source.expanded = item->expanded;
+        const std::vector<pugi::xml_node> actions = ChildElements(ChildElement(entry, "Actions"), "Action");
+        item->actions.Reserve(int(actions.size()));
+        source.actions.reserve(actions.size());
+        for (const pugi::xml_node& element : actions) {
+            G_Action* action = ReadAction(element); // owned by the item
+            item->actions.Add(action);
+            source.actions.push_back(ValueOf(*action));
         }
-        source->hasCount = HasAttribute(entry, "Count");
-        if (source->hasCount) {
-            source->count = IntegerAttribute(entry, "Count");
-            source->counts = CountsOf(element);
+        source.hasCount = HasAttribute(entry, "Count");
+        if (source.hasCount) {
+            source.count = IntegerAttribute(entry, "Count");
+            source.counts = CountsOf(element);
         }
-        item->source = source;
+        item->source = std::shared_ptr<const OutlineSource>(sources, &source);
         return item;
     }
 
@@ -184,8 +209,9 @@ private:
     const XmlPart& part;
     const DocumentStructure& structure;
     const std::shared_ptr<const ElementTree> tree;
-    QByteArray entryBytes;           // of the entry that is being read
-    std::vector<EntryCounts> counts; // by element; empty until needed
+    const std::shared_ptr<std::vector<OutlineSource>> sources; // by element; in one block, since there may be many
+    QByteArray entryBytes;                                     // of the entry that is being read
+    std::vector<EntryCounts> counts;                           // by element; empty until needed
     QHash<QString, pugi::xml_node> bookmarks;
     bool hasBookmarks = false;
 };
@@ -209,14 +235,11 @@ ActionValue ValueOf(const G_Action& action)
 G_Dest ReadDestination(const pugi::xml_node& element, const DocumentStructure& structure)
 {
     G_Dest dest;
-    dest.zoomMode = ZoomModeOf(Attribute(element, "Type").as_string());
-    dest.pageId = int(IdAttribute(element, "PageID"));
+    for (const pugi::xml_attribute& attribute : element.attributes()) {
+        if (!IsDeclaration(attribute))
+            SetValue(dest, LocalName(attribute.name()), attribute.value());
+    }
     dest.pageIndex = structure.pageIndexById.value(dest.pageId, -1);
-    dest.left = float(NumberAttribute(element, "Left"));
-    dest.top = float(NumberAttribute(element, "Top"));
-    dest.right = float(NumberAttribute(element, "Right"));
-    dest.bottom = float(NumberAttribute(element, "Bottom"));
-    dest.zoom = float(NumberAttribute(element, "Zoom"));
     return dest;
 }
 
@@ -255,7 +278,7 @@ TreeRoot ReadOutline(const XmlPart& document, const DocumentStructure& structure
     const pugi::xml_node list = ChildElement(document.GetRoot(), "Outlines");
     if (!list)
         return nullptr;
-    *elements = std::make_shared<const ElementTree>(document.GetBytes(), IsOutlineEntry, document.PlaceOf(list));
+    *elements = std::make_shared<const ElementTree>(document.GetPackedBytes(), IsOutlineEntry, document.PlaceOf(list));
     TreeRoot root(G_TreeNode::CreateRoot());
     OutlineReader(document, structure, *elements).ReadInto(root.get());
     return root;
