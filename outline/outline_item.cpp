@@ -50,7 +50,8 @@ unsigned PageRole(int role)
 } // namespace
 
 OutlineTreeItem::OutlineTreeItem(const Entry& entry)
-    : node(entry.node)
+    : QTreeWidgetItem(Type)
+    , node(entry.node)
     , title(entry.title)
     , depth(entry.depth)
     , pageIndex(entry.pageIndex)

@@ -18,6 +18,7 @@ class G_TreeNode;
 class OutlineTreeItem : public QTreeWidgetItem
 {
 public:
+    enum { Type = QTreeWidgetItem::UserType }; // tells it from a tree's invisible root
     struct Entry
     {
         G_TreeNode* node = nullptr; // not owned
@@ -64,11 +65,11 @@ public:
     // Null for null and for what is no row of the tree.
     G_TreeNode* value(const QTreeWidgetItem* item) const
     {
-        const bool isRow = item && tree && item->treeWidget() == tree;
+        const bool isRow = item && tree && item->treeWidget() == tree && item->type() == OutlineTreeItem::Type;
         return isRow ? static_cast<const OutlineTreeItem*>(item)->Node() : nullptr;
     }
     bool contains(const QTreeWidgetItem* item) const { return value(item) != nullptr; }
-    // The tree has so many rows now, all of them OutlineTreeItems.
+    // The tree has so many rows now.
     void Reset(const QTreeWidget* newTree, int newCount)
     {
         tree = newTree;
