@@ -21,7 +21,7 @@ void TestPackedBytes::manyBytesComeBackAsTheyWere()
 {
     QByteArray bytes;
     for (int i = 0; bytes.size() < 3 << 20; ++i)
-        bytes += QByteArray::number(i * 7919) + '\0';
+        bytes += QByteArray::number(i * qint64(7919)) + '\0';
     const QByteArray copy(bytes.constData(), bytes.size());
     PackedBytes packed(bytes);
     bytes.clear();
