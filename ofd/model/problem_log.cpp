@@ -144,30 +144,26 @@ ProblemPlace::~ProblemPlace()
 
 void ReportProblem(ProblemKind kind, const QString& text)
 {
+    if (!innermost || !innermost->log)
+        return;
     Problem problem;
     problem.kind = kind;
     problem.text = text;
-    if (innermost) {
-        problem.part = innermost->part;
-        problem.objectId = innermost->objectId;
-        problem.offset = innermost->offset;
-    }
-    if (innermost && innermost->log)
-        innermost->log->Add(problem);
-    else
-        WriteToProgramLog(problem);
+    problem.part = innermost->part;
+    problem.objectId = innermost->objectId;
+    problem.offset = innermost->offset;
+    innermost->log->Add(problem);
 }
 
 void ReportProblem(ProblemKind kind, const QString& part, const QString& text)
 {
+    if (!innermost || !innermost->log)
+        return;
     Problem problem;
     problem.kind = kind;
     problem.part = part;
     problem.text = text;
-    if (innermost && innermost->log)
-        innermost->log->Add(problem);
-    else
-        WriteToProgramLog(problem);
+    innermost->log->Add(problem);
 }
 
 } // namespace ofd

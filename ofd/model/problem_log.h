@@ -115,7 +115,7 @@ private:
     qint64 outerOffset = -1;
 };
 
-// Reports to the innermost scope of this thread; outside of one it only goes to the program's log.
+// Reports to the innermost scope of this thread; outside of one nothing happens, since nobody asked for the file.
 void ReportProblem(ProblemKind kind, const QString& text);
 // The same about another part than the one at hand.
 void ReportProblem(ProblemKind kind, const QString& part, const QString& text);

@@ -3,6 +3,9 @@
 #include "entry_names.h"
 #include "package.h"
 
+#include <ofd/model/problem_log.h>
+
+#include <QCoreApplication>
 #include <QStringList>
 
 namespace ofd {
@@ -61,9 +64,20 @@ QString WithoutLeadingSlashes(const QString& reference)
     return bare.mid(begin);
 }
 
-} // namespace
+void TellOfReference(const QString& reference, const ResolvedLocation& found)
+{
+    if (found.step == LocationStep::Exact)
+        return;
+    if (found)
+        ReportProblem(ProblemKind::MisspeltReference,
+                      QCoreApplication::translate("OfdPackage", "\"%1\" leads nowhere; \"%2\" was read instead.")
+                          .arg(reference.trimmed(), found.part));
+    else
+        ReportProblem(ProblemKind::MissingPart,
+                      QCoreApplication::translate("OfdPackage", "\"%1\" leads to no part.").arg(reference.trimmed()));
+}
 
-ResolvedLocation ResolveLocation(const Package& package, const QString& reference, const LocationContext& context)
+ResolvedLocation FindLocation(const Package& package, const QString& reference, const LocationContext& context)
 {
     ResolvedLocation result;
     auto hit = [&result](const QString& part, LocationStep step) {
@@ -94,6 +108,15 @@ ResolvedLocation ResolveLocation(const Package& package, const QString& referenc
         if (!found.isEmpty())
             return hit(found, LocationStep::ByFileName);
     }
+    return result;
+}
+
+} // namespace
+
+ResolvedLocation ResolveLocation(const Package& package, const QString& reference, const LocationContext& context)
+{
+    ResolvedLocation result = FindLocation(package, reference, context);
+    TellOfReference(reference, result);
     return result;
 }
 

@@ -4,9 +4,10 @@
 #include "entry_names.h"
 #include "part_inflater.h"
 
+#include <ofd/model/problem_log.h>
+
 #include <QCoreApplication>
 #include <QIODevice>
-#include <QLoggingCategory>
 
 #include <cstring>
 
@@ -14,17 +15,22 @@ namespace ofd {
 
 namespace {
 
-Q_LOGGING_CATEGORY(packageLog, "tetobaisfla.ofd")
-
 PackageError NoSuchPart(const QString& name)
 {
     return {PackageErrorKind::NoSuchPart,
             QCoreApplication::translate("OfdPackage", "The file has no part \"%1\".").arg(name)};
 }
 
-void WarnOfChecksum(const QString& name)
+void TellOfPart(const QString& name, const PackageError& error, bool hasWrongChecksum)
 {
-    qCWarning(packageLog, "the checksum of part %s is wrong", qPrintable(name));
+    if (error)
+        ReportProblem(error.kind == PackageErrorKind::NoSuchPart ? ProblemKind::MissingPart
+                      : error.kind == PackageErrorKind::TooBig   ? ProblemKind::Limit
+                                                                 : ProblemKind::UnreadablePart,
+                      name, error.text);
+    if (hasWrongChecksum)
+        ReportProblem(ProblemKind::WrongChecksum, name,
+                      QCoreApplication::translate("OfdPackage", "The checksum of the part is wrong."));
 }
 
 } // namespace
@@ -165,6 +171,13 @@ qint64 Package::GetPartSize(const QString& name) const
 
 PartData Package::Read(const QString& name) const
 {
+    PartData data = ReadQuietly(name);
+    TellOfPart(name, data.error, data.hasWrongChecksum);
+    return data;
+}
+
+PartData Package::ReadQuietly(const QString& name) const
+{
     PartData data;
     const int index = FindEntry(name);
     if (index < 0) {
@@ -186,24 +199,19 @@ PartData Package::Read(const QString& name) const
     };
     data.error = InflateEntry(*source, entry, put, &data.hasWrongChecksum);
     data.bytes.truncate(data.error ? 0 : int(done));
-    if (data.hasWrongChecksum)
-        WarnOfChecksum(name);
     return data;
 }
 
 PackageError Package::ReadTo(const QString& name, QIODevice& out) const
 {
-    const int index = FindEntry(name);
-    if (index < 0)
-        return NoSuchPart(name);
-    const ZipEntry& entry = directory.entries[size_t(index)];
-    if (PackageError error = CheckEntry(entry, false))
-        return error;
     bool hasWrongChecksum = false;
-    auto put = [&](const char* bytes, qint64 count) { return out.write(bytes, count) == count; };
-    const PackageError error = InflateEntry(*source, entry, put, &hasWrongChecksum);
-    if (hasWrongChecksum)
-        WarnOfChecksum(name);
+    const int index = FindEntry(name);
+    PackageError error = index < 0 ? NoSuchPart(name) : CheckEntry(directory.entries[size_t(index)], false);
+    if (!error) {
+        auto put = [&](const char* bytes, qint64 count) { return out.write(bytes, count) == count; };
+        error = InflateEntry(*source, directory.entries[size_t(index)], put, &hasWrongChecksum);
+    }
+    TellOfPart(name, error, hasWrongChecksum);
     return error;
 }
 

@@ -23,7 +23,7 @@ struct PartData
 {
     QByteArray bytes;
     PackageError error;
-    bool hasWrongChecksum = false; // readable, but not what was once packed; logged too
+    bool hasWrongChecksum = false; // readable, but not what was once packed; reported too
 };
 
 // An open container: a map from part names to bytes. Nothing is inflated until it is asked for, and nothing is cached
@@ -75,6 +75,7 @@ private:
     static std::unique_ptr<Package> OpenSource(std::unique_ptr<ByteSource> source, PackageError* error);
     void IndexNames();
     PackageError FindEntryPoint();
+    PartData ReadQuietly(const QString& name) const;
     const std::vector<int>* FoldedMatches(const QString& name) const;
 
     std::unique_ptr<ByteSource> source;

@@ -2,6 +2,8 @@
 
 #include "package.h"
 
+#include <ofd/model/problem_log.h>
+
 #include <QCoreApplication>
 #include <QTextCodec>
 
@@ -56,8 +58,10 @@ QByteArray ToUtf8(const QByteArray& bytes)
 
 PackageError ParseError(const QString& partName, const QString& reason)
 {
-    return {PackageErrorKind::BadXml,
-            QCoreApplication::translate("OfdPackage", "The part \"%1\" cannot be read: %2").arg(partName, reason)};
+    const QString text =
+        QCoreApplication::translate("OfdPackage", "The part \"%1\" cannot be read: %2").arg(partName, reason);
+    ReportProblem(ProblemKind::BadXml, partName, text);
+    return {PackageErrorKind::BadXml, text};
 }
 
 } // namespace

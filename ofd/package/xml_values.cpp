@@ -3,6 +3,10 @@
 #include "limits.h"
 #include "xml_names.h"
 
+#include <ofd/model/problem_log.h>
+
+#include <QCoreApplication>
+
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -66,6 +70,28 @@ bool ParseExactly(std::string_view text, double (&values)[Count])
     return true;
 }
 
+void TellOfValue(const pugi::xml_attribute& attribute)
+{
+    constexpr int shownLength = 80;
+    ReportProblem(ProblemKind::BadValue, QCoreApplication::translate("OfdPackage", "%1=\"%2\" cannot be read.")
+                                             .arg(QString::fromUtf8(attribute.name()),
+                                                  QString::fromUtf8(attribute.value()).left(shownLength)));
+}
+
+// The attribute's value; nothing when it is missing, or bad, which is told.
+template <typename Value>
+std::optional<Value> ValueOf(const pugi::xml_node& node, std::string_view localName,
+                             std::optional<Value> (*parse)(std::string_view))
+{
+    const pugi::xml_attribute attribute = Attribute(node, localName);
+    if (!attribute)
+        return std::nullopt;
+    const std::optional<Value> value = parse(attribute.value());
+    if (!value)
+        TellOfValue(attribute);
+    return value;
+}
+
 } // namespace
 
 std::optional<double> ParseNumber(std::string_view text)
@@ -117,15 +143,19 @@ std::optional<QRectF> ParseBox(std::string_view text)
     return QRectF(values[0], values[1], values[2], values[3]);
 }
 
-std::optional<QVector<double>> ParseArray(std::string_view text)
+std::optional<QVector<double>> ParseArray(std::string_view text, bool* isAllRead)
 {
     const std::vector<std::string_view> words = SplitWords(text);
     if (words.size() > size_t(limits::MaxArrayItems))
         return std::nullopt;
     QVector<double> values;
     values.reserve(int(words.size()));
-    for (const std::string_view word : words)
-        values.append(ParseNumber(word).value_or(0));
+    for (const std::string_view word : words) {
+        const std::optional<double> number = ParseNumber(word);
+        if (isAllRead && !number)
+            *isAllRead = false;
+        values.append(number.value_or(0));
+    }
     return values;
 }
 
@@ -159,33 +189,39 @@ bool EqualsWord(std::string_view text, std::string_view word)
 
 double NumberAttribute(const pugi::xml_node& node, std::string_view localName, double missing)
 {
-    return ParseNumber(Attribute(node, localName).value()).value_or(missing);
+    return ValueOf(node, localName, ParseNumber).value_or(missing);
 }
 
 int IntegerAttribute(const pugi::xml_node& node, std::string_view localName, int missing)
 {
-    return ParseInteger(Attribute(node, localName).value()).value_or(missing);
+    return ValueOf(node, localName, ParseInteger).value_or(missing);
 }
 
 quint32 IdAttribute(const pugi::xml_node& node, std::string_view localName, quint32 missing)
 {
-    return ParseId(Attribute(node, localName).value()).value_or(missing);
+    return ValueOf(node, localName, ParseId).value_or(missing);
 }
 
 bool BooleanAttribute(const pugi::xml_node& node, std::string_view localName, bool missing)
 {
-    return ParseBoolean(Attribute(node, localName).value()).value_or(missing);
+    return ValueOf(node, localName, ParseBoolean).value_or(missing);
 }
 
 std::optional<QRectF> BoxAttribute(const pugi::xml_node& node, std::string_view localName)
 {
-    return ParseBox(Attribute(node, localName).value());
+    return ValueOf(node, localName, ParseBox);
 }
 
 std::optional<QVector<double>> ArrayAttribute(const pugi::xml_node& node, std::string_view localName)
 {
     const pugi::xml_attribute attribute = Attribute(node, localName);
-    return attribute ? ParseArray(attribute.value()) : std::nullopt;
+    if (!attribute)
+        return std::nullopt;
+    bool isAllRead = true;
+    std::optional<QVector<double>> values = ParseArray(attribute.value(), &isAllRead);
+    if (!values || !isAllRead)
+        TellOfValue(attribute);
+    return values;
 }
 
 } // namespace ofd

@@ -24,14 +24,15 @@ std::optional<bool> ParseBoolean(std::string_view text);
 std::optional<QPointF> ParsePosition(std::string_view text);
 // "x y width height"; width and height may be negative.
 std::optional<QRectF> ParseBox(std::string_view text);
-// Numbers between blanks; items that are no numbers become 0 so that places are kept. Nothing when it is too long.
-std::optional<QVector<double>> ParseArray(std::string_view text);
+// Numbers between blanks; items that are no numbers become 0 so that places are kept, and `isAllRead`, which may be
+// null, becomes false. Nothing when it is too long.
+std::optional<QVector<double>> ParseArray(std::string_view text, bool* isAllRead = nullptr);
 // Words between blanks.
 std::vector<std::string_view> SplitWords(std::string_view text);
 // Whether the texts are equal without case and surrounding white space, as enumerated values are compared.
 bool EqualsWord(std::string_view text, std::string_view word);
 
-// The same straight from an attribute; the default when it is missing or bad.
+// The same straight from an attribute; the default when it is missing, or bad, which is reported as a problem.
 double NumberAttribute(const pugi::xml_node& node, std::string_view localName, double missing = 0);
 int IntegerAttribute(const pugi::xml_node& node, std::string_view localName, int missing = 0);
 quint32 IdAttribute(const pugi::xml_node& node, std::string_view localName, quint32 missing = 0);
