@@ -132,6 +132,9 @@ private:
         image->mediaId = int(IdAttribute(element, "ResourceID"));
         image->substitutionId = int(IdAttribute(element, "Substitution"));
         image->maskId = int(IdAttribute(element, "ImageMask"));
+        image->stroke.widthMm = 0; // a picture has no line of its own
+        if (const pugi::xml_node border = ChildElement(element, "Border"))
+            image->border = ReadImageBorder(border, resources);
         return image;
     }
 

@@ -112,4 +112,20 @@ void ReadDrawParam(const pugi::xml_node& element, const Resources& resources, Dr
         param.stroke = ReadPaint(stroke, resources);
 }
 
+ImageBorder ReadImageBorder(const pugi::xml_node& element, const Resources& resources)
+{
+    ImageBorder border;
+    border.line.widthMm = std::abs(NumberAttribute(element, "LineWidth", border.line.widthMm));
+    border.line.dashOffset = NumberAttribute(element, "DashOffset");
+    border.line.dashes = UsableDashes(ArrayAttribute(element, "DashPattern").value_or(QVector<double>()));
+    // The format spells the attribute without its "t"; both are read.
+    const char* name =
+        HasAttribute(element, "HorizonalCornerRadius") ? "HorizonalCornerRadius" : "HorizontalCornerRadius";
+    border.cornerWidthMm = std::abs(NumberAttribute(element, name));
+    border.cornerHeightMm = std::abs(NumberAttribute(element, "VerticalCornerRadius"));
+    const pugi::xml_node color = ChildElement(element, "BorderColor");
+    border.paint = color ? ReadPaint(color, resources) : Paint{Qt::black, nullptr};
+    return border;
+}
+
 } // namespace ofd

@@ -36,4 +36,7 @@ private:
 // Reads the attributes that a draw parameter and an object share.
 void ReadDrawParam(const pugi::xml_node& element, const Resources& resources, DrawParam& param);
 
+// Reads the border of a picture.
+ImageBorder ReadImageBorder(const pugi::xml_node& element, const Resources& resources);
+
 } // namespace ofd

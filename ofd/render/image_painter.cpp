@@ -1,0 +1,175 @@
+#include "image_painter.h"
+
+#include "image_store.h"
+
+#include <ofd/model/resources.h>
+#include <ofd/package/limits.h>
+
+#include <cmath>
+
+namespace ofd {
+
+namespace {
+
+constexpr double ThinnestLinePx = 0.7; // thinner lines would fade away on the screen
+constexpr double MaxDashesInBorder = 20'000;
+const QRectF UnitSquare(0, 0, 1, 1);
+
+// From the unit square to the container: the object's matrix, or its boundary when it has none.
+QTransform PlaceOf(const ImageObject& object)
+{
+    if (object.hasMatrix)
+        return object.toContainer;
+    return QTransform::fromScale(object.boundary.width(), object.boundary.height()) * object.toContainer;
+}
+
+// Lengths of the sides of the transformed unit square.
+QSizeF SidesOf(const QTransform& transform)
+{
+    return QSizeF(std::hypot(transform.m11(), transform.m12()), std::hypot(transform.m21(), transform.m22()));
+}
+
+bool IsUsable(const QTransform& transform)
+{
+    return std::isfinite(transform.determinant()) && transform.determinant() != 0 && std::isfinite(transform.dx()) &&
+           std::isfinite(transform.dy());
+}
+
+// Averages a picture down to about the size it is painted in; painting alone would only pick some of its pixels.
+QImage ShrunkTo(const QImage& image, const QSizeF& sidesPx)
+{
+    const bool isMuchLarger = image.width() > 2 * sidesPx.width() || image.height() > 2 * sidesPx.height();
+    if (!isMuchLarger || sidesPx.width() < 1 || sidesPx.height() < 1)
+        return image;
+    const QSize target(int(std::ceil(std::min(double(image.width()), sidesPx.width()))),
+                       int(std::ceil(std::min(double(image.height()), sidesPx.height()))));
+    return image.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+// How much of a picture shows through a mask: its brightness, and nothing where it is transparent.
+QImage CoverageOf(const QImage& mask)
+{
+    QImage opaque = mask;
+    if (mask.hasAlphaChannel()) {
+        opaque = QImage(mask.size(), QImage::Format_RGB32);
+        opaque.fill(Qt::black);
+        QPainter(&opaque).drawImage(0, 0, mask);
+    }
+    QImage coverage = opaque.convertToFormat(QImage::Format_Grayscale8);
+    coverage.reinterpretAsFormat(QImage::Format_Alpha8);
+    return coverage;
+}
+
+// The picture with what the mask hides taken out. The finer of the two decides how fine the result is.
+QImage SeenThrough(const QImage& image, const QImage& mask)
+{
+    QSize size = image.size().expandedTo(mask.size());
+    if (qint64(size.width()) * size.height() > limits::MaxImagePixels)
+        size = image.size();
+    const auto fitted = [&size](const QImage& picture) {
+        return picture.size() == size ? picture : picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    };
+    QImage result = fitted(image).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&result);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.drawImage(0, 0, fitted(CoverageOf(mask)));
+    return result;
+}
+
+// The frame of the picture in its own axes, in millimetres, with the border's corners.
+QPainterPath FrameOf(const ImageBorder& border, const QSizeF& sidesMm)
+{
+    QPainterPath frame;
+    const double rx = std::min(border.cornerWidthMm, sidesMm.width() / 2);
+    const double ry = std::min(border.cornerHeightMm, sidesMm.height() / 2);
+    const QRectF rect(QPointF(), sidesMm);
+    if (rx > 0 && ry > 0)
+        frame.addRoundedRect(rect, rx, ry);
+    else
+        frame.addRect(rect);
+    return frame;
+}
+
+// From the frame's millimetres to the container.
+QTransform FramePlace(const QTransform& place, const QSizeF& sidesMm)
+{
+    return QTransform::fromScale(1 / sidesMm.width(), 1 / sidesMm.height()) * place;
+}
+
+} // namespace
+
+QRectF ImagePainter::BoxOf(const ImageObject& object)
+{
+    return PlaceOf(object).mapRect(UnitSquare);
+}
+
+void ImagePainter::Paint(const ImageObject& object, const Resources& resources, double alpha)
+{
+    const QImage image = PictureOf(object, resources);
+    if (image.isNull() || !IsUsable(PlaceOf(object) * painter.worldTransform()))
+        return;
+    painter.save();
+    PaintPicture(image, object, alpha);
+    painter.restore();
+    if (object.border)
+        PaintBorder(object, alpha);
+}
+
+QImage ImagePainter::ImageOf(int mediaId, const Resources& resources) const
+{
+    const MediaResource* media = resources.FindMedia(mediaId);
+    return media && !media->part.isEmpty() ? images.GetImage(package, media->part) : QImage();
+}
+
+QImage ImagePainter::PictureOf(const ImageObject& object, const Resources& resources) const
+{
+    QImage image = ImageOf(object.mediaId, resources);
+    if (image.isNull())
+        image = ImageOf(object.substitutionId, resources);
+    if (image.isNull())
+        return image;
+    const QSizeF sidesPx = SidesOf(PlaceOf(object) * painter.worldTransform());
+    image = ShrunkTo(image, sidesPx);
+    const QImage mask = ImageOf(object.maskId, resources); // one that cannot be read hides nothing
+    return mask.isNull() ? image : SeenThrough(image, ShrunkTo(mask, sidesPx));
+}
+
+void ImagePainter::PaintPicture(const QImage& image, const ImageObject& object, double alpha)
+{
+    const QTransform place = PlaceOf(object);
+    if (object.border && object.border->HasRoundCorners()) { // nothing sticks out at them
+        const QSizeF sidesMm = SidesOf(place);
+        painter.setClipPath(FramePlace(place, sidesMm).map(FrameOf(*object.border, sidesMm)), Qt::IntersectClip);
+    }
+    painter.setWorldTransform(place, true);
+    painter.setOpacity(alpha);
+    painter.drawImage(UnitSquare, image);
+}
+
+void ImagePainter::PaintBorder(const ImageObject& object, double alpha)
+{
+    const ImageBorder& border = *object.border;
+    const QTransform place = PlaceOf(object);
+    const QSizeF sidesMm = SidesOf(place);
+    if (!border.paint.IsVisible() || sidesMm.isEmpty())
+        return;
+    painter.setWorldTransform(FramePlace(place, sidesMm), true);
+    const double pixelsPerMm = std::sqrt(std::abs(painter.worldTransform().determinant()));
+    QColor color = border.paint.color;
+    color.setAlphaF(color.alphaF() * alpha);
+    const double width = std::max(border.line.widthMm, ThinnestLinePx / pixelsPerMm);
+    QPen pen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
+    double dashLength = 0;
+    for (const double dash : border.line.dashes)
+        dashLength += dash;
+    if (dashLength > 0 && 2 * (sidesMm.width() + sidesMm.height()) / dashLength < MaxDashesInBorder) {
+        QVector<qreal> dashes; // Qt counts them in widths of the line
+        for (const double dash : border.line.dashes)
+            dashes.append(dash / width);
+        pen.setDashPattern(dashes);
+        pen.setDashOffset(border.line.dashOffset / width);
+    }
+    painter.strokePath(FrameOf(border, sidesMm), pen);
+}
+
+} // namespace ofd

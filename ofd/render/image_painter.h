@@ -1,0 +1,42 @@
+#pragma once
+
+#include <ofd/model/content.h>
+
+#include <QPainter>
+
+namespace ofd {
+
+class ImageStore;
+class Package;
+struct Resources;
+
+// Paints the pictures of a page: the picture or the one that stands in for it, seen through its mask, and the border
+// around it. Made for one object on one thread.
+class ImagePainter
+{
+public:
+    ImagePainter(QPainter& painter, ImageStore& images, const Package& package)
+        : painter(painter)
+        , images(images)
+        , package(package)
+    {
+    }
+
+    // What the picture covers without its border, in its container's space.
+    static QRectF BoxOf(const ImageObject& object);
+    // Paints with a painter whose transform maps the container to pixels and whose clip is set. Nothing is painted when
+    // neither the picture nor its substitute can be read. Leaves transform, clip and opacity changed.
+    void Paint(const ImageObject& object, const Resources& resources, double alpha);
+
+private:
+    QImage PictureOf(const ImageObject& object, const Resources& resources) const;
+    QImage ImageOf(int mediaId, const Resources& resources) const;
+    void PaintPicture(const QImage& image, const ImageObject& object, double alpha);
+    void PaintBorder(const ImageObject& object, double alpha);
+
+    QPainter& painter;
+    ImageStore& images;
+    const Package& package;
+};
+
+} // namespace ofd
