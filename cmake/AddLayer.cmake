@@ -48,12 +48,20 @@ function(add_program name)
   teto_use_pch(${name} TRUE)
 endfunction()
 
+# A symbol that is missing in a library fails at the link, not at the load. Clang leaves the sanitizers' own symbols to
+# the program, so a build with them cannot ask for that.
+function(teto_refuse_undefined name)
+  if(NOT (TETO_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL Clang))
+    target_link_options(${name} PRIVATE -Wl,--no-undefined)
+  endif()
+endfunction()
+
 # add_assembly(NAME ROOMS ... SOURCES ...): one shared library out of object layers.
 function(add_assembly name)
   cmake_parse_arguments(A "" "" "ROOMS;SOURCES" ${ARGN})
   add_library(${name} SHARED ${A_SOURCES})
   target_link_libraries(${name} PUBLIC ${A_ROOMS})
-  target_link_options(${name} PRIVATE -Wl,--no-undefined)
+  teto_refuse_undefined(${name})
 endfunction()
 
 # add_plugin_module(NAME DEPENDS ... SOURCES ...): a module that QPluginLoader loads, in lib/NAME/.
@@ -61,7 +69,7 @@ function(add_plugin_module name)
   cmake_parse_arguments(M "" "" "DEPENDS;SOURCES" ${ARGN})
   add_library(${name} MODULE ${M_SOURCES})
   target_link_libraries(${name} PRIVATE ${M_DEPENDS})
-  target_link_options(${name} PRIVATE -Wl,--no-undefined)
+  teto_refuse_undefined(${name})
   set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/${name})
   teto_use_pch(${name} TRUE)
 endfunction()

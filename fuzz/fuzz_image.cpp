@@ -1,0 +1,16 @@
+// A picture of any kind, told by its bytes.
+#include "fuzz_support.h"
+
+#include <ofd/render/image_decoder.h>
+
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
+{
+    fuzz::StartApplication(argc, *argv);
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    ofd::DecodeImage(QByteArray(reinterpret_cast<const char*>(data), static_cast<int>(size)));
+    return 0;
+}
