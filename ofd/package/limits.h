@@ -3,34 +3,114 @@
 #include <QtGlobal>
 
 // Every limit on what a hostile or damaged file may ask of us, in one place. Each is far above what real documents
-// need; going beyond one gives a named error or a skipped object, never a crash and never an endless wait.
+// need. Beyond one the file is refused, or the part, the object or the rest of a list is left out; that is told by the
+// text named with the limit, or quietly where it says so. Never a crash, never an endless wait.
 namespace ofd::limits {
 
-// Container.
+// --- The container ---------------------------------------------------------------------------------------------------
+
+// Entries of the directory. "The file has too many entries."
 constexpr qint64 MaxEntries = 1'000'000;
+// Bytes of the directory. "The file has too many entries."
 constexpr qint64 MaxDirectoryBytes = qint64(512) << 20;
-// An inflated part that is held in memory. Streamed parts (attachments) are exempt.
+// An inflated part that is held in memory; streamed parts (attachments) are exempt. "The part … is too big when
+// unpacked."
 constexpr qint64 MaxPartBytes = qint64(512) << 20;
-// Inflated size over compressed size, looked at once a part has inflated beyond RatioFreeBytes.
+// Inflated size over compressed size, looked at for parts that say they are larger than RatioFreeBytes. "The part … is
+// too big when unpacked."
 constexpr qint64 MaxRatio = 1000;
 constexpr qint64 RatioFreeBytes = qint64(1) << 20;
-// All inflated parts that the document model may hold at one time.
-constexpr qint64 MaxCachedBytes = qint64(2) << 30;
-// How far from the end of the file the end record is looked for: its comment, and foreign bytes behind it.
+// How far from the end of the file the end record is looked for: its comment, and foreign bytes behind it. "The file is
+// incomplete: its end is missing."
 constexpr qint64 MaxTrailingBytes = qint64(1) << 20;
-
-// XML.
-constexpr int MaxXmlDepth = 256;
-constexpr int MaxXmlElements = 20'000'000;
-constexpr double MaxNumber = 1e7; // absolute value of any coordinate or size
-constexpr int MaxArrayItems = 10'000'000;
-
-// Following references: parameters over parameters, composites in composites, patterns in patterns.
-constexpr int MaxReferenceDepth = 32;
-// A seal's picture may be a package of its own; that one's seals are not followed.
+// A seal's picture may be a package of its own; that one's seals are not followed. Quietly.
 constexpr int MaxNestedPackages = 1;
+// Seals: what is read of one, how its data are nested, and how many a document shows.
+constexpr qint64 MaxSealBytes = qint64(32) << 20;
+constexpr int MaxSealElements = 100'000;
+constexpr int MaxSealDepth = 32;
+constexpr int MaxSignatures = 10'000;
+constexpr int MaxStamps = 100'000;
+// A colour profile.
+constexpr qint64 MaxProfileBytes = qint64(16) << 20;
 
-// Pictures, looked at before decoding.
+// --- XML -------------------------------------------------------------------------------------------------------------
+
+// The ratio for parts that are parsed, since a tree takes many times its bytes: thrice that of the densest part seen.
+// "The part … is too big when unpacked."
+constexpr qint64 MaxXmlRatio = 100;
+constexpr qint64 XmlRatioFreeBytes = qint64(4) << 20;
+// Elements inside each other. "The XML is nested too deep."
+constexpr int MaxXmlDepth = 256;
+// Elements of a part. "The XML has too many elements."
+constexpr int MaxXmlElements = 20'000'000;
+// Nodes that the tree of a part would have: elements, texts, comments. Each takes up to 64 bytes. "The XML has too many
+// elements."
+constexpr int MaxXmlNodes = 12'000'000;
+// Absolute value of any coordinate or size; what is beyond is no number at all. Quietly, as a default.
+constexpr double MaxNumber = 1e7;
+// Numbers of one list. Quietly, as if the list were not there.
+constexpr int MaxArrayItems = 10'000'000;
+// A page without its content, to learn its size. Quietly: the page gets the document's size.
+constexpr int MaxPageHeadBytes = 1 << 20;
+
+// --- References ------------------------------------------------------------------------------------------------------
+
+// Following references: parameters over parameters, composites in composites, patterns in patterns, templates in
+// templates. Quietly: the innermost are not drawn.
+constexpr int MaxReferenceDepth = 32;
+// Blocks in blocks; what lies deeper belongs to the innermost block, so nothing is lost.
+constexpr int MaxBlockDepth = 32;
+// Objects that one page paints or reads text from, those of composites, patterns and templates counted as often as they
+// are used: a few hundred bytes can ask for more than could ever be painted. Quietly: the rest is not drawn.
+constexpr int MaxObjectsOnPage = 2'000'000;
+
+// --- Lists of numbers ------------------------------------------------------------------------------------------------
+
+// Dashes and gaps of a line. Quietly: the line is solid.
+constexpr int MaxDashes = 1024;
+// Dashes along one outline. Quietly: the line is solid.
+constexpr double MaxDashesInLine = 20'000;
+// Colours of a shading. Quietly: the rest is not used.
+constexpr int MaxShadingStops = 4096;
+// Values of one colour. Quietly: the rest is not used.
+constexpr int MaxChannels = 64;
+// Colours of a palette. Quietly: the rest is not used.
+constexpr int MaxPaletteEntries = 65'536;
+// Points that are told of an annotation's outline. Quietly: the rest is left out.
+constexpr int MaxAnnotationPoints = 100'000;
+// Curves and lines of the areas of a clip that are united exactly, which takes the square of their number. Quietly: the
+// areas of larger ones are laid over each other.
+constexpr int MaxUnitedElements = 400;
+
+// --- Pictures and fonts ----------------------------------------------------------------------------------------------
+
+// Looked at before decoding. Quietly: the picture is not drawn.
 constexpr qint64 MaxImagePixels = 200'000'000;
+// The decoded picture in memory, looked at before decoding.
+constexpr qint64 MaxImageBytes = qint64(768) << 20;
+// An embedded font. Quietly: an installed one stands in.
+constexpr qint64 MaxFontBytes = qint64(128) << 20;
+// Searches for an installed font that a document may cause, each of which takes about a millisecond: fonts by name, and
+// fonts for a character. Quietly: after that the fonts found so far must do.
+constexpr int MaxFontSearches = 500;
+// Pixels a unit of an object's own space. Quietly: the object is not drawn.
+constexpr double MaxScale = 1e6;
+
+// --- Memory for what can be read again -------------------------------------------------------------------------------
+
+// Source bytes of the page contents that are kept; parsed, they take about ten times as much.
+constexpr int CachedContentBytes = 16 << 20;
+// Decoded pictures.
+constexpr int CachedImageKilobytes = 256 << 10;
+// Pictures of glyphs.
+constexpr int CachedStampBytes = 32 << 20;
+// Glyphs of one font.
+constexpr int MaxCachedGlyphs = 20'000;
+
+// --- Names -----------------------------------------------------------------------------------------------------------
+
+// Characters of an attachment's name. Quietly: the rest is cut off.
+constexpr int MaxAttachmentName = 200;
 
 } // namespace ofd::limits

@@ -1,5 +1,6 @@
 #include "attachment_reader.h"
 
+#include <ofd/model/problem_log.h>
 #include <ofd/model/structure.h>
 #include <ofd/package/entry_names.h>
 #include <ofd/package/locations.h>
@@ -11,6 +12,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <limits>
 
 namespace ofd {
 
@@ -72,13 +74,20 @@ AttachmentEntry ReadEntry(const pugi::xml_node& element, const Package& package,
 // Missing and repeated identifiers get free numbers, in memory only.
 void MakeIdsUnique(QVector<AttachmentEntry>& entries)
 {
+    QSet<int> given;
     int highest = 0;
-    for (const AttachmentEntry& entry : qAsConst(entries))
+    for (const AttachmentEntry& entry : qAsConst(entries)) {
+        given.insert(entry.info.id);
         highest = std::max(highest, entry.info.id);
+    }
     QSet<int> taken;
+    int next = highest < std::numeric_limits<int>::max() / 2 ? highest + 1 : 1;
     for (AttachmentEntry& entry : entries) {
-        if (entry.info.id <= 0 || taken.contains(entry.info.id))
-            entry.info.id = ++highest;
+        if (entry.info.id <= 0 || taken.contains(entry.info.id)) {
+            while (given.contains(next))
+                ++next;
+            entry.info.id = next++;
+        }
         taken.insert(entry.info.id);
     }
 }
@@ -109,6 +118,7 @@ QVector<AttachmentEntry> ReadAttachments(const Package& package, const DocumentS
         holder = list ? list->GetRoot() : pugi::xml_node();
         context.holderPart = structure.attachmentsPart;
     }
+    const ProblemScope scope(context.holderPart);
     int ordinal = 0;
     for (const pugi::xml_node& element : ChildElements(holder, "Attachment")) {
         entries.append(ReadEntry(element, package, context));

@@ -1,6 +1,7 @@
 #include "custom_tag_reader.h"
 
 #include <frame/document/payloads.h>
+#include <ofd/model/problem_log.h>
 #include <ofd/model/record_sources.h>
 #include <ofd/package/locations.h>
 #include <ofd/package/package.h>
@@ -10,6 +11,8 @@
 #include <ofd/package/xml_part.h>
 #include <ofd/package/xml_values.h>
 
+#include <QHash>
+#include <QSet>
 #include <QStringList>
 
 #include <algorithm>
@@ -23,22 +26,20 @@ CCA_String Utf8(const QString& text)
     return CCA_String(text.toUtf8());
 }
 
-void AddReference(const pugi::xml_node& element, G_CustomTagItem& tag)
+// `byPage` finds the tag's references again: there may be very many.
+void AddReference(const pugi::xml_node& element, G_CustomTagItem& tag, QHash<int, G_PageObjRef*>& byPage)
 {
     const int objectId = int(ParseId(TrimmedText(element).toStdString()).value_or(0));
     const int pageId = int(IdAttribute(element, "PageRef"));
     if (objectId == 0 || pageId == 0) // tied to nothing; stays in the file
         return;
-    for (G_PageObjRef* reference : tag.objects.Values()) {
-        if (reference->pageId == pageId) {
-            reference->objectIds.append(objectId);
-            return;
-        }
+    G_PageObjRef*& reference = byPage[pageId];
+    if (!reference) {
+        reference = new G_PageObjRef; // owned by the tag
+        reference->pageId = pageId;
+        tag.objects.Add(reference);
     }
-    auto* reference = new G_PageObjRef; // owned by the tag
-    reference->pageId = pageId;
     reference->objectIds.append(objectId);
-    tag.objects.Add(reference);
 }
 
 // Reads one tag without those below it. Owned by the caller.
@@ -51,9 +52,10 @@ G_CustomTagItem* ReadTag(const pugi::xml_node& element, const std::shared_ptr<co
         if (!IsDeclaration(attribute))
             tag->attributes.Add(CCA_String(QByteArray(attribute.name()) + '=' + attribute.value()));
     }
+    QHash<int, G_PageObjRef*> byPage; // not owned
     for (pugi::xml_node child = FirstElement(element); child; child = NextElement(child)) {
         if (IsElement(child, "ObjectRef"))
-            AddReference(child, *tag);
+            AddReference(child, *tag, byPage);
         else if (IsElement(child, "ObjectData"))
             tag->attributes.Add(Utf8(QStringLiteral("ObjectData=") + ElementText(child)));
     }
@@ -112,12 +114,12 @@ std::vector<TagTree> ReadCustomTags(const Package& package, const QString& listP
     LocationContext context;
     context.holderPart = listPart;
     context.documentFolder = documentFolder;
-    QStringList seen;
+    QSet<QString> seen;
     for (const pugi::xml_node& entry : ChildElements(list->GetRoot(), "CustomTag")) {
         const QString part = ResolveLocation(package, TrimmedText(ChildElement(entry, "FileLoc")), context).part;
         if (part.isEmpty() || seen.contains(part))
             continue;
-        seen.append(part);
+        seen.insert(part);
         const std::unique_ptr<XmlPart> xml = XmlPart::Load(package, part);
         if (!xml)
             continue;
@@ -126,6 +128,7 @@ std::vector<TagTree> ReadCustomTags(const Package& package, const QString& listP
         tree.part = part;
         tree.prefix = QString::fromUtf8(PrefixOf(xml->GetRoot())).remove(QLatin1Char(':'));
         tree.nameSpace = AttributeText(entry, "NameSpace");
+        const ProblemScope scope(part);
         tree.elements = ReadTagTree(*xml, tree.root.get());
         trees.push_back(std::move(tree));
     }

@@ -3,6 +3,7 @@
 #include "document_reader.h"
 
 #include <ofd/package/byte_source.h>
+#include <ofd/package/limits.h>
 #include <ofd/package/package.h>
 #include <ofd/package/part_inflater.h>
 #include <ofd/package/xml_names.h>
@@ -18,6 +19,13 @@ namespace ofd {
 
 namespace {
 
+constexpr int LongestPrefix = 256; // of an element's name; looking back further would take a hostile page's time
+
+bool IsInName(char c)
+{
+    return !std::strchr("<>/ \t\r\n\"'=", c);
+}
+
 // Where the element of that local name begins ("<ofd:Content"), or ends when `isEndTag`; -1 when it does not.
 int FindTag(const QByteArray& bytes, const char* localName, bool isEndTag, int from = 0)
 {
@@ -27,7 +35,9 @@ int FindTag(const QByteArray& bytes, const char* localName, bool isEndTag, int f
         if (next != '>' && next != '/' && next != ' ' && next != '\n' && next != '\r' && next != '\t')
             continue;
         int open = at - 1;
-        while (open >= 0 && bytes.at(open) != '<' && bytes.at(open) != '>' && bytes.at(open) != ' ')
+        while (open >= 0 && at - open < LongestPrefix && IsInName(bytes.at(open)))
+            --open;
+        if (open > 0 && bytes.at(open) == '/')
             --open;
         if (open < 0 || bytes.at(open) != '<')
             continue;
@@ -135,7 +145,10 @@ PageHead ReadPageHead(const Package& package, const QString& part)
         if (head.areaSize.isValid())
             return head;
     }
-    return ParseHead(WithoutContent(package.Read(part).bytes));
+    const QByteArray bare = WithoutContent(package.Read(part).bytes);
+    PageHead head = bare.size() <= limits::MaxPageHeadBytes ? ParseHead(bare) : PageHead();
+    head.tookWholePart = true;
+    return head;
 }
 
 } // namespace ofd

@@ -13,6 +13,7 @@ struct PageHead
 {
     QSizeF areaSize; // invalid when the page has no area of its own
     QVector<int> templateIds;
+    bool tookWholePart = false; // all of the part was inflated for this
 };
 
 // Reads a page's own size. Only the beginning of the part is inflated when the size stands there, as it does in nearly
