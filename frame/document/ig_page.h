@@ -19,6 +19,14 @@ struct G_TextRun
     QString text;
 };
 
+// What one drawing on a page stands for: a character, or several that have one box together.
+struct G_TextGlyph
+{
+    CCA_GRect rect; // page mm
+    QString text;
+    int run = 0; // which of IG_TextPage::AllRuns it belongs to
+};
+
 // The text of a page. Lives as long as its page's content is loaded. Main thread only.
 class FRAME_EXPORT IG_TextPage
 {
@@ -30,10 +38,15 @@ public:
     // Text whose glyph boxes' centres lie in the rectangle (page mm), in reading order. Always sets `text` to a
     // null-terminated wide string that the caller frees with CCA_FreeWide.
     virtual void GetTextInRect(const CCA_GRect& rect, wchar_t** text) const = 0;
-    // The runs (one a line piece) between two points of the page in reading order; empty when no text lies between.
+    // The runs (one a line piece) between two points of the page in reading order; empty when no text lies between. The
+    // order of the points does not matter. A point above and left of all text is the beginning, one below and right of
+    // all text the end.
     virtual QList<G_TextRun> RunsBetween(const CCA_GPoint& from, const CCA_GPoint& to) const = 0;
     // The runs of the whole page in reading order.
     virtual QList<G_TextRun> AllRuns() const = 0;
+    // The glyphs of all runs in reading order; empty texts are left out. A text page that knows no glyphs need not have
+    // this: its runs are then divided evenly.
+    virtual QList<G_TextGlyph> AllGlyphs() const;
 };
 
 // A content layer of a page. Lives as long as the document. The visibility is session state, kept across ReleasePage

@@ -94,3 +94,20 @@ QList<G_TextRun> MemoryTextPage::AllRuns() const
 {
     return RunsOf([](const CCA_GRect&) { return true; });
 }
+
+QList<G_TextGlyph> MemoryTextPage::AllGlyphs() const
+{
+    QList<G_TextGlyph> all;
+    int run = -1;
+    int lastLine = -1;
+    for (const Glyph& glyph : glyphs) {
+        run += glyph.line != lastLine ? 1 : 0;
+        lastLine = glyph.line;
+        G_TextGlyph one;
+        one.rect = glyph.box;
+        one.text = glyph.text;
+        one.run = run;
+        all.append(one);
+    }
+    return all;
+}

@@ -33,6 +33,7 @@ public:
     void GetTextInRect(const CCA_GRect& rect, wchar_t** text) const override;
     QList<G_TextRun> RunsBetween(const CCA_GPoint& from, const CCA_GPoint& to) const override;
     QList<G_TextRun> AllRuns() const override;
+    QList<G_TextGlyph> AllGlyphs() const override;
 
 private:
     struct Glyph
