@@ -9,6 +9,7 @@
 #include <QDate>
 #include <QDateTime>
 #include <QFileInfo>
+#include <QIODevice>
 
 #include <algorithm>
 #include <limits>
@@ -22,6 +23,17 @@ bool CanBeReplaced(const QString& path)
     const QFileInfo file(path);
     return file.isWritable() && QFileInfo(file.absolutePath()).isWritable();
 }
+
+// Takes bytes and forgets them.
+class NoDevice : public QIODevice
+{
+public:
+    NoDevice() { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char*, qint64 size) override { return size; }
+};
 
 CCA_Path PathOf(const QPainterPath& outline)
 {
@@ -52,6 +64,8 @@ OpenResult OfdDocument::Open(const QString& path, bool readOnly)
         result.error = error.text;
         return result;
     }
+    auto problems = std::make_unique<ProblemLog>();
+    const ProblemScope scope(*problems, package->GetEntryPoint());
     DocumentParts parts = ReadDocument(*package);
     if (!parts.document) {
         result.error = parts.error;
@@ -60,11 +74,14 @@ OpenResult OfdDocument::Open(const QString& path, bool readOnly)
     data->isReadOnly = readOnly || !CanBeReplaced(data->path);
     data->documentPart = std::move(parts.document);
     data->attachments = std::make_unique<AttachmentTable>(
-        ReadAttachments(*package, parts.structure, data->documentPart->GetRoot()), parts.structure.highestId);
+        ReadAttachments(*package, parts.structure, data->documentPart->GetRoot()), [d = data.get()](int above) {
+            const std::shared_ptr<const Package> current = d->store->GetPackage();
+            return d->store->GetUnitIds().Take(*current, above);
+        });
     data->attachmentsPart = parts.structure.attachmentsPart;
     data->customTagsPart = parts.structure.customTagsPart;
     data->pages.resize(size_t(parts.structure.pages.size()));
-    data->store = std::make_shared<DocumentStore>(std::move(package), std::move(parts.structure));
+    data->store = std::make_shared<DocumentStore>(std::move(package), std::move(parts.structure), std::move(problems));
     data->renderer = std::make_unique<OfdPageRenderer>(data->store);
     result.document.reset(new OfdDocument(std::move(data)));
     return result;
@@ -85,6 +102,22 @@ QString OfdDocument::GetPath() const
 QString OfdDocument::GetTitle() const
 {
     return d->Structure().title;
+}
+
+std::vector<Problem> OfdDocument::GetProblems() const
+{
+    return d->store->GetProblems().GetProblems();
+}
+
+void OfdDocument::ReadAllParts()
+{
+    const std::shared_ptr<const Package> package = d->store->GetPackage();
+    const ProblemScope scope(d->store->GetProblems(), QString());
+    const QStringList names = package->GetPartNames();
+    for (const QString& name : names) {
+        NoDevice nowhere;
+        package->ReadTo(name, nowhere);
+    }
 }
 
 CCA_String OfdDocument::GetDocumentKey()
@@ -181,6 +214,7 @@ void OfdDocument::Private::ReadBookmarksOnce()
 {
     if (areBookmarksRead)
         return;
+    const ProblemScope scope(store->GetProblems(), Structure().documentPart);
     bookmarks = ReadBookmarks(*documentPart, Structure(), &bookmarkSources);
     areBookmarksRead = true;
 }
@@ -203,6 +237,7 @@ void OfdDocument::Private::ReadOutlineOnce()
 {
     if (isOutlineRead)
         return;
+    const ProblemScope scope(store->GetProblems(), Structure().documentPart);
     outline = ReadOutline(*documentPart, Structure(), &outlineElements);
     documentPart->GetPackedBytes()->Pack(); // a long outline's are long, and only a save needs them again
     isOutlineRead = true;
@@ -227,6 +262,7 @@ void OfdDocument::Private::ReadTagsOnce()
     if (areTagsRead)
         return;
     const DocumentStructure& structure = Structure();
+    const ProblemScope scope(store->GetProblems(), structure.customTagsPart);
     tags = ReadCustomTags(*store->GetPackage(), structure.customTagsPart, structure.documentFolder);
     areTagsRead = true;
 }
@@ -367,6 +403,7 @@ G_AttachmentInfo OfdDocument::GetAttachment(int index)
 
 bool OfdDocument::WriteAttachment(int index, ICA_StreamWriter* writer)
 {
+    const ProblemScope scope(d->store->GetProblems(), d->attachmentsPart);
     return d->attachments->Write(index, *d->store->GetPackage(), writer);
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <frame/document/ig_document.h>
+#include <ofd/model/problem_log.h>
 
 #include <QStringList>
 
 #include <memory>
+#include <vector>
 
 namespace ofd {
 
@@ -61,6 +63,12 @@ public:
     QString GetTitle() const;
     // Kinds of changes in memory that Save does not write.
     QStringList GetUnsavableChanges() const;
+
+    // What was wrong in the file, as far as it was read and painted until now.
+    std::vector<Problem> GetProblems() const;
+    // Reads every part of the file through to its end, whoever refers to it, so that GetProblems tells of damage in any
+    // of them. Keeps none of it.
+    void ReadAllParts();
 
     // Takes an annotation off its page; the object stays, inert. False when it is not on a page.
     bool RemoveAnnot(IG_Annot* annot);

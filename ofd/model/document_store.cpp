@@ -11,9 +11,12 @@
 #include <ofd/parse/resource_reader.h>
 #include <ofd/render/glyph_stamps.h>
 #include <ofd/render/image_store.h>
+#include <ofd/render/seal_store.h>
 #include <ofd/text/font_store.h>
 
 #include <QCoreApplication>
+
+#include <algorithm>
 
 namespace ofd {
 
@@ -29,13 +32,43 @@ ContentResult NoContent(const QString& error, const std::shared_ptr<const Resour
     return {content, error};
 }
 
+void CollectIds(const ObjectList& objects, std::vector<int>& ids)
+{
+    for (const std::unique_ptr<const GraphicObject>& object : objects) {
+        if (object->id)
+            ids.push_back(object->id);
+        if (object->kind == GraphicObject::Kind::Group)
+            CollectIds(static_cast<const GroupObject&>(*object).objects, ids);
+    }
+}
+
+// Tags and panes name objects by page and identifier, so two with one on a page cannot be told apart.
+void TellOfDuplicateIds(const PageContent& page)
+{
+    std::vector<int> ids;
+    for (const Layer& layer : page.layers)
+        CollectIds(layer.objects, ids);
+    std::sort(ids.begin(), ids.end());
+    for (size_t i = 1; i < ids.size(); ++i) {
+        if (ids[i] != ids[i - 1] || (i > 1 && ids[i] == ids[i - 2]))
+            continue;
+        const ProblemPlace place(ids[i]);
+        ReportProblem(
+            ProblemKind::DuplicateIdentifier,
+            QCoreApplication::translate("OfdDocument", "More than one object of the page has the ID %1.").arg(ids[i]));
+    }
+}
+
 } // namespace
 
-DocumentStore::DocumentStore(std::shared_ptr<Package> package, DocumentStructure structureIn)
+DocumentStore::DocumentStore(std::shared_ptr<Package> package, DocumentStructure structureIn,
+                             std::unique_ptr<ProblemLog> problemsIn, int nesting)
     : structure(std::move(structureIn))
+    , problems(problemsIn ? std::move(problemsIn) : std::make_unique<ProblemLog>())
     , fonts(std::make_unique<FontStore>())
     , images(std::make_unique<ImageStore>())
     , stamps(std::make_unique<GlyphStamps>())
+    , seals(std::make_unique<SealStore>(nesting))
     , package(std::move(package))
     , pageSizes(structure.pages.size())
     , contents(CachedContentBytes)
@@ -71,11 +104,29 @@ QSizeF DocumentStore::GetPageSize(int pageIndex)
     return size;
 }
 
+// A part that must be inflated whole is so once, however many pages say that it is theirs.
+PageHead DocumentStore::GetPageHead(const QString& part)
+{
+    {
+        const std::lock_guard<std::mutex> lock(sizeMutex);
+        const auto known = wholeHeads.constFind(part);
+        if (known != wholeHeads.constEnd())
+            return *known;
+    }
+    const ProblemScope scope(*problems, part);
+    const PageHead head = ReadPageHead(*GetPackage(), part);
+    if (head.tookWholePart) {
+        const std::lock_guard<std::mutex> lock(sizeMutex);
+        wholeHeads.insert(part, head);
+    }
+    return head;
+}
+
 // The page's own area, else that of the first template it uses, else the document's, else a common sheet.
 QSizeF DocumentStore::ReadPageSize(int pageIndex)
 {
     const std::shared_ptr<const Package> source = GetPackage();
-    const PageHead head = ReadPageHead(*source, structure.pages.at(pageIndex).part);
+    const PageHead head = GetPageHead(structure.pages.at(pageIndex).part);
     if (head.areaSize.isValid())
         return head.areaSize;
     if (!head.templateIds.isEmpty()) {
@@ -101,6 +152,7 @@ std::shared_ptr<const Resources> DocumentStore::GetResources()
 {
     const std::lock_guard<std::mutex> lock(resourceMutex);
     if (!resources) {
+        const ProblemScope scope(*problems, structure.documentPart);
         const QStringList parts = structure.documentRes + structure.publicRes; // the former win over the latter
         resources =
             ReadResources(*GetPackage(), parts, structure.documentFolder, int(structure.defaultColorSpace), nullptr);
@@ -113,9 +165,26 @@ ContentResult DocumentStore::GetPageContent(int pageIndex)
     const QString part = structure.pages.value(pageIndex).part;
     if (part.isEmpty()) {
         const QString error = QCoreApplication::translate("OfdDocument", "The page is missing in the file.");
+        TellOfPage(pageIndex, error);
         return NoContent(error, GetResources());
     }
-    return GetContent(part);
+    const ContentResult result = GetContent(part);
+    if (!result.error.isEmpty())
+        TellOfPage(pageIndex, result.error);
+    return result;
+}
+
+void DocumentStore::TellOfPage(int pageIndex, const QString& error)
+{
+    if (pageIndex < 0 || pageIndex >= structure.pages.size())
+        return;
+    const PageEntry& page = structure.pages.at(pageIndex);
+    const ProblemScope scope(*problems, page.part.isEmpty() ? structure.documentPart : page.part);
+    const ProblemPlace place(page.id);
+    ReportProblem(ProblemKind::PageFailed,
+                  QCoreApplication::translate("OfdDocument", "Page %1 is shown as an empty sheet: %2")
+                      .arg(pageIndex + 1)
+                      .arg(error));
 }
 
 ContentResult DocumentStore::GetContent(const QString& part)
@@ -136,6 +205,7 @@ ContentResult DocumentStore::ReadContent(const QString& part)
 {
     const std::shared_ptr<const Package> source = GetPackage();
     std::shared_ptr<const Resources> known = GetResources();
+    const ProblemScope scope(*problems, part);
     PackageError error;
     const std::unique_ptr<XmlPart> xml = XmlPart::Load(*source, part, &error);
     if (!xml)
@@ -153,6 +223,7 @@ ContentResult DocumentStore::ReadContent(const QString& part)
         known = ReadResources(*source, pageRes, structure.documentFolder, known->defaultColorSpace, known);
     const std::shared_ptr<PageContent> content = ReadPageContent(xml->GetRoot(), known);
     content->bytes = xml->GetBytes().size();
+    TellOfDuplicateIds(*content);
     return {content, QString()};
 }
 
@@ -171,6 +242,7 @@ std::shared_ptr<const PageAnnotations> DocumentStore::GetPageAnnotations(int pag
     if (found != annotations.constEnd())
         return *found;
     const std::shared_ptr<const Package> source = GetPackage();
+    const ProblemScope scope(*problems, structure.annotationsPart);
     if (!annotationIndex)
         annotationIndex = std::make_unique<AnnotationIndex>(
             ReadAnnotationIndex(*source, structure.annotationsPart, structure.documentFolder));

@@ -1,9 +1,13 @@
 #pragma once
 
 #include "annotations.h"
+#include "problem_log.h"
 #include "resources.h"
 #include "session_state.h"
 #include "structure.h"
+#include "unit_ids.h"
+
+#include <ofd/parse/page_head.h>
 
 #include <QCache>
 
@@ -18,6 +22,7 @@ class FontStore;
 class GlyphStamps;
 class ImageStore;
 class Package;
+class SealStore;
 
 // A page's content, or why there is none.
 struct ContentResult
@@ -31,14 +36,21 @@ struct ContentResult
 class DocumentStore
 {
 public:
-    DocumentStore(std::shared_ptr<Package> package, DocumentStructure structure);
+    // `problems` has what opening met; null begins a new log.
+    DocumentStore(std::shared_ptr<Package> package, DocumentStructure structure,
+                  std::unique_ptr<ProblemLog> problems = nullptr,
+                  int nesting = 0);
     ~DocumentStore();
 
     const DocumentStructure& GetStructure() const { return structure; }
     SessionState& GetSession() { return session; }
+    UnitIds& GetUnitIds() { return unitIds; }
+    // What was wrong in the file as far as it was read.
+    ProblemLog& GetProblems() { return *problems; }
     FontStore& GetFonts() { return *fonts; }
     ImageStore& GetImages() { return *images; }
     GlyphStamps& GetStamps() { return *stamps; }
+    SealStore& GetSeals() { return *seals; }
 
     // The package to read from now. A save replaces it.
     std::shared_ptr<const Package> GetPackage() const;
@@ -55,15 +67,20 @@ public:
     LayerKind GetTemplateKind(int templateId, const QString& onPage) const;
 
 private:
+    PageHead GetPageHead(const QString& part);
     QSizeF ReadPageSize(int pageIndex);
     ContentResult GetContent(const QString& part);
+    void TellOfPage(int pageIndex, const QString& error);
     ContentResult ReadContent(const QString& part);
 
     const DocumentStructure structure;
+    const std::unique_ptr<ProblemLog> problems; // never null
+    UnitIds unitIds{structure};
     SessionState session;
     std::unique_ptr<FontStore> fonts;
     std::unique_ptr<ImageStore> images;
     std::unique_ptr<GlyphStamps> stamps; // behind the fonts: it names their faces
+    std::unique_ptr<SealStore> seals;
 
     mutable std::mutex packageMutex;
     std::shared_ptr<Package> package;
@@ -73,6 +90,7 @@ private:
     std::mutex sizeMutex;
     QVector<QSizeF> pageSizes;            // invalid until known
     QHash<QString, QSizeF> templateSizes; // by part
+    QHash<QString, PageHead> wholeHeads;  // by part; of those that had to be inflated whole
     std::mutex contentMutex;
     QCache<QString, ContentResult> contents; // by part; weighed by the bytes of their source
     std::mutex resourceMutex;

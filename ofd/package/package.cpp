@@ -23,7 +23,7 @@ PackageError NoSuchPart(const QString& name)
 
 void TellOfPart(const QString& name, const PackageError& error, bool hasWrongChecksum)
 {
-    if (error)
+    if (error && !name.isEmpty())
         ReportProblem(error.kind == PackageErrorKind::NoSuchPart ? ProblemKind::MissingPart
                       : error.kind == PackageErrorKind::TooBig   ? ProblemKind::Limit
                                                                  : ProblemKind::UnreadablePart,

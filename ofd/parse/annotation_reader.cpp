@@ -2,6 +2,7 @@
 
 #include "content_reader.h"
 
+#include <ofd/model/problem_log.h>
 #include <ofd/package/locations.h>
 #include <ofd/package/package.h>
 #include <ofd/package/xml_names.h>
@@ -101,6 +102,7 @@ AnnotationIndex ReadAnnotationIndex(const Package& package, const QString& listP
     LocationContext context;
     context.holderPart = listPart;
     context.documentFolder = documentFolder;
+    const ProblemScope scope(listPart);
     QSet<QString> seen; // a part that is listed twice is read once, for the first page that it is listed for
     for (const pugi::xml_node& page : ChildElements(xml->GetRoot(), "Page")) {
         const QString part = ResolveLocation(package, TrimmedText(ChildElement(page, "FileLoc")), context).part;
@@ -122,8 +124,10 @@ std::shared_ptr<const PageAnnotations> ReadPageAnnotations(const Package& packag
         page->isBroken |= !xml;
         if (!xml)
             continue;
+        const ProblemScope scope(part);
         int ordinal = 0;
         for (const pugi::xml_node& element : ChildElements(xml->GetRoot(), "Annot")) {
+            const ProblemPlace place(int(IdAttribute(element, "ID")), xml->PlaceOf(element));
             page->annotations.push_back(ReadAnnotation(element, *resources));
             page->annotations.back().part = part;
             page->annotations.back().ordinal = ordinal++;

@@ -1,8 +1,11 @@
 #include "color_reader.h"
 
+#include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_values.h>
+
+#include <QCoreApplication>
 
 #include <algorithm>
 #include <cmath>
@@ -14,11 +17,21 @@ namespace {
 constexpr int MaxShadingStops = 4096;
 constexpr int MaxChannels = 64;
 
+void TellOfChannel(std::string_view word)
+{
+    constexpr int shownLength = 40;
+    ReportProblem(ProblemKind::BadValue, QCoreApplication::translate("OfdDocument", "\"%1\" is no value of a colour.")
+                                             .arg(QString::fromUtf8(word.data(), int(word.size())).left(shownLength)));
+}
+
 // One channel: a decimal number, or a hexadecimal one behind '#'.
 void AppendChannel(std::string_view word, QVector<double>& channels)
 {
     if (word.front() != '#') {
-        channels.append(ParseNumber(word).value_or(0));
+        const std::optional<double> number = ParseNumber(word);
+        if (!number)
+            TellOfChannel(word);
+        channels.append(number.value_or(0));
         return;
     }
     const QByteArray digits(word.data() + 1, int(word.size()) - 1);
@@ -27,7 +40,10 @@ void AppendChannel(std::string_view word, QVector<double>& channels)
             channels.append(digits.mid(i, 2).toInt(nullptr, 16));
         return;
     }
-    channels.append(digits.toInt(nullptr, 16));
+    bool isNumber = false;
+    channels.append(digits.toInt(&isNumber, 16));
+    if (!isNumber)
+        TellOfChannel(word);
 }
 
 QVector<double> ReadChannels(const char* text)
@@ -49,6 +65,9 @@ ColorSpace SpaceFor(const pugi::xml_node& color, const Resources& resources, int
     const int id = int(IdAttribute(color, "ColorSpace"));
     if (const ColorSpace* space = resources.FindColorSpace(id ? id : resources.defaultColorSpace))
         return *space;
+    if (id)
+        ReportProblem(ProblemKind::DanglingReference,
+                      QCoreApplication::translate("OfdDocument", "There is no colour space %1.").arg(id));
     ColorSpace guess;
     if (channelCount == 1)
         guess.kind = ColorSpace::Kind::Gray;

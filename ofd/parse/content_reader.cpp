@@ -4,9 +4,12 @@
 #include "path_data.h"
 #include "text_reader.h"
 
+#include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_values.h>
+
+#include <QCoreApplication>
 
 #include <cmath>
 
@@ -20,6 +23,9 @@ QTransform MatrixAttribute(const pugi::xml_node& element, bool* isGiven = nullpt
     const bool isUsable = values && values->size() >= 6;
     if (isGiven)
         *isGiven = isUsable;
+    if (values && !isUsable)
+        ReportProblem(ProblemKind::BadValue,
+                      QCoreApplication::translate("OfdDocument", "A transform needs six numbers."));
     if (!isUsable)
         return QTransform();
     const QVector<double>& m = *values;
@@ -63,6 +69,7 @@ private:
     std::unique_ptr<GraphicObject> Read(const pugi::xml_node& element) const
     {
         const std::string_view name = LocalName(element);
+        const ProblemPlace place(int(IdAttribute(element, "ID")), qint64(element.offset_debug()) - 1);
         if (name == "TextObject")
             return Common(element, ReadText(element));
         if (name == "PathObject")

@@ -1,5 +1,6 @@
 #include "document_reader.h"
 
+#include <ofd/model/problem_log.h>
 #include <ofd/package/entry_names.h>
 #include <ofd/package/locations.h>
 #include <ofd/package/package.h>
@@ -18,6 +19,11 @@ namespace {
 QString Tr(const char* text)
 {
     return QCoreApplication::translate("OfdDocument", text);
+}
+
+void TellOfDuplicate(const QString& text, int id)
+{
+    ReportProblem(ProblemKind::DuplicateIdentifier, text.arg(id));
 }
 
 QString Resolve(const Package& package, const pugi::xml_node& holder, const LocationContext& context)
@@ -104,10 +110,13 @@ private:
         TemplateEntry entry;
         entry.id = int(IdAttribute(element, "ID"));
         Reach(entry.id);
+        const ProblemPlace place(entry.id);
         entry.part = ResolveLocation(package, AttributeText(element, "BaseLoc"), context).part;
         entry.name = AttributeText(element, "Name");
         entry.zOrder = AttributeText(element, "ZOrder").trimmed();
-        if (!structure.templateById.contains(entry.id))
+        if (structure.templateById.contains(entry.id))
+            TellOfDuplicate(Tr("More than one template has the ID %1."), entry.id);
+        else
             structure.templateById.insert(entry.id, structure.templates.size());
         structure.templates.append(entry);
     }
@@ -120,8 +129,11 @@ private:
             PageEntry page;
             page.id = int(IdAttribute(child, "ID"));
             Reach(page.id);
+            const ProblemPlace place(page.id);
             page.part = ResolveLocation(package, AttributeText(child, "BaseLoc"), context).part;
-            if (!structure.pageIndexById.contains(page.id))
+            if (structure.pageIndexById.contains(page.id))
+                TellOfDuplicate(Tr("More than one page has the ID %1."), page.id);
+            else
                 structure.pageIndexById.insert(page.id, structure.pages.size());
             structure.pages.append(page);
         }
@@ -229,6 +241,7 @@ DocumentParts ReadDocument(const Package& package)
                                             : Tr("The document part cannot be read: %1").arg(xmlError.text);
         return parts;
     }
+    const ProblemScope scope(structure.documentPart);
     StructureReader(package, structure).Read(document->GetRoot());
     if (structure.pages.isEmpty()) {
         parts.error = Tr("The document has no pages.");

@@ -2,10 +2,13 @@
 
 #include "color_reader.h"
 
+#include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
 #include <ofd/package/limits.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_values.h>
+
+#include <QCoreApplication>
 
 #include <cmath>
 
@@ -39,14 +42,29 @@ QVector<double> UsableDashes(const QVector<double>& dashes)
     return dashes.size() % 2 ? dashes + dashes : dashes;
 }
 
+void TellOfDrawParam(ProblemKind kind, const char* text, int id)
+{
+    ReportProblem(kind, QCoreApplication::translate("OfdDocument", text).arg(id));
+}
+
 } // namespace
 
 void StyleChain::Append(int drawParamId)
 {
     for (int depth = 0; drawParamId && depth < limits::MaxReferenceDepth; ++depth) {
         const DrawParam* param = resources.FindDrawParam(drawParamId);
-        if (!param || params.contains(param))
+        if (!param) {
+            TellOfDrawParam(ProblemKind::DanglingReference,
+                            QT_TRANSLATE_NOOP("OfdDocument", "There is no draw parameter %1."), drawParamId);
             return;
+        }
+        if (params.contains(param)) {
+            if (depth > 0) // else the layer has the one that the object names too
+                TellOfDrawParam(ProblemKind::Cycle,
+                                QT_TRANSLATE_NOOP("OfdDocument", "The draw parameter %1 is relative to itself."),
+                                drawParamId);
+            return;
+        }
         params.append(param);
         drawParamId = param->relative;
     }

@@ -1,6 +1,7 @@
 #include "outline_reader.h"
 
 #include <frame/base/converters.h>
+#include <ofd/model/problem_log.h>
 #include <ofd/model/record_sources.h>
 #include <ofd/model/structure.h>
 #include <ofd/package/xml_edit.h>
@@ -8,6 +9,7 @@
 #include <ofd/package/xml_part.h>
 #include <ofd/package/xml_values.h>
 
+#include <QCoreApplication>
 #include <QHash>
 
 #include <algorithm>
@@ -28,11 +30,24 @@ int ZoomModeOf(const char* type)
     return 0;
 }
 
+QString Tr(const char* text)
+{
+    return QCoreApplication::translate("OfdDocument", text);
+}
+
 CCA_String Utf8(const QString& text)
 {
     QByteArray bytes = text.toUtf8();
     bytes.squeeze(); // it has room for the longest that the text might have become
     return CCA_String(bytes);
+}
+
+double NumberOf(const char* value)
+{
+    const std::optional<double> number = ParseNumber(value);
+    if (!number)
+        ReportProblem(ProblemKind::BadValue, Tr("\"%1\" is no place on a page.").arg(QString::fromUtf8(value)));
+    return number.value_or(0);
 }
 
 // One walk over the attributes, since there are very many destinations.
@@ -49,7 +64,7 @@ void SetValue(G_Dest& dest, std::string_view name, const char* value)
         dest.pageId = int(ParseId(value).value_or(0));
     for (const auto& [known, number] : numbers) {
         if (name == known)
-            dest.*number = float(ParseNumber(value).value_or(0));
+            dest.*number = float(NumberOf(value));
     }
 }
 
@@ -90,6 +105,7 @@ public:
         std::vector<G_TreeNode*> nodes(size_t(tree->GetCount()), root);
         pugi::xml_document document;
         for (int element = 1; element < tree->GetCount(); ++element) {
+            const ProblemPlace place(0, tree->At(element).begin);
             entryBytes = OwnBytes(element);
             document.load_buffer(entryBytes.constData(), size_t(entryBytes.size()),
                                  pugi::parse_default | pugi::parse_comments | pugi::parse_pi, pugi::encoding_utf8);
@@ -189,6 +205,8 @@ private:
         action->dest->pageIndex = -1; // a bookmark that does not exist leads nowhere
         if (const pugi::xml_node element = BookmarkCalled(name))
             *action->dest = ReadDestination(ChildElement(element, "Dest"), structure);
+        else
+            ReportProblem(ProblemKind::DanglingReference, Tr("There is no bookmark \"%1\".").arg(name));
         return action;
     }
 
@@ -240,6 +258,9 @@ G_Dest ReadDestination(const pugi::xml_node& element, const DocumentStructure& s
             SetValue(dest, LocalName(attribute.name()), attribute.value());
     }
     dest.pageIndex = structure.pageIndexById.value(dest.pageId, -1);
+    if (element && dest.pageIndex < 0)
+        ReportProblem(ProblemKind::DanglingReference,
+                      Tr("A destination leads to the page %1, which does not exist.").arg(dest.pageId));
     return dest;
 }
 
@@ -252,6 +273,7 @@ TreeRoot ReadBookmarks(const XmlPart& document, const DocumentStructure& structu
     const XmlEdit edit(document);
     TreeRoot root(G_TreeNode::CreateRoot());
     for (const pugi::xml_node& element : ChildElements(list, "Bookmark")) {
+        const ProblemPlace place(0, document.PlaceOf(element));
         auto source = std::make_shared<BookmarkSource>();
         source->xml = edit.GetElementBytes(element);
         source->name = Utf8(AttributeText(element, "Name"));

@@ -1,7 +1,9 @@
 #include "path_data.h"
 
+#include <ofd/model/problem_log.h>
 #include <ofd/package/limits.h>
 
+#include <QCoreApplication>
 #include <QtMath>
 
 #include <array>
@@ -29,13 +31,24 @@ public:
     QPainterPath Read()
     {
         for (SkipSeparators(); at != end; SkipSeparators()) {
-            if (!ReadCommand(*at++))
+            const char* begin = at;
+            if (!ReadCommand(*at++)) {
+                TellOfRest(begin);
                 break;
+            }
         }
         return path;
     }
 
 private:
+    void TellOfRest(const char* begin) const
+    {
+        constexpr int shownLength = 40;
+        ReportProblem(ProblemKind::BadValue,
+                      QCoreApplication::translate("OfdDocument", "The path cannot be read from \"%1\" on.")
+                          .arg(QString::fromUtf8(begin, int(end - begin)).left(shownLength)));
+    }
+
     bool ReadCommand(char command)
     {
         switch (command) {

@@ -3,12 +3,15 @@
 #include "content_reader.h"
 #include "object_style.h"
 
+#include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
 #include <ofd/package/locations.h>
 #include <ofd/package/package.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_part.h>
 #include <ofd/package/xml_values.h>
+
+#include <QCoreApplication>
 
 #include <functional>
 
@@ -44,11 +47,14 @@ private:
               const std::function<void(const pugi::xml_node&)>& add)
     {
         for (const std::unique_ptr<XmlPart>& part : parts) {
+            const ProblemScope scope(part->GetName());
             context.holderPart = part->GetName();
             context.baseLoc = AttributeText(part->GetRoot(), "BaseLoc").trimmed();
             for (const pugi::xml_node& holder : ChildElements(part->GetRoot(), list)) {
-                for (const pugi::xml_node& element : ChildElements(holder, item))
+                for (const pugi::xml_node& element : ChildElements(holder, item)) {
+                    const ProblemPlace place(int(IdAttribute(element, "ID")), part->PlaceOf(element));
                     add(element);
+                }
             }
         }
     }
@@ -59,6 +65,11 @@ private:
         const int id = int(IdAttribute(element, "ID"));
         if (id && !table.contains(id))
             table.insert(id, value);
+        else if (id)
+            ReportProblem(ProblemKind::DuplicateIdentifier,
+                          QCoreApplication::translate("OfdDocument", "More than one %1 has the ID %2.")
+                              .arg(QString::fromUtf8(element.name()))
+                              .arg(id));
     }
 
     void AddColorSpace(const pugi::xml_node& element)

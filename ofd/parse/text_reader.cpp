@@ -1,7 +1,10 @@
 #include "text_reader.h"
 
+#include <ofd/model/problem_log.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_values.h>
+
+#include <QCoreApplication>
 
 #include <algorithm>
 
@@ -14,6 +17,17 @@ QVector<uint> CodesOf(QString text)
 {
     text.remove(QLatin1Char('\r')).remove(QLatin1Char('\n')).remove(QLatin1Char('\t'));
     return text.toUcs4();
+}
+
+double NumberOf(std::string_view word, double missing)
+{
+    constexpr int shownLength = 40;
+    const std::optional<double> number = ParseNumber(word);
+    if (!number)
+        ReportProblem(ProblemKind::BadValue,
+                      QCoreApplication::translate("OfdDocument", "\"%1\" is no distance between glyphs.")
+                          .arg(QString::fromUtf8(word.data(), int(word.size())).left(shownLength)));
+    return number.value_or(missing);
 }
 
 GlyphMapping ReadMapping(const pugi::xml_node& element, int codeCount)
@@ -88,13 +102,13 @@ QVector<double> ExpandDeltas(std::string_view list, int limit)
     const std::vector<std::string_view> words = SplitWords(list);
     for (size_t i = 0; i < words.size() && deltas.size() < limit; ++i) {
         if (words[i] != "g" && words[i] != "G") {
-            deltas.append(ParseNumber(words[i]).value_or(0));
+            deltas.append(NumberOf(words[i], 0));
             continue;
         }
         if (i + 2 >= words.size())
             break;
-        const double count = ParseNumber(words[i + 1]).value_or(limit); // beyond any number: as many as there are
-        const double value = ParseNumber(words[i + 2]).value_or(0);
+        const double count = NumberOf(words[i + 1], limit); // beyond any number: as many as there are
+        const double value = NumberOf(words[i + 2], 0);
         const int room = limit - deltas.size();
         for (int n = int(std::clamp(count, 0.0, double(room))); n > 0; --n)
             deltas.append(value);

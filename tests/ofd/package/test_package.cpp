@@ -1,3 +1,4 @@
+#include <ofd/model/problem_log.h>
 #include <ofd/package/entry_names.h>
 #include <ofd/package/package.h>
 #include <tests/ofd/package/raw_zip.h>
@@ -364,11 +365,17 @@ void TestPackage::aWrongChecksumIsToldButTheBytesCome()
     RawZip zip = SmallRawZip();
     Image(zip).checksum = 12345U;
     const auto package = Open(zip);
-    QTest::ignoreMessage(QtWarningMsg, "the checksum of part Doc_0/Res/image.bin is wrong");
+    ProblemLog log;
+    const ProblemScope scope(log, QStringLiteral("Doc_0/Res.xml"));
+    QTest::ignoreMessage(QtWarningMsg, "Doc_0/Res/image.bin: The checksum of the part is wrong.");
     const PartData data = package->Read(ImageName);
     QVERIFY(!data.error);
     QVERIFY(data.hasWrongChecksum);
     QCOMPARE(data.bytes, Image(zip).data);
+    QCOMPARE(package->Read(ImageName).bytes, data.bytes); // told once only
+    QCOMPARE(int(log.GetProblems().size()), 1);
+    QCOMPARE(log.GetProblems().front().kind, ProblemKind::WrongChecksum);
+    QCOMPARE(log.GetProblems().front().part, ImageName);
 }
 
 void TestPackage::partsReadFromManyThreadsAtOnce()
