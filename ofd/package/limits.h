@@ -44,9 +44,9 @@ constexpr qint64 XmlRatioFreeBytes = qint64(4) << 20;
 constexpr int MaxXmlDepth = 256;
 // Elements of a part. "The XML has too many elements."
 constexpr int MaxXmlElements = 20'000'000;
-// Nodes that the tree of a part would have: elements, texts, comments. Each takes up to 64 bytes. "The XML has too many
-// elements."
-constexpr int MaxXmlNodes = 12'000'000;
+// Tags of what becomes a tree (long lists are left out of it); each makes up to two nodes of 64 bytes. "The XML has too
+// many elements."
+constexpr qint64 MaxTreeTags = 6'000'000;
 // Absolute value of any coordinate or size; what is beyond is no number at all. Quietly, as a default.
 constexpr double MaxNumber = 1e7;
 // Numbers of one list. Quietly, as if the list were not there.
@@ -55,6 +55,9 @@ constexpr int MaxArrayItems = 10'000'000;
 constexpr int MaxPageHeadBytes = 1 << 20;
 
 // --- References ------------------------------------------------------------------------------------------------------
+
+// Inflated parts that are looked through for identifiers before a new one is given out.
+constexpr qint64 MaxIdScanBytes = qint64(512) << 20;
 
 // Following references: parameters over parameters, composites in composites, patterns in patterns, templates in
 // templates. Quietly: the innermost are not drawn.

@@ -1,11 +1,14 @@
 #include "xml_part.h"
 
+#include "limits.h"
 #include "package.h"
 
 #include <ofd/model/problem_log.h>
 
 #include <QCoreApplication>
 #include <QTextCodec>
+
+#include <algorithm>
 
 namespace ofd {
 
@@ -64,6 +67,21 @@ PackageError ParseError(const QString& partName, const QString& reason)
     return {PackageErrorKind::BadXml, text};
 }
 
+// A small part that unpacks to a large one is refused before it is unpacked: its tree would be larger still.
+PackageError CheckRatio(const Package& package, const QString& partName)
+{
+    const int position = package.FindEntry(partName);
+    if (position < 0)
+        return {}; // reading it tells
+    const ZipEntry& entry = package.GetDirectory().entries[size_t(position)];
+    if (entry.size <= limits::XmlRatioFreeBytes || entry.size / limits::MaxXmlRatio <= entry.compressedSize)
+        return {};
+    const QString text =
+        QCoreApplication::translate("OfdPackage", "The part \"%1\" is too big when unpacked.").arg(partName);
+    ReportProblem(ProblemKind::Limit, partName, text);
+    return {PackageErrorKind::TooBig, text};
+}
+
 } // namespace
 
 std::unique_ptr<XmlPart> XmlPart::Parse(const QString& partName, const QByteArray& bytes, PackageError* error,
@@ -90,6 +108,10 @@ std::unique_ptr<XmlPart> XmlPart::Parse(const QString& partName, const QByteArra
     QByteArray parsedBytes = text;
     if (part->leftOut.end > part->leftOut.begin)
         parsedBytes = text.left(int(part->leftOut.begin)) + text.mid(int(part->leftOut.end));
+    if (std::count(parsedBytes.cbegin(), parsedBytes.cend(), '<') > limits::MaxTreeTags) {
+        result = ParseError(partName, QCoreApplication::translate("OfdPackage", "The XML has too many elements."));
+        return nullptr;
+    }
     const pugi::xml_parse_result parsed =
         part->document.load_buffer(parsedBytes.constData(), size_t(parsedBytes.size()), mode, pugi::encoding_utf8);
     if (!parsed || !part->document.document_element()) {
@@ -106,6 +128,11 @@ std::unique_ptr<XmlPart> XmlPart::Parse(const QString& partName, const QByteArra
 std::unique_ptr<XmlPart> XmlPart::Load(const Package& package, const QString& partName, PackageError* error,
                                        std::string_view bare)
 {
+    if (const PackageError tooBig = CheckRatio(package, partName)) {
+        if (error)
+            *error = tooBig;
+        return nullptr;
+    }
     const PartData data = package.Read(partName);
     if (!data.error)
         return Parse(partName, data.bytes, error, bare);
