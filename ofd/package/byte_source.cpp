@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QThreadPool>
 
 #include <algorithm>
 #include <cerrno>
@@ -14,6 +15,8 @@
 namespace ofd {
 
 namespace {
+
+constexpr qint64 LargeFileBytes = qint64(16) << 20;
 
 FileIdentity IdentityOf(const struct stat& facts)
 {
@@ -35,9 +38,16 @@ PackageError OpenError(int code)
 
 } // namespace
 
+// The last one to close a file that was replaced waits until the file system has freed it, which for a large one takes
+// as long as copying half of it. Nobody needs to wait for that.
 ByteSource::~ByteSource()
 {
-    if (descriptor >= 0)
+    if (descriptor < 0)
+        return;
+    struct stat facts = {};
+    const bool isReplaced = ::fstat(descriptor, &facts) == 0 && facts.st_nlink == 0 && facts.st_size >= LargeFileBytes;
+    QThreadPool* const pool = isReplaced ? QThreadPool::globalInstance() : nullptr; // not owned
+    if (!pool || !pool->tryStart([closing = descriptor] { ::close(closing); }))
         ::close(descriptor);
 }
 

@@ -223,6 +223,10 @@ PackageError CopyWhole(const Package& source, TargetFile& file, const SaveOption
 {
     qint64 done = 0;
     const qint64 size = source.GetSource().GetSize();
+    if (file.CloneWhole(source.GetSource())) {
+        const bool goesOn = !options.progress || options.progress(size, size);
+        return goesOn ? PackageError() : PackageError{PackageErrorKind::Cancelled, Tr("Saving was cancelled.")};
+    }
     return file.CopyRange(source.GetSource(), 0, size, [&](qint64 count) {
         done += count;
         return !options.progress || options.progress(done, size);

@@ -40,7 +40,11 @@ public:
     PackageError WriteAt(qint64 offset, const QByteArray& bytes);
     // Forgets all that was written from there on.
     PackageError Rewind(qint64 offset);
-    // Appends a range of the source, inside the kernel where it can.
+    // Makes the still empty file share the blocks of the whole source; false, and nothing done, where the file system
+    // cannot.
+    bool CloneWhole(const ByteSource& source);
+    // Appends a range of the source. Large ranges get their place on the disk first, so that a full disk is found out
+    // before it is full.
     PackageError CopyRange(const ByteSource& source, qint64 begin, qint64 end, const CopyProgress& progress);
     // Gives it the owner and permissions of the file that it replaces, and waits until all is on the disk.
     PackageError Finish();
@@ -54,6 +58,7 @@ private:
     bool OpenNamed(const QString& folder);
     bool GiveName();
     PackageError CopyByBlocks(const ByteSource& source, qint64 begin, qint64 end, const CopyProgress& progress);
+    PackageError Reserve(qint64 count);
     void BeginWriteback();
 
     QString targetPath;
