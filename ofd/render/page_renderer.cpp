@@ -1,8 +1,10 @@
 #include "page_renderer.h"
 
 #include "page_painter.h"
+#include "seal_painter.h"
 
 #include <ofd/model/document_store.h>
+#include <ofd/model/problem_log.h>
 #include <ofd/package/limits.h>
 #include <ofd/package/package.h>
 
@@ -51,6 +53,7 @@ public:
             const AnnotationRecord& annotation = page.annotations[size_t(i)];
             if (!annotation.isVisible || view.hiddenAnnotations.contains(i))
                 continue;
+            const ProblemScope scope(annotation.part);
             painter.save();
             painter.translate(annotation.boundary.topLeft());
             const bool isDone = content.PaintObjects(annotation.objects, *page.resources);
@@ -61,15 +64,33 @@ public:
         return true;
     }
 
+    // Above everything else, whether or not annotations are shown: a seal is part of what was signed.
+    bool PaintSealsOf(const G_RenderRequest& request)
+    {
+        return PaintSeals(painter, store, request.pageIndex, [&request](QPainter& onto, DocumentStore& document) {
+            G_RenderRequest first;
+            first.cancelled = request.cancelled;
+            PagePainting painting(onto, document, first);
+            return painting.PaintPage(*document.GetPageContent(0).content) &&
+                   painting.PaintAnnotations(*document.GetPageAnnotations(0));
+        });
+    }
+
 private:
     bool PaintTemplates(const PageContent& page, LayerKind kind)
     {
         for (const TemplateRef& reference : page.templates) {
             if (store.GetTemplateKind(reference.id, reference.zOrder) != kind)
                 continue;
-            if (view.hiddenTemplates.contains(reference.id) || openTemplates.contains(reference.id) ||
-                openTemplates.size() >= limits::MaxReferenceDepth)
+            if (view.hiddenTemplates.contains(reference.id))
                 continue;
+            if (openTemplates.contains(reference.id) || openTemplates.size() >= limits::MaxReferenceDepth) {
+                ReportProblem(
+                    ProblemKind::Cycle,
+                    QCoreApplication::translate("OfdDocument", "The template %1 contains itself.").arg(reference.id));
+                continue;
+            }
+            const ProblemScope scope(TemplatePart(reference.id));
             openTemplates.append(reference.id);
             const bool isDone = PaintTemplate(*store.GetTemplateContent(reference.id));
             openTemplates.removeLast();
@@ -77,6 +98,16 @@ private:
                 return false;
         }
         return true;
+    }
+
+    QString TemplatePart(int id) const
+    {
+        const DocumentStructure& structure = store.GetStructure();
+        const int position = structure.templateById.value(id, -1);
+        if (position < 0)
+            ReportProblem(ProblemKind::DanglingReference,
+                          QCoreApplication::translate("OfdDocument", "There is no template %1.").arg(id));
+        return position < 0 ? QString() : structure.templates.at(position).part;
     }
 
     bool PaintTemplate(const PageContent& page)
@@ -122,6 +153,7 @@ G_RenderResult OfdPageRenderer::RenderPage(const G_RenderRequest& request)
     G_RenderResult result;
     if (PagePainting::IsCancelled(request))
         return result;
+    const ProblemScope scope(store->GetProblems(), store->GetStructure().pages.value(request.pageIndex).part);
     const QSizeF sizeMm = store->GetPageSize(request.pageIndex);
     const QRectF pageRect(QPointF(), sizeMm * request.pixelsPerMm);
     const QRect region = request.region.isEmpty() ? pageRect.toAlignedRect() : request.region;
@@ -145,6 +177,7 @@ G_RenderResult OfdPageRenderer::RenderPage(const G_RenderRequest& request)
     bool isDone = painting.PaintPage(*page.content);
     if (isDone && request.withAnnotations)
         isDone = painting.PaintAnnotations(*store->GetPageAnnotations(request.pageIndex));
+    isDone = isDone && painting.PaintSealsOf(request);
     painter.end();
     if (isDone)
         result.image = image;

@@ -1,0 +1,161 @@
+#include "seal_reader.h"
+
+#include "der_reader.h"
+
+#include <ofd/model/problem_log.h>
+#include <ofd/package/limits.h>
+#include <ofd/package/locations.h>
+#include <ofd/package/package.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/package/xml_part.h>
+#include <ofd/package/xml_values.h>
+
+#include <QCoreApplication>
+
+#include <deque>
+
+namespace ofd {
+
+namespace {
+
+// A stretch of bytes still to be looked at.
+struct Stretch
+{
+    qint64 begin;
+    qint64 end;
+    int depth;
+};
+
+bool IsWord(const DerElement& element)
+{
+    return element.tag == der::Ia5String || element.tag == der::Utf8String || element.tag == der::PrintableString;
+}
+
+int NumberOf(const QByteArray& bytes, const DerElement& element)
+{
+    if (element.end - element.begin > 3)
+        return 0; // no seal is that large
+    int number = 0;
+    for (qint64 i = element.begin; i < element.end; ++i)
+        number = number << 8 | quint8(bytes.at(int(i)));
+    return number;
+}
+
+// The picture block, when the stretch begins as one: word, bytes, number, number.
+std::optional<SealPicture> PictureAt(const QByteArray& bytes, const DerElement& sequence)
+{
+    DerReader reader(bytes, sequence.begin, sequence.end);
+    DerElement type, data, width, height;
+    if (!reader.Next(type) || !IsWord(type) || !reader.Next(data) || data.tag != der::OctetString ||
+        !reader.Next(width) || width.tag != der::Integer || !reader.Next(height) || height.tag != der::Integer)
+        return std::nullopt;
+    SealPicture picture;
+    picture.type = QString::fromLatin1(bytes.mid(int(type.begin), int(type.end - type.begin))).trimmed().toLower();
+    picture.bytes = bytes.mid(int(data.begin), int(data.end - data.begin));
+    picture.widthMm = NumberOf(bytes, width);
+    picture.heightMm = NumberOf(bytes, height);
+    return picture;
+}
+
+// Whether bytes that are a plain string of octets hold an encoded sequence and nothing else.
+bool HoldsSequence(const QByteArray& bytes, const DerElement& element)
+{
+    DerReader reader(bytes, element.begin, element.end);
+    DerElement inside;
+    return element.tag == der::OctetString && reader.Next(inside) && inside.tag == der::Sequence && reader.IsAtEnd();
+}
+
+class StampReader
+{
+public:
+    StampReader(const Package& package, const QString& documentFolder)
+        : package(package)
+        , documentFolder(documentFolder)
+    {
+    }
+
+    QVector<Stamp> Read()
+    {
+        const std::unique_ptr<XmlPart> entry = XmlPart::Load(package, package.GetEntryPoint());
+        const pugi::xml_node list =
+            entry ? ChildElement(ChildElement(entry->GetRoot(), "DocBody"), "Signatures") : pugi::xml_node();
+        const QString part = list ? Resolve(TrimmedText(list), package.GetEntryPoint()) : QString();
+        const std::unique_ptr<XmlPart> signatures = part.isEmpty() ? nullptr : XmlPart::Load(package, part);
+        if (!signatures)
+            return stamps;
+        int count = 0;
+        for (const pugi::xml_node& signature : ChildElements(signatures->GetRoot(), "Signature")) {
+            if (++count > limits::MaxSignatures)
+                break;
+            ReadSignature(Resolve(AttributeText(signature, "BaseLoc"), part));
+        }
+        return stamps;
+    }
+
+private:
+    QString Resolve(const QString& reference, const QString& holder) const
+    {
+        LocationContext context;
+        context.holderPart = holder;
+        context.documentFolder = documentFolder;
+        return reference.isEmpty() ? QString() : ResolveLocation(package, reference, context).part;
+    }
+
+    void ReadSignature(const QString& part)
+    {
+        const std::unique_ptr<XmlPart> xml = part.isEmpty() ? nullptr : XmlPart::Load(package, part);
+        if (!xml)
+            return;
+        const pugi::xml_node info = ChildElement(xml->GetRoot(), "SignedInfo");
+        const std::vector<pugi::xml_node> found = ChildElements(info, "StampAnnot");
+        if (found.empty())
+            return;
+        Stamp stamp;
+        stamp.sealPart = Resolve(TrimmedText(Descend(info, {"Seal", "BaseLoc"})), part);
+        stamp.signedValuePart = Resolve(TrimmedText(ChildElement(xml->GetRoot(), "SignedValue")), part);
+        for (const pugi::xml_node& element : found) {
+            stamp.pageId = int(IdAttribute(element, "PageRef"));
+            stamp.boundary = BoxAttribute(element, "Boundary").value_or(QRectF());
+            stamp.clip = BoxAttribute(element, "Clip").value_or(QRectF());
+            if (stamps.size() < limits::MaxStamps && !stamp.boundary.isEmpty())
+                stamps.append(stamp);
+        }
+    }
+
+    const Package& package;
+    const QString documentFolder;
+    QVector<Stamp> stamps;
+};
+
+} // namespace
+
+// Breadth first with a queue of its own: nothing in the data deepens the program's stack.
+std::optional<SealPicture> FindSealPicture(const QByteArray& bytes)
+{
+    std::deque<Stretch> open = {{0, bytes.size(), 0}};
+    int elements = 0;
+    for (; !open.empty(); open.pop_front()) {
+        const Stretch stretch = open.front();
+        DerReader reader(bytes, stretch.begin, stretch.end);
+        DerElement element;
+        while (reader.Next(element)) {
+            if (++elements > limits::MaxSealElements)
+                return std::nullopt;
+            if (element.tag == der::Sequence) {
+                if (std::optional<SealPicture> picture = PictureAt(bytes, element))
+                    return picture;
+            }
+            const bool hasInside = element.IsConstructed() || HoldsSequence(bytes, element);
+            if (hasInside && stretch.depth < limits::MaxSealDepth)
+                open.push_back({element.begin, element.end, stretch.depth + 1});
+        }
+    }
+    return std::nullopt;
+}
+
+QVector<Stamp> ReadStamps(const Package& package, const QString& documentFolder)
+{
+    return StampReader(package, documentFolder).Read();
+}
+
+} // namespace ofd
