@@ -4,7 +4,11 @@
 
 #include <QHash>
 
+#include <optional>
+
 namespace ofd {
+
+class ColorProfile;
 
 struct ColorSpace
 {
@@ -13,6 +17,7 @@ struct ColorSpace
     Kind kind = Kind::Rgb;
     int bits = 8;
     QVector<QVector<double>> palette; // channel values
+    std::shared_ptr<const ColorProfile> profile; // null: the plain formulas of the device
 
     int GetChannelCount() const { return kind == Kind::Gray ? 1 : kind == Kind::Rgb ? 3 : 4; }
 };

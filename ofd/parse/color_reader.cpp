@@ -1,6 +1,7 @@
 #include "color_reader.h"
 
 #include <ofd/model/problem_log.h>
+#include <ofd/model/color_profile.h>
 #include <ofd/model/resources.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_values.h>
@@ -132,6 +133,12 @@ QColor ColorFromChannels(const QVector<double>& channels, const ColorSpace& spac
 {
     const double top = std::pow(2.0, std::clamp(space.bits, 1, 16)) - 1;
     const auto part = [&](int i) { return std::clamp(channels.value(i, 0) / top, 0.0, 1.0); };
+    if (space.profile) {
+        QVector<double> parts;
+        for (int i = 0; i < space.GetChannelCount(); ++i)
+            parts.append(part(i));
+        return space.profile->ColorOf(parts);
+    }
     switch (space.kind) {
     case ColorSpace::Kind::Gray:
         return QColor::fromRgbF(part(0), part(0), part(0));

@@ -3,8 +3,10 @@
 #include "content_reader.h"
 #include "object_style.h"
 
+#include <ofd/model/color_profile.h>
 #include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
+#include <ofd/package/limits.h>
 #include <ofd/package/locations.h>
 #include <ofd/package/package.h>
 #include <ofd/package/xml_names.h>
@@ -80,13 +82,39 @@ private:
             space.kind = ColorSpace::Kind::Gray;
         else if (EqualsWord(type, "CMYK"))
             space.kind = ColorSpace::Kind::Cmyk;
-        space.bits = IntegerAttribute(element, "BitsPerComponent", 8);
+        const int bits = IntegerAttribute(element, "BitsPerComponent", 8);
+        space.bits = bits == 1 || bits == 2 || bits == 4 || bits == 16 ? bits : 8;
         for (const pugi::xml_node& value : ChildElements(ChildElement(element, "Palette"), "CV")) {
             if (space.palette.size() >= MaxPaletteEntries)
                 break;
             space.palette.append(ParseArray(value.text().get()).value_or(QVector<double>()));
         }
+        const QString profile = AttributeText(element, "Profile").trimmed();
+        if (!profile.isEmpty())
+            space.profile = ProfileOf(ResolveLocation(package, profile, context).part, space.GetChannelCount());
         InsertFirst(resources.colorSpaces, element, space);
+    }
+
+    // Null, and told, when there is no such profile; the plain formulas serve then.
+    std::shared_ptr<const ColorProfile> ProfileOf(const QString& part, int channelCount)
+    {
+        if (part.isEmpty())
+            return nullptr;
+        const QPair<QString, int> key(part, channelCount);
+        const auto known = profiles.constFind(key);
+        if (known != profiles.constEnd())
+            return *known;
+        std::shared_ptr<const ColorProfile> profile;
+        if (package.GetPartSize(part) <= limits::MaxProfileBytes) {
+            const PartData data = package.Read(part);
+            if (!data.error)
+                profile = ColorProfile::FromBytes(data.bytes, channelCount);
+        }
+        if (!profile)
+            ReportProblem(ProblemKind::BadValue, part,
+                          QCoreApplication::translate("OfdDocument", "The colour profile cannot be used."));
+        profiles.insert(key, profile);
+        return profile;
     }
 
     void AddDrawParam(const pugi::xml_node& element)
@@ -135,6 +163,7 @@ private:
     const Package& package;
     Resources& resources;
     LocationContext context;
+    QHash<QPair<QString, int>, std::shared_ptr<const ColorProfile>> profiles; // by part and number of channels
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "image_decoder.h"
 
 #include "jbig2_decoder.h"
+#include "jpeg_decoder.h"
 
 #include <ofd/package/limits.h>
 
@@ -13,6 +14,8 @@ QImage DecodeImage(const QByteArray& bytes)
 {
     if (IsJbig2(bytes))
         return DecodeJbig2(bytes);
+    if (IsInkJpeg(bytes))
+        return DecodeInkJpeg(bytes);
     QBuffer buffer;
     buffer.setData(bytes);
     QImageReader reader(&buffer);

@@ -1,0 +1,119 @@
+#include "jpeg_decoder.h"
+
+#include <ofd/package/limits.h>
+
+#include <csetjmp>
+#include <cstdio>
+#include <vector>
+
+#include <jpeglib.h>
+
+namespace ofd {
+
+namespace {
+
+constexpr int Inks = 4;
+
+// Errors leave the decoder by a long jump, over frames that own nothing.
+struct ErrorExit
+{
+    jpeg_error_mgr base; // first: the decoder hands this back
+    std::jmp_buf target;
+};
+
+void Leave(j_common_ptr decoder)
+{
+    std::longjmp(reinterpret_cast<ErrorExit*>(decoder->err)->target, 1);
+}
+
+void IgnoreMessage(j_common_ptr) {}
+void IgnoreLevel(j_common_ptr, int) {}
+
+// One row of four inks a pixel as red, green and blue.
+void ConvertRow(const quint8* inks, QRgb* out, int width, bool isFullZero)
+{
+    for (int x = 0; x < width; ++x, inks += Inks) {
+        int light[Inks]; // what each ink leaves
+        for (int i = 0; i < Inks; ++i)
+            light[i] = isFullZero ? inks[i] : 255 - inks[i];
+        out[x] = qRgb(light[0] * light[3] / 255, light[1] * light[3] / 255, light[2] * light[3] / 255);
+    }
+}
+
+// Begins to decode, with the four inks as what comes out. False when it is none of ours.
+bool Start(jpeg_decompress_struct& decoder, const QByteArray& bytes)
+{
+    jpeg_mem_src(&decoder, reinterpret_cast<const unsigned char*>(bytes.constData()), size_t(bytes.size()));
+    if (jpeg_read_header(&decoder, TRUE) != JPEG_HEADER_OK || decoder.num_components != Inks)
+        return false;
+    if (qint64(decoder.image_width) * decoder.image_height > limits::MaxImagePixels)
+        return false;
+    decoder.out_color_space = JCS_CMYK;
+    return jpeg_start_decompress(&decoder) && decoder.output_components == Inks;
+}
+
+// `image` and `row` belong to the caller, so that nothing is lost when an error jumps out of here. False on failure.
+bool Decode(jpeg_decompress_struct& decoder, ErrorExit& errors, const QByteArray& bytes, QImage& image,
+            std::vector<quint8>& row)
+{
+    if (setjmp(errors.target))  // NOLINT(cert-err52-cpp): the decoder knows no other way
+        return !image.isNull(); // what was read before the damage is shown
+    if (!Start(decoder, bytes))
+        return false;
+    row.resize(size_t(decoder.output_width) * Inks);
+    image = QImage(int(decoder.output_width), int(decoder.output_height), QImage::Format_RGB32);
+    if (image.isNull())
+        return false;
+    image.fill(Qt::white);
+    while (decoder.output_scanline < decoder.output_height) {
+        JSAMPROW rows[] = {row.data()};
+        const int y = int(decoder.output_scanline);
+        if (jpeg_read_scanlines(&decoder, rows, 1) != 1)
+            return true;
+        ConvertRow(row.data(), reinterpret_cast<QRgb*>(image.scanLine(y)), image.width(), decoder.saw_Adobe_marker);
+    }
+    return true;
+}
+
+} // namespace
+
+bool IsInkJpeg(const QByteArray& bytes)
+{
+    if (!bytes.startsWith("\xff\xd8"))
+        return false;
+    const auto at = [&bytes](int i) { return int(quint8(bytes.at(i))); };
+    for (int place = 2; place + 9 < bytes.size();) {
+        if (at(place) != 0xff)
+            return false;
+        const int marker = at(place + 1);
+        if (marker == 0xff) { // filling
+            ++place;
+            continue;
+        }
+        const bool isFrame = marker >= 0xc0 && marker <= 0xcf && marker != 0xc4 && marker != 0xc8 && marker != 0xcc;
+        if (isFrame)
+            return at(place + 9) == Inks;
+        if (marker == 0xda || marker == 0xd9)
+            return false;
+        place += 2 + (at(place + 2) << 8 | at(place + 3));
+    }
+    return false;
+}
+
+QImage DecodeInkJpeg(const QByteArray& bytes)
+{
+    jpeg_decompress_struct decoder = {};
+    ErrorExit errors = {};
+    decoder.err = jpeg_std_error(&errors.base);
+    errors.base.error_exit = &Leave;
+    errors.base.output_message = &IgnoreMessage;
+    errors.base.emit_message = &IgnoreLevel;
+    QImage image;
+    std::vector<quint8> row;
+    jpeg_create_decompress(&decoder);
+    const bool isDone = Decode(decoder, errors, bytes, image, row);
+    jpeg_destroy_decompress(&decoder);
+    return isDone ? image : QImage();
+}
+
+} // namespace ofd

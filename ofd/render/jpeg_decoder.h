@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+
+namespace ofd {
+
+// Whether the bytes are a JPEG file whose colours are four inks.
+bool IsInkJpeg(const QByteArray& bytes);
+// Decodes one, in the colours of the screen; null when it is broken or too large. Files that carry the mark of the
+// programs that store inks the other way round (0 = full) are told by it. Any thread.
+QImage DecodeInkJpeg(const QByteArray& bytes);
+
+} // namespace ofd
