@@ -2,9 +2,11 @@
 
 #include "image_store.h"
 
+#include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
 #include <ofd/package/limits.h>
 
+#include <QCoreApplication>
 #include <cmath>
 
 namespace ofd {
@@ -118,11 +120,17 @@ void ImagePainter::Paint(const ImageObject& object, const Resources& resources, 
 QImage ImagePainter::ImageOf(int mediaId, const Resources& resources) const
 {
     const MediaResource* media = resources.FindMedia(mediaId);
+    if (mediaId && !media)
+        ReportProblem(ProblemKind::DanglingReference,
+                      QCoreApplication::translate("OfdDocument", "There is no picture %1.").arg(mediaId));
     return media && !media->part.isEmpty() ? images.GetImage(package, media->part) : QImage();
 }
 
 QImage ImagePainter::PictureOf(const ImageObject& object, const Resources& resources) const
 {
+    if (!object.mediaId)
+        ReportProblem(ProblemKind::DanglingReference,
+                      QCoreApplication::translate("OfdDocument", "The object names no picture."));
     QImage image = ImageOf(object.mediaId, resources);
     if (image.isNull())
         image = ImageOf(object.substitutionId, resources);

@@ -3,8 +3,11 @@
 #include "font_names.h"
 #include "installed_fonts.h"
 
+#include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
 #include <ofd/package/package.h>
+
+#include <QCoreApplication>
 
 namespace ofd {
 
@@ -57,6 +60,9 @@ std::shared_ptr<const FontFace> FontStore::Embedded(const Package& package, cons
         if (!data.error)
             face = FontFace::FromBytes(data.bytes);
     }
+    if (!face)
+        ReportProblem(ProblemKind::BadFont, part,
+                      QCoreApplication::translate("OfdDocument", "The font cannot be used; another one stands in."));
     embedded.insert(part, face);
     return face;
 }
@@ -80,6 +86,11 @@ FontChoice FontStore::Substitute(const FontResource& font, bool wantsBold, bool 
         found = FindInstalledFontFor('a', families, wantsBold);
     const FontChoice choice = ChoiceOf(found, wantsBold, wantsItalic);
     substitutes.insert(key, choice);
+    const char* text =
+        choice.face ? QT_TRANSLATE_NOOP("OfdDocument", "The file brings no font \"%1\"; \"%2\" stands in for it.")
+                    : QT_TRANSLATE_NOOP("OfdDocument", "The file brings no font \"%1\", and none is installed.%2");
+    ReportProblem(ProblemKind::FontSubstituted, QString(),
+                  QCoreApplication::translate("OfdDocument", text).arg(font.fontName, found.family));
     return choice;
 }
 

@@ -2,8 +2,10 @@
 
 #include "font_store.h"
 
+#include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
 
+#include <QCoreApplication>
 #include <QTransform>
 
 #include <cmath>
@@ -26,6 +28,9 @@ public:
         , fonts(fonts)
         , choice(fonts.GetFont(package, font, text.weight, text.isItalic))
     {
+        if (!font)
+            ReportProblem(ProblemKind::DanglingReference,
+                          QCoreApplication::translate("OfdDocument", "There is no font %1.").arg(text.fontId));
         shape.rotate(text.characterDirection); // y down: positive turns clockwise
         shape.scale(text.size * text.horizontalScale, text.size);
     }
