@@ -11,13 +11,7 @@
 
 #include <QCoreApplication>
 
-#include <cmath>
-
 namespace ofd {
-
-namespace {
-
-} // namespace
 
 ContentPainter::ContentPainter(QPainter& painter, DocumentStore& store, std::shared_ptr<const Package> package,
                                std::function<bool()> isCancelled)

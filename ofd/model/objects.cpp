@@ -1,4 +1,4 @@
-#include "content.h"
+#include "objects.h"
 
 namespace ofd {
 
