@@ -94,6 +94,7 @@ constexpr qint64 MaxImagePixels = 200'000'000;
 constexpr qint64 MaxImageBytes = qint64(768) << 20;
 // An embedded font. Quietly: an installed one stands in.
 constexpr qint64 MaxFontBytes = qint64(128) << 20;
+constexpr qint64 MaxFontBytesInAll = qint64(512) << 20; // of one document
 // Searches for an installed font that a document may cause, each of which takes about a millisecond: fonts by name, and
 // fonts for a character. Quietly: after that the fonts found so far must do.
 constexpr int MaxFontSearches = 500;

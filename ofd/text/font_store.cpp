@@ -5,16 +5,18 @@
 
 #include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
+#include <ofd/package/limits.h>
 #include <ofd/package/package.h>
 
 #include <QCoreApplication>
+
+#include <algorithm>
 
 namespace ofd {
 
 namespace {
 
 constexpr int BoldFrom = 600;
-constexpr qint64 MaxFontBytes = 128 << 20;
 
 FontChoice ChoiceOf(const InstalledFont& font, bool wantsBold, bool wantsItalic)
 {
@@ -44,6 +46,7 @@ FontChoice FontStore::GetFont(const Package& package, const FontResource* font, 
     }
     const FontResource unknown;
     const FontResource& wanted = font ? *font : unknown;
+    const std::lock_guard<std::mutex> lock(mutex);
     return Substitute(wanted, wanted.isBold || weight >= BoldFrom, wanted.isItalic || isItalic);
 }
 
@@ -55,7 +58,8 @@ std::shared_ptr<const FontFace> FontStore::Embedded(const Package& package, cons
         return *known;
     std::shared_ptr<const FontFace> face;
     const qint64 size = package.GetPartSize(part);
-    if (size > 0 && size <= MaxFontBytes) {
+    if (size > 0 && size <= limits::MaxFontBytes && fontBytes + size <= limits::MaxFontBytesInAll) {
+        fontBytes += size;
         const PartData data = package.Read(part);
         if (!data.error)
             face = FontFace::FromBytes(data.bytes);
@@ -71,10 +75,15 @@ FontChoice FontStore::Substitute(const FontResource& font, bool wantsBold, bool 
 {
     const QString key = font.fontName + QLatin1Char('\n') + font.familyName + QLatin1Char('\n') +
                         QString::number(wantsBold + 2 * wantsItalic + 4 * font.isSerif + 8 * font.isFixedWidth);
-    const std::lock_guard<std::mutex> lock(mutex);
     const auto known = substitutes.constFind(key);
     if (known != substitutes.constEnd())
         return *known;
+    if (++searches > limits::MaxFontSearches && !(font.fontName.isEmpty() && font.familyName.isEmpty())) {
+        FontResource nameless = font; // one search for each style that is left
+        nameless.fontName.clear();
+        nameless.familyName.clear();
+        return Substitute(nameless, wantsBold, wantsItalic);
+    }
     const QString byName = BareFamilyName(font.fontName, &wantsBold, &wantsItalic);
     const QStringList families = QStringList{byName, font.familyName} + SubstituteFamilies(ClassifyFont(font));
     InstalledFont found;
@@ -103,9 +112,22 @@ std::shared_ptr<const FontFace> FontStore::GetFallback(uint code, const FontReso
     const auto known = fallbacks.constFind(key);
     if (known != fallbacks.constEnd())
         return *known;
+    if (++searches > limits::MaxFontSearches)
+        return FoundBefore(code);
     const std::shared_ptr<const FontFace> face = FindInstalledFontFor(code, SubstituteFamilies(style), wantsBold).face;
     fallbacks.insert(key, face);
+    if (face && std::find(fallbackFaces.begin(), fallbackFaces.end(), face) == fallbackFaces.end())
+        fallbackFaces.push_back(face);
     return face;
+}
+
+std::shared_ptr<const FontFace> FontStore::FoundBefore(uint code) const
+{
+    for (const std::shared_ptr<const FontFace>& face : fallbackFaces) {
+        if (face->GlyphOf(code))
+            return face;
+    }
+    return nullptr;
 }
 
 } // namespace ofd

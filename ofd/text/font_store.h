@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <mutex>
+#include <vector>
 
 namespace ofd {
 
@@ -37,12 +38,18 @@ public:
 
 private:
     std::shared_ptr<const FontFace> Embedded(const Package& package, const QString& part);
+    // The caller holds the lock.
     FontChoice Substitute(const FontResource& font, bool wantsBold, bool wantsItalic);
+    // A face that was found for another character and has this one too.
+    std::shared_ptr<const FontFace> FoundBefore(uint code) const;
 
     std::mutex mutex;
-    QHash<QString, std::shared_ptr<const FontFace>> embedded;  // by part; null for those that cannot be read
-    QHash<QString, FontChoice> substitutes;                    // by name and style
-    QHash<QString, std::shared_ptr<const FontFace>> fallbacks; // by character and style
+    QHash<QString, std::shared_ptr<const FontFace>> embedded;   // by part; null for those that cannot be read
+    QHash<QString, FontChoice> substitutes;                     // by name and style
+    QHash<QString, std::shared_ptr<const FontFace>> fallbacks;  // by character and style
+    std::vector<std::shared_ptr<const FontFace>> fallbackFaces; // each face of them once
+    int searches = 0;                                           // among the installed fonts
+    qint64 fontBytes = 0;                                       // of the embedded fonts that were read
 };
 
 } // namespace ofd
