@@ -113,14 +113,11 @@ int OfdPage::LoadAnnots()
     if (areAnnotsRead)
         return areAnnotsBroken ? 1 : 0;
     const std::shared_ptr<const PageAnnotations> list = store->GetPageAnnotations(index);
-    int freeId = store->GetStructure().highestId;
-    for (const AnnotationRecord& record : list->annotations)
-        freeId = std::max(freeId, record.id);
     QSet<int> taken;
     for (int i = 0; i < int(list->annotations.size()); ++i) {
         int id = list->annotations[size_t(i)].id;
         if (id == 0 || taken.contains(id))
-            id = ++freeId; // written when the annotation is edited
+            id = store->GetUnitIds().Take(*store->GetPackage()); // written when the annotation is edited
         taken.insert(id);
         annots.push_back(std::make_unique<OfdAnnot>(this, *store, list, i, id));
     }

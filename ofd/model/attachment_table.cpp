@@ -69,13 +69,20 @@ std::shared_ptr<QTemporaryFile> Spool(ICA_StreamReader* reader)
 
 } // namespace
 
-AttachmentTable::AttachmentTable(QVector<AttachmentEntry> entriesIn, int highestIdIn)
+AttachmentTable::AttachmentTable(QVector<AttachmentEntry> entriesIn, NewId newIdIn)
     : entries(std::move(entriesIn))
     , savedCount(entries.size())
-    , highestId(highestIdIn)
+    , newId(std::move(newIdIn))
 {
-    for (const AttachmentEntry& entry : qAsConst(entries))
-        highestId = std::max(highestId, entry.info.id);
+}
+
+int AttachmentTable::HighestId() const
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    int highest = 0;
+    for (const AttachmentEntry& entry : entries)
+        highest = std::max(highest, entry.info.id);
+    return highest;
 }
 
 int AttachmentTable::GetCount() const
@@ -132,9 +139,9 @@ bool AttachmentTable::AddFrom(ICA_StreamReader* reader, G_AttachmentInfo info, b
     AttachmentEntry entry;
     entry.file = file;
     entry.isBig = isBig || file->size() >= BigBytes;
-    const std::lock_guard<std::mutex> lock(mutex);
-    info.id = ++highestId;
+    info.id = newId(HighestId()); // not under the lock: it may read the whole document
     entry.info = info;
+    const std::lock_guard<std::mutex> lock(mutex);
     entries.append(entry);
     return true;
 }

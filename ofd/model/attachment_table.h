@@ -6,6 +6,7 @@
 #include <QTemporaryFile>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 #include <mutex>
 
@@ -30,8 +31,10 @@ struct AttachmentEntry
 class AttachmentTable
 {
 public:
-    // Identifiers up to `highestId` are taken by other things of the document.
-    AttachmentTable(QVector<AttachmentEntry> entries, int highestId);
+    // Gives an identifier above the one it is called with that nothing else in the document has. Any thread.
+    using NewId = std::function<int(int above)>;
+
+    AttachmentTable(QVector<AttachmentEntry> entries, NewId newId);
 
     int GetCount() const;
     int GetIndexById(int id) const;
@@ -48,10 +51,12 @@ public:
     void AdoptSaved(const QVector<AttachmentEntry>& savedEntries);
 
 private:
+    int HighestId() const;
+
     mutable std::mutex mutex;
     QVector<AttachmentEntry> entries;
     int savedCount;
-    int highestId;
+    const NewId newId;
     bool hasRemoved = false;
 };
 

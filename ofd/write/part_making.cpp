@@ -38,7 +38,7 @@ void RaiseMaxUnitId(XmlEdit& edit, const pugi::xml_node& documentRoot, int id)
 {
     const pugi::xml_node common = ChildElement(documentRoot, "CommonData");
     const pugi::xml_node element = ChildElement(common, "MaxUnitID");
-    if (!common || int(ParseId(TrimmedText(element).toStdString()).value_or(0)) >= id)
+    if (!common || id == 0 || qint64(ParseId(TrimmedText(element).toStdString()).value_or(0)) >= id)
         return;
     const QString text = QString::number(id);
     if (element)
