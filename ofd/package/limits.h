@@ -64,9 +64,11 @@ constexpr qint64 MaxIdScanBytes = qint64(512) << 20;
 constexpr int MaxReferenceDepth = 32;
 // Blocks in blocks; what lies deeper belongs to the innermost block, so nothing is lost.
 constexpr int MaxBlockDepth = 32;
-// Objects that one page paints or reads text from, those of composites, patterns and templates counted as often as they
-// are used: a few hundred bytes can ask for more than could ever be painted. Quietly: the rest is not drawn.
-constexpr int MaxObjectsOnPage = 2'000'000;
+// Objects that one page has through composites and patterns, counted as often as they are used: a few hundred bytes can
+// ask for more than could ever be painted. "The page repeats its composite objects too often." The rest is not drawn.
+constexpr int MaxRepeatedObjects = 300'000;
+// The same for templates that use templates. "The page uses too many templates."
+constexpr int MaxTemplatesOnPage = 1000;
 
 // --- Lists of numbers ------------------------------------------------------------------------------------------------
 
@@ -76,6 +78,8 @@ constexpr int MaxDashes = 1024;
 constexpr double MaxDashesInLine = 20'000;
 // Colours of a shading. Quietly: the rest is not used.
 constexpr int MaxShadingStops = 4096;
+// Points of a shading made of triangles. Quietly: the rest is not used.
+constexpr int MaxShadingPoints = 65'536;
 // Values of one colour. Quietly: the rest is not used.
 constexpr int MaxChannels = 64;
 // Colours of a palette. Quietly: the rest is not used.

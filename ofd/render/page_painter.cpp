@@ -27,10 +27,22 @@ bool ContentPainter::PaintObjects(const ObjectList& objects, const Resources& re
     for (const std::unique_ptr<const GraphicObject>& object : objects) {
         if (isCancelled && isCancelled())
             return false;
+        if (!openUnits.isEmpty() && !CountRepeated())
+            return true;
         if (object->isVisible && object->alpha > 0)
             PaintObject(*object, resources);
     }
     return true;
+}
+
+// False when composites have been used so often that no more of their objects are painted on this page.
+bool ContentPainter::CountRepeated()
+{
+    if (repeatedObjects == limits::MaxRepeatedObjects)
+        ReportProblem(ProblemKind::Limit,
+                      QCoreApplication::translate("OfdDocument", "The page repeats its composite objects too often."));
+    repeatedObjects = std::min(repeatedObjects + 1, limits::MaxRepeatedObjects + 1);
+    return repeatedObjects <= limits::MaxRepeatedObjects;
 }
 
 void ContentPainter::PaintObject(const GraphicObject& object, const Resources& resources)

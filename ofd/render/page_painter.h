@@ -29,6 +29,7 @@ public:
 
 private:
     void PaintObject(const GraphicObject& object, const Resources& resources);
+    bool CountRepeated();
     void PaintPath(const PathObject& object);
     void PaintText(const TextObject& object, const Resources& resources);
     // How the glyphs of a text are painted.
@@ -60,6 +61,7 @@ private:
     const std::function<bool()> isCancelled;
     QVector<const CompositeUnit*> openUnits; // not owned; units being painted, against cycles
     double groupAlpha = 1;
+    int repeatedObjects = 0; // painted so far as contents of composites
 };
 
 } // namespace ofd

@@ -90,6 +90,11 @@ private:
                     QCoreApplication::translate("OfdDocument", "The template %1 contains itself.").arg(reference.id));
                 continue;
             }
+            if (++templateCount > limits::MaxTemplatesOnPage) {
+                ReportProblem(ProblemKind::Limit,
+                              QCoreApplication::translate("OfdDocument", "The page uses too many templates."));
+                return true;
+            }
             const ProblemScope scope(TemplatePart(reference.id));
             openTemplates.append(reference.id);
             const bool isDone = PaintTemplate(*store.GetTemplateContent(reference.id));
@@ -137,6 +142,7 @@ private:
     SessionState::PageView view;
     ContentPainter content;
     QVector<int> openTemplates; // being painted, against cycles
+    int templateCount = 0;      // painted so far
 };
 
 } // namespace

@@ -26,6 +26,8 @@ public:
     void Walk(const ObjectList& objects, const QTransform& toPage)
     {
         for (const std::unique_ptr<const GraphicObject>& object : objects) {
+            if (!openUnits.isEmpty() && ++repeatedObjects > limits::MaxRepeatedObjects)
+                return;
             if (object->isVisible)
                 Visit(*object, toPage);
         }
@@ -64,6 +66,7 @@ private:
     const std::shared_ptr<const Package> package;
     QVector<PlacedText>& texts;
     QVector<const CompositeUnit*> openUnits; // not owned
+    int repeatedObjects = 0;                 // visited so far as contents of composites
 };
 
 class ObjectWalker
