@@ -6,6 +6,7 @@
 
 #include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
+#include <ofd/package/limits.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_values.h>
 
@@ -57,14 +58,36 @@ public:
     ObjectList ReadAll(const pugi::xml_node& parent) const
     {
         ObjectList objects;
-        for (pugi::xml_node child = FirstElement(parent); child; child = NextElement(child)) {
-            if (std::unique_ptr<GraphicObject> object = Read(child))
-                objects.push_back(std::move(object));
-        }
+        ReadInto(objects, parent, 0);
         return objects;
     }
 
 private:
+    // Blocks have no transform of their own, so what lies too deep belongs to the innermost block that is kept.
+    void ReadInto(ObjectList& objects, const pugi::xml_node& parent, int depth) const
+    {
+        for (pugi::xml_node child = FirstElement(parent); child; child = NextElement(child)) {
+            if (IsElement(child, "PageBlock")) {
+                ReadBlock(objects, child, depth);
+            } else if (std::unique_ptr<GraphicObject> object = Read(child)) {
+                objects.push_back(std::move(object));
+            }
+        }
+    }
+
+    // The nesting of elements is bound by the XML reader, that of the groups that are walked later here.
+    void ReadBlock(ObjectList& objects, const pugi::xml_node& element, int depth) const
+    {
+        if (depth >= limits::MaxBlockDepth) {
+            ReadInto(objects, element, depth);
+            return;
+        }
+        auto group = std::make_unique<GroupObject>();
+        group->id = int(IdAttribute(element, "ID"));
+        ReadInto(group->objects, element, depth + 1);
+        objects.push_back(std::move(group));
+    }
+
     // Null for elements that are no objects.
     std::unique_ptr<GraphicObject> Read(const pugi::xml_node& element) const
     {
@@ -78,12 +101,6 @@ private:
             return Common(element, ReadImage(element));
         if (name == "CompositeObject")
             return Common(element, ReadComposite(element));
-        if (name == "PageBlock") { // nesting is bound by the depth limit of the XML reader
-            auto group = std::make_unique<GroupObject>();
-            group->id = int(IdAttribute(element, "ID"));
-            group->objects = ReadAll(element);
-            return group;
-        }
         return nullptr;
     }
 
@@ -174,6 +191,7 @@ private:
     QPainterPath ReadClip(const pugi::xml_node& clip) const
     {
         QPainterPath all;
+        int elementCount = 0;
         for (const pugi::xml_node& area : ChildElements(clip, "Area")) {
             const pugi::xml_node path = ChildElement(area, "Path");
             if (!path)
@@ -183,7 +201,13 @@ private:
             const QPainterPath outline = ReadPath(path);
             QPainterPath placed = place.map(outline);
             placed.setFillRule(outline.fillRule());
-            all = all.isEmpty() ? placed : all.united(placed);
+            elementCount += placed.elementCount();
+            if (all.isEmpty())
+                all = placed;
+            else if (elementCount <= limits::MaxUnitedElements)
+                all = all.united(placed);
+            else
+                all.addPath(placed);
         }
         return all;
     }
