@@ -60,7 +60,12 @@ QString Folded(uint code, bool keepsCase)
     if (code < 0x80)
         return keepsCase ? text : text.toLower();
     const QString parts = text.normalized(QString::NormalizationForm_D);
-    return keepsCase ? parts : parts.toCaseFolded().normalized(QString::NormalizationForm_D);
+    if (keepsCase)
+        return parts;
+    // Qt folds one to one; letters that fold to several, such as the sharp s, are the ones with long capitals.
+    const QString capitals = parts.toUpper();
+    const QString folded = capitals.size() > parts.size() ? capitals.toCaseFolded() : parts.toCaseFolded();
+    return folded.normalized(QString::NormalizationForm_D);
 }
 
 QString Needle(const G_TextQuery& query)

@@ -7,6 +7,7 @@ QVector<ConformanceCheck> TreeConformanceChecks();
 QVector<ConformanceCheck> PageConformanceChecks();
 QVector<ConformanceCheck> ContentConformanceChecks();
 QVector<ConformanceCheck> AttachmentConformanceChecks();
+QVector<ConformanceCheck> TextConformanceChecks();
 
 // The document that most checks begin with.
 QString ConformanceFixture();
