@@ -1,0 +1,214 @@
+#include "lists.h"
+
+#include <frame/document/ig_annot.h>
+#include <frame/document/ig_page.h>
+#include <frame/document/payloads.h>
+#include <frame/document/tree_node.h>
+#include <ofd/ofd_document.h>
+
+#include <functional>
+#include <vector>
+
+namespace {
+
+QString Text(const CCA_String& text)
+{
+    return QString::fromUtf8(text.Bytes());
+}
+
+// Visits the nodes below the root in the order in which they are read; trees may be very deep.
+void Walk(const G_TreeNode* root, const std::function<void(const G_TreeNode& node)>& visit)
+{
+    std::vector<const G_TreeNode*> open;
+    const auto pushChildren = [&open](const G_TreeNode* node) {
+        for (int i = node ? node->SubNodeCount() - 1 : -1; i >= 0; --i)
+            open.push_back(node->SubNode(i));
+    };
+    pushChildren(root);
+    while (!open.empty()) {
+        const G_TreeNode* node = open.back();
+        open.pop_back();
+        visit(*node);
+        pushChildren(node);
+    }
+}
+
+void SetDestination(OVJson& item, const G_Dest& dest)
+{
+    static const char* const types[] = {"XYZ", "Fit", "FitH", "FitV", "FitR"};
+    item.SetInt("page", dest.pageIndex + 1);
+    item.SetInt("pageId", dest.pageId);
+    item.SetString("type", QString::fromLatin1(dest.zoomMode >= 0 && dest.zoomMode < 5 ? types[dest.zoomMode] : ""));
+    item.SetDouble("left", dest.left);
+    item.SetDouble("top", dest.top);
+    item.SetDouble("right", dest.right);
+    item.SetDouble("bottom", dest.bottom);
+    item.SetDouble("zoom", dest.zoom);
+}
+
+OVJson RectOf(const CCA_GRect& rect)
+{
+    OVJson box;
+    box.SetDouble("left", rect.left);
+    box.SetDouble("top", rect.top);
+    box.SetDouble("right", rect.right);
+    box.SetDouble("bottom", rect.bottom);
+    return box;
+}
+
+OVJson OutlineItem(const G_TreeNode& node)
+{
+    OVJson item;
+    item.SetInt("level", node.level);
+    const auto* entry = dynamic_cast<const G_OutlineItem*>(node.data);
+    item.SetString("title", Text(node.NodeText()));
+    item.SetBool("expanded", entry && entry->expanded);
+    for (int i = 0; entry && i < entry->actions.GetSize(); ++i) {
+        const G_Action* action = entry->actions[i];
+        if (const auto* jump = dynamic_cast<const G_ActionGoto*>(action)) {
+            SetDestination(item, *jump->dest);
+            item.SetString("bookmark", Text(jump->bookmarkName));
+            break;
+        }
+        if (const auto* opens = dynamic_cast<const G_ActionUri*>(action)) {
+            item.SetString("uri", Text(opens->uri));
+            break;
+        }
+    }
+    return item;
+}
+
+OVJson TagItem(const G_TreeNode& node, int tree)
+{
+    OVJson item;
+    item.SetInt("tree", tree + 1);
+    item.SetInt("level", node.level);
+    item.SetString("name", Text(node.NodeText()));
+    OVJson attributes = item.AddArray("attributes");
+    OVJson objects = item.AddArray("objects");
+    const auto* tag = dynamic_cast<const G_CustomTagItem*>(node.data);
+    if (!tag)
+        return item;
+    for (const CCA_String& attribute : tag->attributes.Values())
+        attributes.Append(Text(attribute));
+    for (const G_PageObjRef* reference : tag->objects.Values()) {
+        OVJson entry;
+        entry.SetInt("pageId", reference->pageId);
+        OVJson ids = entry.AddArray("objectIds");
+        for (const int id : reference->objectIds)
+            ids.Append(id);
+        objects.Append(entry);
+    }
+    return item;
+}
+
+OVJson AnnotationItem(IG_Annot& annot, int pageIndex)
+{
+    OVJson item;
+    item.SetInt("page", pageIndex + 1);
+    item.SetInt("id", annot.GetId());
+    item.SetString("type", Text(AnnotTypeToString(annot.GetType())));
+    item.SetString("subtype", Text(annot.GetSubType()));
+    item.SetString("creator", Text(annot.GetCreator()));
+    item.SetString("date", Text(annot.GetDate()));
+    item.SetString("remark", Text(annot.GetRemark()));
+    item.SetBool("visible", annot.GetVisible(0));
+    item.SetBool("locked", annot.IsLocked());
+    item.SetObject("boundaryMm", RectOf(annot.GetBoundary()));
+    return item;
+}
+
+const char* KindWord(int kind)
+{
+    return kind == 2 ? "Foreground" : kind == 1 ? "Body" : "Background";
+}
+
+} // namespace
+
+OVJson ListOutline(ofd::OfdDocument& document)
+{
+    OVJson items = OVJson::MakeArray();
+    Walk(document.GetOutlineRoot(), [&](const G_TreeNode& node) { items.Append(OutlineItem(node)); });
+    return items;
+}
+
+OVJson ListBookmarks(ofd::OfdDocument& document)
+{
+    OVJson items = OVJson::MakeArray();
+    Walk(document.GetBookmarkRoot(), [&](const G_TreeNode& node) {
+        OVJson item;
+        item.SetString("name", Text(node.NodeText()));
+        if (const auto* bookmark = dynamic_cast<const G_Bookmark*>(node.data))
+            SetDestination(item, *bookmark->dest);
+        items.Append(item);
+    });
+    return items;
+}
+
+OVJson ListTags(ofd::OfdDocument& document)
+{
+    OVJson items = OVJson::MakeArray();
+    for (int i = 0; i < document.CustomTagRootCount(); ++i)
+        Walk(document.CustomTagRoot(i), [&](const G_TreeNode& node) { items.Append(TagItem(node, i)); });
+    return items;
+}
+
+OVJson ListAnnotations(ofd::OfdDocument& document)
+{
+    OVJson items = OVJson::MakeArray();
+    for (int i = 0; i < document.GetPageCount(); ++i) {
+        IG_Page* page = document.GetPage(i);
+        if (!page)
+            continue;
+        page->LoadAnnots();
+        for (int k = 0; k < page->GetAnnotCount(); ++k)
+            items.Append(AnnotationItem(*page->GetAnnotAt(k), i));
+        document.ReleasePage(i, 0);
+    }
+    return items;
+}
+
+OVJson ListAttachments(ofd::OfdDocument& document)
+{
+    OVJson items = OVJson::MakeArray();
+    for (int i = 0; i < document.GetAttachmentCount(); ++i) {
+        const G_AttachmentInfo info = document.GetAttachment(i);
+        OVJson item;
+        item.SetInt("id", info.id);
+        item.SetString("name", Text(info.name));
+        item.SetString("format", Text(info.format));
+        item.SetDouble("sizeKb", double(info.size));
+        item.SetString("date", Text(info.addDate));
+        item.SetBool("visible", info.visible);
+        items.Append(item);
+    }
+    return items;
+}
+
+OVJson ListLayers(ofd::OfdDocument& document)
+{
+    OVJson items = OVJson::MakeArray();
+    for (int i = 0; i < document.GetPageCount(); ++i) {
+        IG_Page* page = document.GetPage(i);
+        if (!page || !page->Load())
+            continue;
+        for (int k = 0; k < page->GetTemplateRefCount(); ++k) {
+            OVJson item;
+            item.SetInt("page", i + 1);
+            item.SetInt("template", page->GetTemplateRefAt(k));
+            item.SetString("name", Text(document.GetTemplateName(page->GetTemplateRefAt(k))));
+            item.SetString("kind", Text(page->GetTemplateRefZOrder(k)));
+            items.Append(item);
+        }
+        for (int k = 0; k < page->GetLayerCount(); ++k) {
+            OVJson item;
+            item.SetInt("page", i + 1);
+            item.SetInt("layer", k + 1);
+            item.SetString("name", page->GetLayerAt(k)->GetName().ToQString());
+            item.SetString("kind", QString::fromLatin1(KindWord(page->GetLayerAt(k)->GetKind())));
+            items.Append(item);
+        }
+        document.ReleasePage(i, 0);
+    }
+    return items;
+}
