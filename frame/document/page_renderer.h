@@ -5,9 +5,11 @@
 #include <QImage>
 #include <QRect>
 #include <QSet>
+#include <QSizeF>
 #include <QString>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 
 // What to paint of a page, and how.
@@ -19,6 +21,8 @@ struct G_RenderRequest
     QSet<int> ignoredTemplates;     // ids of templates not to paint on this page
     bool withAnnotations = true;
     std::shared_ptr<std::atomic<bool>> cancelled; // may be null; set by the asker to give up
+    // Called now and then with what is painted so far, on the thread that paints, when a page takes long. May be empty.
+    std::function<void(const QImage& soFar)> partial;
 };
 
 // What came of it.
@@ -34,4 +38,6 @@ class FRAME_EXPORT IG_PageRenderer
 public:
     virtual ~IG_PageRenderer();
     virtual G_RenderResult RenderPage(const G_RenderRequest& request) = 0;
+    // The size of a page in mm, as the document tells it; invalid when only the document itself can be asked.
+    virtual QSizeF PageSizeMm(int pageIndex);
 };

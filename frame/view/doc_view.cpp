@@ -10,14 +10,13 @@
 
 namespace {
 constexpr int kSelectSliceMs = 10; // what reading text takes of a turn while everything is being selected
-constexpr qint64 kPictureBudgetBytes = 192LL * 1024 * 1024;
+constexpr int kSizesLaterMs = 300; // sizes wait so long for the first page to be painted
 } // namespace
 
 G_DocView::Private::Private(G_DocView* view, G_UIContext* context, IG_Document* document, QWidget* parentWidget)
     : q(view)
     , context(context)
     , document(document)
-    , cache(kPictureBudgetBytes)
 {
     scene.setItemIndexMethod(QGraphicsScene::NoIndex); // there are only a handful of items at a time
     widget = new G_PageWidget(&scene, parentWidget);
@@ -27,9 +26,11 @@ G_DocView::Private::Private(G_DocView* view, G_UIContext* context, IG_Document* 
     pictureTimer.setInterval(0);
     selectTimer.setSingleShot(true);
     selectTimer.setInterval(0);
+    sizeTimer.setSingleShot(true);
+    sizeTimer.setInterval(kSizesLaterMs);
     if (IG_PageRenderer* renderer = document->Renderer()) {
         jobs = std::make_unique<RenderJobs>(
-            renderer, [this](const RenderWish& wish, const G_RenderResult& result) { PictureMade(wish, result); });
+            renderer, [this](const RenderWish& wish, const RenderOutcome& outcome) { PictureMade(wish, outcome); });
     }
 }
 
@@ -39,8 +40,13 @@ G_DocView::G_DocView(G_UIContext* context, IG_Document* document, QWidget* paren
     EnrolLiveView(this);
     d->widget->Attach(this);
     connect(&d->announceTimer, &QTimer::timeout, this, [this] { d->Announce(); });
-    connect(&d->pictureTimer, &QTimer::timeout, this, [this] { d->AskForPictures(); });
+    connect(&d->pictureTimer, &QTimer::timeout, this,
+            [this] { d->AskForPictures(d->widget && d->widget->isVisible()); });
     connect(&d->selectTimer, &QTimer::timeout, this, [this] { d->SelectMore(kSelectSliceMs); });
+    connect(&d->sizeTimer, &QTimer::timeout, this, [this] {
+        if (d->sizeReader)
+            d->sizeReader->Start();
+    });
     d->ReadPages();
     d->Arrange();
     d->ScrollTo(QPointF(0, 0), QPoint(0, 0));
@@ -69,7 +75,9 @@ G_DocView::~G_DocView()
     d->announceTimer.stop();
     d->pictureTimer.stop();
     d->selectTimer.stop();
+    d->sizeTimer.stop();
     d->jobs.reset(); // waits: the document may die after this
+    d->sizeReader.reset();
     d->DestroyTools();
     LeaveLiveViews(this);
     d->renders.clear();

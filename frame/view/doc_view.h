@@ -64,6 +64,8 @@ public:
     void SetZoomMode(G_Preferences::ZoomMode mode);
     int Rotation() const; // 0, 90, 180, 270 clockwise
     void SetRotation(int degrees);
+    // Of a long document, pages that have not been in view are taken to be like the first one until their sizes are
+    // read; the layout is then corrected without moving what is in view.
     QRect PageRect(int pageIndex) const;        // scene units
     QRect PageLogicalRect(int pageIndex) const; // at 100 percent, origin 0, 0
     QRectF BoundingRect() const;                // the scene's extent

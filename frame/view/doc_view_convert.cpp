@@ -22,6 +22,7 @@ QRect G_DocView::PageLogicalRect(int pageIndex) const
 {
     if (!d->layout.IsValid(pageIndex))
         return {};
+    d->MeasurePage(pageIndex);
     return QRect(QPoint(0, 0), d->layout.PagePixels(pageIndex, d->layout.PixelsPerMm() * 100 / d->zoom));
 }
 

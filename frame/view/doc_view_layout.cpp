@@ -2,7 +2,6 @@
 
 #include <frame/document/ig_document.h>
 #include <frame/operation/event_manager.h>
-#include <frame/utils/dpi.h>
 
 #include <QScrollBar>
 
@@ -11,23 +10,6 @@
 namespace {
 
 constexpr double kLeastZoomPercent = 1;
-constexpr double kMostZoomPercent = 6400;
-
-// Pixels of a millimetre at actual size on this screen.
-double PixelsPerMm()
-{
-    return 96 * Utils::OVDpi::Instance()->DpiScale() / 25.4;
-}
-
-// A page size that can be laid out, whatever the document claims.
-QSizeF Sane(const QSizeF& sizeMm)
-{
-    constexpr double least = 1;
-    constexpr double most = 20000;
-    if (!std::isfinite(sizeMm.width()) || !std::isfinite(sizeMm.height()))
-        return {210, 297};
-    return {qBound(least, sizeMm.width(), most), qBound(least, sizeMm.height(), most)};
-}
 
 // The rectangle with each edge brought on to the page: destinations come from documents and may name any place.
 CCA_GRect OnPage(const CCA_GRect& rect, const QSizeF& page)
@@ -46,23 +28,6 @@ bool IsAllZero(const CCA_GRect& rect)
 
 } // namespace
 
-void G_DocView::Private::ReadPages()
-{
-    QVector<QSizeF> sizes;
-    const int count = document->GetPageCount();
-    sizes.reserve(count);
-    for (int page = 0; page < count; ++page)
-        sizes.append(Sane(document->PageSizeMm(page)));
-    layout.SetPages(sizes);
-    // Scroll bars count in int: a document of tens of thousands of pages cannot be enlarged to the very end.
-    double columnMm = 1;
-    for (const QSizeF& size : qAsConst(sizes))
-        columnMm += qMax(size.width(), size.height());
-    const double room = 2.0e9 - double(count) * PageLayout::gapPx;
-    mostZoom = qBound(kLeastZoomPercent, room / (columnMm * PixelsPerMm()) * 100, kMostZoomPercent);
-    zoom = qMin(zoom, mostZoom);
-}
-
 void G_DocView::Private::PagesChanged()
 {
     ++moving;
@@ -74,7 +39,7 @@ void G_DocView::Private::PagesChanged()
     }
     cache.Clear();
     if (jobs)
-        jobs->CancelAllBut({});
+        jobs->KeepOnly({});
     current = qMin(current, layout.Count() - 1);
     if (current < 0 && layout.Count() > 0)
         current = 0;
@@ -87,7 +52,7 @@ void G_DocView::Private::PagesChanged()
 
 void G_DocView::Private::Arrange()
 {
-    layout.Arrange(zoom, rotation, PixelsPerMm());
+    layout.Arrange(zoom, rotation, PixelsPerMmAt100());
     scene.setSceneRect(layout.SceneRect());
     if (widget)
         widget->setSceneRect(layout.SceneRect());
@@ -103,6 +68,7 @@ QRect G_DocView::Private::VisibleRect() const
 
 void G_DocView::Private::SyncItems()
 {
+    MeasureInView();
     const QRect visible = VisibleRect();
     const QPair<int, int> pages = layout.PagesIn(visible);
     const QList<int> present = items.keys();
@@ -184,6 +150,10 @@ void G_DocView::Private::AnnounceLater()
 void G_DocView::Private::Scrolled()
 {
     SyncItems();
+    const int top = VisibleRect().top();
+    if (top != lastTop)
+        isScrollingBack = top < lastTop;
+    lastTop = top;
     if (moving > 0)
         return;
     const int filling = layout.FillingPage(VisibleRect());
@@ -204,7 +174,7 @@ void G_DocView::Private::Resized()
 
 double G_DocView::Private::FittingZoom(G_Preferences::ZoomMode wanted) const
 {
-    const QSizeF page = layout.TurnedSizeMm(qMax(0, current)) * PixelsPerMm();
+    const QSizeF page = layout.TurnedSizeMm(qMax(0, current)) * PixelsPerMmAt100();
     if (layout.Count() == 0 || page.isEmpty())
         return zoom;
     const QSize room = widget->viewport()->size() - QSize(2 * PageLayout::gapPx, 2 * PageLayout::gapPx);
@@ -219,6 +189,7 @@ void G_DocView::Private::ApplyMode()
 {
     if (!widget || isFitting)
         return;
+    MeasurePage(current);
     isFitting = true; // a scroll bar that comes or goes resizes the viewport again
     switch (mode) {
     case G_Preferences::ActualSize:
@@ -253,6 +224,7 @@ void G_DocView::GoToPage(G_DocView* /*sender*/, int pageIndex, const CCA_GRect& 
 {
     if (!d->layout.IsValid(pageIndex) || !d->widget)
         return;
+    d->MeasurePage(pageIndex);
     const CCA_GRect rect = OnPage(wanted, d->layout.SizeMm(pageIndex));
     ++d->moving;
     if (d->isModeFresh) {

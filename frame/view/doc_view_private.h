@@ -6,6 +6,7 @@
 #include "page_layout.h"
 #include "page_widget.h"
 #include "render_jobs.h"
+#include "size_reader.h"
 #include "ui_context.h"
 
 #include <QGraphicsScene>
@@ -21,8 +22,21 @@ struct G_DocView::Private
 {
     Private(G_DocView* view, G_UIContext* context, IG_Document* document, QWidget* parentWidget);
 
-    // doc_view_layout.cpp
+    // doc_view_sizes.cpp
+    // Lays out all pages; of a long document most at the size that they are likely to have.
     void ReadPages();
+    void BoundZoom();
+    // Pixels of a millimetre at actual size on this screen.
+    static double PixelsPerMmAt100();
+    // True when the size was not known and is another than was thought.
+    bool SetSize(int page, const QSizeF& sizeMm);
+    bool Measure(int first, int last);
+    void MeasureInView();
+    void MeasurePage(int page);
+    void SizesRead(int first, const QVector<QSizeF>& sizesMm);
+    void ArrangeInPlace();
+
+    // doc_view_layout.cpp
     // Pages were added, removed or moved: what is known of them goes by place, so it is all read anew.
     void PagesChanged();
     void Arrange();
@@ -52,13 +66,22 @@ struct G_DocView::Private
     // Overlays in order of installation, the current tool last.
     QList<G_DocViewRender*> Overlays() const;
     bool IsOverlay(G_DocViewRender* render) const;
+    void DrawPicture(QPainter* painter, const PagePicture& picture) const;
+
+    // doc_view_pictures.cpp
     void AskForPicturesLater();
-    void AskForPictures();
-    RenderWish WishFor(int page);
-    bool IsGood(const PagePicture* picture, const RenderWish& wish) const;
+    // Starts what is missing in view; then, when allowed, what will be seen next.
+    void AskForPictures(bool isAhead);
+    QVector<RenderWish> MissingInView();
+    QVector<RenderWish> MissingAround();
+    void Look(const RenderWish& wish, QVector<RenderWish>* missing);
+    RenderWish UnderlayOf(int page, const PageLook& look) const;
+    PageLook LookOf(int page);
+    // All of the page that is in view has a picture that is right.
+    bool IsSeenWell(int page, const PageLook& look) const;
     QRect VisiblePart(int page, const QSize& whole) const; // physical pixels of the shown page
     QSet<int> IgnoredTemplates(int page);
-    void PictureMade(const RenderWish& wish, const G_RenderResult& result);
+    void PictureMade(const RenderWish& wish, const RenderOutcome& outcome);
 
     // doc_view_text.cpp
     void StartSelecting();
@@ -83,6 +106,11 @@ struct G_DocView::Private
     QPointer<G_UIContext> context; // not owned
     IG_Document* document;         // not owned
     PageLayout layout;
+    QVector<bool> isMeasured; // by page: its size in the layout is the true one
+    int unmeasured = 0;
+    bool isMeasuring = false;
+    std::unique_ptr<SizeReader> sizeReader; // null when all sizes were known at once
+    QTimer sizeTimer;                       // starts it when no page was painted before
     QGraphicsScene scene;
     QPointer<G_PageWidget> widget;         // owned by its parent widget, or by the view while it has none
     QHash<int, GR_PageGraphicItem*> items; // owned by the scene; only pages near the visible part have one
@@ -103,6 +131,8 @@ struct G_DocView::Private
     PageCache cache;
     std::unique_ptr<RenderJobs> jobs; // null when the document paints nothing
     QTimer pictureTimer;
+    bool isScrollingBack = false; // towards the first page
+    int lastTop = 0;              // of the visible part, scene units
     bool wasFirstPagePainted = false;
     QString parsedFilter;                   // the text that ignoredTemplates came from
     QHash<int, QSet<int>> ignoredTemplates; // by page id

@@ -70,6 +70,12 @@ QPointF PageLayout::ToPage(const QPointF& scenePoint, int page) const
     return PageMatrix(page).inverted().map(scenePoint - PageRect(page).topLeft());
 }
 
+int PageLayout::PageStartingAbove(int sceneY) const
+{
+    const auto below = std::upper_bound(tops.cbegin(), tops.cend(), sceneY);
+    return qMax(0, static_cast<int>(below - tops.cbegin()) - 1);
+}
+
 int PageLayout::PageAt(const QPoint& scenePoint) const
 {
     const auto below = std::upper_bound(tops.cbegin(), tops.cend(), scenePoint.y());

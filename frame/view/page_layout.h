@@ -13,6 +13,8 @@ class PageLayout
 {
 public:
     void SetPages(const QVector<QSizeF>& sizesMm);
+    // Arrange places the page anew.
+    void SetSize(int page, const QSizeF& sizeMm) { sizes[page] = sizeMm; }
     // `pixelsPerMm` at 100 percent. Places all pages anew.
     void Arrange(double zoomPercent, int rotationDegrees, double pixelsPerMmAt100);
 
@@ -31,6 +33,10 @@ public:
     QTransform PageMatrix(int page) const;
     QPointF ToScene(const QPointF& pointMm, int page) const;
     QPointF ToPage(const QPointF& scenePoint, int page) const;
+
+    int PageTop(int page) const { return tops.value(page); }
+    // The last page that begins above or at this height, the first of all when none does.
+    int PageStartingAbove(int sceneY) const;
 
     // The page under a point, -1 for none.
     int PageAt(const QPoint& scenePoint) const;

@@ -118,8 +118,10 @@ void G_PageWidget::resizeEvent(QResizeEvent* event)
 void G_PageWidget::hideEvent(QHideEvent* event)
 {
     QGraphicsView::hideEvent(event);
-    if (view && view->d->jobs)
-        view->d->jobs->CancelAllBut({}); // what is shown again is asked for again
+    if (!view || !view->d->jobs)
+        return;
+    view->d->jobs->KeepOnly({}); // what is shown again is asked for again
+    view->d->cache.WantNothing();
 }
 
 void G_PageWidget::changeEvent(QEvent* event)

@@ -1,55 +1,66 @@
 #pragma once
 
+#include "page_cache.h"
+
 #include <frame/document/page_renderer.h>
 
 #include <QFutureWatcher>
-#include <QHash>
 #include <QObject>
-#include <QSet>
 #include <QThreadPool>
+#include <QVector>
 
 #include <functional>
 
-// What is wanted of a page: everything that makes one picture differ from another.
+// A picture that is wanted: of which page, how, and which part.
 struct RenderWish
 {
     int page = -1;
-    double pixelsPerMm = 0; // physical
-    int rotation = 0;
-    QSize whole;  // physical pixels of the whole shown page
-    QRect region; // the wanted part of it
-    QSet<int> ignoredTemplates;
-    bool withAnnotations = true;
+    PageLook look;
+    QRect region;
 
     friend bool operator==(const RenderWish& a, const RenderWish& b)
     {
-        return a.page == b.page && a.pixelsPerMm == b.pixelsPerMm && a.rotation == b.rotation && a.region == b.region &&
-               a.ignoredTemplates == b.ignoredTemplates && a.withAnnotations == b.withAnnotations;
+        return a.page == b.page && a.region == b.region && a.look == b.look;
     }
 };
 
-// Renders pages in a pool of its own, one job a page. Main thread only; the destructor gives up all jobs and waits for
-// those that run, so that what they read may die after it.
+// What came of a wish, or has come of it so far.
+struct RenderOutcome
+{
+    G_RenderResult result;
+    std::shared_ptr<PictureBudget::Hold> hold; // the picture's share of the budget
+    bool isPartial = false;
+};
+
+// Renders pages in a pool of its own, as many at a time as it has threads: what waits is better chosen anew when a
+// thread gets free. Main thread only; the destructor gives up all jobs and waits for those that run, so that what they
+// read may die after it.
 class RenderJobs : public QObject
 {
     Q_OBJECT
 public:
-    using Done = std::function<void(const RenderWish& wish, const G_RenderResult& result)>;
+    using Done = std::function<void(const RenderWish& wish, const RenderOutcome& outcome)>;
     RenderJobs(IG_PageRenderer* renderer, Done done);
     ~RenderJobs() override;
-    // Starts a job for the wish; an earlier one of that page is given up. Nothing when the same is under way.
-    void Start(const RenderWish& wish);
-    void Cancel(int page);
-    void CancelAllBut(const QSet<int>& pages);
+    // Starts a job for the wish; nothing when the same is under way. False when the threads are busy or the budget has
+    // no room for the picture.
+    bool Start(const RenderWish& wish);
+    // Gives up what is under way for anything else.
+    void KeepOnly(const QVector<RenderWish>& wishes);
+    void CancelPage(int page);
     bool IsIdle() const { return jobs.isEmpty(); }
     // Waits for all jobs and delivers what they made.
     void Finish();
 
 private:
     struct Job;
-    void Deliver(int page, const std::shared_ptr<Job>& job);
+    using JobRef = std::shared_ptr<Job>;
+    void Deliver(const JobRef& job);
+    void DeliverPartial(const JobRef& job);
+    void CancelIf(const std::function<bool(const RenderWish&)>& isGivenUp);
+    G_RenderRequest RequestOf(const JobRef& job);
     IG_PageRenderer* renderer; // not owned
     Done done;
-    QHash<int, std::shared_ptr<Job>> jobs;
+    QVector<JobRef> jobs;
     QThreadPool pool;
 };
