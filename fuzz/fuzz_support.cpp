@@ -3,6 +3,7 @@
 #include <ofd/model/document_store.h>
 #include <ofd/ofd_document.h>
 #include <ofd/package/package.h>
+#include <ofd/package/xml_part.h>
 #include <ofd/parse/document_reader.h>
 #include <ofd/render/page_renderer.h>
 #include <ofd/text/object_places.h>

@@ -12,13 +12,15 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QRegularExpression>
+#include <QSet>
 
 #include <cstdio>
 
 namespace {
 
 constexpr int LargestSeed = 100'000; // longer ones only slow the targets down
-constexpr int MostPages = 4;         // of one document; the pages of a long report are all alike
+constexpr int MostWords = 2000;
+constexpr int MostPages = 4; // of one document; the pages of a long report are all alike
 
 class SeedWriter
 {
@@ -42,8 +44,27 @@ public:
 
     int GetCount() const { return count; }
 
+    // Names of elements and attributes, and words of values, so that changes are made of what readers look for.
+    void AddWords(const QByteArray& xml)
+    {
+        static const QRegularExpression word(QStringLiteral("[</ \"]((?:ofd:)?[A-Za-z][A-Za-z-]{1,30})[ >=\"/]"));
+        QRegularExpressionMatchIterator matches = word.globalMatch(QString::fromUtf8(xml));
+        while (words.size() < MostWords && matches.hasNext())
+            words.insert(matches.next().captured(1));
+    }
+    bool WriteWords() const
+    {
+        QFile file(corpus + QStringLiteral("/words.dict"));
+        if (!file.open(QIODevice::WriteOnly))
+            return false;
+        for (const QString& word : words)
+            file.write('"' + word.toUtf8() + "\"\n");
+        return true;
+    }
+
 private:
     const QString corpus;
+    QSet<QString> words;
     int count = 0;
 };
 
@@ -66,6 +87,7 @@ void AddCaptures(SeedWriter& seeds, const char* target, const QByteArray& xml, c
 void AddXml(SeedWriter& seeds, const QString& name, const QByteArray& bytes)
 {
     seeds.Add("fuzz_xml", bytes);
+    seeds.AddWords(bytes);
     if (bytes.contains(":Page ") || bytes.contains("<Page"))
         seeds.Add("fuzz_page", bytes);
     AddCaptures(seeds, "fuzz_path_data", bytes, "AbbreviatedData>([^<]*)<");
@@ -135,5 +157,5 @@ int main(int argc, char** argv)
     while (files.hasNext())
         AddDocument(seeds, files.next());
     std::printf("%d new seeds\n", seeds.GetCount());
-    return 0;
+    return seeds.WriteWords() ? 0 : 1;
 }
