@@ -20,6 +20,38 @@ namespace ofd {
 // must be copied by this before a thread does more than map it or read its elements.
 QPainterPath PrivateCopy(const QPainterPath& path);
 
+struct TextObject;
+
+// How an object's colours meet what is below it.
+enum class BlendMode {
+    Normal,
+    Multiply,
+    Screen,
+    Overlay,
+    Darken,
+    Lighten,
+    ColorDodge,
+    ColorBurn,
+    HardLight,
+    SoftLight,
+    Difference,
+    Exclusion,
+};
+
+// The letters of a text as a part of a clip.
+struct ClipText
+{
+    std::shared_ptr<const TextObject> text;
+    QTransform toContainer; // from the text's local space
+};
+
+// An area, in the container's space, that an object is cut to.
+struct Clip
+{
+    QPainterPath outline;        // of all its paths together
+    std::vector<ClipText> texts; // which belong to the area too
+};
+
 // What all objects of a page have in common.
 struct GraphicObject
 {
@@ -39,7 +71,8 @@ struct GraphicObject
     bool hasMatrix = false;
     double alpha = 1;
     StrokeStyle stroke;
-    QVector<QPainterPath> clips; // in the container's space; the object is cut to all of them
+    BlendMode blendMode = BlendMode::Normal;
+    std::vector<Clip> clips; // the object is cut to what all of them have in common
 };
 
 using ObjectList = std::vector<std::unique_ptr<const GraphicObject>>;

@@ -11,7 +11,8 @@ namespace ofd {
 // All of this is made by one reader and immutable afterwards, so that any thread may walk it. Lengths are in
 // millimetres of the object's own space unless told otherwise.
 
-// A colour that changes along an axis or between two circles. Points lie in the space of the object's Boundary.
+// A colour that changes along an axis or between two circles. Points lie in the space of the object's Boundary, which
+// its matrix does not change.
 struct Shading
 {
     enum class Kind { Axial, Radial };
@@ -30,19 +31,39 @@ struct Shading
     double endRadius = 0;
     double eccentricity = 0; // of the ellipse that a circle becomes, 0 to 1
     double angle = 0;        // degrees, of that ellipse's axis
-    double mapUnit = 0;      // length of one run of the stops; 0 = the whole axis
+    double mapUnit = 0;      // length of one run of repeated stops; 0 = the whole axis
     bool extendsStart = false;
     bool extendsEnd = false;
-    QVector<Stop> stops; // at least one
+    QVector<Stop> stops; // at least one, by rising position
 };
 
-// What fills or strokes.
+// Triangles whose colours run from corner to corner. Points lie in the space of the object's Boundary.
+struct Mesh
+{
+    struct Vertex
+    {
+        QPointF at;
+        QColor color;
+    };
+
+    QVector<Vertex> vertices;
+    QVector<int> corners; // of the triangles: three positions in `vertices` each
+    QColor backColor;     // around the triangles; invalid: none
+    bool extends = false; // around the triangles without such a colour: that of the nearest corner
+};
+
+struct Pattern;
+
+// What fills or strokes: one of the three where there is one, else the colour. The alpha of the colour holds for all.
 struct Paint
 {
-    QColor color = Qt::transparent; // with its own alpha
-    std::shared_ptr<const Shading> shading;
+    QColor color = Qt::transparent;
+    std::shared_ptr<const Shading> shading = nullptr;
+    std::shared_ptr<const Mesh> mesh = nullptr;
+    std::shared_ptr<const Pattern> pattern = nullptr;
 
-    bool IsVisible() const { return shading || color.alpha() > 0; }
+    bool IsColor() const { return !shading && !mesh && !pattern; }
+    bool IsVisible() const { return color.alpha() > 0; }
 };
 
 struct StrokeStyle

@@ -96,6 +96,13 @@ constexpr int MaxUnitedElements = 400;
 constexpr qint64 MaxImagePixels = 200'000'000;
 // The decoded picture in memory, looked at before decoding.
 constexpr qint64 MaxImageBytes = qint64(768) << 20;
+// Bilevel pictures, whose decoder cannot be interrupted: segments, symbols of all dictionaries, bytes of one symbol,
+// bytes that putting symbols into regions copies at the most, cells of halftones. Quietly: the picture is not drawn.
+constexpr size_t MaxJbig2Segments = 100'000;
+constexpr qint64 MaxJbig2Symbols = 65'536;
+constexpr qint64 MaxJbig2SymbolBytes = 256 << 10;
+constexpr qint64 MaxJbig2CopiedBytes = qint64(16) << 30;
+constexpr qint64 MaxJbig2Cells = 50'000'000;
 // An embedded font. Quietly: an installed one stands in.
 constexpr qint64 MaxFontBytes = qint64(128) << 20;
 constexpr qint64 MaxFontBytesInAll = qint64(512) << 20; // of one document
@@ -104,6 +111,14 @@ constexpr qint64 MaxFontBytesInAll = qint64(512) << 20; // of one document
 constexpr int MaxFontSearches = 500;
 // Pixels a unit of an object's own space. Quietly: the object is not drawn.
 constexpr double MaxScale = 1e6;
+
+// Pixels of what is painted apart and then laid on the page, groups and patterns: at one time, and for one page in all.
+// "The page has more groups and patterns than can be painted." Groups are then painted object by object; patterns are
+// not drawn.
+constexpr qint64 MaxLayerPixels = 200'000'000;
+constexpr qint64 MaxLayerPixelsOnPage = 4'000'000'000;
+// Objects that one filling of a pattern paints cell by cell. Quietly: a picture of the cell is repeated beyond.
+constexpr int MaxPatternObjects = 20'000;
 
 // --- Memory for what can be read again -------------------------------------------------------------------------------
 

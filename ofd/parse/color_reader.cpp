@@ -1,7 +1,10 @@
 #include "color_reader.h"
 
-#include <ofd/model/problem_log.h>
+#include "pattern_reader.h"
+#include "shading_reader.h"
+
 #include <ofd/model/color_profile.h>
+#include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_values.h>
@@ -15,7 +18,6 @@ namespace ofd {
 
 namespace {
 
-constexpr int MaxShadingStops = 4096;
 constexpr int MaxChannels = 64;
 
 void TellOfChannel(std::string_view word)
@@ -64,6 +66,8 @@ QVector<double> ReadChannels(const char* text)
 ColorSpace SpaceFor(const pugi::xml_node& color, const Resources& resources, int channelCount)
 {
     const int id = int(IdAttribute(color, "ColorSpace"));
+    if (!id && !resources.defaultColorSpace)
+        return ColorSpace();
     if (const ColorSpace* space = resources.FindColorSpace(id ? id : resources.defaultColorSpace))
         return *space;
     if (id)
@@ -77,54 +81,13 @@ ColorSpace SpaceFor(const pugi::xml_node& color, const Resources& resources, int
     return guess;
 }
 
-QColor ReadColor(const pugi::xml_node& color, const Resources& resources)
+QVector<double> PaletteEntry(const pugi::xml_node& color, const ColorSpace& space)
 {
-    const pugi::xml_attribute value = Attribute(color, "Value");
-    QVector<double> channels = ReadChannels(value.as_string());
-    const ColorSpace space = SpaceFor(color, resources, channels.size());
-    if (!value && HasAttribute(color, "Index"))
-        channels = space.palette.value(IntegerAttribute(color, "Index", -1));
-    QColor result = ColorFromChannels(channels, space);
-    result.setAlpha(std::clamp(IntegerAttribute(color, "Alpha", 255), 0, 255));
-    return result;
-}
-
-void ReadStops(const pugi::xml_node& element, const Resources& resources, Shading& shading)
-{
-    std::vector<pugi::xml_node> segments = ChildElements(element, "Segment");
-    if (segments.size() > MaxShadingStops)
-        segments.resize(MaxShadingStops);
-    const int last = int(segments.size()) - 1;
-    for (int i = 0; i <= last; ++i) {
-        const double even = last > 0 ? double(i) / last : 0;
-        const double position = std::clamp(NumberAttribute(segments[i], "Position", even), 0.0, 1.0);
-        shading.stops.append({position, ReadColor(ChildElement(segments[i], "Color"), resources)});
-    }
-    std::stable_sort(shading.stops.begin(), shading.stops.end(),
-                     [](const Shading::Stop& a, const Shading::Stop& b) { return a.position < b.position; });
-}
-
-std::shared_ptr<const Shading> ReadShading(const pugi::xml_node& element, const Resources& resources)
-{
-    auto shading = std::make_shared<Shading>();
-    shading->kind = IsElement(element, "RadialShd") ? Shading::Kind::Radial : Shading::Kind::Axial;
-    const std::string mapType = Attribute(element, "MapType").as_string();
-    if (EqualsWord(mapType, "Repeat"))
-        shading->repeat = Shading::Repeat::Repeat;
-    else if (EqualsWord(mapType, "Reflect"))
-        shading->repeat = Shading::Repeat::Reflect;
-    shading->start = ParsePosition(Attribute(element, "StartPoint").as_string()).value_or(QPointF());
-    shading->end = ParsePosition(Attribute(element, "EndPoint").as_string()).value_or(QPointF());
-    shading->startRadius = std::abs(NumberAttribute(element, "StartRadius"));
-    shading->endRadius = std::abs(NumberAttribute(element, "EndRadius"));
-    shading->eccentricity = std::clamp(NumberAttribute(element, "Eccentricity"), 0.0, 0.9999);
-    shading->angle = NumberAttribute(element, "Angle");
-    shading->mapUnit = std::max(0.0, NumberAttribute(element, "MapUnit"));
-    const int extend = IntegerAttribute(element, "Extend");
-    shading->extendsStart = extend & 1;
-    shading->extendsEnd = extend & 2;
-    ReadStops(element, resources, *shading);
-    return shading->stops.isEmpty() ? nullptr : shading;
+    const int index = IntegerAttribute(color, "Index", -1);
+    if (index < 0 || index >= space.palette.size())
+        ReportProblem(ProblemKind::BadValue,
+                      QCoreApplication::translate("OfdDocument", "The palette has no colour %1.").arg(index));
+    return space.palette.value(index);
 }
 
 } // namespace
@@ -152,17 +115,41 @@ QColor ColorFromChannels(const QVector<double>& channels, const ColorSpace& spac
     return QColor::fromRgbF(part(0), part(1), part(2));
 }
 
+QColor ReadColor(const pugi::xml_node& color, const Resources& resources)
+{
+    const pugi::xml_attribute value = Attribute(color, "Value");
+    QVector<double> channels = ReadChannels(value.as_string());
+    const ColorSpace space = SpaceFor(color, resources, channels.size());
+    if (!value && HasAttribute(color, "Index"))
+        channels = PaletteEntry(color, space);
+    QColor result = ColorFromChannels(channels, space);
+    result.setAlpha(std::clamp(IntegerAttribute(color, "Alpha", 255), 0, 255));
+    return result;
+}
+
 Paint ReadPaint(const pugi::xml_node& color, const Resources& resources)
 {
     Paint paint;
-    const pugi::xml_node child = FirstElement(color);
-    const bool isShading = IsElement(child, "AxialShd") || IsElement(child, "RadialShd");
-    // A kind that is not drawn and has no value to fall back on must not turn into a black area.
-    if (child && !isShading && !HasAttribute(color, "Value"))
-        return paint;
     paint.color = ReadColor(color, resources);
-    if (isShading)
-        paint.shading = ReadShading(child, resources);
+    const pugi::xml_node source = FirstElement(color);
+    if (!source)
+        return paint;
+    if (IsElement(source, "Pattern"))
+        paint.pattern = ReadPattern(source, resources);
+    else if (IsElement(source, "AxialShd") || IsElement(source, "RadialShd"))
+        paint.shading = ReadShading(source, resources);
+    else if (IsElement(source, "GouraudShd"))
+        paint.mesh = ReadTriangles(source, resources);
+    else if (IsElement(source, "LaGouraudShd") || IsElement(source, "LaGourandShd")) // both spellings are in use
+        paint.mesh = ReadLattice(source, resources);
+    if (!paint.IsColor())
+        return paint;
+    ReportProblem(ProblemKind::BadValue,
+                  QCoreApplication::translate("OfdDocument", "The %1 of a colour cannot be used.")
+                      .arg(QString::fromUtf8(source.name()).left(40)));
+    // Without a value to fall back on it must not turn into a black area.
+    if (!HasAttribute(color, "Value") && !HasAttribute(color, "Index"))
+        paint.color = Qt::transparent;
     return paint;
 }
 

@@ -1,7 +1,8 @@
 #include "content_reader.h"
 
+#include "clip_reader.h"
+#include "geometry_reader.h"
 #include "object_style.h"
-#include "path_data.h"
 #include "text_reader.h"
 
 #include <ofd/model/problem_log.h>
@@ -12,38 +13,39 @@
 
 #include <QCoreApplication>
 
-#include <cmath>
+#include <algorithm>
 
 namespace ofd {
 
 namespace {
 
-QTransform MatrixAttribute(const pugi::xml_node& element, bool* isGiven = nullptr)
+struct BlendWord
 {
-    const std::optional<QVector<double>> values = ArrayAttribute(element, "CTM");
-    const bool isUsable = values && values->size() >= 6;
-    if (isGiven)
-        *isGiven = isUsable;
-    if (values && !isUsable)
-        ReportProblem(ProblemKind::BadValue,
-                      QCoreApplication::translate("OfdDocument", "A transform needs six numbers."));
-    if (!isUsable)
-        return QTransform();
-    const QVector<double>& m = *values;
-    return QTransform(m[0], m[1], m[2], m[3], m[4], m[5]);
-}
+    const char* word;
+    BlendMode mode;
+};
 
-QTransform MoveTo(const QRectF& boundary)
-{
-    return QTransform::fromTranslate(boundary.x(), boundary.y());
-}
+constexpr BlendWord BlendWords[] = {
+    {"Normal", BlendMode::Normal},         {"Multiply", BlendMode::Multiply},     {"Screen", BlendMode::Screen},
+    {"Overlay", BlendMode::Overlay},       {"Darken", BlendMode::Darken},         {"Lighten", BlendMode::Lighten},
+    {"ColorDodge", BlendMode::ColorDodge}, {"ColorBurn", BlendMode::ColorBurn},   {"HardLight", BlendMode::HardLight},
+    {"SoftLight", BlendMode::SoftLight},   {"Difference", BlendMode::Difference}, {"Exclusion", BlendMode::Exclusion},
+};
 
-QPainterPath ReadPath(const pugi::xml_node& element)
+// The format has no blend modes, but files do.
+BlendMode ReadBlendMode(const pugi::xml_node& element)
 {
-    QPainterPath path = ParsePathData(ElementText(ChildElement(element, "AbbreviatedData")).toStdString());
-    const bool isEvenOdd = EqualsWord(Attribute(element, "Rule").as_string(), "Even-Odd");
-    path.setFillRule(isEvenOdd ? Qt::OddEvenFill : Qt::WindingFill);
-    return path;
+    const pugi::xml_attribute attribute = Attribute(element, "BlendMode");
+    if (!attribute)
+        return BlendMode::Normal;
+    for (const BlendWord& known : BlendWords) {
+        if (EqualsWord(attribute.value(), known.word))
+            return known.mode;
+    }
+    ReportProblem(ProblemKind::Unsupported,
+                  QCoreApplication::translate("OfdDocument", "The blend mode \"%1\" is unknown.")
+                      .arg(QString::fromUtf8(attribute.value()).left(40)));
+    return BlendMode::Normal;
 }
 
 class ObjectReader
@@ -84,6 +86,8 @@ private:
         }
         auto group = std::make_unique<GroupObject>();
         group->id = int(IdAttribute(element, "ID"));
+        group->isVisible = BooleanAttribute(element, "Visible", true);
+        group->alpha = ReadAlpha(element);
         ReadInto(group->objects, element, depth + 1);
         objects.push_back(std::move(group));
     }
@@ -104,6 +108,11 @@ private:
         return nullptr;
     }
 
+    static double ReadAlpha(const pugi::xml_node& element)
+    {
+        return std::clamp(IntegerAttribute(element, "Alpha", 255), 0, 255) / 255.0;
+    }
+
     StyleChain ChainOf(const pugi::xml_node& element) const
     {
         StyleChain chain(resources);
@@ -119,8 +128,9 @@ private:
         object->boundary = BoxAttribute(element, "Boundary").value_or(QRectF());
         object->toContainer = MatrixAttribute(element, &object->hasMatrix) * MoveTo(object->boundary);
         object->toContainer.type(); // settles its lazy kind before threads share it
-        object->alpha = std::clamp(IntegerAttribute(element, "Alpha", 255), 0, 255) / 255.0;
-        object->clips = ReadClips(element, *object);
+        object->alpha = ReadAlpha(element);
+        object->blendMode = ReadBlendMode(element);
+        object->clips = ReadClips(element, *object, resources);
         return object;
     }
 
@@ -167,49 +177,6 @@ private:
         auto composite = std::make_unique<CompositeObject>();
         composite->unitId = int(IdAttribute(element, "ResourceID"));
         return composite;
-    }
-
-    // One outline a clip, in the container's space.
-    QVector<QPainterPath> ReadClips(const pugi::xml_node& element, const GraphicObject& object) const
-    {
-        QVector<QPainterPath> clips;
-        const pugi::xml_node list = ChildElement(element, "Clips");
-        const bool followsMatrix = BooleanAttribute(list, "TransFlag", true);
-        for (const pugi::xml_node& clip : ChildElements(list, "Clip")) {
-            const QPainterPath local = ReadClip(clip);
-            QPainterPath placed = local * (followsMatrix ? object.toContainer : MoveTo(object.boundary));
-            const bool misses = !object.boundary.isEmpty() && !placed.boundingRect().intersects(object.boundary);
-            if (misses && !HasAttribute(list, "TransFlag"))
-                placed = local * MoveTo(object.boundary);
-            placed.setFillRule(local.fillRule());
-            clips.append(placed);
-        }
-        return clips;
-    }
-
-    // All areas of a clip together, in the space of the object before its own matrix.
-    QPainterPath ReadClip(const pugi::xml_node& clip) const
-    {
-        QPainterPath all;
-        int elementCount = 0;
-        for (const pugi::xml_node& area : ChildElements(clip, "Area")) {
-            const pugi::xml_node path = ChildElement(area, "Path");
-            if (!path)
-                continue;
-            const QRectF boundary = BoxAttribute(path, "Boundary").value_or(QRectF());
-            const QTransform place = MatrixAttribute(path) * MoveTo(boundary) * MatrixAttribute(area);
-            const QPainterPath outline = ReadPath(path);
-            QPainterPath placed = place.map(outline);
-            placed.setFillRule(outline.fillRule());
-            elementCount += placed.elementCount();
-            if (all.isEmpty())
-                all = placed;
-            else if (elementCount <= limits::MaxUnitedElements)
-                all = all.united(placed);
-            else
-                all.addPath(placed);
-        }
-        return all;
     }
 
     const Resources& resources;

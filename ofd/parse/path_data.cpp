@@ -62,7 +62,7 @@ private:
         case 'B':
             return ReadNumbers(6) && (Begin(), path.cubicTo(Point(0), Point(2), Point(4)), true);
         case 'A':
-            return ReadNumbers(7) && (Begin(), Arc(), true);
+            return ReadNumbers(7) && (Begin(5), Arc(), true);
         case 'C':
             path.closeSubpath();
             return true;
@@ -72,10 +72,10 @@ private:
     }
 
     // A figure that begins without a start point begins at its first point.
-    void Begin()
+    void Begin(int firstNumber = 0)
     {
         if (!isBegun)
-            path.moveTo(Point(0));
+            path.moveTo(Point(firstNumber));
         isBegun = true;
     }
 

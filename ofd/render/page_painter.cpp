@@ -13,12 +13,48 @@
 
 namespace ofd {
 
+namespace {
+
+QPainter::CompositionMode CompositionOf(BlendMode mode)
+{
+    switch (mode) {
+    case BlendMode::Normal:
+        break;
+    case BlendMode::Multiply:
+        return QPainter::CompositionMode_Multiply;
+    case BlendMode::Screen:
+        return QPainter::CompositionMode_Screen;
+    case BlendMode::Overlay:
+        return QPainter::CompositionMode_Overlay;
+    case BlendMode::Darken:
+        return QPainter::CompositionMode_Darken;
+    case BlendMode::Lighten:
+        return QPainter::CompositionMode_Lighten;
+    case BlendMode::ColorDodge:
+        return QPainter::CompositionMode_ColorDodge;
+    case BlendMode::ColorBurn:
+        return QPainter::CompositionMode_ColorBurn;
+    case BlendMode::HardLight:
+        return QPainter::CompositionMode_HardLight;
+    case BlendMode::SoftLight:
+        return QPainter::CompositionMode_SoftLight;
+    case BlendMode::Difference:
+        return QPainter::CompositionMode_Difference;
+    case BlendMode::Exclusion:
+        return QPainter::CompositionMode_Exclusion;
+    }
+    return QPainter::CompositionMode_SourceOver;
+}
+
+} // namespace
+
 ContentPainter::ContentPainter(QPainter& painter, DocumentStore& store, std::shared_ptr<const Package> package,
                                std::function<bool()> isCancelled)
-    : painter(painter)
+    : painter(&painter)
     , store(store)
     , package(std::move(package))
     , isCancelled(std::move(isCancelled))
+    , pageToPixels(painter.worldTransform())
 {
 }
 
@@ -27,7 +63,7 @@ bool ContentPainter::PaintObjects(const ObjectList& objects, const Resources& re
     for (const std::unique_ptr<const GraphicObject>& object : objects) {
         if (isCancelled && isCancelled())
             return false;
-        if (!openUnits.isEmpty() && !CountRepeated())
+        if ((!openUnits.isEmpty() || openPatterns > 0) && !CountRepeated())
             return true;
         if (object->isVisible && object->alpha > 0)
             PaintObject(*object, resources);
@@ -35,7 +71,7 @@ bool ContentPainter::PaintObjects(const ObjectList& objects, const Resources& re
     return true;
 }
 
-// False when composites have been used so often that no more of their objects are painted on this page.
+// False when composites and patterns have been used so often that no more of their objects are painted on this page.
 bool ContentPainter::CountRepeated()
 {
     if (repeatedObjects == limits::MaxRepeatedObjects)
@@ -47,58 +83,80 @@ bool ContentPainter::CountRepeated()
 
 void ContentPainter::PaintObject(const GraphicObject& object, const Resources& resources)
 {
-    if (object.kind == GraphicObject::Kind::Group) {
+    const ProblemPlace place(object.id);
+    const bool isGroup = object.kind == GraphicObject::Kind::Group;
+    if (isGroup && !NeedsLayer(object)) {
         PaintObjects(static_cast<const GroupObject&>(object).objects, resources);
         return;
     }
-    const ProblemPlace place(object.id);
-    if (!IsUsable(object.toContainer * painter.worldTransform())) {
+    if (!isGroup && !IsUsable(object.toContainer * painter->worldTransform())) {
         ReportProblem(
             ProblemKind::BadValue,
             QCoreApplication::translate("OfdDocument", "The object's transform leaves nothing that can be painted."));
         return;
     }
-    const PainterScope scope(painter);
-    switch (object.kind) {
+    const PainterScope scope(*painter);
+    if (object.blendMode != BlendMode::Normal)
+        painter->setCompositionMode(CompositionOf(object.blendMode));
+    ClipTo(object.clips, resources);
+    const Around around{object, resources, object.alpha * groupAlpha, painter->worldTransform()};
+    if (NeedsLayer(object))
+        PaintApart(around);
+    else
+        PaintKind(around);
+}
+
+void ContentPainter::PaintKind(const Around& around)
+{
+    switch (around.object.kind) {
     case GraphicObject::Kind::Path:
-        PaintPath(static_cast<const PathObject&>(object));
+        PaintPath(static_cast<const PathObject&>(around.object), around);
         break;
     case GraphicObject::Kind::Text:
-        PaintText(static_cast<const TextObject&>(object), resources);
+        PaintText(static_cast<const TextObject&>(around.object), around);
         break;
     case GraphicObject::Kind::Image:
-        PaintImage(static_cast<const ImageObject&>(object), resources);
+        PaintImage(static_cast<const ImageObject&>(around.object), around);
         break;
     case GraphicObject::Kind::Composite:
-        PaintComposite(static_cast<const CompositeObject&>(object), resources);
+        PaintComposite(static_cast<const CompositeObject&>(around.object), around);
         break;
-    case GraphicObject::Kind::Group:
+    case GraphicObject::Kind::Group: {
+        const double outerAlpha = groupAlpha;
+        groupAlpha = around.alpha;
+        PaintObjects(static_cast<const GroupObject&>(around.object).objects, around.resources);
+        groupAlpha = outerAlpha;
         break;
+    }
     }
 }
 
-// Cuts to the object's clips, and to its boundary where that is a box and what is painted reaches beyond it.
-void ContentPainter::ClipTo(const GraphicObject& object, const QRectF& painted)
+void ContentPainter::ClipTo(const std::vector<Clip>& clips, const Resources& resources)
 {
-    for (const QPainterPath& clip : object.clips)
-        painter.setClipPath(PrivateCopy(clip), Qt::IntersectClip);
+    for (const Clip& clip : clips)
+        painter->setClipPath(OutlineOf(clip, resources), Qt::IntersectClip);
+}
+
+// Cuts to the object's boundary where that is a box and what is painted reaches beyond it.
+void ContentPainter::ClipToBoundary(const GraphicObject& object, const QRectF& painted)
+{
     if (object.boundary.width() <= 0 || object.boundary.height() <= 0)
         return;
     const double grow = object.stroke.widthMm * ScaleOf(object.toContainer) / 2;
     const QRectF box = object.boundary.adjusted(-grow, -grow, grow, grow);
     if (!box.contains(painted))
-        painter.setClipRect(box, Qt::IntersectClip);
+        painter->setClipRect(box, Qt::IntersectClip);
 }
 
-void ContentPainter::PaintImage(const ImageObject& object, const Resources& resources)
+void ContentPainter::PaintImage(const ImageObject& object, const Around& around)
 {
-    ClipTo(object, ImagePainter::BoxOf(object));
-    ImagePainter(painter, store.GetImages(), *package).Paint(object, resources, object.alpha * groupAlpha);
+    ClipToBoundary(object, ImagePainter::BoxOf(object));
+    ImagePainter(*painter, store.GetImages(), *package).Paint(object, around.resources, around.alpha);
 }
 
-void ContentPainter::PaintComposite(const CompositeObject& object, const Resources& resources)
+void ContentPainter::PaintComposite(const CompositeObject& object, const Around& around)
 {
-    const CompositeUnit* unit = resources.FindUnit(object.unitId);
+    const CompositeUnit* unit = around.resources.FindUnit(object.unitId);
     if (!unit) {
         ReportProblem(
             ProblemKind::DanglingReference,
@@ -111,13 +169,11 @@ void ContentPainter::PaintComposite(const CompositeObject& object, const Resourc
             QCoreApplication::translate("OfdDocument", "The composite object %1 contains itself.").arg(object.unitId));
         return;
     }
-    for (const QPainterPath& clip : object.clips)
-        painter.setClipPath(PrivateCopy(clip), Qt::IntersectClip);
-    painter.setWorldTransform(object.toContainer, true);
+    painter->setWorldTransform(object.toContainer, true);
     openUnits.append(unit);
     const double outerAlpha = groupAlpha;
-    groupAlpha *= object.alpha;
-    PaintObjects(unit->objects, resources);
+    groupAlpha = around.alpha;
+    PaintObjects(unit->objects, around.resources);
     groupAlpha = outerAlpha;
     openUnits.removeLast();
 }

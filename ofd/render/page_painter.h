@@ -12,6 +12,7 @@ namespace ofd {
 class DocumentStore;
 class Package;
 struct CompositeUnit;
+struct Pattern;
 struct Resources;
 struct TextLayout;
 
@@ -20,7 +21,8 @@ struct TextLayout;
 class ContentPainter
 {
 public:
-    // `isCancelled` is asked between objects; painting stops when it is true. May be empty.
+    // The painter's transform at this time is taken for that of the page. `isCancelled` is asked between objects;
+    // painting stops when it is true. May be empty.
     ContentPainter(QPainter& painter, DocumentStore& store, std::shared_ptr<const Package> package,
                    std::function<bool()> isCancelled);
 
@@ -28,40 +30,80 @@ public:
     bool PaintObjects(const ObjectList& objects, const Resources& resources);
 
 private:
-    void PaintObject(const GraphicObject& object, const Resources& resources);
-    bool CountRepeated();
-    void PaintPath(const PathObject& object);
-    void PaintText(const TextObject& object, const Resources& resources);
-    // How the glyphs of a text are painted.
-    struct TextPaint
+    // An object being painted.
+    struct Around
     {
-        bool isFilled = false;
-        bool isStroked = false;
-        QBrush fill;
-        QPen pen;
-
-        // Overlapping glyphs look the same in one piece and one by one, and the colour is one.
-        bool CanBeStamped() const
-        {
-            return isFilled && !isStroked && fill.style() == Qt::SolidPattern && fill.isOpaque();
-        }
+        const GraphicObject& object;
+        const Resources& resources;
+        double alpha;                 // of the object, with that of the groups around it
+        QTransform containerToPixels; // of the device at hand
     };
+    // Paints on another device until the end of its scope.
+    class DeviceScope;
 
-    bool StampGlyphs(const TextLayout& layout, const TextPaint& paint);
-    void FillGlyphs(const TextLayout& layout, const TextPaint& paint);
-    void PaintImage(const ImageObject& object, const Resources& resources);
-    void PaintComposite(const CompositeObject& object, const Resources& resources);
-    void ClipTo(const GraphicObject& object, const QRectF& painted);
-    QBrush BrushOf(const Paint& paint, double alpha, const GraphicObject& object) const;
-    QPen PenOf(const StrokeStyle& style, const QBrush& brush) const;
+    void PaintObject(const GraphicObject& object, const Resources& resources);
+    void PaintKind(const Around& around);
+    bool CountRepeated();
+    void PaintPath(const PathObject& object, const Around& around);
+    void PaintText(const TextObject& object, const Around& around);
+    bool StampGlyphs(const TextLayout& layout, const QColor& color);
+    void FillGlyphs(const TextLayout& layout, const TextObject& object, const Around& around);
+    void PaintImage(const ImageObject& object, const Around& around);
+    void PaintComposite(const CompositeObject& object, const Around& around);
 
-    QPainter& painter;
+    void ClipTo(const std::vector<Clip>& clips, const Resources& resources);
+    QPainterPath OutlineOf(const Clip& clip, const Resources& resources) const;
+    void ClipToBoundary(const GraphicObject& object, const QRectF& painted);
+
+    // In the painter's own space; the outline must not be shared with other threads.
+    void FillShape(const QPainterPath& outline, const Paint& paint, const Around& around);
+    void StrokeShape(const QPainterPath& outline, const StrokeStyle& style, const Paint& paint, const Around& around);
+    QPen PenOf(const StrokeStyle& style, const QPainterPath& outline) const;
+    void StrokeWith(const QPen& pen, const QPainterPath& outline, const Paint& paint, const Around& around);
+
+    // What the pixels of the box get from a shading or a pattern; null when that cannot be painted.
+    QImage TextureOf(const Paint& paint, const Around& around, const QRect& box);
+    void PaintPattern(QImage& image, const Pattern& pattern, const Around& around, const QRect& box);
+    void PaintCells(QImage& image, const QRect& box, const Pattern& pattern, const Resources& resources,
+                    const QTransform& toPixels);
+    void PaintCellPictures(QImage& image, const QRect& box, const Pattern& pattern, const Resources& resources,
+                           const QTransform& toPixels);
+    void PaintCell(const Pattern& pattern, const Resources& resources, const QTransform& toPixels);
+
+    static bool NeedsLayer(const GraphicObject& object);
+    void PaintApart(const Around& around);
+    bool TakePixels(const QSize& size);
+    void GiveBackPixels(const QSize& size);
+
+    QPainter* painter; // not owned; of the page, or of what is painted apart
     DocumentStore& store;
     const std::shared_ptr<const Package> package;
     const std::function<bool()> isCancelled;
+    const QTransform pageToPixels;           // of the page's device
+    QPoint origin;                           // of the device at hand, in pixels of the page's device
     QVector<const CompositeUnit*> openUnits; // not owned; units being painted, against cycles
-    double groupAlpha = 1;
-    int repeatedObjects = 0; // painted so far as contents of composites
+    int openPatterns = 0;
+    double groupAlpha = 1;   // of the groups around that are not painted apart
+    int repeatedObjects = 0; // painted so far as contents of composites and patterns
+    qint64 livePixels = 0;   // of what is being painted apart
+    qint64 usedPixels = 0;   // of all that has been
+};
+
+// Switches the painter, and back at the end; what is painted apart knows nothing of the groups around it.
+class ContentPainter::DeviceScope
+{
+public:
+    // `topLeft` is the place of the other device on the one at hand.
+    DeviceScope(ContentPainter& owner, QPainter& other, const QPoint& topLeft);
+    ~DeviceScope();
+    DeviceScope(const DeviceScope&) = delete;
+    DeviceScope& operator=(const DeviceScope&) = delete;
+
+private:
+    ContentPainter& owner;
+    QPainter* outerPainter; // not owned
+    QPoint outerOrigin;
+    double outerAlpha;
 };
 
 } // namespace ofd

@@ -22,4 +22,30 @@ bool IsUsable(const QTransform& transform)
            std::isfinite(transform.dy());
 }
 
+QRect PixelsWithin(const QRectF& rect, const QRect& others)
+{
+    const QRectF seen = rect.normalized().adjusted(-1, -1, 1, 1) & QRectF(others);
+    return seen.isEmpty() ? QRect() : seen.toAlignedRect() & others;
+}
+
+QRect VisiblePixels(const QPainter& painter)
+{
+    const QRect all(0, 0, painter.device()->width(), painter.device()->height());
+    if (!painter.hasClipping())
+        return all;
+    return PixelsWithin(painter.worldTransform().mapRect(painter.clipBoundingRect()), all);
+}
+
+QImage TransparentImage(const QSize& size)
+{
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+void SetPageHints(QPainter& painter)
+{
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+}
+
 } // namespace ofd

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QPainter>
 #include <QTransform>
 
@@ -9,6 +10,15 @@ namespace ofd {
 double ScaleOf(const QTransform& transform);
 // Whether anything sensible can be painted under the transform: it is finite, not singular and not absurdly large.
 bool IsUsable(const QTransform& transform);
+
+// The pixels of a rectangle in pixels, with one around it for rounding, as far as they lie within the others.
+QRect PixelsWithin(const QRectF& rect, const QRect& others);
+// The pixels of the painter's device that its clip leaves.
+QRect VisiblePixels(const QPainter& painter);
+// A transparent picture; null without memory.
+QImage TransparentImage(const QSize& size);
+// As all pages are painted.
+void SetPageHints(QPainter& painter);
 
 // Restores the painter at the end of a scope.
 class PainterScope

@@ -1,35 +1,67 @@
-// How a page's painter paints paths, and what it fills and strokes with.
+// How a page's painter paints paths, and fills and strokes outlines with whatever paint.
 #include "page_painter.h"
 #include "painting_tools.h"
-#include "shading_brush.h"
+
+#include <ofd/package/limits.h>
+
+#include <QPainterPathStroker>
+
+#include <cmath>
 
 namespace ofd {
 
 namespace {
 
 constexpr double ThinnestLinePx = 0.7; // thinner lines would fade away on the screen
-constexpr double MaxDashesInLine = 20'000;
+
+// The length of all lines of the outline; of curves that of their control points.
+double LengthOf(const QPainterPath& outline)
+{
+    double length = 0;
+    for (int i = 1; i < outline.elementCount(); ++i) {
+        const QPainterPath::Element& element = outline.elementAt(i);
+        const QPainterPath::Element& last = outline.elementAt(i - 1);
+        if (element.type != QPainterPath::MoveToElement)
+            length += std::hypot(element.x - last.x, element.y - last.y);
+    }
+    return length;
+}
 
 } // namespace
 
-QBrush ContentPainter::BrushOf(const Paint& paint, double alpha, const GraphicObject& object) const
+void ContentPainter::FillShape(const QPainterPath& outline, const Paint& paint, const Around& around)
 {
-    if (paint.shading) {
-        const QTransform boundaryToLocal =
-            QTransform::fromTranslate(object.boundary.x(), object.boundary.y()) * object.toContainer.inverted();
-        return ShadingBrush(*paint.shading, alpha, boundaryToLocal);
+    if (paint.IsColor()) {
+        QColor color = paint.color;
+        color.setAlphaF(color.alphaF() * around.alpha);
+        painter->fillPath(outline, color);
+        return;
     }
-    QColor color = paint.color;
-    color.setAlphaF(color.alphaF() * alpha);
-    return color;
+    QPainterPath inPixels = painter->worldTransform().map(outline);
+    inPixels.setFillRule(outline.fillRule());
+    const QRect box = PixelsWithin(inPixels.controlPointRect(), VisiblePixels(*painter));
+    if (box.isEmpty())
+        return;
+    const QImage texture = TextureOf(paint, around, box);
+    if (texture.isNull())
+        return;
+    const PainterScope scope(*painter);
+    painter->setWorldTransform(QTransform());
+    painter->setOpacity(paint.color.alphaF() * around.alpha);
+    QBrush brush(texture);
+    brush.setTransform(QTransform::fromTranslate(box.x(), box.y()));
+    painter->fillPath(inPixels, brush);
 }
 
-QPen ContentPainter::PenOf(const StrokeStyle& style, const QBrush& brush) const
+QPen ContentPainter::PenOf(const StrokeStyle& style, const QPainterPath& outline) const
 {
-    const double width = std::max(style.widthMm, ThinnestLinePx / ScaleOf(painter.worldTransform()));
-    QPen pen(brush, width, Qt::SolidLine, style.cap, style.join);
+    const double width = std::max(style.widthMm, ThinnestLinePx / ScaleOf(painter->worldTransform()));
+    QPen pen(Qt::black, width, Qt::SolidLine, style.cap, style.join);
     pen.setMiterLimit(std::max(1.0, style.miterLimit));
-    if (!style.dashes.isEmpty()) {
+    double patternLength = 0;
+    for (const double dash : style.dashes)
+        patternLength += dash;
+    if (patternLength > 0 && LengthOf(outline) / patternLength * style.dashes.size() <= limits::MaxDashesInLine) {
         QVector<qreal> dashes; // Qt counts them in widths of the line
         for (const double dash : style.dashes)
             dashes.append(dash / width);
@@ -39,24 +71,38 @@ QPen ContentPainter::PenOf(const StrokeStyle& style, const QBrush& brush) const
     return pen;
 }
 
-void ContentPainter::PaintPath(const PathObject& object)
+void ContentPainter::StrokeShape(const QPainterPath& outline, const StrokeStyle& style, const Paint& paint,
+                                 const Around& around)
+{
+    StrokeWith(PenOf(style, outline), outline, paint, around);
+}
+
+void ContentPainter::StrokeWith(const QPen& pen, const QPainterPath& outline, const Paint& paint, const Around& around)
+{
+    if (paint.IsColor()) {
+        QPen colored = pen;
+        QColor color = paint.color;
+        color.setAlphaF(color.alphaF() * around.alpha);
+        colored.setBrush(color);
+        painter->strokePath(outline, colored);
+        return;
+    }
+    QPainterPathStroker stroker(pen);
+    stroker.setCurveThreshold(0.25 / ScaleOf(painter->worldTransform()));
+    QPainterPath line = stroker.createStroke(outline);
+    line.setFillRule(Qt::WindingFill);
+    FillShape(line, paint, around);
+}
+
+void ContentPainter::PaintPath(const PathObject& object, const Around& around)
 {
     const QPainterPath path = PrivateCopy(object.path);
-    ClipTo(object, object.toContainer.mapRect(path.controlPointRect()));
-    painter.setWorldTransform(object.toContainer, true);
-    const double alpha = object.alpha * groupAlpha;
+    ClipToBoundary(object, object.toContainer.mapRect(path.controlPointRect()));
+    painter->setWorldTransform(object.toContainer, true);
     if (object.isFilled && object.fillPaint.IsVisible())
-        painter.fillPath(path, BrushOf(object.fillPaint, alpha, object));
-    if (!object.isStroked || !object.strokePaint.IsVisible())
-        return;
-    QPen pen = PenOf(object.stroke, BrushOf(object.strokePaint, alpha, object));
-    double dashLength = 0;
-    for (const double dash : object.stroke.dashes)
-        dashLength += dash;
-    const QRectF extent = path.controlPointRect();
-    if (dashLength > 0 && (extent.width() + extent.height()) / dashLength > MaxDashesInLine)
-        pen.setStyle(Qt::SolidLine);
-    painter.strokePath(path, pen);
+        FillShape(path, object.fillPaint, around);
+    if (object.isStroked && object.strokePaint.IsVisible())
+        StrokeShape(path, object.stroke, object.strokePaint, around);
 }
 
 } // namespace ofd

@@ -4,9 +4,12 @@
 #include "painting_tools.h"
 
 #include <ofd/model/document_store.h>
+#include <ofd/package/limits.h>
 #include <ofd/package/package.h>
 #include <ofd/text/font_store.h>
 #include <ofd/text/glyph_layout.h>
+
+#include <QPainterPathStroker>
 
 namespace ofd {
 
@@ -29,50 +32,50 @@ void AddOutline(QVector<QPainterPath>& outlines, QPainterPath&& glyph, bool isCo
 
 } // namespace
 
-void ContentPainter::PaintText(const TextObject& object, const Resources& resources)
+void ContentPainter::PaintText(const TextObject& object, const Around& around)
 {
-    for (const QPainterPath& clip : object.clips)
-        painter.setClipPath(PrivateCopy(clip), Qt::IntersectClip); // never to the boundary, which is often empty
-    painter.setWorldTransform(object.toContainer, true);
-    const double alpha = object.alpha * groupAlpha;
-    TextPaint paint;
-    paint.isFilled = object.isFilled && object.fillPaint.IsVisible();
-    paint.isStroked = object.isStroked && object.strokePaint.IsVisible();
-    if (paint.isFilled)
-        paint.fill = BrushOf(object.fillPaint, alpha, object);
-    if (paint.isStroked)
-        paint.pen = PenOf(object.stroke, BrushOf(object.strokePaint, alpha, object));
-    const TextLayout layout = LayOutText(object, resources, *package, store.GetFonts());
-    if (paint.CanBeStamped() && StampGlyphs(layout, paint))
+    // Never cut to the boundary, which is often empty.
+    painter->setWorldTransform(object.toContainer, true);
+    const TextLayout layout = LayOutText(object, around.resources, *package, store.GetFonts());
+    const Paint& fill = object.fillPaint;
+    const bool isStroked = object.isStroked && object.strokePaint.IsVisible();
+    // Overlapping glyphs look the same in one piece and one by one, and the colour is one.
+    const bool canBeStamped =
+        object.isFilled && !isStroked && fill.IsColor() && fill.color.alpha() == 255 && around.alpha >= 1;
+    if (canBeStamped && StampGlyphs(layout, fill.color))
         return;
-    FillGlyphs(layout, paint);
+    FillGlyphs(layout, object, around);
 }
 
 // Lays down kept pictures of the glyphs; false, and nothing painted, when they are too large for that.
-bool ContentPainter::StampGlyphs(const TextLayout& layout, const TextPaint& paint)
+bool ContentPainter::StampGlyphs(const TextLayout& layout, const QColor& color)
 {
-    const QTransform toPixels = painter.worldTransform();
+    const QTransform toPixels = painter->worldTransform();
     for (const PlacedGlyph& glyph : layout.glyphs) {
         if (glyph.extraWeight > 0 || !GlyphStamps::IsSmall(glyph.toObject * toPixels))
             return false;
     }
-    painter.setWorldTransform(QTransform());
+    painter->setWorldTransform(QTransform());
     for (const PlacedGlyph& glyph : layout.glyphs) {
         if (!glyph.face)
             continue;
         QPoint origin;
-        const GlyphStamp stamp = store.GetStamps().GetStamp(*glyph.face, glyph.glyph, glyph.toObject * toPixels,
-                                                            paint.fill.color().rgba(), origin);
+        const GlyphStamp stamp =
+            store.GetStamps().GetStamp(*glyph.face, glyph.glyph, glyph.toObject * toPixels, color.rgba(), origin);
         if (!stamp.image.isNull())
-            painter.drawImage(origin + stamp.topLeft, stamp.image);
+            painter->drawImage(origin + stamp.topLeft, stamp.image);
     }
     return true;
 }
 
-void ContentPainter::FillGlyphs(const TextLayout& layout, const TextPaint& paint)
+void ContentPainter::FillGlyphs(const TextLayout& layout, const TextObject& object, const Around& around)
 {
-    const bool isCovering =
-        (!paint.isFilled || paint.fill.isOpaque()) && (!paint.isStroked || paint.pen.brush().isOpaque());
+    const bool isFilled = object.isFilled && object.fillPaint.IsVisible();
+    const bool isStroked = object.isStroked && object.strokePaint.IsVisible();
+    const auto covers = [&](const Paint& paint) {
+        return paint.IsColor() && paint.color.alpha() == 255 && around.alpha >= 1;
+    };
+    const bool isCovering = (!isFilled || covers(object.fillPaint)) && (!isStroked || covers(object.strokePaint));
     double extraWeight = 0;
     QVector<QPainterPath> outlines;
     for (const PlacedGlyph& glyph : layout.glyphs) {
@@ -81,15 +84,47 @@ void ContentPainter::FillGlyphs(const TextLayout& layout, const TextPaint& paint
         extraWeight = glyph.extraWeight;
     }
     for (const QPainterPath& outline : qAsConst(outlines)) {
-        if (paint.isFilled)
-            painter.fillPath(outline, paint.fill);
-        if (paint.isFilled && extraWeight > 0)
-            painter.strokePath(outline, QPen(paint.fill, extraWeight));
+        if (isFilled)
+            FillShape(outline, object.fillPaint, around);
+        if (isFilled && extraWeight > 0)
+            StrokeWith(QPen(Qt::black, extraWeight), outline, object.fillPaint, around);
     }
     for (const QPainterPath& outline : qAsConst(outlines)) {
-        if (paint.isStroked)
-            painter.strokePath(outline, paint.pen);
+        if (isStroked)
+            StrokeShape(outline, object.stroke, object.strokePaint, around);
     }
+}
+
+// Letters count with their line where they have one.
+QPainterPath ContentPainter::OutlineOf(const Clip& clip, const Resources& resources) const
+{
+    QPainterPath all = PrivateCopy(clip.outline);
+    for (const ClipText& part : clip.texts) {
+        QPainterPath letters;
+        letters.setFillRule(Qt::WindingFill);
+        const TextLayout layout = LayOutText(*part.text, resources, *package, store.GetFonts());
+        for (const PlacedGlyph& glyph : layout.glyphs) {
+            if (glyph.face)
+                letters.addPath(glyph.toObject.map(glyph.face->OutlineOf(glyph.glyph)));
+        }
+        QPainterPath shape;
+        if (part.text->isStroked) {
+            QPainterPathStroker stroker(PenOf(part.text->stroke, letters));
+            stroker.setCurveThreshold(0.25 / ScaleOf(painter->worldTransform()));
+            shape = stroker.createStroke(letters);
+            shape.setFillRule(Qt::WindingFill);
+        }
+        if (part.text->isFilled)
+            shape = shape.isEmpty() ? letters : shape.united(letters);
+        const QPainterPath placed = part.toContainer.map(shape);
+        if (all.isEmpty())
+            all.setFillRule(Qt::WindingFill);
+        if (all.fillRule() == Qt::WindingFill || all.elementCount() > limits::MaxUnitedElements)
+            all.addPath(placed);
+        else
+            all = all.united(placed);
+    }
+    return all;
 }
 
 } // namespace ofd

@@ -1,0 +1,129 @@
+#include "clip_reader.h"
+
+#include "geometry_reader.h"
+#include "object_style.h"
+#include "text_reader.h"
+
+#include <ofd/model/problem_log.h>
+#include <ofd/model/text_object.h>
+#include <ofd/package/limits.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/package/xml_values.h>
+
+#include <QCoreApplication>
+
+namespace ofd {
+
+namespace {
+
+// Collects what the areas of a clip cover together, in the space of the object before its own matrix.
+class AreaUnion
+{
+public:
+    void Add(const QPainterPath& outline)
+    {
+        elementCount += outline.elementCount();
+        if (all.isEmpty()) {
+            all = outline;
+            bounds = outline.boundingRect();
+            return;
+        }
+        // Areas of one rule that lie apart, such as the cells of a table, need no calculation.
+        const bool liesApart = !bounds.intersects(outline.boundingRect()) && outline.fillRule() == all.fillRule();
+        bounds |= outline.boundingRect();
+        if (liesApart || elementCount > limits::MaxUnitedElements)
+            all.addPath(outline);
+        else
+            all = all.united(outline);
+    }
+
+    QPainterPath Take() { return std::move(all); }
+
+private:
+    QPainterPath all;
+    QRectF bounds;
+    int elementCount = 0;
+};
+
+// How a clip's shapes get from the space before the object's matrix into the container.
+struct ClipPlaces
+{
+    QTransform usual;
+    QTransform withoutMatrix;
+    bool mayFallBack = false; // the file does not say which, so one that misses the boundary is taken for the other
+};
+
+std::shared_ptr<const TextObject> ReadClipText(const pugi::xml_node& element, int areaDrawParam,
+                                               const Resources& resources)
+{
+    auto text = std::make_shared<TextObject>();
+    StyleChain chain(resources);
+    chain.Append(int(IdAttribute(element, "DrawParam")));
+    chain.Append(areaDrawParam);
+    text->stroke = chain.ReadStroke(element);
+    text->isFilled = BooleanAttribute(element, "Fill", true);
+    text->isStroked = BooleanAttribute(element, "Stroke", false);
+    text->boundary = BoxAttribute(element, "Boundary").value_or(QRectF());
+    text->toContainer = MatrixAttribute(element) * MoveTo(text->boundary);
+    ReadTextObject(element, *text);
+    return text;
+}
+
+std::optional<Clip> ReadClip(const pugi::xml_node& element, const ClipPlaces& places, const GraphicObject& object,
+                             const Resources& resources)
+{
+    Clip clip;
+    AreaUnion areas;
+    bool hasPath = false;
+    for (const pugi::xml_node& area : ChildElements(element, "Area")) {
+        const QTransform fromArea = MatrixAttribute(area);
+        if (const pugi::xml_node path = ChildElement(area, "Path")) {
+            hasPath = true;
+            const QRectF boundary = BoxAttribute(path, "Boundary").value_or(QRectF());
+            const QPainterPath outline = ReadPath(path);
+            QPainterPath placed = (MatrixAttribute(path) * MoveTo(boundary) * fromArea).map(outline);
+            placed.setFillRule(outline.fillRule());
+            areas.Add(placed);
+        } else if (const pugi::xml_node text = ChildElement(area, "Text")) {
+            const auto read = ReadClipText(text, int(IdAttribute(area, "DrawParam")), resources);
+            clip.texts.push_back({read, read->toContainer * fromArea});
+        }
+    }
+    if (!hasPath && clip.texts.empty())
+        return std::nullopt;
+    const QPainterPath local = areas.Take();
+    const bool misses = places.mayFallBack && hasPath && !object.boundary.isEmpty() &&
+                        !places.usual.mapRect(local.boundingRect()).intersects(object.boundary);
+    const QTransform& place = misses ? places.withoutMatrix : places.usual;
+    clip.outline = place.map(local);
+    clip.outline.setFillRule(local.fillRule());
+    for (ClipText& text : clip.texts) {
+        text.toContainer *= place;
+        text.toContainer.type(); // settles its lazy kind before threads share it
+    }
+    return clip;
+}
+
+} // namespace
+
+std::vector<Clip> ReadClips(const pugi::xml_node& element, const GraphicObject& object, const Resources& resources)
+{
+    std::vector<Clip> clips;
+    const pugi::xml_node list = ChildElement(element, "Clips");
+    if (!list)
+        return clips;
+    ClipPlaces places;
+    places.withoutMatrix = MoveTo(object.boundary);
+    places.usual = BooleanAttribute(list, "TransFlag", true) ? object.toContainer : places.withoutMatrix;
+    places.mayFallBack = !HasAttribute(list, "TransFlag");
+    for (const pugi::xml_node& child : ChildElements(list, "Clip")) {
+        if (std::optional<Clip> clip = ReadClip(child, places, object, resources))
+            clips.push_back(std::move(*clip));
+        else
+            ReportProblem(ProblemKind::BadValue,
+                          QCoreApplication::translate("OfdDocument", "A clip has no area; nothing is cut off."));
+    }
+    return clips;
+}
+
+} // namespace ofd

@@ -1,0 +1,109 @@
+// How a page's painter paints objects apart before it lays them on the page, so that they are transparent as a whole.
+#include "page_painter.h"
+#include "painting_tools.h"
+
+#include <ofd/model/problem_log.h>
+#include <ofd/package/limits.h>
+
+#include <QCoreApplication>
+
+namespace ofd {
+
+namespace {
+
+constexpr int BoldWeight = 500; // letters made bolder get a line around them
+
+bool HasBoth(bool isFilled, const Paint& fill, bool isStroked, const Paint& stroke)
+{
+    return isFilled && fill.IsVisible() && isStroked && stroke.IsVisible();
+}
+
+} // namespace
+
+ContentPainter::DeviceScope::DeviceScope(ContentPainter& owner, QPainter& other, const QPoint& topLeft)
+    : owner(owner)
+    , outerPainter(owner.painter)
+    , outerOrigin(owner.origin)
+    , outerAlpha(owner.groupAlpha)
+{
+    owner.painter = &other;
+    owner.origin += topLeft;
+    owner.groupAlpha = 1;
+}
+
+ContentPainter::DeviceScope::~DeviceScope()
+{
+    owner.painter = outerPainter;
+    owner.origin = outerOrigin;
+    owner.groupAlpha = outerAlpha;
+}
+
+// Whether parts of the object that lie over each other would show through when each was painted by itself.
+bool ContentPainter::NeedsLayer(const GraphicObject& object)
+{
+    if (object.alpha >= 1 && object.blendMode == BlendMode::Normal)
+        return false;
+    switch (object.kind) {
+    case GraphicObject::Kind::Path: {
+        const auto& path = static_cast<const PathObject&>(object);
+        return HasBoth(path.isFilled, path.fillPaint, path.isStroked, path.strokePaint);
+    }
+    case GraphicObject::Kind::Text: {
+        const auto& text = static_cast<const TextObject&>(object);
+        return text.weight > BoldWeight || HasBoth(text.isFilled, text.fillPaint, text.isStroked, text.strokePaint);
+    }
+    case GraphicObject::Kind::Image:
+        return static_cast<const ImageObject&>(object).border.has_value();
+    case GraphicObject::Kind::Composite:
+    case GraphicObject::Kind::Group:
+        return true;
+    }
+    return false;
+}
+
+// The painter's clip and blend mode are those of the object; what is painted apart needs neither.
+void ContentPainter::PaintApart(const Around& around)
+{
+    const QRect box = VisiblePixels(*painter);
+    if (box.isEmpty())
+        return;
+    QImage image = TakePixels(box.size()) ? TransparentImage(box.size()) : QImage();
+    if (image.isNull()) {
+        PaintKind(around);
+        return;
+    }
+    {
+        QPainter inner(&image);
+        SetPageHints(inner);
+        const QTransform toPixels = around.containerToPixels * QTransform::fromTranslate(-box.x(), -box.y());
+        inner.setWorldTransform(toPixels);
+        const DeviceScope scope(*this, inner, box.topLeft());
+        PaintKind({around.object, around.resources, 1, toPixels});
+    }
+    painter->setWorldTransform(QTransform());
+    painter->setOpacity(around.alpha);
+    painter->drawImage(box.topLeft(), image);
+    GiveBackPixels(box.size());
+}
+
+// False, and reported, when the page has had its share.
+bool ContentPainter::TakePixels(const QSize& size)
+{
+    const qint64 pixels = qint64(size.width()) * size.height();
+    if (livePixels + pixels > limits::MaxLayerPixels || usedPixels + pixels > limits::MaxLayerPixelsOnPage) {
+        ReportProblem(
+            ProblemKind::Limit,
+            QCoreApplication::translate("OfdDocument", "The page has more groups and patterns than can be painted."));
+        return false;
+    }
+    livePixels += pixels;
+    usedPixels += pixels;
+    return true;
+}
+
+void ContentPainter::GiveBackPixels(const QSize& size)
+{
+    livePixels -= qint64(size.width()) * size.height();
+}
+
+} // namespace ofd

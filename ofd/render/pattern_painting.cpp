@@ -1,0 +1,200 @@
+// How a page's painter fills with shadings and patterns.
+#include "page_painter.h"
+#include "painting_tools.h"
+#include "shading_raster.h"
+
+#include <ofd/model/pattern.h>
+#include <ofd/model/problem_log.h>
+#include <ofd/package/limits.h>
+
+#include <QCoreApplication>
+
+#include <cmath>
+
+namespace ofd {
+
+namespace {
+
+constexpr double SmallestCellPx = 4;   // smaller cells are painted once and repeated as a picture
+constexpr double SmallestPeriodPx = 2; // cells that repeat faster are seen as one colour
+constexpr int LargestPicturePx = 2048;
+constexpr int SamplesOfPeriod = 16; // pixels in each direction that the one colour is the mean of
+
+// Rows and columns of cells.
+struct CellRange
+{
+    qint64 left, right, top, bottom; // the last ones included
+
+    double GetCount() const { return double(right - left + 1) * double(bottom - top + 1); }
+};
+
+// The cells that touch the area, which is given in the pattern's space.
+CellRange CellsIn(const QRectF& area, const Pattern& pattern)
+{
+    const auto first = [](double from, double cell, double step) { return qint64(std::ceil((from - cell) / step)); };
+    const auto last = [](double to, double step) { return qint64(std::floor(to / step)); };
+    return {first(area.left(), pattern.cell.width(), pattern.step.width()), last(area.right(), pattern.step.width()),
+            first(area.top(), pattern.cell.height(), pattern.step.height()),
+            last(area.bottom(), pattern.step.height())};
+}
+
+int CountObjects(const ObjectList& objects)
+{
+    int count = int(objects.size());
+    for (const std::unique_ptr<const GraphicObject>& object : objects) {
+        if (object->kind == GraphicObject::Kind::Group)
+            count += CountObjects(static_cast<const GroupObject&>(*object).objects);
+    }
+    return count;
+}
+
+// From a cell's own space to that of the pattern: mirrored where the pattern says so, and moved to its place.
+QTransform CellPlace(const Pattern& pattern, qint64 column, qint64 row)
+{
+    QTransform place;
+    if (pattern.flipsColumns && column % 2 != 0)
+        place *= QTransform(-1, 0, 0, 1, pattern.cell.width(), 0);
+    if (pattern.flipsRows && row % 2 != 0)
+        place *= QTransform(1, 0, 0, -1, 0, pattern.cell.height());
+    return place *
+           QTransform::fromTranslate(double(column) * pattern.step.width(), double(row) * pattern.step.height());
+}
+
+// Cells whose edges lie between pixels would show seams where they touch: unless they are turned, each is stretched to
+// whole pixels.
+QTransform Snapped(const QTransform& cellToPixels, const QSizeF& cell)
+{
+    if (cellToPixels.type() > QTransform::TxScale)
+        return cellToPixels;
+    const QRectF exact = cellToPixels.mapRect(QRectF(QPointF(), cell));
+    const QRectF whole(QPointF(std::round(exact.left()), std::round(exact.top())),
+                       QPointF(std::round(exact.right()), std::round(exact.bottom())));
+    QTransform stretch;
+    stretch.translate(whole.left(), whole.top());
+    stretch.scale(whole.width() / exact.width(), whole.height() / exact.height());
+    stretch.translate(-exact.left(), -exact.top());
+    return cellToPixels * stretch;
+}
+
+double ColumnScale(const QTransform& transform)
+{
+    return std::hypot(transform.m11(), transform.m12());
+}
+
+double RowScale(const QTransform& transform)
+{
+    return std::hypot(transform.m21(), transform.m22());
+}
+
+} // namespace
+
+QImage ContentPainter::TextureOf(const Paint& paint, const Around& around, const QRect& box)
+{
+    QImage image = TakePixels(box.size()) ? TransparentImage(box.size()) : QImage();
+    if (image.isNull())
+        return image;
+    const QRectF& boundary = around.object.boundary;
+    const QTransform toPixels = QTransform::fromTranslate(boundary.x(), boundary.y()) * around.containerToPixels *
+                                QTransform::fromTranslate(-box.x(), -box.y());
+    if (paint.shading && IsUsable(toPixels))
+        PaintShading(image, *paint.shading, toPixels);
+    else if (paint.mesh)
+        PaintMesh(image, *paint.mesh, toPixels, isCancelled);
+    else if (paint.pattern)
+        PaintPattern(image, *paint.pattern, around, box);
+    GiveBackPixels(box.size());
+    return image;
+}
+
+void ContentPainter::PaintPattern(QImage& image, const Pattern& pattern, const Around& around, const QRect& box)
+{
+    if (openPatterns >= limits::MaxReferenceDepth) {
+        ReportProblem(ProblemKind::Cycle,
+                      QCoreApplication::translate("OfdDocument", "Patterns are painted with patterns too often."));
+        return;
+    }
+    const QRectF& boundary = around.object.boundary;
+    const QTransform base = pattern.isRelativeToPage
+                                ? pageToPixels * QTransform::fromTranslate(-origin.x(), -origin.y())
+                                : QTransform::fromTranslate(boundary.x(), boundary.y()) * around.containerToPixels;
+    const QTransform toPixels = pattern.matrix * base * QTransform::fromTranslate(-box.x(), -box.y());
+    if (!IsUsable(toPixels)) {
+        ReportProblem(
+            ProblemKind::BadValue,
+            QCoreApplication::translate("OfdDocument", "The pattern's transform leaves nothing to be painted."));
+        return;
+    }
+    ++openPatterns;
+    const double cells = CellsIn(toPixels.inverted().mapRect(QRectF(image.rect())), pattern).GetCount();
+    const bool areLarge = pattern.cell.width() * ColumnScale(toPixels) >= SmallestCellPx &&
+                          pattern.cell.height() * RowScale(toPixels) >= SmallestCellPx;
+    if (areLarge && cells * CountObjects(pattern.objects) <= limits::MaxPatternObjects)
+        PaintCells(image, box, pattern, around.resources, toPixels);
+    else
+        PaintCellPictures(image, box, pattern, around.resources, toPixels);
+    --openPatterns;
+}
+
+// Paints the objects again for each cell that is seen.
+void ContentPainter::PaintCells(QImage& image, const QRect& box, const Pattern& pattern, const Resources& resources,
+                                const QTransform& toPixels)
+{
+    QPainter inner(&image);
+    SetPageHints(inner);
+    const DeviceScope scope(*this, inner, box.topLeft());
+    const CellRange cells = CellsIn(toPixels.inverted().mapRect(QRectF(image.rect())), pattern);
+    for (qint64 row = cells.top; row <= cells.bottom; ++row) {
+        for (qint64 column = cells.left; column <= cells.right; ++column) {
+            if (isCancelled && isCancelled())
+                return;
+            PaintCell(pattern, resources, Snapped(CellPlace(pattern, column, row) * toPixels, pattern.cell));
+        }
+    }
+}
+
+void ContentPainter::PaintCell(const Pattern& pattern, const Resources& resources, const QTransform& toPixels)
+{
+    const PainterScope scope(*painter);
+    painter->setWorldTransform(toPixels);
+    painter->setClipRect(QRectF(QPointF(), pattern.cell), Qt::IntersectClip);
+    PaintObjects(pattern.objects, resources);
+}
+
+// Paints the cells of one period into a picture and repeats that: for cells that are very small or very many.
+void ContentPainter::PaintCellPictures(QImage& image, const QRect& box, const Pattern& pattern,
+                                       const Resources& resources, const QTransform& toPixels)
+{
+    const int columns = pattern.flipsColumns ? 2 : 1;
+    const int rows = pattern.flipsRows ? 2 : 1;
+    const QSizeF period(pattern.step.width() * columns, pattern.step.height() * rows);
+    const double widthPx = period.width() * ColumnScale(toPixels);
+    const double heightPx = period.height() * RowScale(toPixels);
+    const bool isOneColor = widthPx < SmallestPeriodPx || heightPx < SmallestPeriodPx;
+    const auto pixels = [&](double sidePx) {
+        return isOneColor ? SamplesOfPeriod : int(std::ceil(std::min(sidePx, double(LargestPicturePx))));
+    };
+    QImage picture = TransparentImage(QSize(pixels(widthPx), pixels(heightPx)));
+    const QTransform toPicture =
+        QTransform::fromScale(picture.width() / period.width(), picture.height() / period.height());
+    {
+        QPainter inner(&picture);
+        SetPageHints(inner);
+        const DeviceScope scope(*this, inner, box.topLeft());
+        for (int row = 0; row < rows; ++row) {
+            for (int column = 0; column < columns; ++column)
+                PaintCell(pattern, resources, CellPlace(pattern, column, row) * toPicture);
+        }
+    }
+    if (isOneColor) {
+        const QImage mean = picture.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        image.fill(mean.convertToFormat(QImage::Format_ARGB32).pixelColor(0, 0));
+        return;
+    }
+    QPainter filler(&image);
+    SetPageHints(filler);
+    QBrush brush(picture);
+    brush.setTransform(toPicture.inverted() * toPixels);
+    filler.fillRect(image.rect(), brush);
+}
+
+} // namespace ofd

@@ -1,0 +1,314 @@
+#include "shading_raster.h"
+
+#include <ofd/model/paint.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+
+namespace ofd {
+
+namespace {
+
+constexpr int TableSize = 2048;
+constexpr int Samples = 2; // in each direction of a pixel, where a shading ends inside of the picture
+
+QRgb Premultiplied(const QColor& color)
+{
+    return qPremultiply(color.rgba());
+}
+
+// Between two premultiplied colours.
+QRgb Mixed(QRgb a, QRgb b, double share)
+{
+    const auto mix = [share](int x, int y) { return int(std::lround(x + (y - x) * share)); };
+    return qRgba(mix(qRed(a), qRed(b)), mix(qGreen(a), qGreen(b)), mix(qBlue(a), qBlue(b)), mix(qAlpha(a), qAlpha(b)));
+}
+
+// The colours of a shading by place along its axis, 0 to 1 from start to end.
+class ShadingColors
+{
+public:
+    explicit ShadingColors(const Shading& shading)
+        : shading(shading)
+    {
+        int next = 0; // first stop behind the place
+        for (int i = 0; i < TableSize; ++i) {
+            const double place = double(i) / (TableSize - 1);
+            while (next < shading.stops.size() && shading.stops.at(next).position <= place)
+                ++next;
+            table[size_t(i)] = ColorAt(place, next);
+        }
+        const QPointF axis = shading.end - shading.start;
+        double length = std::hypot(axis.x(), axis.y());
+        if (shading.kind == Shading::Kind::Radial && length < 1e-6)
+            length = std::abs(shading.endRadius - shading.startRadius);
+        if (shading.mapUnit > 0 && length > 0)
+            runs = length / shading.mapUnit;
+    }
+
+    bool Reaches(double place) const
+    {
+        return (place >= 0 || shading.extendsStart) && (place <= 1 || shading.extendsEnd);
+    }
+
+    // Transparent where the shading does not reach.
+    QRgb At(double place) const
+    {
+        if (!Reaches(place))
+            return 0;
+        switch (shading.repeat) {
+        case Shading::Repeat::Direct:
+            place = std::clamp(place, 0.0, 1.0);
+            break;
+        case Shading::Repeat::Repeat:
+            place = place * runs - std::floor(place * runs);
+            break;
+        case Shading::Repeat::Reflect:
+            place = std::abs(std::remainder(place * runs, 2.0));
+            break;
+        }
+        return table[size_t(place * (TableSize - 1) + 0.5)];
+    }
+
+private:
+    QRgb ColorAt(double place, int next) const
+    {
+        const QVector<Shading::Stop>& stops = shading.stops;
+        if (next == 0)
+            return Premultiplied(stops.first().color);
+        if (next == stops.size())
+            return Premultiplied(stops.last().color);
+        const Shading::Stop& before = stops.at(next - 1);
+        const Shading::Stop& behind = stops.at(next);
+        return Mixed(Premultiplied(before.color), Premultiplied(behind.color),
+                     (place - before.position) / (behind.position - before.position));
+    }
+
+    const Shading& shading;
+    std::array<QRgb, TableSize> table{};
+    double runs = 1; // of the colours between start and end
+};
+
+class AxialField
+{
+public:
+    AxialField(const Shading& shading, const ShadingColors& colors)
+        : colors(colors)
+        , start(shading.start)
+    {
+        const QPointF axis = shading.end - shading.start;
+        perLength = axis / QPointF::dotProduct(axis, axis);
+    }
+
+    QRgb At(const QPointF& point) const { return colors.At(QPointF::dotProduct(point - start, perLength)); }
+
+private:
+    const ShadingColors& colors;
+    QPointF start;
+    QPointF perLength;
+};
+
+// A circle moves and grows from the first to the second; a point has the place of the last circle that runs through it.
+class RadialField
+{
+public:
+    // Points are those of a space in which the shading's ellipses are circles.
+    RadialField(const Shading& shading, const ShadingColors& colors, const QTransform& toCircles)
+        : colors(colors)
+        , start(toCircles.map(shading.start))
+        , axis(toCircles.map(shading.end) - start)
+        , radius(shading.startRadius)
+        , growth(shading.endRadius - shading.startRadius)
+        , square(QPointF::dotProduct(axis, axis) - growth * growth)
+    {
+    }
+
+    QRgb At(const QPointF& point) const
+    {
+        const QPointF from = point - start;
+        const double b = QPointF::dotProduct(from, axis) + radius * growth;
+        const double c = QPointF::dotProduct(from, from) - radius * radius;
+        if (std::abs(square) < 1e-12)
+            return b == 0 ? 0 : Visible(c / (2 * b)).value_or(0);
+        const double root = b * b - square * c;
+        if (root < 0)
+            return 0;
+        const double one = (b + std::sqrt(root)) / square;
+        const double other = (b - std::sqrt(root)) / square;
+        if (const std::optional<QRgb> color = Visible(std::max(one, other)))
+            return *color;
+        return Visible(std::min(one, other)).value_or(0);
+    }
+
+private:
+    std::optional<QRgb> Visible(double place) const
+    {
+        if (radius + place * growth < 0 || !colors.Reaches(place))
+            return std::nullopt;
+        return colors.At(place);
+    }
+
+    const ShadingColors& colors;
+    QPointF start;
+    QPointF axis;
+    double radius;
+    double growth;
+    double square;
+};
+
+// Turns ellipses of the shading's form into circles.
+QTransform CirclesOf(const Shading& shading)
+{
+    QTransform turn;
+    turn.rotate(-shading.angle);
+    const double flat = std::sqrt(1 - shading.eccentricity * shading.eccentricity);
+    return turn * QTransform::fromScale(1, 1 / flat);
+}
+
+template <typename Field>
+QRgb Averaged(const Field& field, const QTransform& fromPixels, int x, int y)
+{
+    int red = 0, green = 0, blue = 0, alpha = 0;
+    for (int i = 0; i < Samples * Samples; ++i) {
+        const QPointF at(x + (i % Samples + 0.5) / Samples, y + (i / Samples + 0.5) / Samples); // NOLINT: whole parts
+        const QRgb color = field.At(fromPixels.map(at));
+        red += qRed(color);
+        green += qGreen(color);
+        blue += qBlue(color);
+        alpha += qAlpha(color);
+    }
+    constexpr int count = Samples * Samples;
+    return qRgba(red / count, green / count, blue / count, alpha / count);
+}
+
+template <typename Field>
+void Fill(QImage& image, const Field& field, const QTransform& fromPixels, bool hasEnds)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y)); // not owned
+        for (int x = 0; x < image.width(); ++x)
+            line[x] = hasEnds ? Averaged(field, fromPixels, x, y) : field.At(fromPixels.map(QPointF(x + 0.5, y + 0.5)));
+    }
+}
+
+// One triangle on the picture.
+class Triangle
+{
+public:
+    Triangle(const Mesh& mesh, int first, const QTransform& toPixels)
+    {
+        for (int i = 0; i < 3; ++i) {
+            const Mesh::Vertex& vertex = mesh.vertices.at(mesh.corners.at(first + i));
+            at[i] = toPixels.map(vertex.at);
+            color[i] = Premultiplied(vertex.color);
+        }
+        area = Twice(at[0], at[1], at[2]);
+    }
+
+    QRect BoxIn(const QRect& image) const
+    {
+        const QRectF clip(image);
+        const QRectF box = QPolygonF({at[0], at[1], at[2]}).boundingRect() & clip;
+        return std::abs(area) < 1e-9 ? QRect() : box.toAlignedRect() & image;
+    }
+
+    void Paint(QImage& image, const QRect& box) const
+    {
+        for (int y = box.top(); y <= box.bottom(); ++y) {
+            auto* line = reinterpret_cast<QRgb*>(image.scanLine(y)); // not owned
+            for (int x = box.left(); x <= box.right(); ++x) {
+                const QPointF point(x + 0.5, y + 0.5);
+                const double a = Twice(point, at[1], at[2]) / area;
+                const double b = Twice(at[0], point, at[2]) / area;
+                if (a >= -Slack && b >= -Slack && a + b <= 1 + Slack)
+                    line[x] = Blend(a, b, 1 - a - b);
+            }
+        }
+    }
+
+private:
+    static constexpr double Slack = 1e-6; // so that no gap stays between neighbours
+
+    static double Twice(const QPointF& a, const QPointF& b, const QPointF& c)
+    {
+        return (b.x() - a.x()) * (c.y() - a.y()) - (c.x() - a.x()) * (b.y() - a.y());
+    }
+
+    QRgb Blend(double a, double b, double c) const
+    {
+        const auto mix = [&](int (*part)(QRgb)) {
+            const double value = a * part(color[0]) + b * part(color[1]) + c * part(color[2]);
+            return std::clamp(int(std::lround(value)), 0, 255);
+        };
+        return qRgba(mix(qRed), mix(qGreen), mix(qBlue), mix(qAlpha));
+    }
+
+    QPointF at[3];
+    QRgb color[3] = {};
+    double area = 0; // twice, with its sign
+};
+
+// The colour of the nearest corner; of meshes with very many corners some stand for all.
+void FillFromCorners(QImage& image, const Mesh& mesh, const QTransform& toPixels)
+{
+    constexpr int mostCorners = 128;
+    const int stride = (mesh.vertices.size() + mostCorners - 1) / mostCorners;
+    QVector<QPointF> places;
+    QVector<QRgb> colors;
+    for (int i = 0; i < mesh.vertices.size(); i += stride) {
+        places.append(toPixels.map(mesh.vertices.at(i).at));
+        colors.append(Premultiplied(mesh.vertices.at(i).color));
+    }
+    for (int y = 0; y < image.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y)); // not owned
+        for (int x = 0; x < image.width(); ++x) {
+            double nearest = 0;
+            for (int i = 0; i < places.size(); ++i) {
+                const QPointF away = places.at(i) - QPointF(x, y);
+                const double distance = QPointF::dotProduct(away, away);
+                if (i == 0 || distance < nearest) {
+                    nearest = distance;
+                    line[x] = colors.at(i);
+                }
+            }
+        }
+    }
+}
+
+} // namespace
+
+void PaintShading(QImage& image, const Shading& shading, const QTransform& toPixels)
+{
+    const QTransform fromPixels = toPixels.inverted();
+    const ShadingColors colors(shading);
+    const bool hasEnds = !shading.extendsStart || !shading.extendsEnd;
+    if (shading.kind == Shading::Kind::Axial) {
+        Fill(image, AxialField(shading, colors), fromPixels, hasEnds);
+        return;
+    }
+    const QTransform toCircles = CirclesOf(shading);
+    Fill(image, RadialField(shading, colors, toCircles), fromPixels * toCircles, hasEnds);
+}
+
+void PaintMesh(QImage& image, const Mesh& mesh, const QTransform& toPixels, const std::function<bool()>& isCancelled)
+{
+    if (mesh.backColor.isValid())
+        image.fill(mesh.backColor);
+    else if (mesh.extends)
+        FillFromCorners(image, mesh, toPixels);
+    constexpr qint64 mostLayers = 64;
+    qint64 budget = mostLayers * image.width() * image.height() + mesh.corners.size() * mostLayers;
+    for (int i = 0; i + 2 < mesh.corners.size() && budget > 0; i += 3) {
+        if (isCancelled && isCancelled())
+            return;
+        const Triangle triangle(mesh, i, toPixels);
+        const QRect box = triangle.BoxIn(image.rect());
+        budget -= qint64(box.width()) * box.height();
+        if (!box.isEmpty())
+            triangle.Paint(image, box);
+    }
+}
+
+} // namespace ofd
