@@ -16,7 +16,7 @@ struct ColorSpace
 
     Kind kind = Kind::Rgb;
     int bits = 8;
-    QVector<QVector<double>> palette; // channel values
+    QVector<QVector<double>> palette;            // channel values
     std::shared_ptr<const ColorProfile> profile; // null: the plain formulas of the device
 
     int GetChannelCount() const { return kind == Kind::Gray ? 1 : kind == Kind::Rgb ? 3 : 4; }
@@ -40,7 +40,8 @@ struct FontResource
 {
     QString fontName;
     QString familyName;
-    QString part; // the embedded font; empty when there is none
+    QString charset; // as written, "big5" for one; empty when not given
+    QString part;    // the embedded font; empty when there is none
     bool isItalic = false;
     bool isBold = false;
     bool isSerif = false;

@@ -129,6 +129,8 @@ private:
         FontResource font;
         font.fontName = AttributeText(element, "FontName").trimmed();
         font.familyName = AttributeText(element, "FamilyName").trimmed();
+        const char* charset = HasAttribute(element, "Charset") ? "Charset" : "CharSet"; // both are met
+        font.charset = AttributeText(element, charset).trimmed();
         font.isItalic = BooleanAttribute(element, "Italic", false);
         font.isBold = BooleanAttribute(element, "Bold", false);
         font.isSerif = BooleanAttribute(element, "Serif", false);

@@ -25,27 +25,10 @@ QTransform PlaceOf(const ImageObject& object)
     return QTransform::fromScale(object.boundary.width(), object.boundary.height()) * object.toContainer;
 }
 
-// Lengths of the sides of the transformed unit square.
-QSizeF SidesOf(const QTransform& transform)
-{
-    return QSizeF(std::hypot(transform.m11(), transform.m12()), std::hypot(transform.m21(), transform.m22()));
-}
-
 bool IsUsable(const QTransform& transform)
 {
     return std::isfinite(transform.determinant()) && transform.determinant() != 0 && std::isfinite(transform.dx()) &&
            std::isfinite(transform.dy());
-}
-
-// Averages a picture down to about the size it is painted in; painting alone would only pick some of its pixels.
-QImage ShrunkTo(const QImage& image, const QSizeF& sidesPx)
-{
-    const bool isMuchLarger = image.width() > 2 * sidesPx.width() || image.height() > 2 * sidesPx.height();
-    if (!isMuchLarger || sidesPx.width() < 1 || sidesPx.height() < 1)
-        return image;
-    const QSize target(int(std::ceil(std::min(double(image.width()), sidesPx.width()))),
-                       int(std::ceil(std::min(double(image.height()), sidesPx.height()))));
-    return image.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 // How much of a picture shows through a mask: its brightness, and nothing where it is transparent.
@@ -99,6 +82,21 @@ QTransform FramePlace(const QTransform& place, const QSizeF& sidesMm)
 }
 
 } // namespace
+
+QSizeF SidesOf(const QTransform& transform)
+{
+    return QSizeF(std::hypot(transform.m11(), transform.m12()), std::hypot(transform.m21(), transform.m22()));
+}
+
+QImage ShrunkTo(const QImage& image, const QSizeF& sizePx)
+{
+    const bool isMuchLarger = image.width() > 2 * sizePx.width() || image.height() > 2 * sizePx.height();
+    if (!isMuchLarger || sizePx.width() < 1 || sizePx.height() < 1)
+        return image;
+    const QSize target(int(std::ceil(std::min(double(image.width()), sizePx.width()))),
+                       int(std::ceil(std::min(double(image.height()), sizePx.height()))));
+    return image.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
 
 QRectF ImagePainter::BoxOf(const ImageObject& object)
 {

@@ -10,6 +10,12 @@ class ImageStore;
 class Package;
 struct Resources;
 
+// Averages a picture down to about the size in pixels that it is painted in; painting alone would only pick some of its
+// pixels. The picture itself when it is not much larger.
+QImage ShrunkTo(const QImage& image, const QSizeF& sizePx);
+// The lengths of the sides of the unit square under the transform.
+QSizeF SidesOf(const QTransform& transform);
+
 // Paints the pictures of a page: the picture or the one that stands in for it, seen through its mask, and the border
 // around it. Made for one object on one thread.
 class ImagePainter

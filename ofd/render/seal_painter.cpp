@@ -1,24 +1,19 @@
 #include "seal_painter.h"
 
+#include "image_painter.h"
 #include "seal_store.h"
 
 #include <ofd/model/document_store.h>
-
-#include <cmath>
 
 namespace ofd {
 
 namespace {
 
-// A picture with many more pixels than it is painted with is averaged down first.
-QImage Fitted(const QImage& image, const QSizeF& sizeMm, const QTransform& toPixels)
+void PaintPicture(QPainter& painter, const QImage& image, const QRectF& boundary)
 {
-    const QSizeF size(std::ceil(sizeMm.width() * std::hypot(toPixels.m11(), toPixels.m12())),
-                      std::ceil(sizeMm.height() * std::hypot(toPixels.m21(), toPixels.m22())));
-    if (size.width() < 1 || size.height() < 1 || image.width() <= 2 * size.width() ||
-        image.height() <= 2 * size.height())
-        return image;
-    return image.scaled(size.toSize(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QSizeF unit = SidesOf(painter.worldTransform());
+    const QSizeF sizePx(boundary.width() * unit.width(), boundary.height() * unit.height());
+    painter.drawImage(boundary, ShrunkTo(image, sizePx));
 }
 
 bool PaintDocument(QPainter& painter, DocumentStore& document, const QRectF& boundary, const FirstPagePainting& paint)
@@ -45,7 +40,7 @@ bool PaintSeals(QPainter& painter, DocumentStore& store, int pageIndex, const Fi
         if (face.document)
             isDone = PaintDocument(painter, *face.document, stamp.boundary, paintDocument);
         else if (!face.image.isNull())
-            painter.drawImage(stamp.boundary, Fitted(face.image, stamp.boundary.size(), painter.worldTransform()));
+            PaintPicture(painter, face.image, stamp.boundary);
         painter.restore();
         if (!isDone)
             return false;

@@ -1,6 +1,9 @@
 #include "font_face.h"
 
+#include "font_repair.h"
+
 #include <QFile>
+#include <QTextCodec>
 
 #include <algorithm>
 #include <cmath>
@@ -9,6 +12,8 @@
 #include <ft2build.h>
 #include FT_FREETYPE_H
 #include FT_OUTLINE_H
+#include FT_SFNT_NAMES_H
+#include FT_TRUETYPE_IDS_H
 
 namespace ofd {
 
@@ -16,6 +21,8 @@ namespace {
 
 constexpr int MaxCachedGlyphs = 20'000;
 constexpr uint SymbolArea = 0xf000; // where symbol maps put their characters
+constexpr FT_UInt MaxNames = 4096;  // of a face that are looked at
+constexpr int MaxFaces = 256;       // of a collection
 
 // Opening and closing faces goes through the one library and needs its lock; an open face has a lock of its own.
 std::mutex libraryMutex;
@@ -83,20 +90,101 @@ QPainterPath PathOf(FT_Outline& outline, double scale)
     return sink.path;
 }
 
+// Null when there is no such face. The library is locked by the caller.
+FT_Face OpenFace(const QByteArray& bytes, int index)
+{
+    FT_Face opened = nullptr;
+    const auto* memory = reinterpret_cast<const FT_Byte*>(bytes.constData());
+    return FT_New_Memory_Face(Library(), memory, FT_Long(bytes.size()), index, &opened) ? nullptr : opened;
+}
+
+bool IsOneOf(const QString& name, const QStringList& names)
+{
+    return !name.isEmpty() && names.contains(name, Qt::CaseInsensitive);
+}
+
+// Whether the face says that it has one of the names, in any language.
+bool HasName(FT_Face face, const QStringList& names)
+{
+    if (IsOneOf(QString::fromLatin1(face->family_name), names) ||
+        IsOneOf(QString::fromLatin1(FT_Get_Postscript_Name(face)), names))
+        return true;
+    for (FT_UInt i = 0; i < std::min(FT_Get_Sfnt_Name_Count(face), MaxNames); ++i) {
+        FT_SfntName name;
+        const bool isThere = !FT_Get_Sfnt_Name(face, i, &name);
+        if (!isThere || name.platform_id == TT_PLATFORM_MACINTOSH)
+            continue;
+        QString text;
+        for (FT_UInt at = 0; at + 1 < name.string_len; at += 2)
+            text.append(QChar(name.string[at] << 8 | name.string[at + 1]));
+        if (IsOneOf(text, names))
+            return true;
+    }
+    return false;
+}
+
+// The face of a collection that has one of the names, else the first.
+FT_Face ChooseFace(const QByteArray& bytes, const QStringList& names)
+{
+    FT_Face first = OpenFace(bytes, 0);
+    if (!first || first->num_faces < 2 || HasName(first, names))
+        return first;
+    const int count = int(std::min<FT_Long>(first->num_faces, MaxFaces));
+    for (int index = 1; index < count; ++index) {
+        FT_Face other = OpenFace(bytes, index);
+        if (other && HasName(other, names)) {
+            FT_Done_Face(first);
+            return other;
+        }
+        if (other)
+            FT_Done_Face(other);
+    }
+    return first;
+}
+
+// What turns characters into the codes of a map that is not in Unicode; null when codes are taken as they are.
+QTextCodec* CodecOf(FT_Encoding encoding)
+{
+    switch (encoding) {
+    case FT_ENCODING_PRC:
+        return QTextCodec::codecForName("GB18030");
+    case FT_ENCODING_BIG5:
+        return QTextCodec::codecForName("Big5");
+    case FT_ENCODING_SJIS:
+        return QTextCodec::codecForName("Shift_JIS");
+    case FT_ENCODING_WANSUNG:
+        return QTextCodec::codecForName("EUC-KR");
+    case FT_ENCODING_APPLE_ROMAN:
+        return QTextCodec::codecForName("Apple Roman");
+    default:
+        return nullptr;
+    }
+}
+
+// The character's code of one or two bytes; 0 when the encoding lacks it.
+uint EncodedBy(const QTextCodec& codec, uint character)
+{
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader | QTextCodec::ConvertInvalidToNull);
+    const QString text = QString::fromUcs4(&character, 1);
+    const QByteArray bytes = codec.fromUnicode(text.constData(), text.size(), &state);
+    if (state.invalidChars > 0 || bytes.isEmpty() || bytes.size() > 2)
+        return 0;
+    return bytes.size() == 1 ? quint8(bytes[0]) : uint(quint8(bytes[0]) << 8 | quint8(bytes[1]));
+}
+
 } // namespace
 
-std::shared_ptr<FontFace> FontFace::FromBytes(const QByteArray& bytes)
+std::shared_ptr<FontFace> FontFace::FromBytes(const QByteArray& bytes, const QStringList& names)
 {
     std::shared_ptr<FontFace> font(new FontFace);
-    font->data = bytes;
+    const QByteArray repaired = RepairedFont(bytes);
+    font->data = repaired.isEmpty() ? bytes : repaired;
     FT_Face opened = nullptr;
     {
         const std::lock_guard<std::mutex> lock(libraryMutex);
-        const auto* memory = reinterpret_cast<const FT_Byte*>(font->data.constData());
-        if (FT_New_Memory_Face(Library(), memory, FT_Long(bytes.size()), 0, &opened))
-            return nullptr;
+        opened = ChooseFace(font->data, names);
     }
-    return font->Adopt(opened) ? font : nullptr;
+    return opened && font->Adopt(opened) ? font : nullptr;
 }
 
 std::shared_ptr<FontFace> FontFace::FromFile(const QString& path, int faceIndex)
@@ -137,12 +225,13 @@ void FontFace::ChooseCharacterMap()
 {
     if (face->charmap && face->charmap->encoding == FT_ENCODING_UNICODE)
         return;
-    for (int i = 0; i < face->num_charmaps; ++i) {
-        if (face->charmaps[i]->encoding == FT_ENCODING_MS_SYMBOL) {
-            symbolOffset = SymbolArea;
-            FT_Set_Charmap(face, face->charmaps[i]);
-            return;
-        }
+    for (const FT_Encoding wanted : {FT_ENCODING_MS_SYMBOL, FT_ENCODING_PRC, FT_ENCODING_BIG5, FT_ENCODING_SJIS,
+                                     FT_ENCODING_WANSUNG, FT_ENCODING_APPLE_ROMAN}) {
+        if (FT_Select_Charmap(face, wanted))
+            continue;
+        symbolOffset = wanted == FT_ENCODING_MS_SYMBOL ? SymbolArea : 0;
+        mapCodec = CodecOf(wanted);
+        return;
     }
     if (!face->charmap && face->num_charmaps > 0)
         FT_Set_Charmap(face, face->charmaps[0]);
@@ -166,12 +255,20 @@ quint32 FontFace::GlyphOf(uint code) const
         return *known;
     if (!face->charmap)
         return 0;
-    quint32 glyph = FT_Get_Char_Index(face, code);
-    if (!glyph && symbolOffset && code < 256)
-        glyph = FT_Get_Char_Index(face, code + symbolOffset);
+    const quint32 glyph = LookUp(code);
     if (glyphByCode.size() < MaxCachedGlyphs)
         glyphByCode.insert(code, glyph);
     return glyph;
+}
+
+quint32 FontFace::LookUp(uint code) const
+{
+    if (mapCodec) {
+        const uint encoded = EncodedBy(*mapCodec, code);
+        return encoded ? FT_Get_Char_Index(face, encoded) : 0;
+    }
+    const quint32 glyph = FT_Get_Char_Index(face, code);
+    return !glyph && symbolOffset && code < 256 ? FT_Get_Char_Index(face, code + symbolOffset) : glyph;
 }
 
 FontFace::Glyph FontFace::GlyphData(quint32 glyph) const

@@ -5,10 +5,12 @@
 
 #include <QPainterPath>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <mutex>
 
+class QTextCodec;
 struct FT_FaceRec_;
 
 namespace ofd {
@@ -18,8 +20,9 @@ namespace ofd {
 class FontFace
 {
 public:
-    // Null when the bytes are no font whose outlines can be read.
-    static std::shared_ptr<FontFace> FromBytes(const QByteArray& bytes);
+    // Reads TrueType, OpenType, bare CFF, Type 1 and collections, told by their bytes. Of a collection the face that
+    // has one of these names, else the first. Null when the bytes are no font whose outlines can be read.
+    static std::shared_ptr<FontFace> FromBytes(const QByteArray& bytes, const QStringList& names = {});
     // A face of an installed font file.
     static std::shared_ptr<FontFace> FromFile(const QString& path, int faceIndex);
     ~FontFace();
@@ -48,6 +51,7 @@ private:
     FontFace() = default;
     bool Adopt(FT_FaceRec_* openedFace);
     void ChooseCharacterMap();
+    quint32 LookUp(uint code) const;
     void ReadHeights();
     Glyph GlyphData(quint32 glyph) const;
 
@@ -58,7 +62,8 @@ private:
     double descent = 0.12;
     bool isBold = false;
     bool isItalic = false;
-    uint symbolOffset = 0; // added to codes below 256 in fonts with a symbol map
+    uint symbolOffset = 0;          // added to codes below 256 in fonts with a symbol map
+    QTextCodec* mapCodec = nullptr; // not owned; of a map that is not in Unicode
 
     mutable std::mutex mutex; // guards the face and the caches
     mutable QHash<quint32, Glyph> glyphs;

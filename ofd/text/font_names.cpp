@@ -21,12 +21,13 @@ const QVector<StyleWords>& Table()
         {FontStyleClass::Kai, {QStringLiteral("kai"), QString::fromUtf8("楷"), QStringLiteral("fzkt")}},
         {FontStyleClass::Hei,
          {QStringLiteral("hei"), QString::fromUtf8("黑"), QStringLiteral("fzht"), QString::fromUtf8("等线"),
-          QStringLiteral("dengxian"), QString::fromUtf8("圆"), QStringLiteral("notosanscjk"),
-          QStringLiteral("sourcehansans")}},
+          QStringLiteral("dengxian"), QString::fromUtf8("圆"), QStringLiteral("gothic"), QString::fromUtf8("ゴシック"),
+          QStringLiteral("gulim"), QString::fromUtf8("굴림"), QStringLiteral("malgun"), QStringLiteral("meiryo"),
+          QStringLiteral("notosanscjk"), QStringLiteral("sourcehansans")}},
         {FontStyleClass::Song,
          {QStringLiteral("song"), QStringLiteral("simsun"), QString::fromUtf8("宋"), QStringLiteral("fzss"),
-          QStringLiteral("ming"), QString::fromUtf8("明"), QStringLiteral("notoserifcjk"),
-          QStringLiteral("sourcehanserif")}},
+          QStringLiteral("ming"), QString::fromUtf8("明"), QStringLiteral("mincho"), QStringLiteral("batang"),
+          QString::fromUtf8("바탕"), QStringLiteral("notoserifcjk"), QStringLiteral("sourcehanserif")}},
         {FontStyleClass::Mono,
          {QStringLiteral("courier"), QStringLiteral("mono"), QStringLiteral("consolas"), QStringLiteral("menlo")}},
         {FontStyleClass::Sans,
@@ -37,6 +38,48 @@ const QVector<StyleWords>& Table()
           QStringLiteral("roman"), QStringLiteral("garamond")}},
     };
     return table;
+}
+
+// Each row has the names of one face, or of a face and those made to its measures.
+const QVector<QStringList>& SameFaces()
+{
+    static const QVector<QStringList> rows = [] {
+        const char* const table[] = {
+            "宋体|SimSun|新宋体|NSimSun",
+            "黑体|SimHei",
+            "楷体|KaiTi|楷体_GB2312|KaiTi_GB2312|SimKai",
+            "仿宋|FangSong|仿宋_GB2312|FangSong_GB2312|SimFang",
+            "微软雅黑|Microsoft YaHei|MicrosoftYaHei",
+            "等线|DengXian",
+            "华文宋体|STSong",
+            "华文中宋|STZhongsong",
+            "华文黑体|STHeiti",
+            "华文楷体|STKaiti",
+            "华文仿宋|STFangsong",
+            "隶书|LiSu",
+            "幼圆|YouYuan",
+            "方正小标宋简体|FZXiaoBiaoSong-B05S|FZXBSJW--GB1-0",
+            "思源宋体|Source Han Serif SC|Noto Serif CJK SC",
+            "思源黑体|Source Han Sans SC|Noto Sans CJK SC",
+            "細明體|MingLiU|新細明體|PMingLiU",
+            "標楷體|DFKai-SB",
+            "微軟正黑體|Microsoft JhengHei",
+            "ＭＳ 明朝|MS Mincho|ＭＳ Ｐ明朝|MS PMincho",
+            "ＭＳ ゴシック|MS Gothic|ＭＳ Ｐゴシック|MS PGothic",
+            "바탕|Batang",
+            "굴림|Gulim",
+            "Arial|ArialMT|Helvetica|Liberation Sans",
+            "Times New Roman|TimesNewRomanPSMT|TimesNewRomanPS|Times|Times-Roman|Liberation Serif",
+            "Courier New|CourierNewPSMT|CourierNewPS|Courier|Liberation Mono",
+            "Calibri|Carlito",
+            "Cambria|Caladea",
+        };
+        QVector<QStringList> made;
+        for (const char* row : table)
+            made.append(QString::fromUtf8(row).split(QLatin1Char('|')));
+        return made;
+    }();
+    return rows;
 }
 
 QString Squeezed(const QString& name)
@@ -71,10 +114,55 @@ FontStyleClass ClassifyFont(const FontResource& font)
     return font.isSerif ? FontStyleClass::Serif : FontStyleClass::Song;
 }
 
-QStringList SubstituteFamilies(FontStyleClass style)
+FontScript ScriptOf(const FontResource& font)
 {
-    const QString serifCjk = QStringLiteral("Noto Serif CJK SC");
-    const QString sansCjk = QStringLiteral("Noto Sans CJK SC");
+    static const QVector<QPair<FontScript, QStringList>> words = {
+        {FontScript::Traditional,
+         {QStringLiteral("big5"), QStringLiteral("mingliu"), QString::fromUtf8("明體"), QString::fromUtf8("標楷"),
+          QString::fromUtf8("正黑"), QStringLiteral("jhenghei"), QStringLiteral("cjktc")}},
+        {FontScript::Japanese,
+         {QStringLiteral("shiftjis"), QStringLiteral("mincho"), QString::fromUtf8("明朝"), QStringLiteral("msgothic"),
+          QStringLiteral("mspgothic"), QString::fromUtf8("ゴシック"), QStringLiteral("meiryo"),
+          QStringLiteral("cjkjp")}},
+        {FontScript::Korean,
+         {QStringLiteral("wansung"), QStringLiteral("johab"), QStringLiteral("batang"), QString::fromUtf8("바탕"),
+          QStringLiteral("gulim"), QString::fromUtf8("굴림"), QStringLiteral("malgun"), QStringLiteral("cjkkr")}},
+    };
+    for (const QString& text : {Squeezed(font.charset), Squeezed(font.fontName), Squeezed(font.familyName)}) {
+        for (const auto& row : words) {
+            if (ContainsAny(text, row.second))
+                return row.first;
+        }
+    }
+    return FontScript::Simplified;
+}
+
+QStringList OtherNamesOf(const QString& family)
+{
+    const QString wanted = Squeezed(family);
+    for (const QStringList& names : SameFaces()) {
+        for (const QString& name : names) {
+            if (Squeezed(name) != wanted)
+                continue;
+            QStringList others = names;
+            others.removeOne(name);
+            return others;
+        }
+    }
+    return {};
+}
+
+QStringList SubstituteFamilies(FontStyleClass style, FontScript script)
+{
+    const QString region = script == FontScript::Traditional ? QStringLiteral("TC")
+                           : script == FontScript::Japanese  ? QStringLiteral("JP")
+                           : script == FontScript::Korean    ? QStringLiteral("KR")
+                                                             : QStringLiteral("SC");
+    const QString serifCjk = QStringLiteral("Noto Serif CJK ") + region;
+    const QString sansCjk = QStringLiteral("Noto Sans CJK ") + region;
+    if (script != FontScript::Simplified && style != FontStyleClass::Mono) // shapes of the script before the style
+        return style == FontStyleClass::Hei || style == FontStyleClass::Sans ? QStringList{sansCjk, serifCjk}
+                                                                             : QStringList{serifCjk, sansCjk};
     switch (style) {
     case FontStyleClass::Song:
         return {QStringLiteral("SimSun"), QStringLiteral("Source Han Serif SC"), serifCjk,

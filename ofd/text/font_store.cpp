@@ -16,15 +16,36 @@ namespace ofd {
 
 namespace {
 
+constexpr int RegularWeight = 400;
 constexpr int BoldFrom = 600;
+constexpr int BoldWeight = 700;
 
-FontChoice ChoiceOf(const InstalledFont& font, bool wantsBold, bool wantsItalic)
+FontChoice ChoiceOf(const InstalledFont& font, int weight, bool wantsItalic)
 {
     FontChoice choice;
     choice.face = font.face;
-    choice.needsEmboldening = wantsBold && !font.isBold;
+    choice.needsEmboldening = weight >= BoldFrom && !font.isBold;
     choice.needsSlanting = wantsItalic && !font.isItalic;
     return choice;
+}
+
+// The weight that is wanted, in whole hundreds from 100 to 900.
+int WeightOf(const FontResource* font, int weight)
+{
+    const int sensible =
+        weight >= 1 && weight <= 1000 ? std::clamp((weight + 50) / 100 * 100, 100, 900) : RegularWeight;
+    return font && font->isBold ? std::max(sensible, BoldWeight) : sensible;
+}
+
+// Names to look for, the best first: the face's own, those it has in another script, and what looks alike.
+QStringList WantedFamilies(const FontResource& font, bool* saysBold, bool* saysItalic)
+{
+    QStringList families;
+    for (const QString& name : {BareFamilyName(font.fontName, saysBold, saysItalic), font.familyName}) {
+        if (!name.isEmpty())
+            families += QStringList(name) + OtherNamesOf(name);
+    }
+    return families + SubstituteFamilies(ClassifyFont(font), ScriptOf(font));
 }
 
 } // namespace
@@ -35,7 +56,7 @@ FontStore::~FontStore() = default;
 FontChoice FontStore::GetFont(const Package& package, const FontResource* font, int weight, bool isItalic)
 {
     if (font && !font->part.isEmpty()) {
-        if (std::shared_ptr<const FontFace> face = Embedded(package, font->part)) {
+        if (std::shared_ptr<const FontFace> face = Embedded(package, *font)) {
             FontChoice choice;
             choice.needsSlanting = isItalic && !font->isItalic && !face->IsItalic();
             choice.needsEmboldening = weight >= BoldFrom && !font->isBold && !face->IsBold();
@@ -47,34 +68,42 @@ FontChoice FontStore::GetFont(const Package& package, const FontResource* font, 
     const FontResource unknown;
     const FontResource& wanted = font ? *font : unknown;
     const std::lock_guard<std::mutex> lock(mutex);
-    return Substitute(wanted, wanted.isBold || weight >= BoldFrom, wanted.isItalic || isItalic);
+    return Substitute(wanted, WeightOf(font, weight), wanted.isItalic || isItalic);
 }
 
-std::shared_ptr<const FontFace> FontStore::Embedded(const Package& package, const QString& part)
+std::shared_ptr<const FontFace> FontStore::Embedded(const Package& package, const FontResource& font)
 {
+    const QString& part = font.part;
+    const QString key = part + QLatin1Char('\n') + font.fontName; // a collection has a face for each name
     const std::lock_guard<std::mutex> lock(mutex);
-    const auto known = embedded.constFind(part);
-    if (known != embedded.constEnd())
-        return *known;
+    for (const QString& name : {part, key}) {
+        const auto known = embedded.constFind(name);
+        if (known != embedded.constEnd())
+            return *known;
+    }
+    bool isCollection = false;
     std::shared_ptr<const FontFace> face;
     const qint64 size = package.GetPartSize(part);
     if (size > 0 && size <= limits::MaxFontBytes && fontBytes + size <= limits::MaxFontBytesInAll) {
         fontBytes += size;
         const PartData data = package.Read(part);
+        isCollection = data.bytes.startsWith("ttcf");
         if (!data.error)
-            face = FontFace::FromBytes(data.bytes);
+            face = FontFace::FromBytes(data.bytes, {font.fontName, font.familyName});
     }
     if (!face)
         ReportProblem(ProblemKind::BadFont, part,
                       QCoreApplication::translate("OfdDocument", "The font cannot be used; another one stands in."));
-    embedded.insert(part, face);
+    embedded.insert(isCollection ? key : part, face);
     return face;
 }
 
-FontChoice FontStore::Substitute(const FontResource& font, bool wantsBold, bool wantsItalic)
+FontChoice FontStore::Substitute(const FontResource& font, int weight, bool wantsItalic)
 {
-    const QString key = font.fontName + QLatin1Char('\n') + font.familyName + QLatin1Char('\n') +
-                        QString::number(wantsBold + 2 * wantsItalic + 4 * font.isSerif + 8 * font.isFixedWidth);
+    const int flags = wantsItalic + 2 * font.isSerif + 4 * font.isFixedWidth;
+    const QString key =
+        QStringList{font.fontName, font.familyName, font.charset, QString::number(weight), QString::number(flags)}.join(
+            QLatin1Char('\n'));
     const auto known = substitutes.constFind(key);
     if (known != substitutes.constEnd())
         return *known;
@@ -82,18 +111,20 @@ FontChoice FontStore::Substitute(const FontResource& font, bool wantsBold, bool 
         FontResource nameless = font; // one search for each style that is left
         nameless.fontName.clear();
         nameless.familyName.clear();
-        return Substitute(nameless, wantsBold, wantsItalic);
+        return Substitute(nameless, weight, wantsItalic);
     }
-    const QString byName = BareFamilyName(font.fontName, &wantsBold, &wantsItalic);
-    const QStringList families = QStringList{byName, font.familyName} + SubstituteFamilies(ClassifyFont(font));
+    bool saysBold = false;
+    const QStringList families = WantedFamilies(font, &saysBold, &wantsItalic);
+    if (saysBold)
+        weight = std::max(weight, BoldWeight);
     InstalledFont found;
     for (const QString& family : families) {
-        if (!found.face && !family.isEmpty())
-            found = FindInstalledFont(family, wantsBold, wantsItalic);
+        if (!found.face)
+            found = FindInstalledFont(family, weight, wantsItalic);
     }
     if (!found.face)
-        found = FindInstalledFontFor('a', families, wantsBold);
-    const FontChoice choice = ChoiceOf(found, wantsBold, wantsItalic);
+        found = FindInstalledFontFor('a', families, weight);
+    const FontChoice choice = ChoiceOf(found, weight, wantsItalic);
     substitutes.insert(key, choice);
     const char* text =
         choice.face ? QT_TRANSLATE_NOOP("OfdDocument", "The file brings no font \"%1\"; \"%2\" stands in for it.")
@@ -106,15 +137,17 @@ FontChoice FontStore::Substitute(const FontResource& font, bool wantsBold, bool 
 std::shared_ptr<const FontFace> FontStore::GetFallback(uint code, const FontResource* font, int weight)
 {
     const FontStyleClass style = font ? ClassifyFont(*font) : FontStyleClass::Song;
-    const bool wantsBold = weight >= BoldFrom || (font && font->isBold);
-    const QString key = QStringLiteral("%1 %2 %3").arg(code).arg(int(style)).arg(wantsBold);
+    const FontScript script = font ? ScriptOf(*font) : FontScript::Simplified;
+    const int wanted = WeightOf(font, weight);
+    const QString key = QStringLiteral("%1 %2 %3 %4").arg(code).arg(int(style)).arg(int(script)).arg(wanted);
     const std::lock_guard<std::mutex> lock(mutex);
     const auto known = fallbacks.constFind(key);
     if (known != fallbacks.constEnd())
         return *known;
     if (++searches > limits::MaxFontSearches)
         return FoundBefore(code);
-    const std::shared_ptr<const FontFace> face = FindInstalledFontFor(code, SubstituteFamilies(style), wantsBold).face;
+    const std::shared_ptr<const FontFace> face =
+        FindInstalledFontFor(code, SubstituteFamilies(style, script), wanted).face;
     fallbacks.insert(key, face);
     if (face && std::find(fallbackFaces.begin(), fallbackFaces.end(), face) == fallbackFaces.end())
         fallbackFaces.push_back(face);

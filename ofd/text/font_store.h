@@ -37,15 +37,16 @@ public:
     std::shared_ptr<const FontFace> GetFallback(uint code, const FontResource* font, int weight);
 
 private:
-    std::shared_ptr<const FontFace> Embedded(const Package& package, const QString& part);
+    std::shared_ptr<const FontFace> Embedded(const Package& package, const FontResource& font);
     // The caller holds the lock.
-    FontChoice Substitute(const FontResource& font, bool wantsBold, bool wantsItalic);
+    FontChoice Substitute(const FontResource& font, int weight, bool wantsItalic);
     // A face that was found for another character and has this one too.
     std::shared_ptr<const FontFace> FoundBefore(uint code) const;
 
     std::mutex mutex;
-    QHash<QString, std::shared_ptr<const FontFace>> embedded;   // by part; null for those that cannot be read
-    QHash<QString, FontChoice> substitutes;                     // by name and style
+    QHash<QString, std::shared_ptr<const FontFace>>
+        embedded;                           // by part, of collections by name too; null when unreadable
+    QHash<QString, FontChoice> substitutes; // by name and style
     QHash<QString, std::shared_ptr<const FontFace>> fallbacks;  // by character and style
     std::vector<std::shared_ptr<const FontFace>> fallbackFaces; // each face of them once
     int searches = 0;                                           // among the installed fonts

@@ -13,12 +13,12 @@ namespace {
 
 using PatternPointer = std::unique_ptr<FcPattern, decltype(&FcPatternDestroy)>;
 
-PatternPointer MakePattern(const QStringList& families, bool wantsBold, bool wantsItalic)
+PatternPointer MakePattern(const QStringList& families, int weight, bool wantsItalic)
 {
     PatternPointer pattern(FcPatternCreate(), &FcPatternDestroy);
     for (const QString& family : families)
         FcPatternAddString(pattern.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family.toUtf8().constData()));
-    FcPatternAddInteger(pattern.get(), FC_WEIGHT, wantsBold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
+    FcPatternAddInteger(pattern.get(), FC_WEIGHT, FcWeightFromOpenType(weight));
     FcPatternAddInteger(pattern.get(), FC_SLANT, wantsItalic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
     FcPatternAddBool(pattern.get(), FC_SCALABLE, FcTrue);
     return pattern;
@@ -78,15 +78,15 @@ InstalledFont FontOf(FcPattern* font)
 
 } // namespace
 
-InstalledFont FindInstalledFont(const QString& family, bool wantsBold, bool wantsItalic)
+InstalledFont FindInstalledFont(const QString& family, int weight, bool wantsItalic)
 {
-    const PatternPointer match = BestMatch(MakePattern({family}, wantsBold, wantsItalic));
+    const PatternPointer match = BestMatch(MakePattern({family}, weight, wantsItalic));
     return match && HasFamily(match.get(), family) ? FontOf(match.get()) : InstalledFont();
 }
 
-InstalledFont FindInstalledFontFor(uint code, const QStringList& families, bool wantsBold)
+InstalledFont FindInstalledFontFor(uint code, const QStringList& families, int weight)
 {
-    const PatternPointer pattern = MakePattern(families, wantsBold, false);
+    const PatternPointer pattern = MakePattern(families, weight, false);
     FcCharSet* characters = FcCharSetCreate();
     FcCharSetAddChar(characters, code);
     FcPatternAddCharSet(pattern.get(), FC_CHARSET, characters);

@@ -17,9 +17,10 @@ struct InstalledFont
     bool isItalic = false;
 };
 
-// The installed face of exactly that family (any of its names) that is nearest to the style. Any thread.
-InstalledFont FindInstalledFont(const QString& family, bool wantsBold, bool wantsItalic);
+// The installed face of exactly that family (any of its names) that is nearest to the style. Weights are the usual
+// numbers from 100 to 900. Any thread.
+InstalledFont FindInstalledFont(const QString& family, int weight, bool wantsItalic);
 // Any installed face that has the character, the listed families first.
-InstalledFont FindInstalledFontFor(uint code, const QStringList& families, bool wantsBold);
+InstalledFont FindInstalledFontFor(uint code, const QStringList& families, int weight);
 
 } // namespace ofd
