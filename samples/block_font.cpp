@@ -8,7 +8,7 @@ namespace samples {
 namespace {
 
 constexpr int kBlock = 100; // units of one block; 1000 units an em
-constexpr int kAdvance = 600;
+constexpr int kAdvance = kBlockAdvance;
 constexpr int kRows = 7, kColumns = 5;
 
 struct Letter
@@ -64,30 +64,6 @@ public:
     }
     QByteArray data;
 };
-
-struct Block
-{
-    int left, bottom, right, top;
-};
-
-// The blocks of a glyph, neighbours in a row joined. Glyph 0 is a filled box.
-QVector<Block> BlocksOf(int glyph)
-{
-    if (glyph == 0)
-        return {{0, 0, kColumns * kBlock, kRows * kBlock}};
-    QVector<Block> blocks;
-    for (int row = 0; row < kRows; ++row) {
-        const int bottom = (kRows - 1 - row) * kBlock;
-        for (int column = 0; column < kColumns; ++column) {
-            const int first = column;
-            while (column < kColumns && (kLetters[glyph - 1].rows[row] >> (kColumns - 1 - column) & 1))
-                ++column;
-            if (column > first)
-                blocks.append({first * kBlock, bottom, column * kBlock, bottom + kBlock});
-        }
-    }
-    return blocks;
-}
 
 QByteArray GlyfEntry(int glyph)
 {
@@ -270,6 +246,35 @@ QByteArray CharString(int glyph)
 }
 
 } // namespace
+
+// Neighbours in a row are joined.
+QVector<Block> BlocksOf(int glyph)
+{
+    if (glyph == 0)
+        return {{0, 0, kColumns * kBlock, kRows * kBlock}};
+    QVector<Block> blocks;
+    for (int row = 0; row < kRows; ++row) {
+        const int bottom = (kRows - 1 - row) * kBlock;
+        for (int column = 0; column < kColumns; ++column) {
+            const int first = column;
+            while (column < kColumns && (kLetters[glyph - 1].rows[row] >> (kColumns - 1 - column) & 1))
+                ++column;
+            if (column > first)
+                blocks.append({first * kBlock, bottom, column * kBlock, bottom + kBlock});
+        }
+    }
+    return blocks;
+}
+
+int BlockGlyphCount()
+{
+    return kGlyphCount;
+}
+
+QChar BlockLetter(int glyph)
+{
+    return QLatin1Char(kLetters[glyph - 1].code);
+}
 
 QByteArray BlockTrueType(const BlockFontTables& tables)
 {

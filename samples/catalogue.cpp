@@ -2,6 +2,8 @@
 
 #include "damaged.h"
 #include "deviations.h"
+#include "features.h"
+#include "hostile.h"
 #include "invoice.h"
 #include "report.h"
 #include "tour.h"
@@ -19,10 +21,9 @@ Sample Ordinary(const QString& name, const QString& shows, Package (*make)())
             [make](const QString& path) { return make().Save(path); }};
 }
 
-Sample FromDeviation(const Deviation& deviation)
+Sample FromDeviation(const Deviation& deviation, const QString& folder = QStringLiteral("deviations/"))
 {
-    Sample sample{
-        QStringLiteral("deviations/") + deviation.name, deviation.group, deviation.shows, deviation.mustDo, {}};
+    Sample sample{folder + deviation.name, deviation.group, deviation.shows, deviation.mustDo, {}};
     sample.write = [deviation](const QString& path) {
         Package package = PlainDocument(deviation.name, deviation.shows);
         if (deviation.change)
@@ -51,7 +52,12 @@ std::vector<Sample> MakeList()
                               ContentDeviations(), ListDeviations(), SignatureDeviations()})
         for (const Deviation& deviation : group)
             list.push_back(FromDeviation(deviation));
+    for (const auto& group : {ImageFeatures(), SealFeatures(), ColourFeatures(), FontFeatures()})
+        for (const Deviation& feature : group)
+            list.push_back(FromDeviation(feature, QStringLiteral("features/")));
     for (const Damage& damage : Damages())
+        list.push_back(FromDamage(damage));
+    for (const Damage& damage : HostileFiles())
         list.push_back(FromDamage(damage));
     return list;
 }

@@ -19,7 +19,7 @@ struct Sample
     std::function<bool(const QString& path)> write;
 };
 
-// Every sample, in a fixed order: the ordinary documents, then "deviations/…", then "damaged/…".
+// Every sample, in a fixed order: the ordinary documents, then "deviations/…", "features/…", "damaged/…".
 const std::vector<Sample>& Samples();
 
 // Writes the samples of these names (a name may also be a folder, "deviations"; none: all) below the folder, and beside

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "deviations.h"
+
+namespace samples {
+
+// Single features of the format, each on the first page of the plain document, with what a reader must show.
+std::vector<Deviation> ImageFeatures();
+std::vector<Deviation> SealFeatures();
+std::vector<Deviation> ColourFeatures();
+std::vector<Deviation> FontFeatures();
+
+} // namespace samples
