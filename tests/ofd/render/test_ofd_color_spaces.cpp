@@ -1,0 +1,142 @@
+#include <ofd/model/color_profile.h>
+#include <samples/profiles.h>
+#include <tests/ofd/document/page_painting.h>
+#include <tests/support/test_main.h>
+
+#include <QtTest>
+
+#include <lcms2.h>
+
+class TestOfdColorSpaces : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void coloursFollowTheProfileOfTheirSpace_data();
+    void coloursFollowTheProfileOfTheirSpace();
+    void profilesThatCannotBeUsedGiveWayToTheDevice_data();
+    void profilesThatCannotBeUsedGiveWayToTheDevice();
+    void palettesCountInTheSpaceOfTheirBits();
+    void stepsThatAreNoneCountAsEight();
+    void brokenProfilesAreRefusedOrHarmless();
+};
+
+namespace {
+
+// The colour of a square in space 20.
+QColor Painted(const QByteArray& spaceAttributes, const QByteArray& palette, const QByteArray& colour,
+               const QByteArray& profile = {})
+{
+    OfdFile file = OfdFile::WithPage(FilledSquare(10, 10, "ColorSpace=\"20\" " + colour));
+    file.Resources("<ofd:ColorSpaces><ofd:ColorSpace ID=\"20\" " + spaceAttributes + ">" + palette +
+                   "</ofd:ColorSpace></ofd:ColorSpaces>");
+    if (!profile.isEmpty())
+        file.Set(QStringLiteral("Doc_0/Res/space.icc"), profile);
+    return ColourAt(PaintFile(file), 20, 20);
+}
+
+// What the colour library makes of a colour that is told by its look, without any of our profiles.
+QColor ScreenColourOf(const double (&lab)[3])
+{
+    cmsHPROFILE source = cmsCreateLab4Profile(nullptr);
+    cmsHPROFILE screen = cmsCreate_sRGBProfile();
+    cmsHTRANSFORM transform =
+        cmsCreateTransform(source, TYPE_Lab_DBL, screen, TYPE_RGB_8, INTENT_RELATIVE_COLORIMETRIC, 0);
+    quint8 rgb[3] = {};
+    cmsDoTransform(transform, lab, rgb, 1);
+    cmsDeleteTransform(transform);
+    cmsCloseProfile(screen);
+    cmsCloseProfile(source);
+    return QColor(rgb[0], rgb[1], rgb[2]);
+}
+
+} // namespace
+
+void TestOfdColorSpaces::coloursFollowTheProfileOfTheirSpace_data()
+{
+    QTest::addColumn<QByteArray>("type");
+    QTest::addColumn<QByteArray>("profile");
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<QColor>("expected");
+    const QByteArray gray = samples::LinearGrayProfile(), rgb = samples::LinearRgbProfile(),
+                     inks = samples::InkProfile();
+    // Half of the light is 188 of 255 on a screen.
+    QTest::newRow("gray") << QByteArray("GRAY") << gray << QByteArray("128") << QColor(188, 188, 188);
+    QTest::newRow("white") << QByteArray("GRAY") << gray << QByteArray("255") << QColor(255, 255, 255);
+    QTest::newRow("lights") << QByteArray("RGB") << rgb << QByteArray("128 0 255") << QColor(188, 0, 255);
+    QTest::newRow("no ink") << QByteArray("CMYK") << inks << QByteArray("0 0 0 0") << QColor(255, 255, 255);
+    QTest::newRow("first ink") << QByteArray("CMYK") << inks << QByteArray("255 0 0 0")
+                               << ScreenColourOf(samples::InkLab);
+    QTest::newRow("an ink without colour")
+        << QByteArray("CMYK") << inks << QByteArray("0 255 255 0") << QColor(255, 255, 255);
+    QTest::newRow("black") << QByteArray("CMYK") << inks << QByteArray("0 0 0 255") << QColor(0, 0, 0);
+}
+
+void TestOfdColorSpaces::coloursFollowTheProfileOfTheirSpace()
+{
+    QFETCH(QByteArray, type);
+    QFETCH(QByteArray, profile);
+    QFETCH(QByteArray, value);
+    QFETCH(QColor, expected);
+    const QColor found = Painted("Type=\"" + type + "\" Profile=\"space.icc\"", {}, "Value=\"" + value + "\"", profile);
+    QVERIFY2(IsNear(found, expected, 3), qPrintable(found.name() + QLatin1Char(' ') + expected.name()));
+}
+
+void TestOfdColorSpaces::profilesThatCannotBeUsedGiveWayToTheDevice_data()
+{
+    QTest::addColumn<QByteArray>("profile");
+    QTest::newRow("missing") << QByteArray();
+    QTest::newRow("no profile") << QByteArray("no profile at all");
+    QTest::newRow("cut off") << samples::LinearRgbProfile().left(200);
+    QTest::newRow("of other channels") << samples::InkProfile();
+}
+
+void TestOfdColorSpaces::profilesThatCannotBeUsedGiveWayToTheDevice()
+{
+    QFETCH(QByteArray, profile);
+    QCOMPARE(Painted("Type=\"RGB\" Profile=\"space.icc\"", {}, "Value=\"128 0 255\"", profile), QColor(128, 0, 255));
+}
+
+void TestOfdColorSpaces::palettesCountInTheSpaceOfTheirBits()
+{
+    const QByteArray palette = "<ofd:Palette><ofd:CV>0 0 0</ofd:CV><ofd:CV>65535 32768 0</ofd:CV></ofd:Palette>";
+    const QByteArray sixteen = "Type=\"RGB\" BitsPerComponent=\"16\"";
+    QVERIFY(IsNear(Painted(sixteen, palette, "Index=\"1\""), QColor(255, 128, 0), 1));
+    QCOMPARE(Painted(sixteen, palette, "Index=\"0\""), QColor(0, 0, 0));
+    QCOMPARE(Painted(sixteen, palette, "Index=\"7\""), QColor(0, 0, 0)); // there is none: all channels are 0
+    QCOMPARE(Painted("Type=\"CMYK\" BitsPerComponent=\"1\"", "<ofd:Palette><ofd:CV>0 1 1 0</ofd:CV></ofd:Palette>",
+                     "Index=\"0\""),
+             QColor(255, 0, 0));
+    const QByteArray grays = "<ofd:Palette><ofd:CV>2</ofd:CV></ofd:Palette>";
+    QVERIFY(IsNear(Painted("Type=\"GRAY\" BitsPerComponent=\"2\"", grays, "Index=\"0\""), QColor(170, 170, 170), 1));
+    QVERIFY(IsNear(Painted("Type=\"GRAY\" Profile=\"space.icc\"", "<ofd:Palette><ofd:CV>128</ofd:CV></ofd:Palette>",
+                           "Index=\"0\"", samples::LinearGrayProfile()),
+                   QColor(188, 188, 188), 3));
+}
+
+void TestOfdColorSpaces::stepsThatAreNoneCountAsEight()
+{
+    for (const char* bits : {"0", "-1", "7", "1000", "many"})
+        QCOMPARE(Painted(QByteArray("Type=\"RGB\" BitsPerComponent=\"") + bits + "\"", {}, "Value=\"255 0 128\""),
+                 QColor(255, 0, 128));
+}
+
+void TestOfdColorSpaces::brokenProfilesAreRefusedOrHarmless()
+{
+    const QByteArray whole = samples::InkProfile();
+    QVERIFY(ofd::ColorProfile::FromBytes(whole, 4));
+    QVERIFY(!ofd::ColorProfile::FromBytes(whole, 3));
+    QVERIFY(!ofd::ColorProfile::FromBytes(QByteArray(), 3));
+    for (int length = 0; length < whole.size() - 32; length += 13)
+        QVERIFY(!ofd::ColorProfile::FromBytes(whole.left(length), 4));
+    for (int at = 0; at < whole.size(); ++at) {
+        QByteArray changed = whole;
+        changed[at] = char(~changed[at]);
+        if (const auto profile = ofd::ColorProfile::FromBytes(changed, 4))
+            QVERIFY(profile->ColorOf({0.5, 0.5, 0.5, 0.5}).isValid());
+    }
+}
+
+TETO_TEST_MAIN(TestOfdColorSpaces)
+
+#include "test_ofd_color_spaces.moc"

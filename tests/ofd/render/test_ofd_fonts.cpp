@@ -1,0 +1,198 @@
+#include <ofd/model/resources.h>
+#include <ofd/text/font_face.h>
+#include <ofd/text/font_names.h>
+#include <ofd/text/installed_fonts.h>
+#include <samples/block_font.h>
+#include <samples/block_font_kinds.h>
+#include <tests/support/test_main.h>
+
+#include <QtTest>
+
+using ofd::FontFace;
+
+class TestOfdFonts : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyKindOfFontDrawsItsGlyphs_data();
+    void everyKindOfFontDrawsItsGlyphs();
+    void ofACollectionTheNamedFaceIsTaken();
+    void mapsOfOtherEncodingsFindTheirCharacters();
+    void brokenFontsNeverLeadAstray_data();
+    void brokenFontsNeverLeadAstray();
+    void fontsAreKnownByTheirOtherNames();
+    void theScriptOfAFontDecidesWhatStandsIn();
+    void everyCharacterFindsAFaceThatHasIt_data();
+    void everyCharacterFindsAFaceThatHasIt();
+    void weightsPickTheFace();
+};
+
+namespace {
+
+const QStringList BlockName = {QStringLiteral("Block Sample")};
+
+quint32 Glyph(char letter)
+{
+    return quint32(samples::BlockGlyph(QLatin1Char(letter)));
+}
+
+} // namespace
+
+void TestOfdFonts::everyKindOfFontDrawsItsGlyphs_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("hasMap");
+    QTest::addColumn<bool>("hasWidths");
+    samples::BlockFontTables bare;
+    bare.hasCmap = bare.hasNames = false;
+    QTest::newRow("TrueType") << samples::BlockTrueType() << true << true;
+    QTest::newRow("TrueType without cmap, name, OS/2, post") << samples::BlockTrueType(bare) << false << true;
+    QTest::newRow("OpenType with CFF") << samples::BlockOpenTypeCff() << true << true;
+    QTest::newRow("bare CFF") << samples::BlockCff() << true << true;
+    QTest::newRow("Type 1 in digits") << samples::BlockTypeOneText() << true << true;
+    QTest::newRow("Type 1 in segments") << samples::BlockTypeOneBinary() << true << true;
+    QTest::newRow("collection") << samples::BlockCollection() << true << true;
+    for (const char* table : {"head", "maxp", "hhea"})
+        QTest::newRow(qPrintable(QStringLiteral("without ") + QLatin1String(table)))
+            << samples::BlockWithout(table) << true << true;
+    QTest::newRow("without hmtx") << samples::BlockWithout("hmtx") << true << false;
+    QTest::newRow("cut off") << samples::BlockCutOff() << true << true;
+    for (const char* table : {"post", "name", "OS/2"})
+        QTest::newRow(qPrintable(QLatin1String(table) + QStringLiteral(" outside")))
+            << samples::BlockWithTableOutside(table) << true << true;
+    QTest::newRow("cmap outside") << samples::BlockWithTableOutside("cmap") << false << true;
+}
+
+void TestOfdFonts::everyKindOfFontDrawsItsGlyphs()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, hasMap);
+    QFETCH(bool, hasWidths);
+    const std::shared_ptr<FontFace> face = FontFace::FromBytes(bytes, BlockName);
+    QVERIFY(face);
+    for (const char letter : {'B', 'L', '8'}) {
+        const QRectF box = face->OutlineOf(Glyph(letter)).boundingRect();
+        QVERIFY2(qAbs(box.left()) < 0.001 && qAbs(box.right() - 0.5) < 0.001, qPrintable(QString::number(box.right())));
+        QVERIFY(qAbs(box.top() + 0.7) < 0.001 && qAbs(box.bottom()) < 0.001);
+        QCOMPARE(face->GlyphOf(uint(letter)), hasMap ? Glyph(letter) : 0);
+        if (hasWidths)
+            QVERIFY(qAbs(face->AdvanceOf(Glyph(letter)) - 0.6) < 0.001);
+    }
+    QVERIFY(face->OutlineOf(100'000).isEmpty());
+}
+
+void TestOfdFonts::ofACollectionTheNamedFaceIsTaken()
+{
+    const QByteArray bytes = samples::BlockCollection();
+    const auto isDrawn = [&](const QStringList& names) {
+        return !FontFace::FromBytes(bytes, names)->OutlineOf(Glyph('B')).isEmpty();
+    };
+    QVERIFY(isDrawn(BlockName));
+    QVERIFY(isDrawn({QString(), QStringLiteral("block sample")}));
+    QVERIFY(!isDrawn({QStringLiteral("Other Sample")})); // whose glyphs are empty
+    QVERIFY(!isDrawn({QStringLiteral("No Such Face")})); // the first
+    QVERIFY(!isDrawn({}));
+}
+
+void TestOfdFonts::mapsOfOtherEncodingsFindTheirCharacters()
+{
+    const std::shared_ptr<FontFace> face = FontFace::FromBytes(samples::BlockWithChineseMap());
+    QVERIFY(face);
+    QCOMPARE(face->GlyphOf(0x56fd), Glyph('A')); // 国
+    QCOMPARE(face->GlyphOf(0x4e2d), 0U);
+    QCOMPARE(face->GlyphOf(0xac00), 0U); // not in that encoding's two bytes
+}
+
+void TestOfdFonts::brokenFontsNeverLeadAstray_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("TrueType") << samples::BlockTrueType();
+    QTest::newRow("OpenType with CFF") << samples::BlockOpenTypeCff();
+    QTest::newRow("bare CFF") << samples::BlockCff();
+    QTest::newRow("Type 1") << samples::BlockTypeOneBinary();
+    QTest::newRow("collection") << samples::BlockCollection();
+}
+
+void TestOfdFonts::brokenFontsNeverLeadAstray()
+{
+    QFETCH(QByteArray, bytes);
+    QVERIFY(FontFace::FromBytes(bytes));
+    const auto isSane = [](const QByteArray& damaged) {
+        const std::shared_ptr<FontFace> face = FontFace::FromBytes(damaged, BlockName);
+        if (!face)
+            return true;
+        const QRectF box = face->OutlineOf(Glyph('B')).boundingRect();
+        const double advance = face->AdvanceOf(Glyph('B'));
+        return std::isfinite(box.width()) && std::isfinite(advance) && face->GetAscent() > 0 &&
+               face->GlyphOf('B') < 0x110000;
+    };
+    for (int length = 0; length < bytes.size(); length += bytes.size() / 200 + 1)
+        QVERIFY(isSane(bytes.left(length)));
+    for (int at = 0; at < bytes.size(); at += at < 400 ? 1 : 37) {
+        QByteArray changed = bytes;
+        changed[at] = char(~changed[at]);
+        QVERIFY(isSane(changed));
+    }
+}
+
+void TestOfdFonts::fontsAreKnownByTheirOtherNames()
+{
+    QVERIFY(ofd::OtherNamesOf(QString::fromUtf8("宋体")).contains(QStringLiteral("SimSun")));
+    QVERIFY(ofd::OtherNamesOf(QStringLiteral("simsun")).contains(QString::fromUtf8("宋体")));
+    QVERIFY(ofd::OtherNamesOf(QStringLiteral("Times New Roman")).contains(QStringLiteral("Liberation Serif")));
+    QVERIFY(ofd::OtherNamesOf(QStringLiteral("KaiTi_GB2312")).contains(QString::fromUtf8("楷体")));
+    QVERIFY(ofd::OtherNamesOf(QStringLiteral("No Such Face")).isEmpty());
+}
+
+void TestOfdFonts::theScriptOfAFontDecidesWhatStandsIn()
+{
+    ofd::FontResource font;
+    QCOMPARE(ofd::ScriptOf(font), ofd::FontScript::Simplified);
+    font.charset = QStringLiteral("shift-jis");
+    QCOMPARE(ofd::ScriptOf(font), ofd::FontScript::Japanese);
+    QCOMPARE(ofd::SubstituteFamilies(ofd::FontStyleClass::Song, ofd::FontScript::Japanese).first(),
+             QStringLiteral("Noto Serif CJK JP"));
+    font.charset = QStringLiteral("unicode");
+    font.fontName = QString::fromUtf8("細明體");
+    QCOMPARE(ofd::ScriptOf(font), ofd::FontScript::Traditional);
+    font.fontName = QStringLiteral("Malgun Gothic");
+    QCOMPARE(ofd::ScriptOf(font), ofd::FontScript::Korean);
+    QCOMPARE(ofd::ClassifyFont(font), ofd::FontStyleClass::Hei);
+}
+
+void TestOfdFonts::everyCharacterFindsAFaceThatHasIt_data()
+{
+    QTest::addColumn<uint>("code");
+    QTest::newRow("Latin") << uint('a');
+    QTest::newRow("Chinese") << 0x56fdU;
+    QTest::newRow("a rare character") << 0x20bb7U;
+    QTest::newRow("Hangul") << 0xac00U;
+    QTest::newRow("Kana") << 0x3042U;
+    QTest::newRow("Greek") << 0x3b1U;
+}
+
+void TestOfdFonts::everyCharacterFindsAFaceThatHasIt()
+{
+    QFETCH(uint, code);
+    for (const auto style : {ofd::FontStyleClass::Song, ofd::FontStyleClass::Hei, ofd::FontStyleClass::Sans}) {
+        const ofd::InstalledFont font = ofd::FindInstalledFontFor(code, ofd::SubstituteFamilies(style), 400);
+        QVERIFY(font.face);
+        QVERIFY(font.face->GlyphOf(code) != 0);
+    }
+}
+
+void TestOfdFonts::weightsPickTheFace()
+{
+    const ofd::InstalledFont regular = ofd::FindInstalledFont(QStringLiteral("Liberation Sans"), 400, false);
+    const ofd::InstalledFont bold = ofd::FindInstalledFont(QStringLiteral("Liberation Sans"), 700, false);
+    QVERIFY(regular.face && bold.face);
+    QVERIFY(!regular.isBold && bold.isBold);
+    QVERIFY(regular.face != bold.face);
+    QVERIFY(ofd::FindInstalledFont(QStringLiteral("Liberation Sans"), 400, true).isItalic);
+    QVERIFY(!ofd::FindInstalledFont(QStringLiteral("No Such Face"), 400, false).face);
+}
+
+TETO_TEST_MAIN(TestOfdFonts)
+
+#include "test_ofd_fonts.moc"
