@@ -102,7 +102,8 @@ public:
     void SelectTextBetween(int fromPage, const CCA_GPoint& from, int toPage, const CCA_GPoint& to);
     // The text of all pages, in the same way.
     void SelectAllText();
-    // The selected text, one line for each run. Waits for what has still to be read.
+    // The selected text: a line for each run, with tabs between runs that stand side by side. Waits for what has still
+    // to be read.
     QString SelectedText() const;
     // Moves the visible part of the scene.
     void ScrollBy(int dx, int dy);

@@ -11,6 +11,13 @@
 namespace {
 constexpr int kPagesAtOnce = 20; // so many are read in one go, however long they take
 constexpr int kFirstSliceMs = 50;
+
+// Whether a piece stands beside the one before it, as the cells of a table do.
+bool IsSameLine(const CCA_GRect& last, const CCA_GRect& next)
+{
+    const float overlap = qMin(last.bottom, next.bottom) - qMax(last.top, next.top);
+    return next.left >= last.right && 2 * overlap > qMin(last.Height(), next.Height());
+}
 } // namespace
 
 QList<G_HighLightItem> G_DocView::SelectHighLightText() const
@@ -97,10 +104,14 @@ QString G_DocView::SelectedText() const
         d->SelectMore(std::numeric_limits<int>::max());
         QGuiApplication::restoreOverrideCursor();
     }
-    QStringList lines;
+    QString text;
     for (const G_HighLightItem& item : qAsConst(d->selection)) {
-        for (const G_TextRun& run : item.runs)
-            lines.append(run.text);
+        for (int i = 0; i < item.runs.size(); ++i) {
+            if (!text.isEmpty())
+                text += i > 0 && IsSameLine(item.runs.at(i - 1).rect, item.runs.at(i).rect) ? QLatin1Char('\t')
+                                                                                            : QLatin1Char('\n');
+            text += item.runs.at(i).text;
+        }
     }
-    return lines.join(QLatin1Char('\n'));
+    return text;
 }

@@ -9,6 +9,8 @@
 #include <QGuiApplication>
 #include <QTimer>
 
+#include <cmath>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -40,6 +42,55 @@ QPair<int, int> WordAt(const QString& text, int position)
     while (to < text.size() && isWord(to))
         ++to;
     return {from, to};
+}
+
+// The glyph at a place of a page, or the nearest one of a line that is there; -1 when none is.
+int GlyphAt(const IG_TextPage& page, const QList<G_TextGlyph>& glyphs, const CCA_GPoint& place)
+{
+    const QList<G_TextRun> runs = page.AllRuns();
+    int nearest = -1;
+    float least = std::numeric_limits<float>::max();
+    for (int i = 0; i < glyphs.size(); ++i) {
+        const CCA_GRect& box = glyphs.at(i).rect;
+        if (box.Contains(place))
+            return i;
+        const float distance = std::hypot((box.left + box.right) / 2 - place.x, (box.top + box.bottom) / 2 - place.y);
+        if (distance < least && runs.value(glyphs.at(i).run).rect.Contains(place)) {
+            least = distance;
+            nearest = i;
+        }
+    }
+    return nearest;
+}
+
+// The word on a line around one of its glyphs, with the box of its own glyphs.
+G_TextRun WordAround(const QList<G_TextGlyph>& glyphs, int hit)
+{
+    const int line = glyphs.at(hit).run;
+    QString text;
+    QVector<int> glyphOf; // by position in the text
+    int place = 0;
+    for (int i = 0; i < glyphs.size(); ++i) {
+        if (glyphs.at(i).run != line)
+            continue;
+        if (i == hit)
+            place = text.size();
+        text += glyphs.at(i).text;
+        glyphOf += QVector<int>(glyphs.at(i).text.size(), i);
+    }
+    const QPair<int, int> word = WordAt(text, place);
+    G_TextRun run;
+    for (int at = word.first; at < word.second; ++at) {
+        const G_TextGlyph& glyph = glyphs.at(glyphOf.at(at));
+        if (at > word.first && glyphOf.at(at) == glyphOf.at(at - 1))
+            continue;
+        run.text += glyph.text;
+        const CCA_GRect& box = glyph.rect;
+        run.rect = at == word.first ? box
+                                    : CCA_GRect(qMin(run.rect.left, box.left), qMin(run.rect.top, box.top),
+                                                qMax(run.rect.right, box.right), qMax(run.rect.bottom, box.bottom));
+    }
+    return run;
 }
 
 } // namespace
@@ -222,22 +273,17 @@ int GT_TextSelect::OnLButtonDblClk(unsigned /*flags*/, CCA_Point point)
     if (page < 0)
         return 1;
     G_PageHolds wordHold(GDocument());
-    const QList<G_TextRun> runs = wordHold.AllRuns(page);
-    for (const G_TextRun& run : runs) {
-        if (!run.rect.Contains(place) || run.text.isEmpty())
-            continue;
-        const float step = run.rect.Width() / run.text.size();
-        const QPair<int, int> word = WordAt(run.text, static_cast<int>((place.x - run.rect.left) / step));
-        G_TextRun part;
-        part.text = run.text.mid(word.first, word.second - word.first);
-        part.rect = CCA_GRect(run.rect.left + step * word.first, run.rect.top, run.rect.left + step * word.second,
-                              run.rect.bottom);
-        G_HighLightItem item;
-        item.pageIndex = page;
-        item.runs.append(part);
-        DocView()->SetHighLightText({item});
+    const IG_TextPage* text = wordHold.Text(page);
+    if (!text)
         return 1;
-    }
+    const QList<G_TextGlyph> glyphs = text->AllGlyphs();
+    const int hit = GlyphAt(*text, glyphs, place);
+    if (hit < 0)
+        return 1;
+    G_HighLightItem item;
+    item.pageIndex = page;
+    item.runs.append(WordAround(glyphs, hit));
+    DocView()->SetHighLightText({item});
     return 1;
 }
 

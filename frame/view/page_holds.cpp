@@ -2,6 +2,8 @@
 
 #include <frame/document/ig_document.h>
 
+#include <limits>
+
 G_PageHolds::G_PageHolds(IG_Document* document)
     : document(document)
 {
@@ -40,9 +42,8 @@ QList<G_TextRun> G_PageHolds::RunsBetween(int pageIndex, const CCA_GPoint* from,
     const IG_TextPage* text = Text(pageIndex);
     if (!text)
         return {};
-    const QSizeF size = document->PageSizeMm(pageIndex);
-    const CCA_GPoint end = {static_cast<float>(size.width()), static_cast<float>(size.height())};
-    return text->RunsBetween(from ? *from : CCA_GPoint{}, to ? *to : end);
+    constexpr float beyond = std::numeric_limits<float>::max(); // text may stand outside the paper
+    return text->RunsBetween(from ? *from : CCA_GPoint{-beyond, -beyond}, to ? *to : CCA_GPoint{beyond, beyond});
 }
 
 QList<G_HighLightItem> G_PageHolds::TextBetween(int fromPage, const CCA_GPoint& from, int toPage, const CCA_GPoint& to)

@@ -64,6 +64,8 @@ private slots:
     void aDoubleClickSelectsTheWord();
     void aClickClearsTheSelection();
     void copyingGivesTheTextInOrder();
+    void piecesSideBySideAreCopiedWithTabsBetween();
+    void aDoubleClickSelectsNothingBesideTheText();
     void allTextIsSelectedPageByPageWithoutKeepingPagesLoaded();
     void theSelectionIsPainted();
     void pagesAreReleasedWhenTheButtonIsLetGo();
@@ -134,6 +136,20 @@ void TestTextSelection::copyingGivesTheTextInOrder()
     const QString expected = QStringLiteral("First line here\nsecond line\nlast of one\ntop of two\nmore of two");
     QCOMPARE(selecting.view->SelectedText(), expected);
     QCOMPARE(QGuiApplication::clipboard()->text(), expected);
+}
+
+void TestTextSelection::piecesSideBySideAreCopiedWithTabsBetween()
+{
+    ViewFixture fixture("page 210 297\n  text 20 30 Name\n  text 80 30 Count\n  text 20 40 Paper\n  text 80 40 12\n");
+    fixture.View()->SelectAllText();
+    QCOMPARE(fixture.View()->SelectedText(), QStringLiteral("Name\tCount\nPaper\t12"));
+}
+
+void TestTextSelection::aDoubleClickSelectsNothingBesideTheText()
+{
+    Selecting selecting;
+    QTest::mouseDClick(selecting.Viewport(), Qt::LeftButton, Qt::NoModifier, selecting.At(0, 150, 100));
+    QVERIFY(selecting.view->SelectHighLightText().isEmpty());
 }
 
 void TestTextSelection::allTextIsSelectedPageByPageWithoutKeepingPagesLoaded()
