@@ -1,7 +1,10 @@
 #include "jbig2_decoder.h"
 
+#include "jbig2_segments.h"
+
 #include <ofd/package/limits.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -21,6 +24,7 @@ struct BudgetAllocator
 {
     Jbig2Allocator base; // first: the decoder hands this back
     size_t used = 0;
+    size_t maxBlock = MaxBytes;
 };
 
 constexpr size_t HeaderBytes = alignof(std::max_align_t);
@@ -28,7 +32,7 @@ constexpr size_t HeaderBytes = alignof(std::max_align_t);
 void* Allocate(Jbig2Allocator* allocator, size_t size)
 {
     auto* budget = reinterpret_cast<BudgetAllocator*>(allocator); // not owned
-    if (size > MaxBytes || budget->used + size > MaxBytes)
+    if (size > budget->maxBlock || budget->used + size > MaxBytes)
         return nullptr;
     auto* block = static_cast<char*>(std::malloc(size + HeaderBytes)); // owned by the decoder
     if (!block)
@@ -65,6 +69,27 @@ void* Reallocate(Jbig2Allocator* allocator, void* pointer, size_t size)
 
 void IgnoreMessage(void*, const char*, Jbig2Severity, uint32_t) {}
 
+// Hands over one segment after the other, so that what dictionaries hold is small: it is copied many times.
+bool FeedSegments(Jbig2Ctx* context, BudgetAllocator& allocator, const QByteArray& bytes,
+                  const std::vector<Jbig2Segment>& segments)
+{
+    const auto* data = reinterpret_cast<const unsigned char*>(bytes.constData());
+    qint64 fed = 0;
+    const auto feedTo = [&](qint64 end) {
+        const bool isFine = end <= fed || jbig2_data_in(context, data + fed, size_t(end - fed)) >= 0;
+        fed = std::max(fed, end);
+        return isFine;
+    };
+    for (const Jbig2Segment& segment : segments) {
+        const auto room = size_t(std::max(limits::MaxJbig2SymbolBytes, 4 * (segment.dataEnd - fed))); // and its bytes
+        allocator.maxBlock = segment.IsDictionary() ? room : MaxBytes;
+        if (!feedTo(segment.dataEnd))
+            return false;
+    }
+    allocator.maxBlock = MaxBytes;
+    return feedTo(bytes.size());
+}
+
 // Rows of bits, 1 is black.
 QImage ImageOf(const Jbig2Image& page)
 {
@@ -90,13 +115,15 @@ bool IsJbig2(const QByteArray& bytes)
 
 QImage DecodeJbig2(const QByteArray& bytes)
 {
+    const std::optional<std::vector<Jbig2Segment>> segments = ReadJbig2Segments(bytes);
+    if (!segments)
+        return QImage();
     BudgetAllocator allocator{{&Allocate, &Free, &Reallocate}};
     Jbig2Ctx* context = jbig2_ctx_new(&allocator.base, Jbig2Options(0), nullptr, &IgnoreMessage, nullptr); // owned
     if (!context)
         return QImage();
     QImage result;
-    const auto* data = reinterpret_cast<const unsigned char*>(bytes.constData());
-    if (jbig2_data_in(context, data, size_t(bytes.size())) >= 0) {
+    if (FeedSegments(context, allocator, bytes, *segments)) {
         if (Jbig2Image* page = jbig2_page_out(context)) {
             result = ImageOf(*page);
             jbig2_release_page(context, page);

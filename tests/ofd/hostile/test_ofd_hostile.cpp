@@ -1,4 +1,6 @@
 #include <ofd/ofd_document.h>
+#include <ofd/render/jbig2_decoder.h>
+#include <ofd/render/jbig2_segments.h>
 #include <tests/ofd/document/description.h>
 #include <tests/ofd/document/ofd_file.h>
 #include <tests/ofd/document/page_painting.h>
@@ -10,6 +12,7 @@
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
+#include <QtEndian>
 #include <QtTest>
 
 namespace {
@@ -87,6 +90,9 @@ private slots:
     void whatLiesInTooManyBlocksIsDrawn();
     void unitsInUnitsAreDrawnUpToTheLimit();
     void attachmentsWithTheHighestIdGetFreeOnes();
+    void bilevelPicturesThatAskForTooMuchAreNotDrawn_data();
+    void bilevelPicturesThatAskForTooMuchAreNotDrawn();
+    void anOrdinaryBilevelPictureIsDrawn();
 };
 
 void TestOfdHostile::damagedFilesNeedLittleMemory_data()
@@ -253,6 +259,54 @@ void TestOfdHostile::attachmentsWithTheHighestIdGetFreeOnes()
     const QString description = DescribeDocument(*opened.document);
     QVERIFY(description.contains(QLatin1String("2147483647")));
     QVERIFY(!description.contains(QLatin1String("-2147483648")));
+}
+
+namespace {
+
+// A sequential bilevel file of one page of 64 by 64 pixels, and one more segment.
+QByteArray BilevelFile(char type, const QByteArray& data)
+{
+    QByteArray length(4, '\0');
+    qToBigEndian(quint32(data.size()), length.data());
+    return QByteArray::fromHex("974a42320d0a1a0a0100000001"
+                               "00000000300001000000130000004000000040000000000000000000"
+                               "0000") +
+           QByteArray::fromHex("00000001") + type + QByteArray::fromHex("0001") + length + data;
+}
+
+const QByteArray Region = QByteArray::fromHex("0000004000000040000000000000000000"); // of 64 by 64 pixels
+
+} // namespace
+
+void TestOfdHostile::bilevelPicturesThatAskForTooMuchAreNotDrawn_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("instances of symbols") << BilevelFile(6, Region + QByteArray::fromHex("0000fffffff0") + "xxxx");
+    QTest::newRow("a region without end")
+        << BilevelFile(38, QByteArray::fromHex("7fffffff7fffffff000000000000000000") + "xxxx");
+    QTest::newRow("cells of a halftone") << BilevelFile(22,
+                                                        Region + QByteArray::fromHex("000fffffff0fffffff") + "xxxx");
+    QTest::newRow("symbols") << BilevelFile(0, QByteArray::fromHex("0000") + QByteArray(8, '\1') +
+                                                   QByteArray::fromHex("fffffff0fffffff0") + "xxxx");
+}
+
+void TestOfdHostile::bilevelPicturesThatAskForTooMuchAreNotDrawn()
+{
+    QFETCH(QByteArray, bytes);
+    QVERIFY(ofd::IsJbig2(bytes));
+    QVERIFY(!ofd::ReadJbig2Segments(bytes));
+    QVERIFY(ofd::DecodeJbig2(bytes).isNull());
+}
+
+void TestOfdHostile::anOrdinaryBilevelPictureIsDrawn()
+{
+    const QByteArray empty = BilevelFile(49, {});
+    const auto segments = ofd::ReadJbig2Segments(empty);
+    QVERIFY(segments);
+    QCOMPARE(int(segments->size()), 2);
+    QCOMPARE(segments->front().type, 48);
+    QCOMPARE(segments->back().dataEnd, qint64(empty.size()));
+    QCOMPARE(ofd::DecodeJbig2(empty).size(), QSize(64, 64));
 }
 
 TETO_TEST_MAIN(TestOfdHostile)
