@@ -18,6 +18,7 @@ constexpr double SlantTangent = 0.2; // of a face that is leaned because there i
 constexpr double BoldLine = 0.03;    // of the font size, around a face that is made heavier
 constexpr double NarrowestSqueeze = 0.5;
 constexpr double UnknownAdvance = 1; // of the font size, when the font tells none
+constexpr double ClearShare = 0.5;   // of the steps between glyphs that must lead one way
 
 class TextPlacer
 {
@@ -47,6 +48,7 @@ private:
     {
         pen = QPointF(code.x, code.y);
         deltaIndex = 0;
+        const size_t first = layout.clusters.size();
         auto mapping = code.mappings.begin();
         for (int i = 0; i < code.codes.size();) {
             if (mapping != code.mappings.end() && mapping->firstCode == i) {
@@ -58,6 +60,29 @@ private:
                 ++i;
             }
         }
+        SetDirection(first);
+    }
+
+    // Glyphs run where most steps between them lead: a line may waver, and one piece may even hold several lines. A
+    // single glyph tells nothing, so its directions do.
+    void SetDirection(size_t first)
+    {
+        QPointF sum;
+        int steps = 0;
+        for (size_t i = first + 1; i < layout.clusters.size(); ++i) {
+            const QPointF step = layout.clusters[i].baseline - layout.clusters[i - 1].baseline;
+            const double length = std::hypot(step.x(), step.y());
+            if (length <= 0 || !std::isfinite(length))
+                continue;
+            sum += step / length;
+            ++steps;
+        }
+        const double length = std::hypot(sum.x(), sum.y());
+        const int degrees = text.readDirection != 0 ? text.readDirection : text.characterDirection;
+        const bool isClear = steps > 0 && length > ClearShare * steps;
+        const QPointF along = isClear ? sum / length : QTransform().rotate(degrees).map(QPointF(1, 0));
+        for (size_t i = first; i < layout.clusters.size(); ++i)
+            layout.clusters[i].along = along;
     }
 
     void PlaceCharacter(const TextCode& code, uint character)
@@ -131,10 +156,13 @@ private:
     {
         const double up = face ? face->GetAscent() : 0.88;
         const double down = face ? face->GetDescent() : 0.12;
-        cell |= QRectF(cellOffset, -up, advance, up + down);
-        if (layout.clusters.back().glyphCount == 0)
+        const QRectF own(0, -up, advance, up + down);
+        if (layout.clusters.back().glyphCount == 0) {
             cellPlace = place;
-        cellOffset += advance;
+            cell = own;
+        } else {
+            cell |= (place * cellPlace.inverted()).mapRect(own); // where the glyph really stands
+        }
         ++layout.clusters.back().glyphCount;
     }
 
@@ -146,7 +174,6 @@ private:
         cluster.firstGlyph = int(layout.glyphs.size());
         layout.clusters.push_back(cluster);
         cell = QRectF();
-        cellOffset = 0;
     }
 
     void EndCluster() { layout.clusters.back().box = cellPlace.map(QPolygonF(cell)); }
@@ -178,7 +205,6 @@ private:
     QPointF pen;
     int deltaIndex = 0;
     QRectF cell;
-    double cellOffset = 0;
     QTransform cellPlace;
 };
 

@@ -33,6 +33,7 @@ struct TextCluster
     QString text;
     QPolygonF box;      // of the cell, in the object's local space
     QPointF baseline;   // of its first glyph
+    QPointF along;      // the way the text runs, in the object's local space; 1 long
     int firstGlyph = 0; // in TextLayout::glyphs
     int glyphCount = 0;
 };

@@ -7,9 +7,18 @@
 #include <ofd/package/limits.h>
 #include <ofd/package/package.h>
 
+#include <cmath>
+
 namespace ofd {
 
 namespace {
+
+QPointF MappedDirection(const QTransform& toPage, const QPointF& along)
+{
+    const QPointF mapped = toPage.map(along) - toPage.map(QPointF(0, 0));
+    const double length = std::hypot(mapped.x(), mapped.y());
+    return length > 0 && std::isfinite(length) ? mapped / length : QPointF(1, 0);
+}
 
 // Walks the texts of objects, composites included.
 class TextWalker
@@ -57,8 +66,10 @@ private:
     void VisitText(const TextObject& text, const QTransform& toPage)
     {
         const TextLayout layout = LayOutText(text, resources, *package, store.GetFonts());
-        for (const TextCluster& cluster : layout.clusters)
-            texts.append({toPage.map(cluster.box).boundingRect(), cluster.text});
+        for (const TextCluster& cluster : layout.clusters) {
+            const QPolygonF cell = toPage.map(cluster.box);
+            texts.append({cell.boundingRect(), cluster.text, cell, MappedDirection(toPage, cluster.along)});
+        }
     }
 
     const Resources& resources;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPainterPath>
+#include <QPolygonF>
 #include <QRectF>
 #include <QString>
 #include <QVector>
@@ -15,6 +16,8 @@ struct PlacedText
 {
     QRectF box; // page mm
     QString text;
+    QPolygonF cell; // page mm; turned as the text is
+    QPointF along;  // the way the text runs on the page; 1 long
 };
 
 // Where an object is painted.

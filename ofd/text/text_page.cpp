@@ -5,13 +5,50 @@
 #include <ofd/model/document_store.h>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace ofd {
 
 namespace {
 
-constexpr double SameLineShare = 0.5; // of the lower box's height that must overlap
+constexpr double SameLineShare = 0.5; // of the lower cell's height that must overlap
 constexpr double WidestGap = 1.5;     // of the height; a wider one begins a new run
+constexpr double SameWayCosine = 0.97;
+constexpr double AcrossWeight = 20; // beside a short line the pointer means it, not the longer one below
+
+double Dot(const QPointF& a, const QPointF& b)
+{
+    return QPointF::dotProduct(a, b);
+}
+
+QPointF Across(const QPointF& along)
+{
+    return {-along.y(), along.x()}; // down, for text that runs to the right
+}
+
+CCA_GRect ToRect(const QRectF& rect)
+{
+    return CCA_GRect(float(rect.left()), float(rect.top()), float(rect.right()), float(rect.bottom()));
+}
+
+// The cell as it lies on its line: x is the way the text runs, y across.
+QRectF OnLine(const QPolygonF& cell, const QPointF& along)
+{
+    double left = std::numeric_limits<double>::max();
+    double top = left;
+    double right = -left;
+    double bottom = -left;
+    for (const QPointF& corner : cell) {
+        const double x = Dot(corner, along);
+        const double y = Dot(corner, Across(along));
+        left = std::min(left, x);
+        right = std::max(right, x);
+        top = std::min(top, y);
+        bottom = std::max(bottom, y);
+    }
+    return left <= right ? QRectF(QPointF(left, top), QPointF(right, bottom)) : QRectF();
+}
 
 bool ContinuesRun(const QRectF& last, const QRectF& next)
 {
@@ -23,15 +60,10 @@ bool ContinuesRun(const QRectF& last, const QRectF& next)
     return gap < WidestGap * height && gap > -last.width() - height;
 }
 
-// Whether a box stands before the point in reading order; points between two lines lie behind the upper one.
-bool IsBefore(const QRectF& box, const CCA_GPoint& point)
+// How far a place lies outside from..to; 0 inside.
+double Beyond(double place, double from, double to)
 {
-    return box.bottom() <= point.y || (box.top() <= point.y && box.center().x() < point.x);
-}
-
-CCA_GRect ToRect(const QRectF& rect)
-{
-    return CCA_GRect(float(rect.left()), float(rect.top()), float(rect.right()), float(rect.bottom()));
+    return std::max({from - place, place - to, 0.0});
 }
 
 } // namespace
@@ -50,17 +82,42 @@ bool OfdTextPage::Parse(int)
 {
     if (isParsed || !isReadable)
         return isReadable;
-    for (const PlacedText& piece : PlaceTexts(*content, *store))
-        cells.append({piece.box, piece.text, 0});
-    AssignRuns();
+    const QVector<PlacedText> pieces = PlaceTexts(*content, *store);
+    cells.reserve(pieces.size());
+    for (const PlacedText& piece : pieces) {
+        if (!piece.text.isEmpty())
+            AddCell(piece);
+    }
     isParsed = true;
     return true;
 }
 
-void OfdTextPage::AssignRuns()
+void OfdTextPage::AddCell(const PlacedText& piece)
 {
-    for (int i = 1; i < cells.size(); ++i)
-        cells[i].run = cells.at(i - 1).run + (ContinuesRun(cells.at(i - 1).box, cells.at(i).box) ? 0 : 1);
+    Cell cell;
+    cell.box = piece.box;
+    cell.text = piece.text;
+    const QRectF onLine = OnLine(piece.cell, piece.along);
+    bool isSameRun = false;
+    if (!runs.isEmpty()) {
+        const QPointF& along = runs.last().along;
+        isSameRun = Dot(along, piece.along) > SameWayCosine && ContinuesRun(lastOnLine, OnLine(piece.cell, along));
+    }
+    if (!isSameRun) {
+        Run run;
+        run.along = piece.along;
+        run.firstCell = cells.size();
+        run.onLine = onLine;
+        runs.append(run);
+    }
+    Run& run = runs.last();
+    lastOnLine = isSameRun ? OnLine(piece.cell, run.along) : onLine;
+    run.onLine |= lastOnLine;
+    cell.middle = lastOnLine.center().x();
+    cell.run = runs.size() - 1;
+    bounds |= piece.box;
+    cells.append(cell);
+    run.endCell = cells.size();
 }
 
 void OfdTextPage::GetTextInRect(const CCA_GRect& rect, wchar_t** text) const
@@ -76,36 +133,87 @@ void OfdTextPage::GetTextInRect(const CCA_GRect& rect, wchar_t** text) const
     *text = CCA_AllocWide(found);
 }
 
-template <typename Wanted>
-QList<G_TextRun> OfdTextPage::RunsOf(const Wanted& isWanted) const
+QList<G_TextRun> OfdTextPage::RunsOf(int from, int to) const
 {
-    QList<G_TextRun> runs;
+    QList<G_TextRun> found;
     int lastRun = -1;
     QRectF box;
-    for (const Cell& cell : cells) {
-        if (!isWanted(cell.box))
-            continue;
+    for (int i = from; i < to; ++i) {
+        const Cell& cell = cells.at(i);
         if (cell.run != lastRun) {
-            runs.append(G_TextRun());
+            found.append(G_TextRun());
             box = QRectF();
             lastRun = cell.run;
         }
         box |= cell.box;
-        runs.last().rect = ToRect(box);
-        runs.last().text += cell.text;
+        found.last().rect = ToRect(box);
+        found.last().text += cell.text;
     }
-    return runs;
+    return found;
+}
+
+const OfdTextPage::Run* OfdTextPage::NearestRun(const QPointF& place) const
+{
+    const Run* nearest = nullptr;
+    double least = std::numeric_limits<double>::infinity();
+    for (const Run& run : runs) {
+        const double x = Beyond(Dot(place, run.along), run.onLine.left(), run.onLine.right());
+        const double y = Beyond(Dot(place, Across(run.along)), run.onLine.top(), run.onLine.bottom());
+        const double distance = x + AcrossWeight * y;
+        if (distance < least) {
+            least = distance;
+            nearest = &run;
+        }
+    }
+    return nearest;
+}
+
+int OfdTextPage::CellsBefore(const CCA_GPoint& point) const
+{
+    const QPointF place(double(point.x), double(point.y));
+    if (place.x() < bounds.left() && place.y() < bounds.top())
+        return 0;
+    if (place.x() > bounds.right() && place.y() > bounds.bottom())
+        return cells.size();
+    const Run* run = NearestRun(place);
+    if (!run)
+        return 0;
+    const double y = Dot(place, Across(run->along));
+    if (y < run->onLine.top())
+        return run->firstCell;
+    if (y >= run->onLine.bottom())
+        return run->endCell;
+    const double x = Dot(place, run->along);
+    int before = run->firstCell;
+    while (before < run->endCell && cells.at(before).middle < x)
+        ++before;
+    return before;
 }
 
 QList<G_TextRun> OfdTextPage::RunsBetween(const CCA_GPoint& from, const CCA_GPoint& to) const
 {
-    // Lies between when it is before exactly one of the two, so the order of the points does not matter.
-    return RunsOf([&](const QRectF& box) { return IsBefore(box, from) != IsBefore(box, to); });
+    const int one = CellsBefore(from);
+    const int other = CellsBefore(to);
+    return RunsOf(std::min(one, other), std::max(one, other));
 }
 
 QList<G_TextRun> OfdTextPage::AllRuns() const
 {
-    return RunsOf([](const QRectF&) { return true; });
+    return RunsOf(0, cells.size());
+}
+
+QList<G_TextGlyph> OfdTextPage::AllGlyphs() const
+{
+    QList<G_TextGlyph> glyphs;
+    glyphs.reserve(cells.size());
+    for (const Cell& cell : cells) {
+        G_TextGlyph glyph;
+        glyph.rect = ToRect(cell.box);
+        glyph.text = cell.text;
+        glyph.run = cell.run;
+        glyphs.append(glyph);
+    }
+    return glyphs;
 }
 
 } // namespace ofd

@@ -9,12 +9,14 @@ namespace {
 QString TextFixture()
 {
     return QString::fromUtf8("page 210 297\n"
+                             "  layer 1 Text\n"
                              "  text 20 30 The contract says\n"
                              "  text 20 40 what the Contract means\n"
                              "  text 20 60 合同编\n"
                              "  text 20 70 号\n"
                              "page 210 297\n"
                              "page 210 297\n"
+                             "  layer 1 Text\n"
                              "  text 30 100 contractor\n");
 }
 
