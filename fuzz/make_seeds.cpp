@@ -71,7 +71,8 @@ private:
 bool IsFont(const QByteArray& bytes)
 {
     return bytes.startsWith(QByteArray::fromHex("00010000")) || bytes.startsWith("OTTO") || bytes.startsWith("true") ||
-           bytes.startsWith("%!") || bytes.startsWith(QByteArray::fromHex("010004"));
+           bytes.startsWith("%!") || bytes.startsWith("ttcf") || bytes.startsWith(QByteArray::fromHex("8001")) ||
+           bytes.startsWith(QByteArray::fromHex("010004"));
 }
 
 // The texts that the expression captures in a part, each a seed.
@@ -106,6 +107,10 @@ void AddPart(SeedWriter& seeds, const QString& name, const QByteArray& bytes)
         AddXml(seeds, name, bytes);
     else if (IsFont(bytes))
         seeds.Add("fuzz_font", bytes);
+    else if (name.endsWith(QLatin1String(".esl")) || name.endsWith(QLatin1String("SignedValue.dat")))
+        seeds.Add("fuzz_seal", bytes);
+    else if (name.endsWith(QLatin1String(".icc")))
+        seeds.Add("fuzz_profile", bytes);
     else if (bytes.startsWith("\x97\x4a\x42\x32"))
         seeds.Add("fuzz_jbig2", bytes.mid(8));
     else

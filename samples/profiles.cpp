@@ -63,8 +63,7 @@ QByteArray InkProfile()
     cmsPipelineInsertStage(table, cmsAT_END, cmsStageAllocToneCurves(nullptr, 4, nullptr)); // as they are
     cmsPipelineInsertStage(table, cmsAT_END, stage);
     cmsPipelineInsertStage(table, cmsAT_END, cmsStageAllocToneCurves(nullptr, 3, nullptr));
-    for (const cmsTagSignature tag : {cmsSigAToB0Tag, cmsSigAToB1Tag})
-        cmsWriteTag(profile, tag, table);
+    cmsWriteTag(profile, cmsSigAToB0Tag, table);
     cmsPipelineFree(table);
     return Saved(profile);
 }

@@ -59,6 +59,7 @@ void SetFlags(OVJson& facts, ofd::OfdDocument& document)
     facts.SetBool("mayAnnotate", document.MayAnnotate());
     facts.SetBool("mayExport", document.MayExport());
     facts.SetBool("isSigned", document.IsSignProtected());
+    facts.SetBool("areSignaturesVerified", false); // seals are shown; whether a signature holds is not looked at
     facts.SetBool("isEncrypted", document.IsEncrypted());
 }
 
