@@ -6,6 +6,7 @@
 #include <ofd/parse/document_reader.h>
 #include <ofd/text/text_page.h>
 
+#include <QCoreApplication>
 #include <QDate>
 #include <QDateTime>
 #include <QFileInfo>
@@ -114,6 +115,12 @@ void OfdDocument::ReadAllParts()
     const std::shared_ptr<const Package> package = d->store->GetPackage();
     const ProblemScope scope(d->store->GetProblems(), QString());
     const QStringList names = package->GetPartNames();
+    for (const ZipEntry& entry : package->GetDirectory().entries) {
+        const int used = entry.isFolder ? -1 : package->FindEntry(entry.name);
+        if (used >= 0 && &package->GetDirectory().entries[size_t(used)] != &entry)
+            ReportProblem(ProblemKind::DuplicateIdentifier, entry.name,
+                          QCoreApplication::translate("OfdDocument", "The file has more than one part of this name."));
+    }
     for (const QString& name : names) {
         NoDevice nowhere;
         package->ReadTo(name, nowhere);

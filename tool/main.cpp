@@ -4,7 +4,6 @@
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
-#include <QLoggingCategory>
 
 #include <csignal>
 #include <memory>
@@ -68,6 +67,13 @@ int RunTool(const QStringList& arguments, Output& output)
                               : QStringLiteral("There is no command \"%1\"; tetotool --help lists them.").arg(first));
 }
 
+// The libraries' own remarks are for developers; what is wrong with a file is what `check` tells, with its place.
+void DropMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
+{
+    if (type == QtFatalMsg || !qEnvironmentVariableIsEmpty("TETOTOOL_VERBOSE"))
+        TellError(text);
+}
+
 // Painting needs no display; only what paints needs the painting half of the toolkit, and starts slower for it.
 std::unique_ptr<QCoreApplication> MakeApplication(int& argc, char** argv)
 {
@@ -84,7 +90,7 @@ std::unique_ptr<QCoreApplication> MakeApplication(int& argc, char** argv)
 int main(int argc, char** argv)
 {
     std::signal(SIGPIPE, SIG_IGN); // a reader that went away is an error to tell, not a death
-    QLoggingCategory::setFilterRules(QStringLiteral("tetobaisfla*=false")); // `check` tells problems where they belong
+    qInstallMessageHandler(DropMessage);
     const std::unique_ptr<QCoreApplication> application = MakeApplication(argc, argv);
     Output output;
     const int code = RunTool(QCoreApplication::arguments(), output);

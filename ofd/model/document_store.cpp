@@ -1,5 +1,7 @@
 #include "document_store.h"
 
+#include "content_weight.h"
+
 #include <ofd/package/locations.h>
 #include <ofd/package/package.h>
 #include <ofd/package/xml_names.h>
@@ -22,8 +24,14 @@ namespace ofd {
 
 namespace {
 
-// Source bytes of the page contents that are kept; parsed, they take about ten times as much.
-constexpr int CachedContentBytes = 16 << 20;
+constexpr int CachedContentBytes = 96 << 20;
+constexpr int CachedAnnotationBytes = 16 << 20;
+
+// What is too heavy for the budget is kept alone: all tiles of a page need it, one after the other.
+int CostOf(qint64 bytes, int budget)
+{
+    return int(std::min<qint64>(bytes, budget - 1)) + 1;
+}
 
 ContentResult NoContent(const QString& error, const std::shared_ptr<const Resources>& resources)
 {
@@ -39,6 +47,17 @@ void CollectIds(const ObjectList& objects, std::vector<int>& ids)
             ids.push_back(object->id);
         if (object->kind == GraphicObject::Kind::Group)
             CollectIds(static_cast<const GroupObject&>(*object).objects, ids);
+    }
+}
+
+void TellOfUnknownPages(const AnnotationIndex& index, const DocumentStructure& structure)
+{
+    for (auto it = index.cbegin(); it != index.cend(); ++it) {
+        if (!structure.pageIndexById.contains(it.key()))
+            ReportProblem(
+                ProblemKind::DanglingReference,
+                QCoreApplication::translate("OfdDocument", "Annotations belong to page %1, which is not there.")
+                    .arg(it.key()));
     }
 }
 
@@ -72,6 +91,7 @@ DocumentStore::DocumentStore(std::shared_ptr<Package> package, DocumentStructure
     , package(std::move(package))
     , pageSizes(structure.pages.size())
     , contents(CachedContentBytes)
+    , annotations(CachedAnnotationBytes)
 {
 }
 
@@ -189,16 +209,43 @@ void DocumentStore::TellOfPage(int pageIndex, const QString& error)
 
 ContentResult DocumentStore::GetContent(const QString& part)
 {
-    {
-        const std::lock_guard<std::mutex> lock(contentMutex);
-        if (const ContentResult* known = contents.object(part))
-            return *known;
-    }
-    const ContentResult result = ReadContent(part);
-    const int cost = int(std::min<qint64>(result.content->bytes, CachedContentBytes - 1)) + 1;
+    ContentResult result;
+    if (FindContent(part, &result))
+        return result;
+    const ReadingTurns::Turn turn(contentTurns, part);
+    if (FindContent(part, &result)) // another thread has just read it
+        return result;
+    result = ReadContent(part);
+    const int cost = CostOf(result.content->bytes, CachedContentBytes);
     const std::lock_guard<std::mutex> lock(contentMutex);
     contents.insert(part, new ContentResult(result), cost);
     return result;
+}
+
+bool DocumentStore::FindContent(const QString& part, ContentResult* result)
+{
+    const std::lock_guard<std::mutex> lock(contentMutex);
+    const ContentResult* known = contents.object(part); // not owned
+    if (known)
+        *result = *known;
+    return known;
+}
+
+KeptBytes DocumentStore::GetKeptBytes()
+{
+    KeptBytes kept;
+    {
+        const std::lock_guard<std::mutex> lock(contentMutex);
+        kept.contents = contents.totalCost();
+    }
+    {
+        const std::lock_guard<std::mutex> lock(annotationMutex);
+        kept.annotations = annotations.totalCost();
+    }
+    kept.images = images->GetKeptBytes();
+    kept.stamps = stamps->GetKeptBytes();
+    kept.limit = CachedContentBytes + CachedAnnotationBytes + images->GetLimit() + stamps->GetLimit();
+    return kept;
 }
 
 ContentResult DocumentStore::ReadContent(const QString& part)
@@ -222,7 +269,7 @@ ContentResult DocumentStore::ReadContent(const QString& part)
     if (!pageRes.isEmpty())
         known = ReadResources(*source, pageRes, structure.documentFolder, known->defaultColorSpace, known);
     const std::shared_ptr<PageContent> content = ReadPageContent(xml->GetRoot(), known);
-    content->bytes = xml->GetBytes().size();
+    content->bytes = WeightOf(*content);
     TellOfDuplicateIds(*content);
     return {content, QString()};
 }
@@ -238,20 +285,25 @@ std::shared_ptr<const PageAnnotations> DocumentStore::GetPageAnnotations(int pag
 {
     const std::shared_ptr<const Resources> known = GetResources();
     const std::lock_guard<std::mutex> lock(annotationMutex);
-    const auto found = annotations.constFind(pageIndex);
-    if (found != annotations.constEnd())
+    if (const auto* found = annotations.object(pageIndex))
         return *found;
     const std::shared_ptr<const Package> source = GetPackage();
     const ProblemScope scope(*problems, structure.annotationsPart);
-    if (!annotationIndex)
+    if (!annotationIndex) {
         annotationIndex = std::make_unique<AnnotationIndex>(
             ReadAnnotationIndex(*source, structure.annotationsPart, structure.documentFolder));
+        TellOfUnknownPages(*annotationIndex, structure);
+    }
     QStringList parts;
     const int pageId = structure.pages.value(pageIndex).id;
     if (structure.pageIndexById.value(pageId, -1) == pageIndex) // of two pages with one id the first has them
         parts = annotationIndex->value(pageId);
     const std::shared_ptr<const PageAnnotations> page = ReadPageAnnotations(*source, parts, known);
-    annotations.insert(pageIndex, page);
+    qint64 bytes = qint64(sizeof(PageAnnotations));
+    for (const AnnotationRecord& annotation : page->annotations)
+        bytes += qint64(sizeof(AnnotationRecord)) + WeightOf(annotation.objects);
+    annotations.insert(pageIndex, new std::shared_ptr<const PageAnnotations>(page),
+                       CostOf(bytes, CachedAnnotationBytes));
     return page;
 }
 

@@ -3,6 +3,7 @@
 #include "content_reader.h"
 
 #include <ofd/model/problem_log.h>
+#include <ofd/package/limits.h>
 #include <ofd/package/locations.h>
 #include <ofd/package/package.h>
 #include <ofd/package/xml_names.h>
@@ -10,13 +11,12 @@
 #include <ofd/package/xml_text.h>
 #include <ofd/package/xml_values.h>
 
+#include <QCoreApplication>
 #include <QSet>
 
 namespace ofd {
 
 namespace {
-
-constexpr int MaxPoints = 100'000;
 
 // The boxes of all objects together, for appearances that tell none of their own.
 QRectF UnionOfBoundaries(const ObjectList& objects)
@@ -53,7 +53,7 @@ QString PointsOfAppearance(const AnnotationRecord& annotation)
     const QTransform toPage =
         path->toContainer * QTransform::fromTranslate(annotation.boundary.x(), annotation.boundary.y());
     std::vector<double> numbers;
-    for (int i = 0; i < std::min(path->path.elementCount(), MaxPoints); ++i) {
+    for (int i = 0; i < std::min(path->path.elementCount(), limits::MaxAnnotationPoints); ++i) {
         const QPointF point = toPage.map(QPointF(path->path.elementAt(i)));
         numbers.push_back(point.x());
         numbers.push_back(point.y());
@@ -91,6 +91,15 @@ AnnotationRecord ReadAnnotation(const pugi::xml_node& element, const Resources& 
     return annotation;
 }
 
+void TellOfId(int id, QSet<int>& ids)
+{
+    if (ids.contains(id))
+        ReportProblem(
+            ProblemKind::DuplicateIdentifier,
+            QCoreApplication::translate("OfdDocument", "More than one annotation of the page has the ID %1.").arg(id));
+    ids.insert(id);
+}
+
 } // namespace
 
 AnnotationIndex ReadAnnotationIndex(const Package& package, const QString& listPart, const QString& documentFolder)
@@ -119,6 +128,7 @@ std::shared_ptr<const PageAnnotations> ReadPageAnnotations(const Package& packag
 {
     auto page = std::make_shared<PageAnnotations>();
     page->resources = resources;
+    QSet<int> ids;
     for (const QString& part : parts) {
         const std::unique_ptr<XmlPart> xml = XmlPart::Load(package, part);
         page->isBroken |= !xml;
@@ -129,6 +139,7 @@ std::shared_ptr<const PageAnnotations> ReadPageAnnotations(const Package& packag
         for (const pugi::xml_node& element : ChildElements(xml->GetRoot(), "Annot")) {
             const ProblemPlace place(int(IdAttribute(element, "ID")), xml->PlaceOf(element));
             page->annotations.push_back(ReadAnnotation(element, *resources));
+            TellOfId(page->annotations.back().id, ids);
             page->annotations.back().part = part;
             page->annotations.back().ordinal = ordinal++;
         }

@@ -16,8 +16,6 @@ namespace ofd {
 
 namespace {
 
-constexpr int MaxDashes = 1024;
-
 Qt::PenCapStyle CapOf(const char* word)
 {
     return EqualsWord(word, "Round") ? Qt::RoundCap : EqualsWord(word, "Square") ? Qt::SquareCap : Qt::FlatCap;
@@ -37,7 +35,7 @@ QVector<double> UsableDashes(const QVector<double>& dashes)
             return {};
         sum += dash;
     }
-    if (sum <= 0 || dashes.size() > MaxDashes)
+    if (sum <= 0 || dashes.size() > limits::MaxDashes)
         return {};
     return dashes.size() % 2 ? dashes + dashes : dashes;
 }
@@ -68,6 +66,10 @@ void StyleChain::Append(int drawParamId)
         params.append(param);
         drawParamId = param->relative;
     }
+    if (drawParamId)
+        TellOfDrawParam(ProblemKind::Limit,
+                        QT_TRANSLATE_NOOP("OfdDocument", "What the draw parameter %1 is relative to is not followed."),
+                        drawParamId);
 }
 
 template <typename T>

@@ -52,6 +52,7 @@ QVector<Stamp> SealStore::GetStamps(const DocumentStore& store, int pageIndex)
         return {};
     const std::lock_guard<std::mutex> lock(mutex);
     if (!areStampsRead) {
+        const ProblemScope scope(store.GetPackage()->GetEntryPoint());
         for (const Stamp& stamp : ReadStamps(*store.GetPackage(), structure.documentFolder))
             stampsByPage[structure.pageIndexById.value(stamp.pageId, -1)].append(stamp);
         areStampsRead = true;
