@@ -51,6 +51,8 @@ constexpr qint64 MaxTreeTags = 6'000'000;
 constexpr double MaxNumber = 1e7;
 // Numbers of one list. Quietly, as if the list were not there.
 constexpr int MaxArrayItems = 10'000'000;
+// Characters of an element's prefix when a page is searched for its head without being parsed.
+constexpr int MaxPrefix = 256;
 // A page without its content, to learn its size. Quietly: the page gets the document's size.
 constexpr int MaxPageHeadBytes = 1 << 20;
 
@@ -120,15 +122,11 @@ constexpr qint64 MaxLayerPixelsOnPage = 4'000'000'000;
 // Objects that one filling of a pattern paints cell by cell. Quietly: a picture of the cell is repeated beyond.
 constexpr int MaxPatternObjects = 20'000;
 
-// --- Memory for what can be read again -------------------------------------------------------------------------------
-
-// Source bytes of the page contents that are kept; parsed, they take about ten times as much.
-constexpr int CachedContentBytes = 16 << 20;
-// Decoded pictures.
-constexpr int CachedImageKilobytes = 256 << 10;
-// Pictures of glyphs.
-constexpr int CachedStampBytes = 32 << 20;
-// Glyphs of one font.
+// Faces of a collection, names of a face, tables of a file that are looked at. Quietly: the rest is not.
+constexpr int MaxFontFaces = 256;
+constexpr unsigned MaxFontNames = 4096;
+constexpr int MaxFontTables = 256;
+// Glyphs of one font that are kept; more are made again whenever they are drawn.
 constexpr int MaxCachedGlyphs = 20'000;
 
 // --- Names -----------------------------------------------------------------------------------------------------------

@@ -3,6 +3,7 @@
 #include <ofd/model/problem_log.h>
 #include <ofd/model/structure.h>
 #include <ofd/package/entry_names.h>
+#include <ofd/package/limits.h>
 #include <ofd/package/locations.h>
 #include <ofd/package/package.h>
 #include <ofd/package/xml_names.h>
@@ -17,8 +18,6 @@
 namespace ofd {
 
 namespace {
-
-constexpr int MaxNameLength = 200;
 
 CCA_String Utf8(const QString& text)
 {
@@ -101,7 +100,7 @@ QString CleanedName(const QString& name)
         cleaned += IsMisleading(c) ? QChar(QLatin1Char('_')) : c;
     while (cleaned.startsWith(QLatin1Char('.')))
         cleaned.remove(0, 1);
-    return cleaned.left(MaxNameLength).trimmed();
+    return cleaned.left(limits::MaxAttachmentName).trimmed();
 }
 
 QVector<AttachmentEntry> ReadAttachments(const Package& package, const DocumentStructure& structure,

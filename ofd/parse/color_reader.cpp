@@ -6,6 +6,7 @@
 #include <ofd/model/color_profile.h>
 #include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
+#include <ofd/package/limits.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_values.h>
 
@@ -17,8 +18,6 @@
 namespace ofd {
 
 namespace {
-
-constexpr int MaxChannels = 64;
 
 void TellOfChannel(std::string_view word)
 {
@@ -55,7 +54,7 @@ QVector<double> ReadChannels(const char* text)
     std::replace(value.begin(), value.end(), ',', ' ');
     QVector<double> channels;
     for (const std::string_view word : SplitWords(value)) {
-        if (channels.size() >= MaxChannels)
+        if (channels.size() >= limits::MaxChannels)
             break;
         AppendChannel(word, channels);
     }

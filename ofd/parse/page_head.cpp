@@ -19,8 +19,6 @@ namespace ofd {
 
 namespace {
 
-constexpr int LongestPrefix = 256; // of an element's name; looking back further would take a hostile page's time
-
 bool IsInName(char c)
 {
     return !std::strchr("<>/ \t\r\n\"'=", c);
@@ -35,7 +33,7 @@ int FindTag(const QByteArray& bytes, const char* localName, bool isEndTag, int f
         if (next != '>' && next != '/' && next != ' ' && next != '\n' && next != '\r' && next != '\t')
             continue;
         int open = at - 1;
-        while (open >= 0 && at - open < LongestPrefix && IsInName(bytes.at(open)))
+        while (open >= 0 && at - open < limits::MaxPrefix && IsInName(bytes.at(open)))
             --open;
         if (open > 0 && bytes.at(open) == '/')
             --open;

@@ -21,8 +21,6 @@ namespace ofd {
 
 namespace {
 
-constexpr int MaxPaletteEntries = 65536;
-
 class ResourceReader
 {
 public:
@@ -85,7 +83,7 @@ private:
         const int bits = IntegerAttribute(element, "BitsPerComponent", 8);
         space.bits = bits == 1 || bits == 2 || bits == 4 || bits == 16 ? bits : 8;
         for (const pugi::xml_node& value : ChildElements(ChildElement(element, "Palette"), "CV")) {
-            if (space.palette.size() >= MaxPaletteEntries)
+            if (space.palette.size() >= limits::MaxPaletteEntries)
                 break;
             space.palette.append(ParseArray(value.text().get()).value_or(QVector<double>()));
         }

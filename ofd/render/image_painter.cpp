@@ -14,7 +14,6 @@ namespace ofd {
 namespace {
 
 constexpr double ThinnestLinePx = 0.7; // thinner lines would fade away on the screen
-constexpr double MaxDashesInBorder = 20'000;
 const QRectF UnitSquare(0, 0, 1, 1);
 
 // From the unit square to the container: the object's matrix, or its boundary when it has none.
@@ -168,7 +167,7 @@ void ImagePainter::PaintBorder(const ImageObject& object, double alpha)
     double dashLength = 0;
     for (const double dash : border.line.dashes)
         dashLength += dash;
-    if (dashLength > 0 && 2 * (sidesMm.width() + sidesMm.height()) / dashLength < MaxDashesInBorder) {
+    if (dashLength > 0 && 2 * (sidesMm.width() + sidesMm.height()) / dashLength < limits::MaxDashesInLine) {
         QVector<qreal> dashes; // Qt counts them in widths of the line
         for (const double dash : border.line.dashes)
             dashes.append(dash / width);

@@ -1,14 +1,10 @@
 #include "painting_tools.h"
 
+#include <ofd/package/limits.h>
+
 #include <cmath>
 
 namespace ofd {
-
-namespace {
-
-constexpr double MaxScale = 1e6; // pixels a unit
-
-} // namespace
 
 double ScaleOf(const QTransform& transform)
 {
@@ -18,7 +14,7 @@ double ScaleOf(const QTransform& transform)
 bool IsUsable(const QTransform& transform)
 {
     const double scale = ScaleOf(transform);
-    return std::isfinite(scale) && scale > 0 && scale < MaxScale && std::isfinite(transform.dx()) &&
+    return std::isfinite(scale) && scale > 0 && scale < limits::MaxScale && std::isfinite(transform.dx()) &&
            std::isfinite(transform.dy());
 }
 

@@ -1,5 +1,7 @@
 #include "font_face.h"
 
+#include <ofd/package/limits.h>
+
 #include "font_repair.h"
 
 #include <QFile>
@@ -19,10 +21,7 @@ namespace ofd {
 
 namespace {
 
-constexpr int MaxCachedGlyphs = 20'000;
 constexpr uint SymbolArea = 0xf000; // where symbol maps put their characters
-constexpr FT_UInt MaxNames = 4096;  // of a face that are looked at
-constexpr int MaxFaces = 256;       // of a collection
 
 // Opening and closing faces goes through the one library and needs its lock; an open face has a lock of its own.
 std::mutex libraryMutex;
@@ -109,7 +108,7 @@ bool HasName(FT_Face face, const QStringList& names)
     if (IsOneOf(QString::fromLatin1(face->family_name), names) ||
         IsOneOf(QString::fromLatin1(FT_Get_Postscript_Name(face)), names))
         return true;
-    for (FT_UInt i = 0; i < std::min(FT_Get_Sfnt_Name_Count(face), MaxNames); ++i) {
+    for (FT_UInt i = 0; i < std::min(FT_Get_Sfnt_Name_Count(face), limits::MaxFontNames); ++i) {
         FT_SfntName name;
         const bool isThere = !FT_Get_Sfnt_Name(face, i, &name);
         if (!isThere || name.platform_id == TT_PLATFORM_MACINTOSH)
@@ -129,7 +128,7 @@ FT_Face ChooseFace(const QByteArray& bytes, const QStringList& names)
     FT_Face first = OpenFace(bytes, 0);
     if (!first || first->num_faces < 2 || HasName(first, names))
         return first;
-    const int count = int(std::min<FT_Long>(first->num_faces, MaxFaces));
+    const int count = int(std::min<FT_Long>(first->num_faces, limits::MaxFontFaces));
     for (int index = 1; index < count; ++index) {
         FT_Face other = OpenFace(bytes, index);
         if (other && HasName(other, names)) {
@@ -256,7 +255,7 @@ quint32 FontFace::GlyphOf(uint code) const
     if (!face->charmap)
         return 0;
     const quint32 glyph = LookUp(code);
-    if (glyphByCode.size() < MaxCachedGlyphs)
+    if (glyphByCode.size() < limits::MaxCachedGlyphs)
         glyphByCode.insert(code, glyph);
     return glyph;
 }
@@ -284,7 +283,7 @@ FontFace::Glyph FontFace::GlyphData(quint32 glyph) const
         if (face->glyph->format == FT_GLYPH_FORMAT_OUTLINE)
             result.outline = PathOf(face->glyph->outline, 1 / unitsPerEm);
     }
-    if (glyphs.size() < MaxCachedGlyphs)
+    if (glyphs.size() < limits::MaxCachedGlyphs)
         glyphs.insert(glyph, result);
     return result;
 }

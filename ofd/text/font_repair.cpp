@@ -1,5 +1,7 @@
 #include "font_repair.h"
 
+#include <ofd/package/limits.h>
+
 #include <QMap>
 
 #include <algorithm>
@@ -13,7 +15,6 @@ constexpr int EntryBytes = 16;
 constexpr int HeadBytes = 54;
 constexpr int MaxpBytes = 32;
 constexpr int HheaBytes = 36;
-constexpr int MaxTables = 256;
 constexpr int MaxGlyphs = 65535;
 constexpr int UsualUnitsPerEm = 1000;
 
@@ -38,7 +39,7 @@ public:
     explicit FontTables(const QByteArray& bytes)
         : bytes(bytes)
     {
-        const int count = std::min(int(Read(bytes, 4, 2)), MaxTables);
+        const int count = std::min(int(Read(bytes, 4, 2)), limits::MaxFontTables);
         for (int i = 0; i < count; ++i)
             AddTable(HeaderBytes + i * EntryBytes);
     }
