@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds everything and runs every check. CTest's closing line is the last thing printed.
-# usage: test.sh [--quick]     --quick leaves the sanitizers and clang-tidy out
+# usage: test.sh [--quick]     --quick leaves the sanitizers, clang-tidy and fuzzing out
 set -euo pipefail
 cd "$(dirname "$0")"
 quick=0
@@ -30,6 +30,9 @@ if [ $quick = 0 ]; then
   cmake --preset tsan >/dev/null
   cmake --build --preset tsan --target tsan_tests
   scripts/sanitized-tests.sh tsan
+
+  step "fuzzing"
+  FUZZ_TIMEOUT=25 scripts/fuzz.sh 5
 fi
 
 step "tests"

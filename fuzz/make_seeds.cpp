@@ -113,6 +113,10 @@ void AddPart(SeedWriter& seeds, const QString& name, const QByteArray& bytes)
         seeds.Add("fuzz_profile", bytes);
     else if (bytes.startsWith("\x97\x4a\x42\x32"))
         seeds.Add("fuzz_jbig2", bytes.mid(8));
+    else if (bytes.startsWith('\x30')) // a sequence, as seals and signed values are
+        seeds.Add("fuzz_seal", bytes);
+    else if (bytes.mid(36, 4) == "acsp")
+        seeds.Add("fuzz_profile", bytes);
     else
         seeds.Add("fuzz_image", bytes);
 }
