@@ -7,8 +7,20 @@
 
 #include <QBuffer>
 #include <QImageReader>
+#include <QPixelFormat>
 
 namespace ofd {
+
+namespace {
+
+bool IsWithinLimits(const QSize& size, QImage::Format format)
+{
+    const qint64 pixels = qint64(size.width()) * size.height();
+    const int bits = format == QImage::Format_Invalid ? 32 : QImage::toPixelFormat(format).bitsPerPixel();
+    return pixels <= limits::MaxImagePixels && pixels * bits / 8 <= limits::MaxImageBytes;
+}
+
+} // namespace
 
 QImage DecodeImage(const QByteArray& bytes)
 {
@@ -23,7 +35,7 @@ QImage DecodeImage(const QByteArray& bytes)
     reader.setAutoTransform(false);
     // The size stands in the header; a picture that does not tell it is not decoded on trust.
     const QSize size = reader.size();
-    if (!size.isValid() || size.isEmpty() || qint64(size.width()) * size.height() > limits::MaxImagePixels)
+    if (!size.isValid() || size.isEmpty() || !IsWithinLimits(size, reader.imageFormat()))
         return QImage();
     // Vector pictures could reach for other files, and the format has no place for them.
     if (reader.format() == "svg" || reader.format() == "svgz")
