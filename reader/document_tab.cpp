@@ -1,5 +1,7 @@
 #include "document_tab.h"
 
+#include "document_search.h"
+
 #include <frame/document/ig_document.h>
 #include <frame/operation/event_manager.h>
 #include <frame/view/application.h>
@@ -16,6 +18,7 @@ DocumentTab::DocumentTab(std::unique_ptr<DocumentFile> openedFile, G_UIContext* 
     : file(std::move(openedFile))
     , context(uiContext)
     , view(new G_DocView(uiContext, file->Document(), viewParent))
+    , search(std::make_unique<DocumentSearch>(view))
     , watcher(new QFileSystemWatcher(this))
 {
     G_Application::Instance().DocumentOpened(Document());
@@ -29,6 +32,7 @@ DocumentTab::DocumentTab(std::unique_ptr<DocumentFile> openedFile, G_UIContext* 
 
 DocumentTab::~DocumentTab()
 {
+    search.reset();
     delete view;
     G_Application::Instance().DocumentClosed(Document());
 }

@@ -4,6 +4,9 @@
 
 #include <QObject>
 
+#include <memory>
+
+class DocumentSearch;
 class G_DocView;
 class G_Event;
 class G_UIContext;
@@ -20,6 +23,7 @@ public:
 
     IG_Document* Document() const;
     G_DocView* View() const { return view; }
+    DocumentSearch* Search() const { return search.get(); }
     QString Path() const { return file->Path(); }
     // The file's name, with a star in front while dirty.
     QString Label() const;
@@ -59,9 +63,10 @@ private:
     SaveOutcome AfterSave(const SaveOutcome& outcome);
 
     std::unique_ptr<DocumentFile> file;
-    G_UIContext* context;        // not owned
-    G_DocView* view;             // owned; deleted ahead of the file
-    QFileSystemWatcher* watcher; // owned by this
+    G_UIContext* context;                   // not owned
+    G_DocView* view;                        // owned; deleted ahead of the file
+    std::unique_ptr<DocumentSearch> search; // deleted ahead of the view
+    QFileSystemWatcher* watcher;            // owned by this
     FileStamp stamp;
     // Of the present turn of the event loop:
     int unsettledMoves = 0; // index changes of the undo stack

@@ -1,5 +1,6 @@
 #include "main_window.h"
 
+#include "find_bar.h"
 #include "menus.h"
 #include "navigation_bar.h"
 #include "pane_area.h"
@@ -134,6 +135,7 @@ void MainWindow::WatchTab(DocumentTab* tab)
 {
     connect(tab, &DocumentTab::DirtyChanged, this, [this, tab] { RefreshTab(tab); });
     connect(tab, &DocumentTab::FileChangedOnDisk, this, [this, tab] { ShowFileChanged(tab); });
+    WatchSearch(tab);
 }
 
 void MainWindow::ActivateTab(int position)
@@ -150,6 +152,7 @@ void MainWindow::OnTabChosen(int position)
     viewStack->setCurrentWidget(view ? view->Widget() : welcome);
     undoGroup->setActiveStack(view ? view->UndoStack() : nullptr);
     statusPanel->SetView(view);
+    findBar->SetSearch(view ? tabs.at(position)->Search() : nullptr);
     fileBar->hide();
     if (context->CurrentDocView() != view)
         context->SetCurrentDocView(view);
@@ -222,6 +225,7 @@ void MainWindow::RemoveTab(int position)
     tabs.erase(tabs.begin() + position);
     paneArea->ShowPane(nullptr, nullptr);
     statusPanel->SetView(nullptr);
+    findBar->SetSearch(nullptr);
     viewStack->setCurrentWidget(welcome);
     undoGroup->removeStack(tab->View()->UndoStack());
     paneMaker->DocumentClosing(tab->Document());

@@ -8,10 +8,12 @@
 #include <memory>
 #include <vector>
 
+class FindBar;
 class G_DocView;
 class NavigationBar;
 class PaneArea;
 class QAction;
+class QBoxLayout;
 class QFrame;
 class QLabel;
 class QMenu;
@@ -92,6 +94,10 @@ private:
     void MakeToolActions();
     QAction* AddAction(QMenu* menu, const QString& text, const char* icon, const QKeySequence& shortcut, Place place,
                        const std::function<void()>& run);
+    void MakeFindBar(QBoxLayout* column);
+    void Find();
+    void FindNext(bool isForward);
+    void WatchSearch(DocumentTab* tab);
     void WithView(const std::function<void(G_DocView*)>& run);
     void ShowTool(const char* name);
     void UpdateToolActions();
@@ -126,6 +132,7 @@ private:
     QWidget* welcome = nullptr;
     QFrame* fileBar = nullptr;
     QLabel* fileBarText = nullptr;
+    FindBar* findBar = nullptr;
     StatusPanel* statusPanel = nullptr;
     QToolBar* toolBar = nullptr;
     QMenu* recentMenu = nullptr;

@@ -92,6 +92,13 @@ void MainWindow::MakeEditActions()
     documentActions << AddAction(menu, tr("&Copy"), "", QKeySequence::Copy, MenuOnly, [this] { CopyText(); });
     documentActions << AddAction(menu, tr("Select &All"), "", QKeySequence::SelectAll, MenuOnly,
                                  [this] { SelectAllText(); });
+    menu->addSeparator();
+    documentActions << AddAction(menu, tr("&Find..."), "find", QKeySequence(Qt::CTRL | Qt::Key_F), MenuAndBar,
+                                 [this] { Find(); });
+    documentActions << AddAction(menu, tr("Find &Next"), "", QKeySequence(Qt::Key_F3), MenuOnly,
+                                 [this] { FindNext(true); });
+    documentActions << AddAction(menu, tr("Find &Previous"), "", QKeySequence(Qt::SHIFT | Qt::Key_F3), MenuOnly,
+                                 [this] { FindNext(false); });
     toolBar->addSeparator();
 }
 
@@ -193,14 +200,9 @@ void MainWindow::FillRecentMenu()
 void MainWindow::CopyText()
 {
     WithView([](G_DocView* view) {
-        QStringList lines;
-        const QList<G_HighLightItem> items = view->SelectHighLightText();
-        for (const G_HighLightItem& item : items) {
-            for (const G_TextRun& run : item.runs)
-                lines << run.text;
-        }
-        if (!lines.isEmpty())
-            QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
+        const QString text = view->SelectedText(); // all of it, also while it is still being read
+        if (!text.isEmpty())
+            QApplication::clipboard()->setText(text);
     });
 }
 

@@ -62,6 +62,7 @@ void MainWindow::MakeCentralArea()
     fileBar->hide();
     viewStack = new QStackedWidget(viewSide);
     viewColumn->addWidget(fileBar);
+    MakeFindBar(viewColumn);
     viewColumn->addWidget(viewStack, 1);
     splitter->setStretchFactor(1, 1);
     splitter->setChildrenCollapsible(false);
