@@ -14,7 +14,6 @@
 #include <QAbstractItemView>
 #include <QDebug>
 #include <QHelpEvent>
-#include <QKeyEvent>
 #include <QPainter>
 #include <QPointer>
 #include <QScrollBar>
@@ -116,7 +115,7 @@ public:
 } // namespace
 
 BookMarkTreeItemDelegate::BookMarkTreeItemDelegate(CBookmarkTreeWidget* tree)
-    : QStyledItemDelegate(tree)
+    : RowDelegate(tree)
 {
 }
 
@@ -194,7 +193,7 @@ QSize BookMarkTreeItemDelegate::sizeHint(const QStyleOptionViewItem& option, con
 {
     if (IsWrapped())
         return QSize(RowWidth(Tree()), static_cast<int>(std::ceil(Wrapped(RowText(index.row())).Height())));
-    const QSize size = QStyledItemDelegate::sizeHint(option, index);
+    const QSize size = RowDelegate::sizeHint(option, index);
     return QSize(qRound(Scaled(size.width())), qRound(Scaled(size.height())));
 }
 
@@ -237,29 +236,13 @@ bool BookMarkTreeItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* v
                                          const QModelIndex& index)
 {
     if (!event || !view || event->type() != QEvent::ToolTip)
-        return QStyledItemDelegate::helpEvent(event, view, option, index);
+        return RowDelegate::helpEvent(event, view, option, index);
     QString tip = index.data(Qt::ToolTipRole).toString();
     if (!tip.isEmpty())
         tip = QStringLiteral("<p style=\"white-space:pre-wrap\">%1</p>").arg(tip.toHtmlEscaped());
     QToolTip::showText(event->globalPos(), tip, view, view->visualRect(index));
     event->setAccepted(!tip.isEmpty());
     return true;
-}
-
-// Tab and Shift+Tab end the edit where it is: going on to the next row would edit without a rename in progress.
-bool BookMarkTreeItemDelegate::eventFilter(QObject* editor, QEvent* event)
-{
-    if (event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Tab || key == Qt::Key_Backtab) {
-            const QPointer<QWidget> widget(qobject_cast<QWidget*>(editor));
-            emit commitData(widget);
-            if (widget)
-                emit closeEditor(widget, NoHint);
-            return true;
-        }
-    }
-    return QStyledItemDelegate::eventFilter(editor, event);
 }
 
 void BookMarkTreeItemDelegate::setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex& index) const

@@ -1,8 +1,7 @@
 #pragma once
 
+#include <common/row_delegate.h>
 #include <common/wrap_layout.h>
-
-#include <QStyledItemDelegate>
 
 class CBookmarkTreeWidget;
 class G_TreeNode;
@@ -10,7 +9,7 @@ class NaviBookmarkWidget;
 
 // Paints the rows of the bookmark list on one line or wrapped, opens the editor of a row and applies the rules of
 // names: at most 100 characters, no two alike. Its parent is the list, the list's parent the pane. Main thread only.
-class BookMarkTreeItemDelegate : public QStyledItemDelegate
+class BookMarkTreeItemDelegate : public RowDelegate
 {
     Q_OBJECT
 public:
@@ -26,9 +25,6 @@ public:
     // Shows the stored name as plain text.
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
-
-protected:
-    bool eventFilter(QObject* editor, QEvent* event) override;
 
 private:
     CBookmarkTreeWidget* Tree() const;

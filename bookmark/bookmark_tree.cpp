@@ -8,9 +8,7 @@
 #include <common/text_edits.h>
 #include <frame/document/ig_document.h>
 
-#include <QContextMenuEvent>
 #include <QDropEvent>
-#include <QKeyEvent>
 #include <QMimeData>
 #include <QScrollBar>
 
@@ -128,7 +126,7 @@ bool CBookmarkTreeWidget::MoveDragged(const QList<G_TreeNode*>& nodes, const QPo
 }
 
 // Moves the selected rows as one block up or down by one row, through the same command as a drag.
-void CBookmarkTreeWidget::MoveSelection(int step)
+void CBookmarkTreeWidget::MoveBlock(int step)
 {
     NaviBookmarkWidget* pane = Pane();
     const QList<int> rows = SelectedRows();
@@ -190,79 +188,35 @@ void CBookmarkTreeWidget::DeleteSelection()
 {
     const int count = topLevelItemCount();
     const QList<int> rows = SelectedRows();
+    const QPointer<CBookmarkTreeWidget> self(this); // a box's loop may close the document
     if (NaviBookmarkWidget* pane = Pane())
         pane->DelBookmark();
+    if (!self)
+        return;
     const int left = topLevelItemCount();
     if (left > 0 && left < count && !rows.isEmpty())
         setCurrentItem(topLevelItem(qMin(rows.first(), left - 1)));
 }
 
-void CBookmarkTreeWidget::OpenMenuAtCurrent()
+void CBookmarkTreeWidget::GoToCurrent()
 {
-    const QModelIndex current = currentIndex();
-    if (!current.isValid())
-        return;
-    scrollTo(current);
-    emit customContextMenuRequested(visualRect(current).center());
-}
-
-bool CBookmarkTreeWidget::event(QEvent* event)
-{
-    if (event->type() == QEvent::ContextMenu) {
-        auto* menuEvent = static_cast<QContextMenuEvent*>(event);
-        if (menuEvent->reason() == QContextMenuEvent::Keyboard) {
-            OpenMenuAtCurrent();
-            menuEvent->accept();
-            return true;
-        }
-    }
-    return ReorderTree::event(event);
-}
-
-void CBookmarkTreeWidget::keyPressEvent(QKeyEvent* event)
-{
-    if (state() == EditingState) {
-        event->ignore(); // what the editor left: another current row would end the edit half way through
-        return;
-    }
-    if (PerformKey(*event)) {
-        event->accept();
-        return;
-    }
-    ReorderTree::keyPressEvent(event);
-}
-
-// What the mouse does, through the same operations. False when the key is none of these.
-bool CBookmarkTreeWidget::PerformKey(const QKeyEvent& event)
-{
-    NaviBookmarkWidget* pane = Pane();
-    if (!pane)
-        return false;
-    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    if (modifiers == Qt::AltModifier && (event.key() == Qt::Key_Up || event.key() == Qt::Key_Down)) {
-        MoveSelection(event.key() == Qt::Key_Up ? -1 : 1);
-        return true;
-    }
-    if (modifiers == Qt::ShiftModifier && event.key() == Qt::Key_F10) {
-        OpenMenuAtCurrent();
-        return true;
-    }
-    if (modifiers != Qt::NoModifier)
-        return false;
-    switch (event.key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
+    if (NaviBookmarkWidget* pane = Pane())
         pane->onClickItem(currentItem(), 0);
-        return true;
-    case Qt::Key_F2:
+}
+
+void CBookmarkTreeWidget::RenameCurrent()
+{
+    if (NaviBookmarkWidget* pane = Pane())
         pane->RenameBookmark(currentItem());
-        return true;
-    case Qt::Key_Delete:
-        DeleteSelection();
-        return true;
-    default:
+}
+
+// A list has no levels: left and right mean nothing.
+bool CBookmarkTreeWidget::MoveSelection(int arrowKey)
+{
+    if (arrowKey != Qt::Key_Up && arrowKey != Qt::Key_Down)
         return false;
-    }
+    MoveBlock(arrowKey == Qt::Key_Up ? -1 : 1);
+    return true;
 }
 
 void CBookmarkTreeWidget::Resized()

@@ -34,17 +34,16 @@ protected:
     bool CanDropOn(QTreeWidgetItem* source, QTreeWidgetItem* target) const override;
     void Drop(QDropEvent* event) override;
     void Resized() override;
-    bool event(QEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
+    void GoToCurrent() override;
+    void RenameCurrent() override;
+    void DeleteSelection() override;
+    bool MoveSelection(int arrowKey) override;
 
 private:
     QList<int> SelectedRows() const;
     QList<G_TreeNode*> NodesAt(const QList<int>& rows) const;
     G_TreeNode* ListRoot() const;
     bool MoveDragged(const QList<G_TreeNode*>& nodes, const QPoint& position, QTreeWidgetItem* source);
-    void MoveSelection(int step);
+    void MoveBlock(int step);
     void SelectBlock(int firstRow, int count, int currentRow);
-    void DeleteSelection();
-    void OpenMenuAtCurrent();
-    bool PerformKey(const QKeyEvent& event);
 };

@@ -5,8 +5,10 @@
 #include <frame/operation/event.h>
 #include <frame/view/ui_context.h>
 
+#include <QContextMenuEvent>
 #include <QDrag>
 #include <QDropEvent>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QPainter>
 #include <QPixmap>
@@ -76,6 +78,17 @@ bool ReorderTree::DropEdit()
 
 void ReorderTree::Resized() {}
 
+void ReorderTree::GoToCurrent() {}
+
+void ReorderTree::RenameCurrent() {}
+
+void ReorderTree::DeleteSelection() {}
+
+bool ReorderTree::MoveSelection(int)
+{
+    return false;
+}
+
 QMimeData* ReorderTree::PackSelection() const
 {
     const QList<QTreeWidgetItem*> selected = selectedItems();
@@ -101,6 +114,61 @@ void ReorderTree::OpenMenuAtCurrent()
         return;
     scrollTo(current);
     emit customContextMenuRequested(visualRect(current).center());
+}
+
+bool ReorderTree::event(QEvent* event)
+{
+    if (event->type() == QEvent::ContextMenu) {
+        auto* menuEvent = static_cast<QContextMenuEvent*>(event);
+        if (menuEvent->reason() == QContextMenuEvent::Keyboard) {
+            OpenMenuAtCurrent();
+            menuEvent->accept();
+            return true;
+        }
+    }
+    return QTreeWidget::event(event);
+}
+
+void ReorderTree::keyPressEvent(QKeyEvent* event)
+{
+    if (state() == EditingState) {
+        event->ignore(); // what the editor left: another current row would end the edit half way through
+        return;
+    }
+    if (PerformKey(*event))
+        event->accept();
+    else
+        QTreeWidget::keyPressEvent(event);
+}
+
+// False when the key is none of ours.
+bool ReorderTree::PerformKey(const QKeyEvent& event)
+{
+    const int key = event.key();
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    if (modifiers == Qt::AltModifier) {
+        const bool isArrow = key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Left || key == Qt::Key_Right;
+        return isArrow && MoveSelection(key);
+    }
+    const bool isMenu = modifiers == Qt::ShiftModifier && key == Qt::Key_F10;
+    if (isMenu)
+        OpenMenuAtCurrent();
+    if (isMenu || modifiers != Qt::NoModifier)
+        return isMenu;
+    switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        GoToCurrent();
+        return true;
+    case Qt::Key_F2:
+        RenameCurrent();
+        return true;
+    case Qt::Key_Delete:
+        DeleteSelection();
+        return true;
+    default:
+        return false;
+    }
 }
 
 void ReorderTree::startDrag(Qt::DropActions)

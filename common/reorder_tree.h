@@ -63,6 +63,15 @@ protected:
     // The tree was resized; the pane places its no-content picture anew.
     virtual void Resized();
 
+    // Keys do what the mouse does. Enter:
+    virtual void GoToCurrent();
+    // F2:
+    virtual void RenameCurrent();
+    // Delete:
+    virtual void DeleteSelection();
+    // Alt with this arrow key, as a drag would; false when the arrow means nothing here.
+    virtual bool MoveSelection(int arrowKey);
+
     // Packs the first selected item for a drag. Owned by the caller.
     QMimeData* PackSelection() const;
     // Asks for the context menu of the current row, scrolled into view: what the menu key and Shift+F10 do.
@@ -71,6 +80,9 @@ protected:
     // compared, never followed.
     QTreeWidgetItem* SourceItem(const QMimeData* data) const;
 
+    // The menu key asks for the menu of the current row, not of where the mouse happens to be.
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void startDrag(Qt::DropActions supportedActions) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
@@ -81,6 +93,7 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    bool PerformKey(const QKeyEvent& event);
     bool LeaveSignatureTool();
     void PlaceIndicator(const QTreeWidgetItem* target, const QPoint& position);
     void HideIndicator();

@@ -8,9 +8,7 @@
 #include <frame/utils/dpi.h>
 
 #include <QHelpEvent>
-#include <QKeyEvent>
 #include <QPainter>
-#include <QPointer>
 #include <QScrollBar>
 #include <QTextBlockFormat>
 #include <QTextFrame>
@@ -112,7 +110,7 @@ public:
 } // namespace
 
 OutLineTreeItemDelegate::OutLineTreeItemDelegate(CTreeWidget* tree, NaviOutlineWidget* widget)
-    : QStyledItemDelegate(tree)
+    : RowDelegate(tree)
     , tree(tree)
     , widget(widget)
 {
@@ -183,7 +181,7 @@ QSize OutLineTreeItemDelegate::sizeHint(const QStyleOptionViewItem& option, cons
         const qreal height = std::ceil(Wrapped(item->text(OutlineColumn::Title), depth).Height());
         return QSize(TitleWidth(depth), static_cast<int>(qMin<qreal>(height, MostRowHeight)));
     }
-    QSize size = QStyledItemDelegate::sizeHint(option, index);
+    QSize size = RowDelegate::sizeHint(option, index);
     size.setHeight(CeilScaled(25));
     return size;
 }
@@ -241,7 +239,7 @@ bool OutLineTreeItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* vi
 {
     const QTreeWidgetItem* item = event && event->type() == QEvent::ToolTip ? tree->ItemAt(index) : nullptr;
     if (!item)
-        return QStyledItemDelegate::helpEvent(event, view, option, index);
+        return RowDelegate::helpEvent(event, view, option, index);
     QString tip = item->toolTip(index.column());
     if (tip.size() > MostTipCharacters)
         tip = CutText(tip, MostTipCharacters) + QChar(0x2026);
@@ -250,20 +248,4 @@ bool OutLineTreeItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* vi
         tip = QStringLiteral("<span>%1</span>").arg(tip.toHtmlEscaped());
     QToolTip::showText(event->globalPos(), tip, view);
     return true;
-}
-
-// Tab and Shift+Tab end the edit where it is: going on to the next entry would edit without a rename in progress.
-bool OutLineTreeItemDelegate::eventFilter(QObject* editor, QEvent* event)
-{
-    if (event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Tab || key == Qt::Key_Backtab) {
-            const QPointer<QWidget> edit(qobject_cast<QWidget*>(editor));
-            emit commitData(edit);
-            if (edit)
-                emit closeEditor(edit, NoHint);
-            return true;
-        }
-    }
-    return QStyledItemDelegate::eventFilter(editor, event);
 }

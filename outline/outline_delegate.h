@@ -1,8 +1,7 @@
 #pragma once
 
+#include <common/row_delegate.h>
 #include <common/wrap_layout.h>
-
-#include <QStyledItemDelegate>
 
 #include <map>
 
@@ -13,7 +12,7 @@ class QTreeWidgetItem;
 
 // Paints the rows of the outline, titles on one line or wrapped, and edits titles. Owned by the tree; the tree's parent
 // is the pane. Main thread only.
-class OutLineTreeItemDelegate : public QStyledItemDelegate
+class OutLineTreeItemDelegate : public RowDelegate
 {
     Q_OBJECT
 public:
@@ -29,9 +28,6 @@ public:
     // Titles are shown as text, whatever markup they hold.
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
-
-protected:
-    bool eventFilter(QObject* editor, QEvent* event) override;
 
 private:
     bool IsWrapped() const;

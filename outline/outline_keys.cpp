@@ -14,14 +14,6 @@ void CTreeWidget::keyPressEvent(QKeyEvent* event)
         ctrlHeld = true;
         return;
     }
-    if (state() == EditingState) {
-        event->ignore(); // what the editor left: another current entry would end the edit half way through
-        return;
-    }
-    if (PerformKey(*event)) {
-        event->accept();
-        return;
-    }
     ReorderTree::keyPressEvent(event);
 }
 
@@ -34,44 +26,23 @@ void CTreeWidget::keyReleaseEvent(QKeyEvent* event)
     ReorderTree::keyReleaseEvent(event);
 }
 
-// False when the key is none of ours.
-bool CTreeWidget::PerformKey(const QKeyEvent& event)
+void CTreeWidget::GoToCurrent()
 {
-    NaviOutlineWidget* pane = Pane();
-    if (!pane)
-        return false;
-    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    if (modifiers == Qt::AltModifier)
-        return PerformArrow(event.key());
-    if (modifiers == Qt::ShiftModifier && event.key() == Qt::Key_F10) {
-        OpenMenuAtCurrent();
-        return true;
-    }
-    if (modifiers != Qt::NoModifier)
-        return false;
-    switch (event.key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
+    if (NaviOutlineWidget* pane = Pane())
         pane->OnClickItem(currentItem(), OutlineColumn::Title);
-        return true;
-    case Qt::Key_F2:
+}
+
+void CTreeWidget::RenameCurrent()
+{
+    if (NaviOutlineWidget* pane = Pane())
         pane->RenameOutline();
-        return true;
-    case Qt::Key_Delete:
-        DeleteSelection();
-        return true;
-    default:
-        return false;
-    }
 }
 
 // Moves the selection as a drag would; several entries gather as one run, as they do in a drag.
-bool CTreeWidget::PerformArrow(int key)
+bool CTreeWidget::MoveSelection(int key)
 {
-    if (key != Qt::Key_Up && key != Qt::Key_Down && key != Qt::Key_Left && key != Qt::Key_Right)
-        return false;
     const NaviOutlineWidget* pane = Pane();
-    const QList<G_TreeNode*> nodes = pane->SelectedNodes();
+    const QList<G_TreeNode*> nodes = pane ? pane->SelectedNodes() : QList<G_TreeNode*>();
     if (nodes.isEmpty() || !MayReorder(pane->document))
         return true;
     if (key == Qt::Key_Up)
@@ -134,6 +105,8 @@ void CTreeWidget::MoveAndSelect(const QList<G_TreeNode*>& nodes, G_TreeNode* dst
 void CTreeWidget::DeleteSelection()
 {
     NaviOutlineWidget* pane = Pane();
+    if (!pane)
+        return;
     const QList<G_TreeNode*> nodes = pane->SelectedNodes();
     EntryPlace place;
     for (const G_TreeNode* node = nodes.value(0); node && node->parent; node = node->parent)

@@ -6,7 +6,6 @@
 #include <common/rights.h>
 #include <frame/document/ig_document.h>
 
-#include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
@@ -256,19 +255,6 @@ void CTreeWidget::focusOutEvent(QFocusEvent* event)
 {
     ctrlHeld = false; // its release goes elsewhere
     ReorderTree::focusOutEvent(event);
-}
-
-bool CTreeWidget::event(QEvent* event)
-{
-    if (event->type() == QEvent::ContextMenu) {
-        auto* menuEvent = static_cast<QContextMenuEvent*>(event);
-        if (menuEvent->reason() == QContextMenuEvent::Keyboard) {
-            OpenMenuAtCurrent();
-            menuEvent->accept();
-            return true;
-        }
-    }
-    return ReorderTree::event(event);
 }
 
 void CTreeWidget::Resized()

@@ -60,23 +60,23 @@ protected:
     bool CanDropOn(QTreeWidgetItem* source, QTreeWidgetItem* target) const override;
     void Drop(QDropEvent* event) override;
     void Resized() override;
+    void GoToCurrent() override;
+    void RenameCurrent() override;
+    void DeleteSelection() override;
+    bool MoveSelection(int arrowKey) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
-    bool event(QEvent* event) override;
 
 private:
     bool MoveDragged(QTreeWidgetItem* target);
     void SelectSubtrees(const QList<G_TreeNode*>& nodes);
-    bool PerformKey(const QKeyEvent& event);
-    bool PerformArrow(int key);
     void MoveSelectionUp(const QList<G_TreeNode*>& nodes);
     void MoveSelectionDown(const QList<G_TreeNode*>& nodes);
     void OutdentSelection(const QList<G_TreeNode*>& nodes);
     void IndentSelection(const QList<G_TreeNode*>& nodes);
     void MoveAndSelect(const QList<G_TreeNode*>& nodes, G_TreeNode* dst, bool asChild);
-    void DeleteSelection();
 
     int wantedScroll = -1; // set at the next layout; -1: none
 };

@@ -29,6 +29,7 @@ private slots:
     void f2WithoutACurrentRowDoesNothing();
     void deleteRemovesTheSelectionAndGoesOnWithTheNextRow();
     void deleteWithoutASelectionTellsSo();
+    void thePaneMayDieWhileDeleteTellsSo();
     void altUpAndDownMoveTheSelectionByOneRow();
     void altUpGathersScatteredRowsAsOneBlock();
     void altUpAtTheTopAndAltDownAtTheBottomDoNothing();
@@ -120,6 +121,20 @@ void TestBookmarkKeys::deleteWithoutASelectionTellsSo()
     QTest::keyClick(desk.First()->Tree(), Qt::Key_Delete);
     QCOMPARE(desk.Context()->LastAsked().text, QStringLiteral("Please select a bookmark first."));
     QCOMPARE(desk.First()->Names().size(), 2);
+}
+
+void TestBookmarkKeys::thePaneMayDieWhileDeleteTellsSo()
+{
+    PaneDesk desk(DocumentWithBookmarks(3));
+    const DeskTab* tab = desk.First();
+    tab->Select({});
+    desk.Context()->Answer(1024);
+    desk.Context()->SetWhileOpen([tab](const AskedBox&) { delete tab->pane; });
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier);
+    QApplication::sendEvent(tab->Tree(), &press); // and no release: it would go to a tree that is gone
+    QCOMPARE(desk.Context()->Asked().size(), 1);
+    QVERIFY(!tab->pane);
+    QCOMPARE(tab->Names().size(), 3);
 }
 
 void TestBookmarkKeys::altUpAndDownMoveTheSelectionByOneRow()
