@@ -43,7 +43,7 @@ public:
 
     void PaintAfterPage(QPainter* painter, GR_PageGraphicItem* page) override;
 
-    static constexpr int maxMatches = 20'000;
+    static constexpr int maxMatches = 20000;
 
 signals:
     // What the functions above tell has changed.

@@ -52,7 +52,7 @@ public:
     QList<G_TextMatch> FindOnPage(IG_Document* document, int pageIndex, int most = maxMatchesAPage,
                                   bool* isReadable = nullptr) const;
 
-    static constexpr int maxMatchesAPage = 100'000;
+    static constexpr int maxMatchesAPage = 100000;
 
 private:
     G_TextQuery query;

@@ -249,6 +249,81 @@
         </message>
     </context>
     <context>
+        <name>FindBar</name>
+        <message>
+            <source>Find in the document</source>
+            <translation>在文档中查找</translation>
+        </message>
+        <message>
+            <source>Find:</source>
+            <translation>查找：</translation>
+        </message>
+        <message>
+            <source>Text to find</source>
+            <translation>要查找的文字</translation>
+        </message>
+        <message>
+            <source>Enter finds the next match, Shift+Enter the previous one, Esc closes</source>
+            <translation>Enter 查找下一处，Shift+Enter 查找上一处，Esc 关闭</translation>
+        </message>
+        <message>
+            <source>Find Previous</source>
+            <translation>查找上一处</translation>
+        </message>
+        <message>
+            <source>Previous match (Shift+F3)</source>
+            <translation>上一处（Shift+F3）</translation>
+        </message>
+        <message>
+            <source>Find Next</source>
+            <translation>查找下一处</translation>
+        </message>
+        <message>
+            <source>Next match (F3)</source>
+            <translation>下一处（F3）</translation>
+        </message>
+        <message>
+            <source>Match case</source>
+            <translation>区分大小写</translation>
+        </message>
+        <message>
+            <source>Tells capital letters from small ones</source>
+            <translation>区分大写和小写字母</translation>
+        </message>
+        <message>
+            <source>Whole words</source>
+            <translation>全字匹配</translation>
+        </message>
+        <message>
+            <source>Finds no parts of words</source>
+            <translation>不查找单词的一部分</translation>
+        </message>
+        <message>
+            <source>Close the find bar</source>
+            <translation>关闭查找栏</translation>
+        </message>
+        <message>
+            <source>Close (Esc)</source>
+            <translation>关闭（Esc）</translation>
+        </message>
+        <message>
+            <source>%1 of %2</source>
+            <translation>第 %1 处，共 %2 处</translation>
+        </message>
+        <message>
+            <source>Searching…</source>
+            <translation>正在查找…</translation>
+        </message>
+        <message>
+            <source>No matches</source>
+            <translation>无匹配项</translation>
+        </message>
+        <message>
+            <source>Pages that could not be read: %1</source>
+            <translation>无法读取的页数：%1</translation>
+        </message>
+    </context>
+    <context>
         <name>MainWindow</name>
         <message>
             <source>Open</source>
@@ -479,6 +554,26 @@ A reader of fixed-layout documents.</source>
         <message>
             <source>Ignore</source>
             <translation>忽略</translation>
+        </message>
+        <message>
+            <source>&amp;Find...</source>
+            <translation>查找(&amp;F)...</translation>
+        </message>
+        <message>
+            <source>Find &amp;Next</source>
+            <translation>查找下一处(&amp;N)</translation>
+        </message>
+        <message>
+            <source>Find &amp;Previous</source>
+            <translation>查找上一处(&amp;P)</translation>
+        </message>
+        <message>
+            <source>Past the end, on from the beginning</source>
+            <translation>已到文档末尾，从开头继续</translation>
+        </message>
+        <message>
+            <source>Past the beginning, on from the end</source>
+            <translation>已到文档开头，从末尾继续</translation>
         </message>
     </context>
     <context>
