@@ -35,7 +35,7 @@ struct PageContent
     std::vector<Layer> layers; // in document order
     QVector<TemplateRef> templates;
     std::shared_ptr<const Resources> resources; // never null
-    qint64 bytes = 0;                           // of the source, as a measure of weight
+    qint64 bytes = 0;                           // of memory that it takes, about
 };
 
 } // namespace ofd

@@ -2,6 +2,7 @@
 
 #include "annotations.h"
 #include "problem_log.h"
+#include "reading_turns.h"
 #include "resources.h"
 #include "session_state.h"
 #include "structure.h"
@@ -31,6 +32,18 @@ struct ContentResult
     QString error;
 };
 
+// What is kept of what was read, in bytes, each within a budget of its own. Fonts have a limit where they are opened.
+struct KeptBytes
+{
+    qint64 contents = 0;
+    qint64 annotations = 0;
+    qint64 images = 0;
+    qint64 stamps = 0;
+    qint64 limit = 0; // of all together
+
+    qint64 Sum() const { return contents + annotations + images + stamps; }
+};
+
 // Everything that is read from an open document at first use, shared by the main thread and the painting threads. What
 // it hands out is immutable and stays valid as long as it is held, also while the document is saved.
 class DocumentStore
@@ -38,8 +51,7 @@ class DocumentStore
 public:
     // `problems` has what opening met; null begins a new log.
     DocumentStore(std::shared_ptr<Package> package, DocumentStructure structure,
-                  std::unique_ptr<ProblemLog> problems = nullptr,
-                  int nesting = 0);
+                  std::unique_ptr<ProblemLog> problems = nullptr, int nesting = 0);
     ~DocumentStore();
 
     const DocumentStructure& GetStructure() const { return structure; }
@@ -65,6 +77,7 @@ public:
     std::shared_ptr<const Resources> GetResources();
     // The z-order of a template on a page that says `onPage` of it.
     LayerKind GetTemplateKind(int templateId, const QString& onPage) const;
+    KeptBytes GetKeptBytes();
 
 private:
     PageHead GetPageHead(const QString& part);
@@ -72,6 +85,7 @@ private:
     ContentResult GetContent(const QString& part);
     void TellOfPage(int pageIndex, const QString& error);
     ContentResult ReadContent(const QString& part);
+    bool FindContent(const QString& part, ContentResult* result);
 
     const DocumentStructure structure;
     const std::unique_ptr<ProblemLog> problems; // never null
@@ -92,12 +106,13 @@ private:
     QHash<QString, QSizeF> templateSizes; // by part
     QHash<QString, PageHead> wholeHeads;  // by part; of those that had to be inflated whole
     std::mutex contentMutex;
-    QCache<QString, ContentResult> contents; // by part; weighed by the bytes of their source
+    QCache<QString, ContentResult> contents; // by part; weighed in bytes
+    ReadingTurns contentTurns;
     std::mutex resourceMutex;
     std::shared_ptr<const Resources> resources;
     std::mutex annotationMutex;
     std::unique_ptr<AnnotationIndex> annotationIndex;
-    QHash<int, std::shared_ptr<const PageAnnotations>> annotations; // by page index
+    QCache<int, std::shared_ptr<const PageAnnotations>> annotations; // by page index; weighed in bytes
 };
 
 } // namespace ofd

@@ -52,6 +52,17 @@ GlyphStamps::GlyphStamps()
 {
 }
 
+qint64 GlyphStamps::GetKeptBytes()
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    return stamps.totalCost();
+}
+
+qint64 GlyphStamps::GetLimit()
+{
+    return CachedBytes;
+}
+
 bool operator==(const GlyphStamps::Key& a, const GlyphStamps::Key& b)
 {
     return a.face == b.face && a.glyph == b.glyph && a.color == b.color && a.place == b.place &&

@@ -31,6 +31,8 @@ public:
     static bool IsSmall(const QTransform& toPixels);
     // The face must live as long as this object. `origin` gets the pixel that `topLeft` counts from.
     GlyphStamp GetStamp(const FontFace& face, quint32 glyph, const QTransform& toPixels, QRgb color, QPoint& origin);
+    qint64 GetKeptBytes();
+    static qint64 GetLimit();
 
 private:
     struct Key

@@ -22,11 +22,12 @@ ImageStore::ImageStore()
 
 QImage ImageStore::GetImage(const Package& package, const QString& part)
 {
-    {
-        const std::lock_guard<std::mutex> lock(mutex);
-        if (const QImage* known = images.object(part))
-            return *known;
-    }
+    QImage known;
+    if (FindImage(part, &known))
+        return known;
+    const ReadingTurns::Turn turn(turns, part);
+    if (FindImage(part, &known)) // another thread has just decoded it
+        return known;
     const PartData data = package.Read(part);
     const QImage image = data.error ? QImage() : DecodeImage(data.bytes);
     if (!data.error && image.isNull())
@@ -36,6 +37,26 @@ QImage ImageStore::GetImage(const Package& package, const QString& part)
     const std::lock_guard<std::mutex> lock(mutex);
     images.insert(part, new QImage(image), cost);
     return image;
+}
+
+qint64 ImageStore::GetKeptBytes()
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    return qint64(images.totalCost()) * 1024;
+}
+
+qint64 ImageStore::GetLimit()
+{
+    return qint64(CachedKilobytes) * 1024;
+}
+
+bool ImageStore::FindImage(const QString& part, QImage* image)
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    const QImage* known = images.object(part); // not owned
+    if (known)
+        *image = *known;
+    return known;
 }
 
 } // namespace ofd

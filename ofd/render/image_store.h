@@ -1,5 +1,7 @@
 #pragma once
 
+#include <ofd/model/reading_turns.h>
+
 #include <QCache>
 #include <QImage>
 
@@ -20,7 +22,12 @@ public:
     // Null when the part is missing, no picture, too large, or broken.
     QImage GetImage(const Package& package, const QString& part);
 
+    qint64 GetKeptBytes();
+    static qint64 GetLimit();
+
 private:
+    bool FindImage(const QString& part, QImage* image);
+    ReadingTurns turns;
     std::mutex mutex;
     QCache<QString, QImage> images; // by part; weighed in KB
 };

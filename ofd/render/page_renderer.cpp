@@ -1,6 +1,7 @@
 #include "page_renderer.h"
 
 #include "page_painter.h"
+#include "painting_watch.h"
 #include "seal_painter.h"
 
 #include <ofd/model/document_store.h>
@@ -17,17 +18,23 @@ namespace ofd {
 
 namespace {
 
+// Edges of the picture are not quite exact where outlines are cut off at them, which would show where tiles meet.
+constexpr int EdgePx = 8;
+
 constexpr LayerKind PaintingOrder[] = {LayerKind::Background, LayerKind::Body, LayerKind::Foreground};
 
 // One page being painted.
 class PagePainting
 {
 public:
-    PagePainting(QPainter& painter, DocumentStore& store, const G_RenderRequest& request)
+    // `picture` is what the painter paints, whose wanted part is told of while it grows; null when it is not.
+    PagePainting(QPainter& painter, DocumentStore& store, const G_RenderRequest& request, const QImage* picture,
+                 const QRect& wanted)
         : painter(painter)
         , store(store)
         , view(store.GetSession().GetPageView(request.pageIndex))
-        , content(painter, store, store.GetPackage(), [&request] { return IsCancelled(request); })
+        , watch(request, picture, wanted)
+        , content(painter, store, store.GetPackage(), [this] { return watch.IsCancelled(); })
     {
         view.hiddenTemplates += request.ignoredTemplates;
     }
@@ -70,7 +77,7 @@ public:
         return PaintSeals(painter, store, request.pageIndex, [&request](QPainter& onto, DocumentStore& document) {
             G_RenderRequest first;
             first.cancelled = request.cancelled;
-            PagePainting painting(onto, document, first);
+            PagePainting painting(onto, document, first, nullptr, QRect());
             return painting.PaintPage(*document.GetPageContent(0).content) &&
                    painting.PaintAnnotations(*document.GetPageAnnotations(0));
         });
@@ -140,6 +147,7 @@ private:
     QPainter& painter;
     DocumentStore& store;
     SessionState::PageView view;
+    PaintingWatch watch;
     ContentPainter content;
     QVector<int> openTemplates; // being painted, against cycles
     int templateCount = 0;      // painted so far
@@ -154,6 +162,11 @@ OfdPageRenderer::OfdPageRenderer(std::shared_ptr<DocumentStore> store)
 
 OfdPageRenderer::~OfdPageRenderer() = default;
 
+QSizeF OfdPageRenderer::PageSizeMm(int pageIndex)
+{
+    return store->GetPageSize(pageIndex);
+}
+
 G_RenderResult OfdPageRenderer::RenderPage(const G_RenderRequest& request)
 {
     G_RenderResult result;
@@ -162,12 +175,15 @@ G_RenderResult OfdPageRenderer::RenderPage(const G_RenderRequest& request)
     const ProblemScope scope(store->GetProblems(), store->GetStructure().pages.value(request.pageIndex).part);
     const QSizeF sizeMm = store->GetPageSize(request.pageIndex);
     const QRectF pageRect(QPointF(), sizeMm * request.pixelsPerMm);
+    const bool isPart = !request.region.isEmpty() && !request.region.contains(pageRect.toRect());
     const QRect region = request.region.isEmpty() ? pageRect.toAlignedRect() : request.region;
     if (qint64(region.width()) * region.height() > limits::MaxImagePixels) {
         result.error = QCoreApplication::translate("OfdDocument", "The page is too large to be painted.");
         return result;
     }
-    QImage image(region.size(), QImage::Format_RGB32);
+    const QRect painted = isPart ? region.adjusted(-EdgePx, -EdgePx, EdgePx, EdgePx) : region;
+    const QRect wanted(region.topLeft() - painted.topLeft(), region.size());
+    QImage image(painted.size(), QImage::Format_RGB32);
     if (image.isNull()) {
         result.error = QCoreApplication::translate("OfdDocument", "There is not enough memory to paint the page.");
         return result;
@@ -177,16 +193,16 @@ G_RenderResult OfdPageRenderer::RenderPage(const G_RenderRequest& request)
     result.error = page.error;
     QPainter painter(&image);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    painter.translate(-region.topLeft());
+    painter.translate(-painted.topLeft());
     painter.scale(request.pixelsPerMm, request.pixelsPerMm);
-    PagePainting painting(painter, *store, request);
+    PagePainting painting(painter, *store, request, &image, wanted);
     bool isDone = painting.PaintPage(*page.content);
     if (isDone && request.withAnnotations)
         isDone = painting.PaintAnnotations(*store->GetPageAnnotations(request.pageIndex));
     isDone = isDone && painting.PaintSealsOf(request);
     painter.end();
     if (isDone)
-        result.image = image;
+        result.image = isPart ? image.copy(wanted) : image;
     return result;
 }
 
