@@ -10,9 +10,13 @@
 #include <samples/deviations.h>
 #include <samples/raw_zip.h>
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QTemporaryDir>
+
+#include <cstdlib>
 
 namespace fuzz {
 
@@ -25,10 +29,18 @@ const samples::Package& Plain()
     return plain;
 }
 
+// In memory where that can be had: saving waits for the disk.
+QString FolderFile(const QString& name)
+{
+    static const QTemporaryDir folder(QFileInfo(QStringLiteral("/dev/shm")).isWritable()
+                                          ? QStringLiteral("/dev/shm/fuzz-XXXXXX")
+                                          : QDir::temp().filePath(QStringLiteral("fuzz-XXXXXX")));
+    return folder.filePath(name);
+}
+
 QString WriteInput(const QByteArray& bytes)
 {
-    static const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("input.ofd"));
+    const QString path = FolderFile(QStringLiteral("input.ofd"));
     QFile file(path);
     if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         file.write(bytes);
@@ -52,6 +64,19 @@ void ReadPage(ofd::OfdDocument& document, int index)
     request.pixelsPerMm = 1;
     request.region = QRect(0, 0, 200, 200);
     document.Renderer()->RenderPage(request);
+}
+
+// With an edit, where there is something that can be edited. What we write, we read.
+void SaveCopy(ofd::OfdDocument& document)
+{
+    G_TreeNode* bookmarks = document.GetBookmarkRoot(); // owned by the document
+    auto* first = bookmarks && bookmarks->SubNodeCount() > 0 ? dynamic_cast<G_Bookmark*>(bookmarks->SubNode(0)->data)
+                                                             : nullptr; // owned by its node
+    if (first)
+        first->name = "another <name> & more";
+    const QString copy = FolderFile(QStringLiteral("copy.ofd"));
+    if (document.SaveAs(copy) && !ofd::OfdDocument::Open(copy))
+        std::abort();
 }
 
 } // namespace
@@ -88,7 +113,7 @@ QByteArray DocumentWith(const QString& part, const QByteArray& bytes)
 
 void ReadWholeFile(const QByteArray& bytes)
 {
-    const ofd::OpenResult opened = ofd::OfdDocument::Open(WriteInput(bytes), true);
+    const ofd::OpenResult opened = ofd::OfdDocument::Open(WriteInput(bytes));
     if (!opened)
         return;
     ofd::OfdDocument& document = *opened.document;
@@ -98,6 +123,7 @@ void ReadWholeFile(const QByteArray& bytes)
     document.CustomTagRootCount();
     for (int i = 0; i < qMin(2, document.GetPageCount()); ++i)
         ReadPage(document, i);
+    SaveCopy(document);
 }
 
 void PaintFirstPage(const QByteArray& bytes)

@@ -22,7 +22,8 @@ const QStringList& PartNames();
 // The plain sample document, packed without compression, with those bytes in the place of one part.
 QByteArray DocumentWith(const QString& part, const QByteArray& bytes);
 
-// A whole file through everything that a reader does with it: opened, listed, its first pages painted and read.
+// A whole file through everything that a reader does with it: opened, listed, its first pages painted and read, an edit
+// saved into a copy.
 void ReadWholeFile(const QByteArray& bytes);
 // The first page of a document in memory, painted small and its text and objects placed.
 void PaintFirstPage(const QByteArray& package);
