@@ -7,32 +7,17 @@
 #include <frame/base/converters.h>
 #include <frame/operation/event_manager.h>
 
-#include <QApplication>
 #include <QDrag>
-#include <QTextEdit>
-#include <QUndoStack>
 #include <QtTest>
 
-void DeskMenu::PopupMenu(const QString& toolName, const QMap<QString, ContextMenuItemState>& states,
-                         const G_OperationParam*)
+void DeskTab::Take(QWidget* widget)
 {
-    shown.append(toolName);
-    lastStates = states;
+    pane = qobject_cast<NaviBookmarkWidget*>(widget);
 }
 
-QStringList DeskNavigation::opened;
-
-G_Operation* DeskNavigation::Clone() const
+QWidget* DeskTab::Widget() const
 {
-    auto* copy = new DeskNavigation;
-    copy->CopyFrom(this);
-    return copy;
-}
-
-bool DeskNavigation::DoAction()
-{
-    opened.append(Params->GetQString("navi_params"));
-    return true;
+    return pane;
 }
 
 CBookmarkTreeWidget* DeskTab::Tree() const
@@ -62,18 +47,9 @@ QString DeskTab::Dump() const
     return DumpTree(document->GetBookmarkRoot());
 }
 
-QUndoStack* DeskTab::Stack() const
-{
-    return view->UndoStack();
-}
-
 QTextEdit* DeskTab::Editor() const
 {
-    for (QTextEdit* editor : Tree()->findChildren<QTextEdit*>()) {
-        if (!editor->isHidden())
-            return editor;
-    }
-    return nullptr;
+    return OpenEditor(Tree());
 }
 
 QPoint DeskTab::RowPoint(int row) const
@@ -133,65 +109,6 @@ QList<int> DeskTab::SelectedRows() const
 void DeskTab::SwallowPageChange() const
 {
     emit view->UIContext()->EventMgr()->PageChange(view);
-}
-
-PaneDesk::PaneDesk(const QString& documentText)
-    : fixture(documentText)
-    , menu(new DeskMenu(fixture.Context()))
-{
-    DeskNavigation::opened.clear();
-    fixture.Context()->SetContextMenu(std::unique_ptr<G_ContextMenu>(menu));
-    for (G_Operation* operation :
-         std::initializer_list<G_Operation*>{&open, &add, &reset, &rename, &wrap, &remove, &removeAll, &navigation})
-        operation->RegisterToGlobal();
-    signature.RegisterHandlerToGlobal();
-    page.SetContext(fixture.Context());
-    AddTab(fixture.Document(), fixture.View());
-}
-
-PaneDesk::~PaneDesk()
-{
-    for (const auto& tab : tabs)
-        delete tab->pane;
-    ViewFixture::Settle();
-}
-
-DeskTab* PaneDesk::Open(const QString& documentText)
-{
-    OpenTab* tab = fixture.Open(documentText);
-    return AddTab(tab->document.get(), tab->view.get());
-}
-
-DeskTab* PaneDesk::AddTab(MemoryDocument* document, G_DocView* view)
-{
-    auto tab = std::make_unique<DeskTab>();
-    tab->document = document;
-    tab->view = view;
-    tab->pane = qobject_cast<NaviBookmarkWidget*>(
-        fixture.MakePane(document, [this, document] { return page.CreateWidget(document); }));
-    page.SetWidgetFor(document, tab->pane);
-    tab->pane->resize(260, 420);
-    tab->pane->show();
-    QApplication::setActiveWindow(tab->pane);
-    tabs.push_back(std::move(tab));
-    ViewFixture::Settle();
-    return tabs.back().get();
-}
-
-void PaneDesk::MakeCurrent(DeskTab* tab)
-{
-    fixture.SetCurrent(tab->view);
-    QApplication::setActiveWindow(tab->pane);
-    ViewFixture::Settle();
-}
-
-bool PaneDesk::Perform(const char* operation)
-{
-    G_Operation* copy = Context()->CreateOperationByName(operation, QString());
-    const bool isDone = copy && copy->PerformAction();
-    if (copy)
-        copy->DeleteLater();
-    return isDone;
 }
 
 QString DocumentWithBookmarks(int count)

@@ -4,40 +4,16 @@
 #include <outline/outline_tree.h>
 #include <tests/support/tree_dump.h>
 
-#include <QApplication>
-#include <QTextEdit>
 #include <QTreeWidgetItemIterator>
-#include <QUndoStack>
-#include <QtTest>
 
-void DeskMenu::PopupMenu(const QString& toolName, const QMap<QString, ContextMenuItemState>& states,
-                         const G_OperationParam*)
+void OutlineTab::Take(QWidget* widget)
 {
-    shown.append(toolName);
-    lastStates = states;
+    pane = qobject_cast<NaviOutlineWidget*>(widget);
 }
 
-QStringList DeskNavigation::opened;
-
-G_Operation* DeskNavigation::Clone() const
+QWidget* OutlineTab::Widget() const
 {
-    auto* copy = new DeskNavigation;
-    copy->CopyFrom(this);
-    return copy;
-}
-
-bool DeskNavigation::DoAction()
-{
-    opened.append(Params->GetQString("navi_params"));
-    return true;
-}
-
-OutlineOperations::OutlineOperations()
-{
-    for (G_Operation* operation :
-         std::initializer_list<G_Operation*>{&open, &addFromOutside, &add, &addSub, &batchAdd, &del, &delAll, &rename,
-                                             &resetPos, &wordwrap, &expandSub, &expandOrCollapse})
-        operation->RegisterToGlobal();
+    return pane;
 }
 
 CTreeWidget* OutlineTab::Tree() const
@@ -66,18 +42,9 @@ QString OutlineTab::Rows() const
     return rows;
 }
 
-QUndoStack* OutlineTab::Stack() const
-{
-    return view->UndoStack();
-}
-
 QTextEdit* OutlineTab::Editor() const
 {
-    for (QTextEdit* editor : Tree()->findChildren<QTextEdit*>()) {
-        if (!editor->isHidden())
-            return editor;
-    }
-    return nullptr;
+    return OpenEditor(Tree());
 }
 
 G_TreeNode* OutlineTab::Node(const QList<int>& rows) const
@@ -113,63 +80,6 @@ void OutlineTab::Select(const QStringList& titles) const
         Tree()->setCurrentItem(Item(titles.first()), 0, QItemSelectionModel::NoUpdate);
     for (const QString& title : titles)
         Item(title)->setSelected(true);
-}
-
-OutlineDesk::OutlineDesk(const QString& documentText)
-    : fixture(documentText)
-    , menu(new DeskMenu(fixture.Context()))
-{
-    DeskNavigation::opened.clear();
-    fixture.Context()->SetContextMenu(std::unique_ptr<G_ContextMenu>(menu));
-    navigation.RegisterToGlobal();
-    signature.RegisterHandlerToGlobal();
-    page.SetContext(fixture.Context());
-    AddTab(fixture.Document(), fixture.View());
-}
-
-OutlineDesk::~OutlineDesk()
-{
-    for (const auto& tab : tabs)
-        delete tab->pane;
-    ViewFixture::Settle();
-}
-
-OutlineTab* OutlineDesk::Open(const QString& documentText)
-{
-    OpenTab* tab = fixture.Open(documentText);
-    return AddTab(tab->document.get(), tab->view.get());
-}
-
-OutlineTab* OutlineDesk::AddTab(MemoryDocument* document, G_DocView* view)
-{
-    auto tab = std::make_unique<OutlineTab>();
-    tab->document = document;
-    tab->view = view;
-    tab->pane = qobject_cast<NaviOutlineWidget*>(
-        fixture.MakePane(document, [this, document] { return page.CreateWidget(document); }));
-    page.SetWidgetFor(document, tab->pane);
-    tab->pane->resize(260, 420);
-    tab->pane->show();
-    QApplication::setActiveWindow(tab->pane);
-    tabs.push_back(std::move(tab));
-    ViewFixture::Settle();
-    return tabs.back().get();
-}
-
-void OutlineDesk::MakeCurrent(OutlineTab* tab)
-{
-    fixture.SetCurrent(tab->view);
-    QApplication::setActiveWindow(tab->pane);
-    ViewFixture::Settle();
-}
-
-bool OutlineDesk::Perform(const char* operation)
-{
-    G_Operation* copy = Context()->CreateOperationByName(operation, QString());
-    const bool isDone = copy && copy->PerformAction();
-    if (copy)
-        copy->DeleteLater();
-    return isDone;
 }
 
 QString SmallOutline()
