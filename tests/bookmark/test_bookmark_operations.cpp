@@ -1,115 +1,22 @@
-#include <bookmark/bookmark_events.h>
-#include <bookmark/bookmark_node.h>
-#include <bookmark/bookmark_operations.h>
-#include <frame/base/converters.h>
-#include <frame/base/log.h>
+#include "bookmark_operations_fixture.h"
+
 #include <frame/json/ovjson.h>
 #include <frame/operation/event_manager.h>
 #include <tests/support/event_probe.h>
 #include <tests/support/test_main.h>
-#include <tests/support/tree_dump.h>
 #include <tests/support/undo_verbs.h>
 #include <tests/support/view_fixture.h>
 
 #include <QUndoStack>
 #include <QtTest>
 
-#include <algorithm>
-#include <functional>
 #include <memory>
 
-namespace {
-
-// The host's operation that opens a pane, with what the others did before it.
-class NavigationDouble : public G_Operation
-{
-public:
-    G_Operation* Clone() const override
-    {
-        auto* copy = new NavigationDouble;
-        copy->CopyFrom(this);
-        return copy;
-    }
-    const char* Name() const override { return "e_navigation"; }
-    bool DoAction() override
-    {
-        opened.append(Params->GetQString("navi_params"));
-        if (whenOpened)
-            whenOpened();
-        return true;
-    }
-    static QStringList opened;
-    static std::function<void()> whenOpened;
-};
-QStringList NavigationDouble::opened;
-std::function<void()> NavigationDouble::whenOpened;
-
-struct BookmarkOperations
-{
-    BookmarkOperations()
-    {
-        for (G_Operation* operation : All())
-            operation->RegisterToGlobal();
-    }
-    QList<G_Operation*> All() { return {&open, &add, &reset, &rename, &wrap, &remove, &removeAll}; }
-    GP_BookmarkOperation open;
-    GP_AddBookmark add;
-    GP_BookmarkResetPosition reset;
-    GP_BookmarkRename rename;
-    GP_BookmarkWrap wrap;
-    GP_BookmarkDelete remove;
-    GP_BookmarkDeleteAll removeAll;
-};
-
-const char threeBookmarks[] = "page 210 297\n"
-                              "page 210 297\n"
-                              "bookmark \"A\" page=1 rect=0,0,10,10 zoom=1 mode=0\n"
-                              "bookmark \"B\" page=1 rect=0,10,20,20 zoom=1.5 mode=2\n"
-                              "bookmark \"C\" page=2 rect=0,20,30,30 zoom=2 mode=1\n";
-
-G_HighLightItem Highlight(int pageIndex, int length)
-{
-    G_TextRun run;
-    run.rect = CCA_GRect(20, 30, 20 + 2 * static_cast<float>(length), 34);
-    G_HighLightItem item;
-    item.pageIndex = pageIndex;
-    item.runs = {run};
-    return item;
-}
-
-QString PageWith(const QString& text)
-{
-    return QStringLiteral("page 600 297 id=7\n  text 20 30 %1\n").arg(text);
-}
-
-} // namespace
-
 // The bookmark operations by name, on a document without a pane.
-class TestBookmarkOperations : public QObject
+class TestBookmarkOperations : public BookmarkOperationsFixture
 {
     Q_OBJECT
-
 private slots:
-    void init()
-    {
-        lines.clear();
-        SetFrameLogListener([this](const QByteArray& line) { lines.append(line); });
-        NavigationDouble::opened.clear();
-        NavigationDouble::whenOpened = {};
-        operations = std::make_unique<BookmarkOperations>();
-        navigation = std::make_unique<NavigationDouble>();
-        navigation->RegisterToGlobal();
-    }
-
-    void cleanup()
-    {
-        probe.reset();
-        fixture.reset();
-        operations.reset();
-        navigation.reset();
-        SetFrameLogListener({});
-    }
-
     void eachOperationHasItsNameAndItsPermission_data()
     {
         QTest::addColumn<QString>("name");
@@ -159,15 +66,15 @@ private slots:
             copy->DeleteLater();
         }
         QVERIFY(!context.PerformOperation("vn_bookmark", QString()));
-        QVERIFY(NavigationDouble::opened.isEmpty());
+        QVERIFY(DeskNavigation::opened.isEmpty());
     }
 
     void openingAsksTheHostForThePane()
     {
         Open(threeBookmarks);
         QVERIFY(Perform("vn_bookmark"));
-        QCOMPARE(NavigationDouble::opened.size(), 1);
-        const QByteArray text = NavigationDouble::opened.first().toUtf8();
+        QCOMPARE(DeskNavigation::opened.size(), 1);
+        const QByteArray text = DeskNavigation::opened.first().toUtf8();
         const OVSharedPtr<OVJson> params = OVJsonFactory::ParseJsonString(text.constData(), text.size());
         QVERIFY(params);
         QCOMPARE(params->MemberCount(), 2);
@@ -182,144 +89,6 @@ private slots:
         navigation.reset();
         QVERIFY(!Perform("vn_bookmark"));
         QVERIFY(Perform("d_addbookmark")); // adding goes on without it
-    }
-
-    void aNewBookmarkGoesLastAndIsNamedByTheDefault()
-    {
-        Open(threeBookmarks);
-        QVERIFY(Perform("d_addbookmark"));
-        QCOMPARE(Names(), (QStringList{"A", "B", "C", "new bookmark"}));
-    }
-
-    void theSecondAndTheThirdDefaultNameGetNumbers()
-    {
-        Open("page 210 297\n");
-        for (int i = 0; i < 3; ++i)
-            QVERIFY(Perform("d_addbookmark"));
-        QCOMPARE(Names(), (QStringList{"new bookmark", "new bookmark(1)", "new bookmark(2)"}));
-    }
-
-    void addingToADocumentWithoutARootMakesTheRoot()
-    {
-        Open("page 210 297\n");
-        QVERIFY(!fixture->Document()->GetBookmarkRoot());
-        QVERIFY(Perform("d_addbookmark"));
-        QVERIFY(fixture->Document()->GetBookmarkRoot());
-        QCOMPARE(Names(), QStringList{"new bookmark"});
-    }
-
-    void aHighlightOfAHundredAndFiftyCharactersNamesTheBookmarkByItsFirstHundred()
-    {
-        const QString text = QString(100, QLatin1Char('a')) + QString(50, QLatin1Char('b'));
-        Open(PageWith(text));
-        fixture->View()->SetHighLightText({Highlight(0, 150)});
-        QVERIFY(Perform("d_addbookmark"));
-        QCOMPARE(Names(), QStringList{text.left(100)});
-        // The second of the same text is told apart behind the hundred.
-        QVERIFY(Perform("d_addbookmark"));
-        QCOMPARE(Names().last(), text.left(100) + QStringLiteral("(1)"));
-    }
-
-    void aHighlightOfAHundredCharactersIsTheWholeName()
-    {
-        const QString text(100, QLatin1Char('a'));
-        Open(PageWith(text));
-        fixture->View()->SetHighLightText({Highlight(0, 100)});
-        QVERIFY(Perform("d_addbookmark"));
-        QCOMPARE(Names(), QStringList{text});
-    }
-
-    void allItemsOfAHighlightMakeUpTheName()
-    {
-        Open(PageWith("abc") + PageWith("def").replace("id=7", "id=8"));
-        fixture->View()->SetHighLightText({Highlight(0, 3), Highlight(1, 3)});
-        QVERIFY(Perform("d_addbookmark"));
-        QCOMPARE(Names(), QStringList{"abcdef"});
-    }
-
-    void aHighlightWithoutTextMakesNoBookmarkAndIsLogged()
-    {
-        Open(PageWith("abc"));
-        G_HighLightItem beside = Highlight(0, 3);
-        beside.runs[0].rect = CCA_GRect(20, 200, 60, 220);
-        fixture->View()->SetHighLightText({beside});
-        QVERIFY(!Perform("d_addbookmark"));
-        QVERIFY(Names().isEmpty());
-        QVERIFY(WasLogged("bookmark create failed"));
-        QVERIFY(probe->Types().isEmpty());
-        QVERIFY(NavigationDouble::opened.isEmpty());
-    }
-
-    void aHighlightedPageThatDoesNotLoadIsLoggedByTheOperationsName()
-    {
-        Open(PageWith("abc") + PageWith("def").replace("id=7", "id=8"));
-        fixture->Document()->SetPageFailure(0, true);
-        fixture->View()->SetHighLightText({Highlight(0, 3), Highlight(1, 3)});
-        QVERIFY(Perform("d_addbookmark"));
-        QCOMPARE(Names(), QStringList{"def"});
-        QVERIFY(lines.contains("Page load failed GP_AddBookmark::ParseTextPage"));
-    }
-
-    void aRootThatCannotBeMadeIsLogged()
-    {
-        Open("page 210 297\n");
-        fixture->Document()->SetCreateRootFailure(true);
-        QVERIFY(!Perform("d_addbookmark"));
-        QVERIFY(WasLogged("bookmark create failed"));
-        QVERIFY(probe->Types().isEmpty());
-        QVERIFY(fixture->Context()->Asked().isEmpty());
-    }
-
-    void aRefusedBookmarkIsLoggedWithTheCount()
-    {
-        Open(threeBookmarks);
-        fixture->Document()->GetBookmarkRoot()->SetChangeGuard(
-            [](G_TreeNode::Change, G_TreeNode*, int) { return false; });
-        QVERIFY(!Perform("d_addbookmark"));
-        QVERIFY(WasLogged("add failed 3"));
-        QVERIFY(probe->Types().isEmpty());
-    }
-
-    void theNewBookmarksDestinationIsTheViewsPlace()
-    {
-        Open(threeBookmarks);
-        G_DocView* view = fixture->View();
-        view->GoToPage(view, 1, CCA_GRect(), false);
-        view->SetZoom(150, false);
-        view->SetZoomMode(G_Preferences::FitWidth);
-        QVERIFY(Perform("d_addbookmark"));
-        const G_Dest& dest = *Bookmark(3)->dest;
-        QCOMPARE(dest.pageIndex, view->CurrentPageIndex());
-        QCOMPARE(dest.pageId, fixture->Document()->PageIdFromIndex(dest.pageIndex));
-        QCOMPARE(dest.Rect(), view->CurrentPageVisibleRectMM());
-        QCOMPARE(dest.zoom, view->GetZoom() / 100);
-        QCOMPARE(dest.zoomMode, 2);
-    }
-
-    void anAdditionTellsThePaneThenTheFrameThenOpensThePane()
-    {
-        Open(threeBookmarks);
-        QStringList told;
-        QStringList operationNames;
-        QObject::connect(fixture->Context()->EventMgr(), &G_EventMgr::EventFired, this, [&](G_Event* event) {
-            told.append(QString::number(event->TypeEnum()));
-            if (const auto* added = dynamic_cast<G_BookmarkAddEvent*>(event)) {
-                operationNames.append(added->OperationName());
-                QCOMPARE(added->DocumentKey(), GQ_ToQStringFromUtf8(fixture->Document()->GetDocumentKey()));
-                QCOMPARE(Names().size(), 4);
-            }
-        });
-        NavigationDouble::whenOpened = [&] { told.append("opened"); };
-        QVERIFY(Perform("d_addbookmark"));
-        QCOMPARE(told, (QStringList{"1000", "110", "opened"}));
-        QCOMPARE(operationNames, QStringList{"d_addbookmark"});
-    }
-
-    void withoutAPaneAnAdditionIsNoUndoStep()
-    {
-        Open(threeBookmarks);
-        QVERIFY(Perform("d_addbookmark"));
-        QCOMPARE(fixture->View()->UndoStack()->count(), 0);
     }
 
     void aDeletionReadsRowsUntilANumberIsMissing()
@@ -515,29 +284,6 @@ private slots:
     }
 
 private:
-    using Fill = std::function<void(G_OperationParam*)>;
-
-    void Open(const QString& text)
-    {
-        fixture = std::make_unique<ViewFixture>(text);
-        probe = std::make_unique<EventProbe>(fixture->Context()->EventMgr());
-    }
-
-    G_Operation* Make(const QByteArray& name) { return fixture->Context()->CreateOperationByName(name, QString()); }
-
-    // `result` gets the operation's "result" parameter.
-    bool Perform(const char* name, const Fill& fill = {}, bool* result = nullptr)
-    {
-        G_Operation* copy = Make(name);
-        if (fill)
-            fill(copy->Params);
-        const bool isDone = copy->PerformAction();
-        if (result)
-            *result = copy->Params->GetBool("result");
-        copy->DeleteLater();
-        return isDone;
-    }
-
     static Fill Renaming(int row, const QString& name)
     {
         return [row, name](G_OperationParam* params) {
@@ -545,29 +291,6 @@ private:
             params->Add("name", name);
         };
     }
-
-    QStringList Names() const
-    {
-        QStringList names;
-        const G_TreeNode* root = fixture->Document()->GetBookmarkRoot();
-        for (int row = 0; root && row < root->SubNodeCount(); ++row)
-            names.append(BookmarkName(root->SubNode(row)));
-        return names;
-    }
-
-    const G_Bookmark* Bookmark(int row) const { return BookmarkOf(BookmarkNode(fixture->Document(), row)); }
-
-    bool WasLogged(const QByteArray& start) const
-    {
-        return std::any_of(lines.cbegin(), lines.cend(),
-                           [&start](const QByteArray& line) { return line.startsWith(start); });
-    }
-
-    QList<QByteArray> lines;
-    std::unique_ptr<BookmarkOperations> operations;
-    std::unique_ptr<NavigationDouble> navigation;
-    std::unique_ptr<ViewFixture> fixture;
-    std::unique_ptr<EventProbe> probe;
 };
 
 TETO_TEST_MAIN(TestBookmarkOperations)

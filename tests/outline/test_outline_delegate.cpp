@@ -1,19 +1,15 @@
+#include "outline_cells.h"
 #include "outline_gestures.h"
 
-#include <outline/outline_delegate.h>
+#include <common/wrap_layout.h>
 #include <outline/outline_pane.h>
 #include <outline/outline_tree.h>
 #include <tests/support/test_main.h>
 
-#include <frame/utils/dpi.h>
-
 #include <QHelpEvent>
 #include <QPainter>
-#include <QPushButton>
 #include <QScrollBar>
-#include <QTextEdit>
 #include <QToolTip>
-#include <QUndoStack>
 #include <QtTest>
 
 #include <cmath>
@@ -21,21 +17,6 @@
 namespace {
 
 const QColor listGround(0xF5, 0xF7, 0xF9);
-
-QString Entry(const QString& title, const QString& rest = QStringLiteral("page=1"))
-{
-    return QStringLiteral("outline \"%1\" %2\n").arg(title, rest);
-}
-
-QString Page()
-{
-    return QStringLiteral("page 210 297\n");
-}
-
-QModelIndex Index(const OutlineTab* tab, const QString& title, int column)
-{
-    return tab->Tree()->IndexOf(tab->Item(title)).siblingAtColumn(column);
-}
 
 // One cell as the delegate paints it, over red where it paints nothing.
 QImage PaintCell(const OutlineTab* tab, const QModelIndex& index, QStyle::State state, const QSize& size)
@@ -60,29 +41,6 @@ QColor Blend(double alpha)
 bool Near(const QColor& a, const QColor& b)
 {
     return qAbs(a.red() - b.red()) <= 1 && qAbs(a.green() - b.green()) <= 1 && qAbs(a.blue() - b.blue()) <= 1;
-}
-
-// The box of what is darker than any ground.
-QRect Ink(const QImage& image)
-{
-    QRect box;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (qGray(image.pixel(x, y)) < 150 && image.pixelColor(x, y) != QColor(Qt::red))
-                box |= QRect(x, y, 1, 1);
-        }
-    }
-    return box;
-}
-
-int Height(const OutlineTab* tab, const QString& title)
-{
-    return Gesture::TitleRect(tab, title).height();
-}
-
-void SetScale(float scale)
-{
-    Utils::OVDpi::Instance()->OverrideScale(scale);
 }
 
 // Shows the entry's tooltip and gives its text.
@@ -120,18 +78,6 @@ private slots:
     void aScrollBarMakesTheLinesShorter();
     void manyDepthsKeepTheirOwnLines();
     void aTitleOfTenThousandCharactersIsShownInARowThatAViewCanHold();
-    // The editor
-    void onlyTheTitleHasAnEditor();
-    void theEditorShowsTheStoredTitleSelectedWithoutScrollBars();
-    void theEditorStandsWhereTheTitleStands_data();
-    void theEditorStandsWhereTheTitleStands();
-    void openingTheEditorDoesNotStretchItsRow();
-    void lineFeedsAreTakenOut();
-    void everyWayOfEndingAnEditRenamesOnce_data();
-    void everyWayOfEndingAnEditRenamesOnce();
-    void escapeLeavesTheTitle();
-    void anEditThatOnlyChangesTheBlanksAroundIsARenameToo();
-    void enterClearsAPendingRequestAlsoWithoutAChangeAndLosingTheFocusDoesNot();
     // Tooltips
     void aTipShowsTheStoredTitleAsTextWhateverMarkupItHolds();
     void aTipOfAVeryLongTitleIsCut();
@@ -379,173 +325,6 @@ void TestOutlineDelegate::aTitleOfTenThousandCharactersIsShownInARowThatAViewCan
         QCOMPARE(Height(tab, title), int(std::ceil(25 * scale)));
         QVERIFY(!tab->pane->grab().isNull());
     }
-}
-
-void TestOutlineDelegate::onlyTheTitleHasAnEditor()
-{
-    OutlineDesk desk(Page() + Entry("A"));
-    const OutlineTab* tab = desk.First();
-    const auto make = [&](int column) {
-        return std::unique_ptr<QWidget>(
-            tab->Tree()->itemDelegate()->createEditor(nullptr, QStyleOptionViewItem(), Index(tab, "A", column)));
-    };
-    QVERIFY(qobject_cast<QTextEdit*>(make(0).get()));
-    QVERIFY(!make(1));
-}
-
-void TestOutlineDelegate::theEditorShowsTheStoredTitleSelectedWithoutScrollBars()
-{
-    OutlineDesk desk(Page() + Entry("  A title "));
-    const OutlineTab* tab = desk.First();
-    tab->MakeCurrent("A title");
-    QTest::keyClick(tab->Tree(), Qt::Key_F2);
-    const QTextEdit* editor = tab->Editor();
-    QVERIFY(editor);
-    QCOMPARE(editor->toPlainText(), QStringLiteral("  A title "));
-    QCOMPARE(editor->textCursor().selectedText(), QStringLiteral("  A title "));
-    QCOMPARE(editor->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
-    QCOMPARE(editor->verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
-    QCOMPARE(editor->geometry(), Gesture::TitleRect(tab, "A title"));
-    QVERIFY(editor->hasFocus());
-    QVERIFY(!editor->accessibleName().isEmpty());
-}
-
-void TestOutlineDelegate::theEditorStandsWhereTheTitleStands_data()
-{
-    QTest::addColumn<bool>("wraps");
-    QTest::addColumn<float>("scale");
-    QTest::newRow("wrapped") << true << 1.0F;
-    QTest::newRow("one line") << false << 1.0F;
-    QTest::newRow("wrapped at twice the scale") << true << 2.0F;
-    QTest::newRow("one line at twice the scale") << false << 2.0F;
-}
-
-void TestOutlineDelegate::theEditorStandsWhereTheTitleStands()
-{
-    QFETCH(bool, wraps);
-    QFETCH(float, scale);
-    SetScale(scale);
-    OutlineDesk desk(Page() + Entry("Hg"));
-    const OutlineTab* tab = desk.First();
-    tab->pane->SetWordWrap(wraps);
-    ViewFixture::Settle();
-    const QRect cell = Gesture::TitleRect(tab, "Hg");
-    const QRect shown = Ink(tab->Tree()->viewport()->grab(cell).toImage());
-    tab->MakeCurrent("Hg");
-    QTest::keyClick(tab->Tree(), Qt::Key_F2);
-    QTextEdit* editor = tab->Editor();
-    QVERIFY(editor);
-    QTextCursor cursor = editor->textCursor();
-    cursor.clearSelection();
-    editor->setTextCursor(cursor);
-    editor->setCursorWidth(0); // no caret
-    const QRect edited = Ink(editor->viewport()->grab().toImage()).translated(editor->viewport()->pos());
-    QVERIFY(!shown.isEmpty() && !edited.isEmpty());
-    QVERIFY2(
-        qAbs(shown.left() - edited.left()) <= 1 && qAbs(shown.top() - edited.top()) <= 1,
-        qPrintable(
-            QStringLiteral("%1,%2 and %3,%4").arg(shown.left()).arg(shown.top()).arg(edited.left()).arg(edited.top())));
-}
-
-void TestOutlineDelegate::openingTheEditorDoesNotStretchItsRow()
-{
-    OutlineDesk desk(Page() + Entry("A") + Entry("B"));
-    const OutlineTab* tab = desk.First();
-    const int before = Height(tab, "A");
-    tab->MakeCurrent("A");
-    QTest::keyClick(tab->Tree(), Qt::Key_F2);
-    QVERIFY(tab->Editor());
-    tab->Tree()->doItemsLayout();
-    QCOMPARE(Height(tab, "A"), before);
-}
-
-void TestOutlineDelegate::lineFeedsAreTakenOut()
-{
-    OutlineDesk desk(Page() + Entry("A"));
-    const OutlineTab* tab = desk.First();
-    tab->MakeCurrent("A");
-    QTest::keyClick(tab->Tree(), Qt::Key_F2);
-    tab->Editor()->setPlainText(QStringLiteral("one\ntwo\n\nthree"));
-    QTest::keyClick(tab->Editor(), Qt::Key_Return);
-    ViewFixture::Settle();
-    QCOMPARE(tab->Names(), QStringLiteral("onetwothree\n"));
-}
-
-void TestOutlineDelegate::everyWayOfEndingAnEditRenamesOnce_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("modifiers");
-    QTest::newRow("Return") << int(Qt::Key_Return) << 0;
-    QTest::newRow("Enter") << int(Qt::Key_Enter) << int(Qt::KeypadModifier);
-    QTest::newRow("Shift+Return") << int(Qt::Key_Return) << int(Qt::ShiftModifier);
-    QTest::newRow("Tab") << int(Qt::Key_Tab) << 0;
-    QTest::newRow("another control") << 0 << 0;
-    QTest::newRow("a click on another entry") << -1 << 0;
-}
-
-void TestOutlineDelegate::everyWayOfEndingAnEditRenamesOnce()
-{
-    QFETCH(int, key);
-    QFETCH(int, modifiers);
-    OutlineDesk desk(Page() + Entry("A") + "  " + Entry("A1") + Entry("B"));
-    const OutlineTab* tab = desk.First();
-    tab->MakeCurrent("A1");
-    QTest::keyClick(tab->Tree(), Qt::Key_F2);
-    QTest::keyClicks(tab->Editor(), QStringLiteral("Z"));
-    if (key > 0)
-        QTest::keyClick(tab->Editor(), Qt::Key(key), Qt::KeyboardModifiers(modifiers));
-    else if (key == 0)
-        tab->pane->delButton->setFocus();
-    else
-        Gesture::Click(tab, "B");
-    ViewFixture::Settle();
-    QCOMPARE(tab->Names(), QStringLiteral("A\n  Z\nB\n"));
-    QCOMPARE(tab->Rows(), tab->Names());
-    QCOMPARE(tab->Stack()->count(), 1);
-    QVERIFY(!tab->Editor());
-    QVERIFY(!tab->Tree()->signalsBlocked());
-}
-
-void TestOutlineDelegate::escapeLeavesTheTitle()
-{
-    OutlineDesk desk(Page() + Entry("A") + Entry("B"));
-    const OutlineTab* tab = desk.First();
-    Gesture::Rename(tab, "A", "Z", Qt::Key_Escape);
-    QCOMPARE(tab->Names(), QStringLiteral("A\nB\n"));
-    QCOMPARE(tab->Rows(), tab->Names());
-    QCOMPARE(tab->Stack()->count(), 0);
-    Gesture::Rename(tab, "B", "Y");
-    QCOMPARE(tab->Names(), QStringLiteral("A\nY\n"));
-}
-
-void TestOutlineDelegate::anEditThatOnlyChangesTheBlanksAroundIsARenameToo()
-{
-    for (const Qt::Key endKey : {Qt::Key_Return, Qt::Key_Tab}) {
-        OutlineDesk desk(Page() + Entry(" A"));
-        Gesture::Rename(desk.First(), "A", "A", endKey); // the row shows "A" before and after
-        QCOMPARE(desk.First()->Names(), QStringLiteral("A\n"));
-        QCOMPARE(desk.First()->Stack()->count(), 1);
-    }
-}
-
-void TestOutlineDelegate::enterClearsAPendingRequestAlsoWithoutAChangeAndLosingTheFocusDoesNot()
-{
-    OutlineDesk desk(Page() + Entry("A") + Entry("B"));
-    const OutlineTab* tab = desk.First();
-    const auto request = [tab] {
-        tab->MakeCurrent("A");
-        QTest::keyClick(tab->Tree(), Qt::Key_F2);
-        tab->Tree()->pendingParent = tab->document->GetOutlineRoot();
-        tab->Tree()->pendingRow = 1;
-    };
-    request();
-    tab->pane->delButton->setFocus();
-    QCOMPARE(tab->Tree()->pendingRow, 1);
-    request();
-    QTest::keyClick(tab->Editor(), Qt::Key_Return);
-    QVERIFY(!tab->Tree()->pendingParent);
-    QCOMPARE(tab->Tree()->pendingRow, -1);
-    QCOMPARE(tab->Stack()->count(), 0);
 }
 
 void TestOutlineDelegate::aTipShowsTheStoredTitleAsTextWhateverMarkupItHolds()

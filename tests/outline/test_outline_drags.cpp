@@ -1,5 +1,9 @@
+#include "outline_drops.h"
 #include "outline_gestures.h"
 
+#include <frame/operation/event_manager.h>
+#include <frame/utils/dpi.h>
+#include <frame/view/tool_handler.h>
 #include <outline/outline_pane.h>
 #include <outline/outline_tree.h>
 #include <tests/support/event_probe.h>
@@ -7,16 +11,10 @@
 #include <tests/support/tree_dump.h>
 #include <tests/support/undo_verbs.h>
 
-#include <frame/document/payloads.h>
-#include <frame/operation/event_manager.h>
-#include <frame/utils/dpi.h>
-#include <frame/view/tool_handler.h>
-
 #include <QApplication>
 #include <QDrag>
 #include <QDragEnterEvent>
 #include <QMimeData>
-#include <QScrollBar>
 #include <QUndoStack>
 #include <QtTest>
 
@@ -26,15 +24,6 @@ using Gesture::AsSibling;
 namespace {
 
 const QString format = QStringLiteral("application/x-qabstractitemmodeldatalist");
-
-// Top-level entries with these titles.
-QString Flat(const QString& titles)
-{
-    QString text = QStringLiteral("page 210 297\n");
-    for (const QChar title : titles)
-        text += QStringLiteral("outline \"%1\" page=1\n").arg(title);
-    return text;
-}
 
 // Enters and drops without the move between them, which would have refused the place. True when the drop was taken.
 bool DropUnasked(const OutlineTab* tab, const QMimeData* data, const QPoint& place)
@@ -65,17 +54,10 @@ private slots:
     void threeEntriesSelectedAsThreeOneTwoArePlacedAsOneTwoThree();
     void entriesOfSeveralParentsGatherInTheTreesOrder();
     void aDropToTheRightMakesTheEntryTheFirstChild();
-    void theBorderBetweenSiblingAndChildIsTwentyTwoPixels_data();
-    void theBorderBetweenSiblingAndChildIsTwentyTwoPixels();
     void aWholeBranchMovesWithAllThatItsRecordsHold();
     void aSelectedEntryBelowASelectedOneIsNotMovedByItself();
-    void aParentIsRefusedOnItsOwnChildAndOnAnotherSelectedEntryWithoutALine();
     void aRefusedDropThatArrivesAllTheSameChangesNothing();
     void aDropInTheTopPixelsMovesTheRunToTheFirstPlacesOfThatRowsParent();
-    void inAScrolledTreeTheTopPixelsMeanTheParentOfTheRowThere();
-    void theTopZoneIsFivePixelsHigh_data();
-    void theTopZoneIsFivePixelsHigh();
-    void aDropBesideTheRowsDoesNothing();
     void aMoveIsOneUndoStepAndFiresTwice();
     void theMovedEntriesAreSelectedAfterwards();
     void whatWasExpandedStaysExpandedOverADrag();
@@ -83,12 +65,9 @@ private slots:
     void noDragBeginsWhereEditingIsNotAllowed();
     void noDragBeginsWithoutASelection();
     void anotherTreesDragIsRefusedAndAForgedAddressIsNeverFollowed();
-    void theIndicatorStandsBelowTheRowOrIndentedOrAboveAtTheTop();
-    void theIndicatorIsPaintedWhileDraggingAndGoneOnceTheViewIsLeft();
     void aDragWithTheSignatureToolActiveSwitchesToTheHandToolOnce();
     void aTreeThatRefusesTheMoveKeepsItsRows();
     void nodesThatDiedDuringTheDragAreNotMoved();
-    void besideTheRowsNoIndicatorIsLeft();
     void aDropAfterTheRightsOrTheTabChangedMovesNoRows_data();
     void aDropAfterTheRightsOrTheTabChangedMovesNoRows();
 };
@@ -155,25 +134,6 @@ void TestOutlineDrags::aDropToTheRightMakesTheEntryTheFirstChild()
     QCOMPARE(tab->Rows(), tab->Names());
 }
 
-void TestOutlineDrags::theBorderBetweenSiblingAndChildIsTwentyTwoPixels_data()
-{
-    QTest::addColumn<int>("x");
-    QTest::addColumn<QString>("names");
-    QTest::newRow("at it") << 22 << "A\n  A1\n    A1a\n  A2\n  B\nC\n  C1\n";
-    QTest::newRow("beyond it") << 23 << "A\n  A1\n    A1a\n  A2\n    B\nC\n  C1\n";
-}
-
-void TestOutlineDrags::theBorderBetweenSiblingAndChildIsTwentyTwoPixels()
-{
-    QFETCH(int, x);
-    QFETCH(QString, names);
-    OutlineDesk desk(SmallOutline());
-    const OutlineTab* tab = desk.First();
-    const QRect row = tab->Tree()->visualItemRect(tab->Item("A2"));
-    Gesture::DragEntry(tab, "B", {QPoint(row.left() + x, row.center().y())});
-    QCOMPARE(tab->Names(), names);
-}
-
 void TestOutlineDrags::aWholeBranchMovesWithAllThatItsRecordsHold()
 {
     OutlineDesk desk(SmallOutline());
@@ -192,29 +152,6 @@ void TestOutlineDrags::aSelectedEntryBelowASelectedOneIsNotMovedByItself()
     tab->Select({"A1a", "A"}); // the entry between them is not selected
     Gesture::DragEntry(tab, "A", {AsSibling(tab, "C")});
     QCOMPARE(tab->Names(), QStringLiteral("B\nC\n  C1\nA\n  A1\n    A1a\n  A2\n"));
-}
-
-void TestOutlineDrags::aParentIsRefusedOnItsOwnChildAndOnAnotherSelectedEntryWithoutALine()
-{
-    OutlineDesk desk(SmallOutline());
-    const OutlineTab* tab = desk.First();
-    const QString before = tab->Dump();
-    tab->Select({"A", "C"});
-    const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
-    QVERIFY(data);
-    QWidget* viewport = tab->Tree()->viewport();
-    QVERIFY(Drag::HoverAt(viewport, data.get(), {AsSibling(tab, "B")}).wasMoved);
-    QVERIFY(!tab->Tree()->line.isNull());
-    for (const char* title : {"A1", "A1a", "C", "C1"}) {
-        for (const QPoint& place : {AsSibling(tab, title), AsChild(tab, title)}) {
-            const Drag::Outcome outcome = Drag::DropAt(viewport, data.get(), {AsSibling(tab, "B"), place});
-            QVERIFY2(!outcome.wasMoved && !outcome.wasDropped, title);
-            QVERIFY(!tab->Tree()->canDrop);
-            QVERIFY(tab->Tree()->line.isNull());
-        }
-    }
-    QCOMPARE(tab->Dump(), before);
-    QCOMPARE(tab->Stack()->count(), 0);
 }
 
 void TestOutlineDrags::aRefusedDropThatArrivesAllTheSameChangesNothing()
@@ -244,46 +181,6 @@ void TestOutlineDrags::aDropInTheTopPixelsMovesTheRunToTheFirstPlacesOfThatRowsP
     });
     QCOMPARE(tab->Names(), QStringLiteral("B\nC1\nA\n  A1\n    A1a\n  A2\nC\n"));
     QCOMPARE(tab->Rows(), tab->Names());
-}
-
-void TestOutlineDrags::inAScrolledTreeTheTopPixelsMeanTheParentOfTheRowThere()
-{
-    QString text = QStringLiteral("page 210 297\noutline \"P\"\n");
-    for (int i = 0; i < 40; ++i)
-        text += QStringLiteral("  outline \"P%1\"\n").arg(i);
-    OutlineDesk desk(text);
-    const OutlineTab* tab = desk.First();
-    tab->Tree()->verticalScrollBar()->setValue(3); // P2 lies at the top of the view
-    QCOMPARE(tab->Tree()->itemAt(QPoint(60, 2)), tab->Item("P2"));
-    Gesture::DragEntry(tab, "P7", {QPoint(60, 2)});
-    QVERIFY(tab->Names().startsWith(QStringLiteral("P\n  P7\n  P0\n  P1\n")));
-}
-
-void TestOutlineDrags::theTopZoneIsFivePixelsHigh_data()
-{
-    QTest::addColumn<int>("y");
-    QTest::addColumn<QString>("names");
-    QTest::newRow("inside") << 4 << "C\nA\nB\nD\n";
-    QTest::newRow("below") << 5 << "A\nC\nB\nD\n";
-}
-
-void TestOutlineDrags::theTopZoneIsFivePixelsHigh()
-{
-    QFETCH(int, y);
-    QFETCH(QString, names);
-    OutlineDesk desk(Flat("ABCD"));
-    Gesture::DragEntry(desk.First(), "C", {QPoint(25, y)});
-    QCOMPARE(desk.First()->Names(), names);
-}
-
-void TestOutlineDrags::aDropBesideTheRowsDoesNothing()
-{
-    OutlineDesk desk(Flat("ABC"));
-    const OutlineTab* tab = desk.First();
-    const QPoint beside(20, tab->Tree()->viewport()->height() - 4);
-    QVERIFY(!tab->Tree()->itemAt(beside));
-    QVERIFY(!Gesture::DragEntry(tab, "A", {AsSibling(tab, "B"), beside}).wasMoved);
-    QCOMPARE(tab->Names(), QStringLiteral("A\nB\nC\n"));
 }
 
 void TestOutlineDrags::aMoveIsOneUndoStepAndFiresTwice()
@@ -377,51 +274,6 @@ void TestOutlineDrags::anotherTreesDragIsRefusedAndAForgedAddressIsNeverFollowed
     QCOMPARE(other->Rows(), other->Names());
 }
 
-void TestOutlineDrags::theIndicatorStandsBelowTheRowOrIndentedOrAboveAtTheTop()
-{
-    OutlineDesk desk(SmallOutline());
-    const OutlineTab* tab = desk.First();
-    tab->Select({"C"});
-    const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
-    const auto lineAt = [&](const QPoint& place) {
-        Drag::HoverAt(tab->Tree()->viewport(), data.get(), {place});
-        return tab->Tree()->line;
-    };
-    const QRect row = tab->Tree()->visualItemRect(tab->Item("A1"));
-    QCOMPARE(lineAt(AsSibling(tab, "A1")), QLine(row.left(), row.bottom(), row.right() - 4, row.bottom()));
-    QVERIFY(!tab->Tree()->dropAsChild && !tab->Tree()->dropAtTop);
-    const QLine before = tab->Tree()->line;
-    QCOMPARE(lineAt(AsChild(tab, "A1")), QLine(row.left() + 22, row.bottom(), row.right() - 4, row.bottom()));
-    QVERIFY(tab->Tree()->dropAsChild && !tab->Tree()->dropAtTop);
-    QCOMPARE(tab->Tree()->oldLine, before);
-    const QRect top = tab->Tree()->visualItemRect(tab->Item("A"));
-    for (const int x : {25, 90}) { // wherever the pointer is
-        QCOMPARE(lineAt(QPoint(x, 3)), QLine(top.left(), top.top() + 4, top.right() - 4, top.top() + 4));
-        QVERIFY(tab->Tree()->dropAsChild && tab->Tree()->dropAtTop);
-    }
-}
-
-void TestOutlineDrags::theIndicatorIsPaintedWhileDraggingAndGoneOnceTheViewIsLeft()
-{
-    OutlineDesk desk(SmallOutline());
-    const OutlineTab* tab = desk.First();
-    QWidget* viewport = tab->Tree()->viewport();
-    tab->Select({"B"});
-    const QImage before = viewport->grab().toImage();
-    const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
-    Gesture::HoverDrag(tab, data.get(), AsSibling(tab, "A1"));
-    const QImage during = viewport->grab().toImage();
-    const QLine line = tab->Tree()->line;
-    int dashes = 0;
-    for (int x = line.x1(); x <= line.x2(); ++x)
-        dashes += during.pixelColor(x, line.y1()) == QColor(100, 101, 106) ? 1 : 0;
-    QVERIFY(dashes > line.dx() / 4);
-    QDragLeaveEvent leave;
-    QApplication::sendEvent(viewport, &leave);
-    QVERIFY(tab->Tree()->leftView);
-    QVERIFY(viewport->grab().toImage() == before);
-}
-
 void TestOutlineDrags::aDragWithTheSignatureToolActiveSwitchesToTheHandToolOnce()
 {
     OutlineDesk desk(Flat("ABC"));
@@ -471,21 +323,6 @@ void TestOutlineDrags::nodesThatDiedDuringTheDragAreNotMoved()
     tab->pane->MoveOutlineNodes(tab->Tree()->dragNodes, tab->Node({0}), false);
     QCOMPARE(tab->Names(), QStringLiteral("A\n  A1\n    A1a\n  A2\nC\n  C1\n"));
     QCOMPARE(tab->Rows(), tab->Names());
-}
-
-void TestOutlineDrags::besideTheRowsNoIndicatorIsLeft()
-{
-    OutlineDesk desk(Flat("ABC"));
-    const OutlineTab* tab = desk.First();
-    tab->Select({"A"});
-    const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
-    Drag::HoverAt(tab->Tree()->viewport(), data.get(), {AsSibling(tab, "B")});
-    const QLine atRow = tab->Tree()->line;
-    QVERIFY(!atRow.isNull());
-    const QPoint beside(20, tab->Tree()->viewport()->height() - 4);
-    QVERIFY(!Drag::HoverAt(tab->Tree()->viewport(), data.get(), {AsSibling(tab, "B"), beside}).wasMoved);
-    QVERIFY(tab->Tree()->line.isNull());
-    QCOMPARE(tab->Tree()->oldLine, atRow);
 }
 
 void TestOutlineDrags::aDropAfterTheRightsOrTheTabChangedMovesNoRows_data()

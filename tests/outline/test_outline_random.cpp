@@ -1,10 +1,11 @@
+#include "outline_operations_set.h"
+
 #include <frame/base/converters.h>
 #include <frame/json/ovjson.h>
 #include <ofd/ofd_document.h>
 #include <outline/outline_commands.h>
 #include <outline/outline_json.h>
 #include <outline/outline_node.h>
-#include <outline/outline_operations.h>
 #include <tests/support/test_main.h>
 #include <tests/support/view_fixture.h>
 
@@ -349,22 +350,6 @@ private:
 };
 
 // The operations that the player performs, registered as long as it lives.
-struct Operations
-{
-    Operations()
-    {
-        for (G_Operation* operation :
-             std::initializer_list<G_Operation*>{&add, &addSub, &rename, &resetPos, &del, &batchAdd})
-            operation->RegisterToGlobal();
-    }
-    GP_OutlineAdd add;
-    GP_OutlineAddSub addSub;
-    GP_OutlineRename rename;
-    GP_OutlineResetPos resetPos;
-    GP_OutlineDel del;
-    GP_OutlineBatchAdd batchAdd;
-};
-
 } // namespace
 
 // The operations and commands against a plain tree, many steps in random order.
@@ -378,7 +363,7 @@ private slots:
         QLoggingCategory::setFilterRules(QStringLiteral("tetobaisfla.debug=false")); // a line for each dying command
         const quint32 seed = Seed();
         qInfo("seed %u (TETO_SEED repeats it)", seed);
-        const Operations operations;
+        const OutlineOperations operations;
         ViewFixture fixture("page 210 297\npage 210 297\n");
         Player player(fixture.Context(), seed);
         QVERIFY(Plays(&player));
@@ -399,7 +384,7 @@ private slots:
         ofd::OpenResult file = ofd::OfdDocument::Open(folder.filePath("tour.ofd"));
         QVERIFY2(file, qPrintable(file.error));
 
-        const Operations operations;
+        const OutlineOperations operations;
         ScriptedContext context;
         {
             G_DocView view(&context, file.document.get());
