@@ -10,6 +10,7 @@
 #include <ofd/write/custom_tag_list.h>
 #include <ofd/write/custom_tag_writer.h>
 #include <ofd/write/part_making.h>
+#include <ofd/write/part_references.h>
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -168,10 +169,31 @@ void OfdDocument::Private::StampModificationDate(PackageChanges& changes) const
         changes.SetPart(package->GetEntryPoint(), bytes);
 }
 
+// Parts whose entries went leave the package only when nothing else needs them.
+void OfdDocument::Private::KeepPartsInUse(PackageChanges& changes) const
+{
+    QStringList removed;
+    for (auto change = changes.GetChanges().cbegin(); change != changes.GetChanges().cend(); ++change) {
+        if (change->isRemoval)
+            removed.append(change.key());
+    }
+    if (removed.isEmpty())
+        return;
+    QStringList pageParts;
+    for (const PageEntry& page : Structure().pages)
+        pageParts.append(page.part);
+    const std::shared_ptr<const Package> package = store->GetPackage();
+    for (const QString& part : qAsConst(removed)) {
+        if (IsReferredTo(*package, changes, part, pageParts, Structure().documentFolder))
+            changes.Revert(part);
+    }
+}
+
 bool OfdDocument::Private::CollectChanges(SavePlan& plan, PackageError& error) const
 {
     if (!CollectAnnotations(plan, error) || !CollectDocumentPart(plan, error))
         return false;
+    KeepPartsInUse(plan.changes);
     StampModificationDate(plan.changes);
     return true;
 }
@@ -292,6 +314,23 @@ DocumentSaveResult OfdDocument::SaveAs(const QString& path)
     DocumentSaveResult result = d->Write(target, target != d->path);
     if (result.isSaved)
         d->isReadOnly = false; // it could be written just now
+    result.notWritten = GetUnsavableChanges();
+    return result;
+}
+
+DocumentSaveResult OfdDocument::SaveCopy(const QString& path) const
+{
+    DocumentSaveResult result;
+    Private::SavePlan plan;
+    PackageError error;
+    if (d->CollectChanges(plan, error)) {
+        SaveOptions options;
+        options.overwritesForeignChange = true;
+        options.waitsForDisk = false;
+        error = SavePackage(*d->store->GetPackage(), plan.changes, path, options).error;
+    }
+    result.isSaved = !error;
+    result.error = error.text;
     result.notWritten = GetUnsavableChanges();
     return result;
 }

@@ -52,6 +52,10 @@ public:
     // The same to another path; the document is that file from then on, and its key changes.
     DocumentSaveResult SaveAs(const QString& path);
 
+    // Writes the document as it is now to another path and goes on with its own file. A new file is not waited for
+    // until it is on the disk.
+    DocumentSaveResult SaveCopy(const QString& path) const;
+
     // Whether saving now would change or remove a part that a signature covers. The reader asks before that.
     bool BreaksSignatures() const;
 

@@ -12,7 +12,7 @@ int RunResave(const ToolCall& call)
     const std::unique_ptr<ofd::OfdDocument> document = OpenToolFile(source);
     if (!document)
         return ExitCannotOpen;
-    const ofd::DocumentSaveResult result = document->SaveAs(target);
+    const ofd::DocumentSaveResult result = document->SaveCopy(target);
     if (!result) {
         TellError(target + QStringLiteral(": ") + result.error);
         return ExitCannotWrite;

@@ -245,6 +245,8 @@ SaveResult SavePackage(const Package& source, const PackageChanges& changes, con
     const std::unique_ptr<TargetFile> file = TargetFile::Create(targetPath, &result.error);
     if (!file)
         return result;
+    if (!options.waitsForDisk)
+        file->LeaveFlushToSystem();
     const SplicePlan plan = MakeSplicePlan(source, changes);
     if (plan.changesNothing)
         result.error = CopyWhole(source, *file, options);

@@ -17,6 +17,9 @@ struct SaveOptions
     // Saving over the opened file is refused when somebody else changed, replaced or removed it, unless this is set
     // after asking the user.
     bool overwritesForeignChange = false;
+    // False leaves it to the system when a new file reaches the disk, as a plain copy does. A file that replaces
+    // another is always waited for.
+    bool waitsForDisk = true;
     // Called now and then with bytes done and bytes in all; the save is given up when it answers false. May be empty.
     std::function<bool(qint64 done, qint64 total)> progress;
 };

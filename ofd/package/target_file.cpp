@@ -344,7 +344,7 @@ PackageError TargetFile::CopyByBlocks(const ByteSource& source, qint64 begin, qi
 void TargetFile::BeginWriteback()
 {
     const qint64 wholePages = position & ~(PageBytes - 1);
-    if (wholePages - writtenBack < WritebackBytes)
+    if (!waitsForDisk || wholePages - writtenBack < WritebackBytes)
         return;
     (void)::sync_file_range(descriptor, off_t(writtenBack), off_t(wholePages - writtenBack), SYNC_FILE_RANGE_WRITE);
     writtenBack = wholePages;
@@ -360,7 +360,7 @@ PackageError TargetFile::Finish()
         if (::fchmod(descriptor, facts.st_mode & 07777) != 0)
             return WriteError(errno);
     }
-    if (::fsync(descriptor) != 0)
+    if (waitsForDisk && ::fsync(descriptor) != 0)
         return WriteError(errno);
     return {};
 }
@@ -374,7 +374,7 @@ PackageError TargetFile::Commit()
     isCommitted = true;
     // The name must survive a power failure as well. Not every file system can do it, and the file is whole anyway.
     const QByteArray folder = QFile::encodeName(QFileInfo(targetPath).absolutePath());
-    const int folderDescriptor = ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int folderDescriptor = !waitsForDisk ? -1 : ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (folderDescriptor >= 0) {
         (void)::fsync(folderDescriptor);
         ::close(folderDescriptor);

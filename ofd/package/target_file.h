@@ -46,6 +46,9 @@ public:
     // Appends a range of the source. Large ranges get their place on the disk first, so that a full disk is found out
     // before it is full.
     PackageError CopyRange(const ByteSource& source, qint64 begin, qint64 end, const CopyProgress& progress);
+    // Leaves it to the system when the bytes reach the disk, as a plain copy does; a file that replaces another is
+    // waited for all the same, since a power failure could leave neither of the two.
+    void LeaveFlushToSystem() { waitsForDisk = isReplacing; }
     // Gives it the owner and permissions of the file that it replaces, and waits until all is on the disk.
     PackageError Finish();
     // Puts it in place of the target.
@@ -68,6 +71,7 @@ private:
     qint64 writtenBack = 0;   // up to where the disk was told to begin
     unsigned mode = 0600;     // of a new file, before the user's mask
     bool isReplacing = false; // the target exists
+    bool waitsForDisk = true;
     bool isCommitted = false;
 };
 
