@@ -57,6 +57,7 @@ struct OfdDocument::Private
     bool CollectAttachments(SavePlan& plan, XmlEdit& edit, PackageError& error) const;
     bool CollectAnnotations(SavePlan& plan, PackageError& error) const;
     bool CollectTags(SavePlan& plan, XmlEdit& edit, PackageError& error) const;
+    void KeepPartsInUse(PackageChanges& changes) const;
     void StampModificationDate(PackageChanges& changes) const;
     const SignedParts& Signed() const;
     DocumentSaveResult Write(const QString& target, bool overwritesForeignChange);

@@ -144,16 +144,17 @@ bool AttachmentWriter::MakeList(PackageChanges& changes)
     if (package.HasPartIgnoringCase(listPart))
         listPart =
             changes.FreePartName(package, documentFolder, QStringLiteral("Attachments_"), QStringLiteral(".xml"));
+    const bool isFromRoot = ListsAreFromRoot(root);
     QByteArray xml;
     int ordinal = 0;
     for (AttachmentEntry& entry : written) {
         AddPart(entry, changes);
-        xml += ElementOf(entry, prefix, false);
+        xml += ElementOf(entry, prefix, isFromRoot);
         entry.file.reset();
         entry.ordinal = ordinal++;
     }
     changes.SetXmlPart(listPart, NewPart(root, "Attachments", xml));
-    const QString reference = MakeReference(listPart, document.GetName(), false);
+    const QString reference = MakeReference(listPart, document.GetName(), isFromRoot);
     if (const pugi::xml_node element = ChildElement(root, "Attachments"))
         edit.SetText(element, reference);
     else

@@ -93,7 +93,7 @@ void CustomTagListWriter::MakeList(const std::vector<TagTree>& trees, PackageCha
     XmlEdit listEdit(*list);
     EditList(listEdit, list->GetRoot(), trees);
     changes.SetXmlPart(listPart, listEdit.Apply());
-    const QString reference = MakeReference(listPart, document.GetName(), false);
+    const QString reference = MakeReference(listPart, document.GetName(), ListsAreFromRoot(root));
     if (const pugi::xml_node element = ChildElement(root, "CustomTags"))
         edit.SetText(element, reference);
     else

@@ -34,6 +34,17 @@ bool RefersFromRoot(const pugi::xml_node& list)
     return TrimmedText(location).startsWith(QLatin1Char('/'));
 }
 
+bool ListsAreFromRoot(const pugi::xml_node& documentRoot)
+{
+    for (const char* name : {"Annotations", "CustomTags", "Attachments", "Extensions"}) {
+        const QString location = TrimmedText(ChildElement(documentRoot, name));
+        if (!location.isEmpty())
+            return location.startsWith(QLatin1Char('/'));
+    }
+    const pugi::xml_node page = Descend(documentRoot, {"Pages", "Page"});
+    return AttributeText(page, "BaseLoc").trimmed().startsWith(QLatin1Char('/'));
+}
+
 void RaiseMaxUnitId(XmlEdit& edit, const pugi::xml_node& documentRoot, int id)
 {
     const pugi::xml_node common = ChildElement(documentRoot, "CommonData");

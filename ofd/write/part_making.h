@@ -18,6 +18,9 @@ QByteArray NewPart(const pugi::xml_node& other, const QByteArray& rootName, cons
 // Whether the elements of a list refer to parts from the root of the package; what is added does as they do.
 bool RefersFromRoot(const pugi::xml_node& list);
 
+// The same for the lists that the document part names; without any it does as it does for its pages.
+bool ListsAreFromRoot(const pugi::xml_node& documentRoot);
+
 // Lets the document part's highest identifier be no lower than this.
 void RaiseMaxUnitId(XmlEdit& edit, const pugi::xml_node& documentRoot, int id);
 

@@ -1,5 +1,7 @@
 #include "tag_content.h"
 
+#include "child_order.h"
+
 #include <ofd/package/tag_names.h>
 #include <ofd/package/xml_edit.h>
 #include <ofd/package/xml_names.h>
@@ -115,9 +117,50 @@ Reference ReferenceOf(const pugi::xml_node& element)
     return {int(IdAttribute(element, "PageRef")), int(ParseId(TrimmedText(element).toStdString()).value_or(0))};
 }
 
+// The order in which references are read: those of one page together, pages in the order of their first one.
+QVector<Reference> ByPages(const QVector<Reference>& references)
+{
+    QVector<int> pages;
+    QHash<int, QVector<Reference>> ofPage;
+    for (const Reference& reference : references) {
+        if (!ofPage.contains(reference.first))
+            pages.append(reference.first);
+        ofPage[reference.first].append(reference);
+    }
+    QVector<Reference> ordered;
+    for (const int page : qAsConst(pages))
+        ordered += ofPage.value(page);
+    return ordered;
+}
+
+QByteArray ReferenceXml(const Reference& reference, const QByteArray& prefix)
+{
+    XmlFragment xml(prefix);
+    AppendReference(xml, reference);
+    return xml.GetBytes();
+}
+
+// Puts them into another order, which the edit below cannot.
+void ReorderReferences(XmlEdit& edit, const pugi::xml_node& element, const std::vector<pugi::xml_node>& elements,
+                       const QVector<Reference>& now, const QByteArray& prefix)
+{
+    QHash<Reference, QVector<int>> places;
+    for (int i = int(elements.size()) - 1; i >= 0; --i)
+        places[ReferenceOf(elements[size_t(i)])].append(i);
+    std::vector<int> matches;
+    for (const Reference& reference : now) {
+        QVector<int>& free = places[reference];
+        matches.push_back(free.isEmpty() ? -1 : free.takeLast());
+    }
+    ArrangeChildren(edit, element, elements, matches, [&](int i) {
+        const int match = matches[size_t(i)];
+        return match < 0 ? ReferenceXml(now.at(i), prefix) : edit.GetElementBytes(elements[size_t(match)]);
+    });
+}
+
 // Takes out what is not wanted and adds what is missing behind the last one; references to nothing stay.
-void EditReferences(XmlEdit& edit, const pugi::xml_node& element, const QVector<Reference>& now,
-                    const QByteArray& prefix)
+void AddAndRemoveReferences(XmlEdit& edit, const pugi::xml_node& element, const QVector<Reference>& now,
+                            const QByteArray& prefix)
 {
     QHash<Reference, int> wanted;
     QHash<Reference, int> kept;
@@ -140,17 +183,44 @@ void EditReferences(XmlEdit& edit, const pugi::xml_node& element, const QVector<
     for (const Reference& reference : now) {
         if (kept[reference]-- > 0)
             continue;
-        XmlFragment xml(prefix);
-        AppendReference(xml, reference);
         if (elements.empty())
-            inFront += xml.GetBytes();
+            inFront += ReferenceXml(reference, prefix);
         else
-            edit.InsertAfter(elements.back(), xml.GetBytes());
+            edit.InsertAfter(elements.back(), ReferenceXml(reference, prefix));
     }
     if (!inFront.isEmpty())
         edit.PrependChild(element, inFront);
 }
 
+// As few edits as the wanted order allows.
+void EditReferences(XmlEdit& edit, const pugi::xml_node& element, const QVector<Reference>& now,
+                    const QByteArray& prefix)
+{
+    std::vector<pugi::xml_node> valid;
+    QHash<Reference, int> open;
+    QVector<Reference> left; // what the part would hold if nothing moved
+    for (const Reference& reference : now)
+        ++open[reference];
+    for (const pugi::xml_node& child : ChildElements(element, "ObjectRef")) {
+        const Reference reference = ReferenceOf(child);
+        if (reference.first == 0 || reference.second == 0)
+            continue;
+        valid.push_back(child);
+        if (open[reference]-- > 0)
+            left.append(reference);
+    }
+    QHash<Reference, int> kept;
+    for (const Reference& reference : qAsConst(left))
+        ++kept[reference];
+    for (const Reference& reference : now) {
+        if (kept[reference]-- <= 0)
+            left.append(reference);
+    }
+    if (!valid.empty() && ByPages(left) != ByPages(now))
+        ReorderReferences(edit, element, valid, now, prefix);
+    else
+        AddAndRemoveReferences(edit, element, now, prefix);
+}
 } // namespace
 
 bool HasSameObjects(const QVector<G_PageObjRef>& a, const QVector<G_PageObjRef>& b)
