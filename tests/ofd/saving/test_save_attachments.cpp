@@ -189,7 +189,7 @@ void TestSaveAttachments::aMissingHighestIdentifierIsAdded()
     OfdFile file = OfdFile::WithPages(1);
     file.Set(DocumentPart, file.Part(DocumentPart).replace("<ofd:MaxUnitID>1000</ofd:MaxUnitID>", ""));
     const QString path = desk->Saved(file, [](IG_Document& document) { QVERIFY(Add(document, "bytes", "a")); });
-    QVERIFY(PartOf(path, DocumentPart).contains("<ofd:CommonData><ofd:MaxUnitID>2</ofd:MaxUnitID><ofd:PageArea>"));
+    QVERIFY(PartOf(path, DocumentPart).contains("<ofd:CommonData><ofd:MaxUnitID>501</ofd:MaxUnitID><ofd:PageArea>"));
 }
 
 void TestSaveAttachments::removedOnesGoWithTheirParts()

@@ -261,8 +261,9 @@ void TestSaveTags::objectsAreTiedAndUntied()
     QByteArray expected = Tags;
     expected.replace("<ofd:ObjectRef PageRef=\"1\">11</ofd:ObjectRef>", ""); // what is in front of it is text
     const QByteArray last = "\n    <ofd:ObjectRef PageRef=\"2\">12</ofd:ObjectRef>";
-    expected.replace(last, last + "\n    <ofd:ObjectRef PageRef=\"1\">13</ofd:ObjectRef>"
-                                  "\n    <ofd:ObjectRef PageRef=\"2\">14</ofd:ObjectRef>");
+    expected.replace(last, "\n    <ofd:ObjectRef PageRef=\"1\">13</ofd:ObjectRef>"
+                           "\n    <ofd:ObjectRef PageRef=\"2\">14</ofd:ObjectRef>" +
+                               last);
     expected.replace("<fp:item/>", "<fp:item><ofd:ObjectRef PageRef=\"2\">20</ofd:ObjectRef><ofd:ObjectRef "
                                    "PageRef=\"2\">21</ofd:ObjectRef></fp:item>");
     QCOMPARE(part, expected);
