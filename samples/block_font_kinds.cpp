@@ -60,7 +60,7 @@ QByteArray Encrypted(const QByteArray& plain, quint16 key)
     QByteArray result;
     for (const char byte : QByteArray(4, 'x') + plain) {
         const quint8 cipher = quint8(byte) ^ (key >> 8);
-        key = quint16((cipher + key) * 52845 + 22719);
+        key = quint16((quint32(cipher) + key) * 52845U + 22719U);
         result.append(char(cipher));
     }
     return result;
