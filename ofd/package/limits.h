@@ -98,6 +98,8 @@ constexpr int MaxUnitedElements = 400;
 constexpr qint64 MaxImagePixels = 200'000'000;
 // The decoded picture in memory, looked at before decoding.
 constexpr qint64 MaxImageBytes = qint64(768) << 20;
+// Of a picture that is seen through a mask; larger ones get coarser.
+constexpr qint64 MaxMaskedPixels = 32'000'000;
 // Bilevel pictures, whose decoder cannot be interrupted: segments, symbols of all dictionaries, bytes of one symbol,
 // bytes that putting symbols into regions copies at the most, cells of halftones. Quietly: the picture is not drawn.
 constexpr size_t MaxJbig2Segments = 100'000;

@@ -13,6 +13,19 @@ namespace ofd {
 
 namespace {
 
+constexpr int WholeInEighths = 8;
+
+// What documents carry. Vector pictures could reach for other files, and each further decoder that happens to be
+// installed would be one more that hostile bytes could be meant for.
+bool IsKnownKind(const QByteArray& format)
+{
+    for (const char* known : {"png", "jpeg", "jpg", "bmp", "gif", "tiff", "tif", "webp"}) {
+        if (format == known)
+            return true;
+    }
+    return false;
+}
+
 bool IsWithinLimits(const QSize& size, QImage::Format format)
 {
     const qint64 pixels = qint64(size.width()) * size.height();
@@ -24,6 +37,11 @@ bool IsWithinLimits(const QSize& size, QImage::Format format)
 
 QImage DecodeImage(const QByteArray& bytes)
 {
+    return DecodeImage(bytes, WholeInEighths);
+}
+
+QImage DecodeImage(const QByteArray& bytes, int eighths)
+{
     if (IsJbig2(bytes))
         return DecodeJbig2(bytes);
     if (IsInkJpeg(bytes))
@@ -33,14 +51,42 @@ QImage DecodeImage(const QByteArray& bytes)
     QImageReader reader(&buffer);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(false);
+    if (!IsKnownKind(reader.format()))
+        return QImage();
     // The size stands in the header; a picture that does not tell it is not decoded on trust.
     const QSize size = reader.size();
     if (!size.isValid() || size.isEmpty() || !IsWithinLimits(size, reader.imageFormat()))
         return QImage();
-    // Vector pictures could reach for other files, and the format has no place for them.
-    if (reader.format() == "svg" || reader.format() == "svgz")
-        return QImage();
+    if (eighths < WholeInEighths) {
+        // The very size that the decoder makes, so that nothing is scaled once more.
+        const auto part = [eighths](int length) { return (length * eighths + WholeInEighths - 1) / WholeInEighths; };
+        reader.setScaledSize(QSize(part(size.width()), part(size.height())));
+    }
     return reader.read();
+}
+
+QSize ShrinkableSize(const QByteArray& bytes)
+{
+    if (!bytes.startsWith("\xff\xd8") || IsInkJpeg(bytes))
+        return QSize();
+    QBuffer buffer;
+    buffer.setData(bytes);
+    QImageReader reader(&buffer, "jpeg");
+    return reader.size();
+}
+
+int EighthsFor(const QSize& shrinkable, const QSizeF& paintedPx)
+{
+    if (!shrinkable.isValid() || !(paintedPx.width() >= 1 && paintedPx.height() >= 1))
+        return WholeInEighths;
+    int eighths = WholeInEighths;
+    const auto isEnough = [&](int wanted) {
+        return shrinkable.width() * (wanted / double(WholeInEighths)) >= paintedPx.width() &&
+               shrinkable.height() * (wanted / double(WholeInEighths)) >= paintedPx.height();
+    };
+    while (eighths > 1 && isEnough(eighths / 2))
+        eighths /= 2;
+    return eighths;
 }
 
 } // namespace ofd

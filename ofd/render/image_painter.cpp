@@ -13,6 +13,7 @@ namespace ofd {
 
 namespace {
 
+constexpr qint64 BandPixels = 8'000'000;
 constexpr double ThinnestLinePx = 0.7; // thinner lines would fade away on the screen
 const QRectF UnitSquare(0, 0, 1, 1);
 
@@ -28,6 +29,26 @@ bool IsUsable(const QTransform& transform)
 {
     return std::isfinite(transform.determinant()) && transform.determinant() != 0 && std::isfinite(transform.dx()) &&
            std::isfinite(transform.dy());
+}
+
+// Scales down band by band, so that a very large picture of few bits a pixel is never unpacked as a whole.
+QImage ShrunkInBands(const QImage& image, const QSize& target)
+{
+    QImage result(target, image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+    result.fill(0);
+    QPainter painter(&result);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    const double rowsPerRow = double(image.height()) / target.height();
+    const int step = std::max(1, int(double(BandPixels) / image.width() / rowsPerRow));
+    for (int top = 0; top < target.height(); top += step) {
+        const int bottom = std::min(top + step, target.height());
+        const int from = int(top * rowsPerRow);
+        const int to = std::clamp(int(bottom * rowsPerRow), from + 1, image.height());
+        const QImage band = image.copy(0, from, image.width(), to - from);
+        painter.drawImage(0, top,
+                          band.scaled(target.width(), bottom - top, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    }
+    return result;
 }
 
 // How much of a picture shows through a mask: its brightness, and nothing where it is transparent.
@@ -48,8 +69,9 @@ QImage CoverageOf(const QImage& mask)
 QImage SeenThrough(const QImage& image, const QImage& mask)
 {
     QSize size = image.size().expandedTo(mask.size());
-    if (qint64(size.width()) * size.height() > limits::MaxImagePixels)
-        size = image.size();
+    const double excess = std::sqrt(double(size.width()) * size.height() / double(limits::MaxMaskedPixels));
+    if (excess > 1) // an enormous picture, looked at from very near: coarser, but not out of memory
+        size = QSize(std::max(1, int(size.width() / excess)), std::max(1, int(size.height() / excess)));
     const auto fitted = [&size](const QImage& picture) {
         return picture.size() == size ? picture : picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     };
@@ -94,6 +116,8 @@ QImage ShrunkTo(const QImage& image, const QSizeF& sizePx)
         return image;
     const QSize target(int(std::ceil(std::min(double(image.width()), sizePx.width()))),
                        int(std::ceil(std::min(double(image.height()), sizePx.height()))));
+    if (qint64(image.width()) * image.height() > BandPixels)
+        return ShrunkInBands(image, target);
     return image.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
@@ -114,13 +138,13 @@ void ImagePainter::Paint(const ImageObject& object, const Resources& resources, 
         PaintBorder(object, alpha);
 }
 
-QImage ImagePainter::ImageOf(int mediaId, const Resources& resources) const
+QImage ImagePainter::ImageOf(int mediaId, const Resources& resources, const QSizeF& sidesPx) const
 {
     const MediaResource* media = resources.FindMedia(mediaId);
     if (mediaId && !media)
         ReportProblem(ProblemKind::DanglingReference,
                       QCoreApplication::translate("OfdDocument", "There is no picture %1.").arg(mediaId));
-    return media && !media->part.isEmpty() ? images.GetImage(package, media->part) : QImage();
+    return media && !media->part.isEmpty() ? images.GetImage(package, media->part, sidesPx) : QImage();
 }
 
 QImage ImagePainter::PictureOf(const ImageObject& object, const Resources& resources) const
@@ -128,14 +152,14 @@ QImage ImagePainter::PictureOf(const ImageObject& object, const Resources& resou
     if (!object.mediaId)
         ReportProblem(ProblemKind::DanglingReference,
                       QCoreApplication::translate("OfdDocument", "The object names no picture."));
-    QImage image = ImageOf(object.mediaId, resources);
+    const QSizeF sidesPx = SidesOf(PlaceOf(object) * painter.worldTransform());
+    QImage image = ImageOf(object.mediaId, resources, sidesPx);
     if (image.isNull())
-        image = ImageOf(object.substitutionId, resources);
+        image = ImageOf(object.substitutionId, resources, sidesPx);
     if (image.isNull())
         return image;
-    const QSizeF sidesPx = SidesOf(PlaceOf(object) * painter.worldTransform());
     image = ShrunkTo(image, sidesPx);
-    const QImage mask = ImageOf(object.maskId, resources); // one that cannot be read hides nothing
+    const QImage mask = ImageOf(object.maskId, resources, sidesPx); // one that cannot be read hides nothing
     return mask.isNull() ? image : SeenThrough(image, ShrunkTo(mask, sidesPx));
 }
 

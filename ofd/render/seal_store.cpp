@@ -88,8 +88,9 @@ SealFace SealStore::ReadFace(const DocumentStore& store, const Stamp& stamp) con
         const SealFace face = FaceOf(*picture);
         if (!face.image.isNull() || face.document)
             return face;
-        ReportProblem(ProblemKind::BadImage, part, Tr("The seal's picture cannot be read."));
     }
+    ReportProblem(ProblemKind::BadImage, stamp.sealPart.isEmpty() ? stamp.signedValuePart : stamp.sealPart,
+                  Tr("The seal has no picture that can be read."));
     return SealFace();
 }
 

@@ -1,8 +1,10 @@
 #include <ofd/model/color_profile.h>
+#include <ofd/ofd_document.h>
 #include <samples/profiles.h>
 #include <tests/ofd/document/page_painting.h>
 #include <tests/support/test_main.h>
 
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <lcms2.h>
@@ -16,6 +18,7 @@ private slots:
     void coloursFollowTheProfileOfTheirSpace();
     void profilesThatCannotBeUsedGiveWayToTheDevice_data();
     void profilesThatCannotBeUsedGiveWayToTheDevice();
+    void aProfileThatCannotBeUsedIsToldOnce();
     void palettesCountInTheSpaceOfTheirBits();
     void stepsThatAreNoneCountAsEight();
     void brokenProfilesAreRefusedOrHarmless();
@@ -95,6 +98,23 @@ void TestOfdColorSpaces::profilesThatCannotBeUsedGiveWayToTheDevice()
 {
     QFETCH(QByteArray, profile);
     QCOMPARE(Painted("Type=\"RGB\" Profile=\"space.icc\"", {}, "Value=\"128 0 255\"", profile), QColor(128, 0, 255));
+}
+
+void TestOfdColorSpaces::aProfileThatCannotBeUsedIsToldOnce()
+{
+    const QTemporaryDir folder;
+    OfdFile file = OfdFile::WithPage(FilledSquare(10, 10, "ColorSpace=\"20\" Value=\"1 2 3\"") +
+                                     FilledSquare(40, 10, "ColorSpace=\"21\" Value=\"1 2 3\""));
+    file.Resources("<ofd:ColorSpaces><ofd:ColorSpace ID=\"20\" Type=\"RGB\" Profile=\"space.icc\"/>"
+                   "<ofd:ColorSpace ID=\"21\" Type=\"RGB\" Profile=\"space.icc\"/></ofd:ColorSpaces>");
+    file.Set(QStringLiteral("Doc_0/Res/space.icc"), "no profile");
+    const ofd::OpenResult opened = ofd::OfdDocument::Open(file.Write(folder.filePath(QStringLiteral("page.ofd"))));
+    QVERIFY(opened);
+    opened.document->Renderer()->RenderPage(G_RenderRequest());
+    int told = 0;
+    for (const ofd::Problem& problem : opened.document->GetProblems())
+        told += problem.kind == ofd::ProblemKind::BadValue && problem.part == QLatin1String("Doc_0/Res/space.icc");
+    QCOMPARE(told, 1);
 }
 
 void TestOfdColorSpaces::palettesCountInTheSpaceOfTheirBits()

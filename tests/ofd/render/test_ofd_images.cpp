@@ -1,5 +1,5 @@
-#include <ofd/model/problem_log.h>
 #include <ofd/render/image_decoder.h>
+#include <ofd/render/image_painter.h>
 #include <samples/picture_kinds.h>
 #include <samples/pictures.h>
 #include <tests/ofd/document/page_painting.h>
@@ -24,6 +24,9 @@ private slots:
     void picturesOfEveryKindAreDecoded();
     void picturesThatAreTooLargeAreNotDecoded();
     void brokenPicturesAreNoPictures();
+    void veryLargePicturesAreAveragedDown_data();
+    void veryLargePicturesAreAveragedDown();
+    void kindsThatDocumentsDoNotCarryAreNotDecoded();
 };
 
 namespace {
@@ -171,6 +174,48 @@ void TestOfdImages::brokenPicturesAreNoPictures()
             QVERIFY(part.isNull() || part.size() == QSize(64, 64));
         }
     }
+}
+
+void TestOfdImages::veryLargePicturesAreAveragedDown_data()
+{
+    QTest::addColumn<QImage::Format>("format");
+    QTest::newRow("one bit") << QImage::Format_Mono;
+    QTest::newRow("eight bits") << QImage::Format_Indexed8;
+    QTest::newRow("true colours") << QImage::Format_RGB32;
+    QTest::newRow("with transparency") << QImage::Format_ARGB32_Premultiplied;
+}
+
+void TestOfdImages::veryLargePicturesAreAveragedDown()
+{
+    QFETCH(QImage::Format, format);
+    // Black above white, with a gray band of black and white rows by turns between them.
+    QImage large(3600, 4000, QImage::Format_RGB32);
+    large.fill(Qt::white);
+    QPainter painter(&large);
+    painter.fillRect(0, 0, 3600, 1000, Qt::black);
+    for (int y = 1000; y < 3000; y += 2)
+        painter.fillRect(0, y, 3600, 1, Qt::black);
+    painter.end();
+    const QImage small = ofd::ShrunkTo(large.convertToFormat(format), QSizeF(36.2, 40));
+    QCOMPARE(small.size(), QSize(37, 40));
+    for (int y = 0; y < small.height(); ++y) {
+        const int expected = y < 10 ? 0 : y < 30 ? 127 : 255;
+        QVERIFY2(qAbs(qGray(small.pixel(18, y)) - expected) <= 3, qPrintable(QString::number(y)));
+        QCOMPARE(qAlpha(small.pixel(18, y)), 255);
+    }
+    QCOMPARE(ofd::ShrunkTo(large, QSizeF(3000, 3000)).size(), large.size()); // not much larger: left as it is
+}
+
+void TestOfdImages::kindsThatDocumentsDoNotCarryAreNotDecoded()
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QImage image(8, 8, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QVERIFY(image.save(&buffer, "XPM"));
+    QVERIFY(!QImage::fromData(bytes).isNull());
+    QVERIFY(ofd::DecodeImage(bytes).isNull());
+    QVERIFY(ofd::DecodeImage("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"8\" height=\"8\"/>").isNull());
 }
 
 TETO_TEST_MAIN(TestOfdImages)
