@@ -52,7 +52,8 @@ std::vector<Sample> MakeList()
                               ContentDeviations(), ListDeviations(), SignatureDeviations()})
         for (const Deviation& deviation : group)
             list.push_back(FromDeviation(deviation));
-    for (const auto& group : {ImageFeatures(), SealFeatures(), ColourFeatures(), FontFeatures()})
+    for (const auto& group : {ImageFeatures(), SealFeatures(), ColourFeatures(), FontFeatures(), PatternFeatures(),
+                              ShadingFeatures(), ClipFeatures(), TransparencyFeatures()})
         for (const Deviation& feature : group)
             list.push_back(FromDeviation(feature, QStringLiteral("features/")));
     for (const Damage& damage : Damages())

@@ -9,5 +9,9 @@ std::vector<Deviation> ImageFeatures();
 std::vector<Deviation> SealFeatures();
 std::vector<Deviation> ColourFeatures();
 std::vector<Deviation> FontFeatures();
+std::vector<Deviation> PatternFeatures();
+std::vector<Deviation> ShadingFeatures();
+std::vector<Deviation> ClipFeatures();
+std::vector<Deviation> TransparencyFeatures();
 
 } // namespace samples
