@@ -239,7 +239,7 @@ bool BookMarkTreeItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* v
         return RowDelegate::helpEvent(event, view, option, index);
     QString tip = index.data(Qt::ToolTipRole).toString();
     if (!tip.isEmpty())
-        tip = QStringLiteral("<p style=\"white-space:pre-wrap\">%1</p>").arg(tip.toHtmlEscaped());
+        tip = QStringLiteral("<p style=\"white-space:pre-wrap\">%1</p>").arg(TipMarkup(tip));
     QToolTip::showText(event->globalPos(), tip, view, view->visualRect(index));
     event->setAccepted(!tip.isEmpty());
     return true;

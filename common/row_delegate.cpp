@@ -1,8 +1,22 @@
 #include "row_delegate.h"
 
+#include "text_rules.h"
+
 #include <QKeyEvent>
 #include <QPointer>
 #include <QWidget>
+
+namespace {
+
+constexpr int mostTipCharacters = 1000; // more would cover the screen
+
+} // namespace
+
+QString RowDelegate::TipMarkup(const QString& text)
+{
+    const bool isLong = text.size() > mostTipCharacters;
+    return (isLong ? CutText(text, mostTipCharacters) + QChar(0x2026) : text).toHtmlEscaped();
+}
 
 bool RowDelegate::eventFilter(QObject* editor, QEvent* event)
 {

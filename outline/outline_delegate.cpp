@@ -4,7 +4,6 @@
 #include "outline_tree.h"
 
 #include <common/text_edits.h>
-#include <common/text_rules.h>
 #include <frame/utils/dpi.h>
 
 #include <QHelpEvent>
@@ -21,7 +20,6 @@ using Utils::OVDpi;
 namespace {
 
 constexpr int MostDepthsKept = 32;
-constexpr int MostTipCharacters = 1000;
 constexpr int MostRowHeight = 32000; // px; a view counts row heights in 16 bits
 
 float Scale()
@@ -241,11 +239,9 @@ bool OutLineTreeItemDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* vi
     if (!item)
         return RowDelegate::helpEvent(event, view, option, index);
     QString tip = item->toolTip(index.column());
-    if (tip.size() > MostTipCharacters)
-        tip = CutText(tip, MostTipCharacters) + QChar(0x2026);
-    // Rich text that holds nothing but text: long ones are wrapped, and markup is shown and not followed.
+    // Rich text that holds nothing but text: long ones are wrapped.
     if (!tip.isEmpty())
-        tip = QStringLiteral("<span>%1</span>").arg(tip.toHtmlEscaped());
+        tip = QStringLiteral("<span>%1</span>").arg(TipMarkup(tip));
     QToolTip::showText(event->globalPos(), tip, view);
     return true;
 }

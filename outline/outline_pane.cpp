@@ -265,7 +265,7 @@ void NaviOutlineWidget::MoveOutlineNodes(QList<G_TreeNode*> nodes, G_TreeNode* d
     QUndoStack* stack = EnsureUndoStack(context->CurrentDocView());
     const auto isGone = [this](G_TreeNode* node) { return !nodeOrder.contains(node); };
     nodes.erase(std::remove_if(nodes.begin(), nodes.end(), isGone), nodes.end());
-    if (nodes.isEmpty() || !dst || !stack || !IsCurrentDocument())
+    if (nodes.isEmpty() || isGone(dst) || !stack || !IsCurrentDocument())
         return;
     // As ahead of every change: the records that move and the tree filled anew show what the user sees now.
     SyncExpandStates();

@@ -63,6 +63,7 @@ private slots:
     void aTypedNameIsNeverCutThroughACharacter();
     void aHighlightIsNeverCutThroughACharacter();
     void markupInANameIsShownAsItIs();
+    void theTipOfAVeryLongNameIsCut();
     void whatIsPastedLosesItsLooks();
     void aRowJustAddedShowsItsNameAsStoredUntilTheNextRefill();
     void aHundredThousandBookmarksAreListedAddedToDeletedAndBroughtBack();
@@ -148,6 +149,19 @@ void TestBookmarkOddNames::markupInANameIsShownAsItIs()
     QTextDocument shown;
     shown.setHtml(QToolTip::text());
     QCOMPARE(shown.toPlainText(), name);
+    QToolTip::hideText();
+}
+
+void TestBookmarkOddNames::theTipOfAVeryLongNameIsCut()
+{
+    PaneDesk desk(QStringLiteral("page 210 297"));
+    const DeskTab* tab = desk.First();
+    AddNamed(tab, {QString(10000, QLatin1Char('x'))});
+    QHelpEvent help(QEvent::ToolTip, tab->RowPoint(0), tab->Tree()->viewport()->mapToGlobal(tab->RowPoint(0)));
+    QApplication::sendEvent(tab->Tree()->viewport(), &help);
+    QTextDocument shown;
+    shown.setHtml(QToolTip::text());
+    QCOMPARE(shown.toPlainText(), QString(1000, QLatin1Char('x')) + QChar(0x2026));
     QToolTip::hideText();
 }
 
