@@ -1,12 +1,20 @@
+#include "edit_kinds.h"
 #include "saving_desk.h"
 
 #include <frame/document/ig_annot.h>
 #include <frame/document/ig_page.h>
 #include <frame/document/payloads.h>
+#include <ofd/package/package.h>
+#include <ofd/package/xml_names.h>
+#include <ofd/package/xml_part.h>
+#include <samples/digest.h>
+#include <tests/ofd/document/sample_files.h>
 #include <tests/support/byte_streams.h>
 #include <tests/support/test_main.h>
 
 #include <QDate>
+#include <QFile>
+#include <QMap>
 #include <QtTest>
 
 namespace {
@@ -40,6 +48,25 @@ OfdFile Signed(const QList<QByteArray>& references)
     return file;
 }
 
+// For each part that the sample's signature covers, whether it still has the digest that is stated for it.
+QMap<QString, bool> MatchingDigests(const QString& path)
+{
+    const auto package = ofd::Package::Open(path);
+    QMap<QString, bool> matches;
+    for (const QString& name : package->GetPartNames()) {
+        const auto xml = name.endsWith(QLatin1String("Signature.xml")) ? ofd::XmlPart::Load(*package, name) : nullptr;
+        if (!xml)
+            continue;
+        for (const pugi::xml_node& reference :
+             ofd::ChildElements(ofd::Descend(xml->GetRoot(), {"SignedInfo", "References"}), "Reference")) {
+            const QString part = ofd::AttributeText(reference, "FileRef").mid(1); // they begin at the root
+            const QByteArray stated = ofd::TrimmedText(ofd::ChildElement(reference, "CheckValue")).toLatin1();
+            matches.insert(part, samples::Sm3(package->Read(part).bytes).toBase64() == stated);
+        }
+    }
+    return matches;
+}
+
 void Rename(ofd::OfdDocument& document)
 {
     auto* item = dynamic_cast<G_OutlineItem*>(document.GetOutlineRoot()->SubNode(0)->data);
@@ -71,6 +98,7 @@ private slots:
     void aSaveLeavesSignaturesAndOtherPartsAlone();
     void theDateOfTheLastChangeIsKeptWhereItIsCovered();
     void undoneEditsBreakNothing();
+    void digestsOfOtherPartsStillMatchAfterConsent();
 
 private:
     bool Breaks(const OfdFile& file, const SavingDesk::Edit& edit)
@@ -175,6 +203,35 @@ void TestSaveSigned::undoneEditsBreakNothing()
     Rename(*document);
     QVERIFY(document->Save());
     QVERIFY(!document->BreaksSignatures());
+}
+
+void TestSaveSigned::digestsOfOtherPartsStillMatchAfterConsent()
+{
+    const QString original = SamplePath(QStringLiteral("deviations/signed"));
+    const QMap<QString, bool> before = MatchingDigests(original);
+    QVERIFY(before.size() > 5);
+    QVERIFY(!before.values().contains(false));
+    for (const EditKind& kind : EditKinds()) {
+        const QString path = desk->Path(QStringLiteral("signed.ofd"));
+        QFile::remove(path);
+        QVERIFY(QFile::copy(original, path));
+        const auto document = desk->Open(path);
+        bool done = true;
+        kind.apply(*document, done);
+        if (!done)
+            continue;
+        QVERIFY2(document->BreaksSignatures(), kind.name); // this signature covers everything
+        QVERIFY2(document->Save(), kind.name);
+        const QStringList differing = DifferingParts(original, path);
+        const QMap<QString, bool> after = MatchingDigests(path);
+        QCOMPARE(after.keys(), before.keys());
+        for (auto match = after.cbegin(); match != after.cend(); ++match)
+            QVERIFY2(*match != differing.contains(match.key()), qPrintable(match.key()));
+        for (const QString& part : differing)
+            QVERIFY2(!part.startsWith(QLatin1String("Doc_0/Signs")), qPrintable(part));
+        QVERIFY(!differing.contains(EntryPart)); // covered, so its date stays
+        QVERIFY(desk->Open(path)->IsSignProtected());
+    }
 }
 
 TETO_TEST_MAIN(TestSaveSigned)
