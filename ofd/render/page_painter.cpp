@@ -72,13 +72,15 @@ bool ContentPainter::PaintObjects(const ObjectList& objects, const Resources& re
 }
 
 // False when composites and patterns have been used so often that no more of their objects are painted on this page.
-bool ContentPainter::CountRepeated()
+bool ContentPainter::CountRepeated(int cost)
 {
-    if (repeatedObjects == limits::MaxRepeatedObjects)
+    const bool wasWithin = repeatedObjects <= limits::MaxRepeatedObjects;
+    repeatedObjects = std::min(repeatedObjects + cost, limits::MaxRepeatedObjects + 1);
+    const bool isWithin = repeatedObjects <= limits::MaxRepeatedObjects;
+    if (wasWithin && !isWithin)
         ReportProblem(ProblemKind::Limit,
                       QCoreApplication::translate("OfdDocument", "The page repeats its composite objects too often."));
-    repeatedObjects = std::min(repeatedObjects + 1, limits::MaxRepeatedObjects + 1);
-    return repeatedObjects <= limits::MaxRepeatedObjects;
+    return isWithin;
 }
 
 void ContentPainter::PaintObject(const GraphicObject& object, const Resources& resources)

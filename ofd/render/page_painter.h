@@ -43,7 +43,7 @@ private:
 
     void PaintObject(const GraphicObject& object, const Resources& resources);
     void PaintKind(const Around& around);
-    bool CountRepeated();
+    bool CountRepeated(int cost = 1);
     void PaintPath(const PathObject& object, const Around& around);
     void PaintText(const TextObject& object, const Around& around);
     bool StampGlyphs(const TextLayout& layout, const QColor& color);

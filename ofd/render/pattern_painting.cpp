@@ -124,11 +124,13 @@ void ContentPainter::PaintPattern(QImage& image, const Pattern& pattern, const A
             QCoreApplication::translate("OfdDocument", "The pattern's transform leaves nothing to be painted."));
         return;
     }
+    if (openPatterns > 0 && !CountRepeated(limits::NestedPatternCost))
+        return;
     ++openPatterns;
     const double cells = CellsIn(toPixels.inverted().mapRect(QRectF(image.rect())), pattern).GetCount();
     const bool areLarge = pattern.cell.width() * ColumnScale(toPixels) >= SmallestCellPx &&
                           pattern.cell.height() * RowScale(toPixels) >= SmallestCellPx;
-    if (areLarge && cells * CountObjects(pattern.objects) <= limits::MaxPatternObjects)
+    if (areLarge && cells * std::max(1, CountObjects(pattern.objects)) <= limits::MaxPatternObjects)
         PaintCells(image, box, pattern, around.resources, toPixels);
     else
         PaintCellPictures(image, box, pattern, around.resources, toPixels);
