@@ -1,6 +1,7 @@
 #include "image_painter.h"
 
 #include "image_store.h"
+#include "painting_tools.h"
 
 #include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
@@ -23,12 +24,6 @@ QTransform PlaceOf(const ImageObject& object)
     if (object.hasMatrix)
         return object.toContainer;
     return QTransform::fromScale(object.boundary.width(), object.boundary.height()) * object.toContainer;
-}
-
-bool IsUsable(const QTransform& transform)
-{
-    return std::isfinite(transform.determinant()) && transform.determinant() != 0 && std::isfinite(transform.dx()) &&
-           std::isfinite(transform.dy());
 }
 
 // Scales down band by band, so that a very large picture of few bits a pixel is never unpacked as a whole.
@@ -183,7 +178,7 @@ void ImagePainter::PaintBorder(const ImageObject& object, double alpha)
     if (!border.paint.IsVisible() || sidesMm.isEmpty())
         return;
     painter.setWorldTransform(FramePlace(place, sidesMm), true);
-    const double pixelsPerMm = std::sqrt(std::abs(painter.worldTransform().determinant()));
+    const double pixelsPerMm = ScaleOf(painter.worldTransform());
     QColor color = border.paint.color;
     color.setAlphaF(color.alphaF() * alpha);
     const double width = std::max(border.line.widthMm, ThinnestLinePx / pixelsPerMm);

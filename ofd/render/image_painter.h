@@ -36,7 +36,7 @@ public:
 
 private:
     QImage PictureOf(const ImageObject& object, const Resources& resources) const;
-    QImage ImageOf(int mediaId, const Resources& resources) const;
+    QImage ImageOf(int mediaId, const Resources& resources, const QSizeF& sidesPx) const;
     void PaintPicture(const QImage& image, const ImageObject& object, double alpha);
     void PaintBorder(const ImageObject& object, double alpha);
 

@@ -20,22 +20,25 @@ ImageStore::ImageStore()
 {
 }
 
-QImage ImageStore::GetImage(const Package& package, const QString& part)
+QImage ImageStore::GetImage(const Package& package, const QString& part, const QSizeF& paintedPx)
 {
     QImage known;
-    if (FindImage(part, &known))
+    if (FindImage(part, paintedPx, &known))
         return known;
     const ReadingTurns::Turn turn(turns, part);
-    if (FindImage(part, &known)) // another thread has just decoded it
+    if (FindImage(part, paintedPx, &known)) // another thread has just decoded it
         return known;
     const PartData data = package.Read(part);
-    const QImage image = data.error ? QImage() : DecodeImage(data.bytes);
+    const QSize shrinkable = data.error ? QSize() : ShrinkableSize(data.bytes);
+    const int eighths = EighthsFor(shrinkable, paintedPx);
+    const QImage image = data.error ? QImage() : DecodeImage(data.bytes, eighths);
     if (!data.error && image.isNull())
         ReportProblem(ProblemKind::BadImage, part,
                       QCoreApplication::translate("OfdDocument", "The picture cannot be decoded."));
     const int cost = int(image.sizeInBytes() / 1024) + 1;
     const std::lock_guard<std::mutex> lock(mutex);
-    images.insert(part, new QImage(image), cost);
+    shrinkables.insert(part, shrinkable);
+    images.insert({part, eighths}, new QImage(image), cost);
     return image;
 }
 
@@ -50,10 +53,13 @@ qint64 ImageStore::GetLimit()
     return qint64(CachedKilobytes) * 1024;
 }
 
-bool ImageStore::FindImage(const QString& part, QImage* image)
+bool ImageStore::FindImage(const QString& part, const QSizeF& paintedPx, QImage* image)
 {
     const std::lock_guard<std::mutex> lock(mutex);
-    const QImage* known = images.object(part); // not owned
+    const auto shrinkable = shrinkables.constFind(part);
+    if (shrinkable == shrinkables.constEnd())
+        return false;                                                                // never decoded
+    const QImage* known = images.object({part, EighthsFor(*shrinkable, paintedPx)}); // not owned
     if (known)
         *image = *known;
     return known;

@@ -5,6 +5,9 @@
 #include <QCache>
 #include <QImage>
 
+#include <QHash>
+#include <QPair>
+#include <QSizeF>
 #include <QString>
 
 #include <mutex>
@@ -20,16 +23,18 @@ public:
     ImageStore();
 
     // Null when the part is missing, no picture, too large, or broken.
-    QImage GetImage(const Package& package, const QString& part);
+    // With the size in which it is painted, what decodes faster smaller comes smaller, though never below that size.
+    QImage GetImage(const Package& package, const QString& part, const QSizeF& paintedPx = QSizeF());
 
     qint64 GetKeptBytes();
     static qint64 GetLimit();
 
 private:
-    bool FindImage(const QString& part, QImage* image);
+    bool FindImage(const QString& part, const QSizeF& paintedPx, QImage* image);
     ReadingTurns turns;
     std::mutex mutex;
-    QCache<QString, QImage> images; // by part; weighed in KB
+    QHash<QString, QSize> shrinkables;          // of the parts that were decoded; see ShrinkableSize
+    QCache<QPair<QString, int>, QImage> images; // by part and eighths; weighed in KB
 };
 
 } // namespace ofd
