@@ -1,0 +1,234 @@
+// The text of pages: which way it runs, what stands on one line, what lies between two places.
+#include "ofd_file.h"
+
+#include <frame/document/text_search.h>
+#include <ofd/ofd_document.h>
+#include <tests/support/test_main.h>
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+// A text of 5 mm whose first letter stands at the boundary's corner, 4 mm below its upper edge.
+QByteArray Text(const QByteArray& boundary, const QByteArray& deltas, const QByteArray& letters,
+                const QByteArray& attributes = {})
+{
+    return "<ofd:TextObject ID=\"1\" Font=\"10\" Size=\"5\" Boundary=\"" + boundary + "\" " + attributes +
+           "><ofd:TextCode X=\"0\" Y=\"4\" " + deltas + ">" + letters + "</ofd:TextCode></ofd:TextObject>";
+}
+
+QStringList Texts(const QList<G_TextRun>& runs)
+{
+    QStringList texts;
+    for (const G_TextRun& run : runs)
+        texts.append(run.text);
+    return texts;
+}
+
+QList<G_TextMatch> Find(const IG_TextPage& page, const QString& text)
+{
+    G_TextQuery query;
+    query.text = text;
+    return G_TextSearch(query).FindIn(page, 0);
+}
+
+} // namespace
+
+class TestOfdText : public QObject
+{
+    Q_OBJECT
+private slots:
+    void textThatRunsDownIsOneRun();
+    void turnedTextIsOneRun_data();
+    void turnedTextIsOneRun();
+    void turnedCharactersRunTheWayTheyAreTurned();
+    void singleCharactersBelowEachOtherJoinByTheirReadingDirection();
+    void oneTextOfTwoLinesIsTwoRuns();
+    void aWaveringLineIsOneRun();
+    void columnsAreNotMixed();
+    void placesBesideAndBetweenLinesBelongToTheNearestLine();
+    void theOrderOfThePointsDoesNotMatter();
+    void blanksAndPrivateCharactersAreKept();
+    void aCharacterOfTwoGlyphsHasOneBoxAroundBoth();
+    void textWithoutSizeDoesNoHarm();
+    void aMatchInTextThatRunsDownHasTheBoxOfItsCharacters();
+
+private:
+    const IG_TextPage* Open(const QByteArray& objects);
+    std::unique_ptr<ofd::OfdDocument> document;
+    QTemporaryDir folder;
+    int count = 0;
+};
+
+const IG_TextPage* TestOfdText::Open(const QByteArray& objects)
+{
+    const QString path = folder.filePath(QStringLiteral("%1.ofd").arg(++count));
+    OfdFile::WithPage(objects).Write(path);
+    ofd::OpenResult result = ofd::OfdDocument::Open(path);
+    if (!result) {
+        qFatal("the file does not open");
+    }
+    document = std::move(result.document);
+    IG_Page* page = document->GetPage(0);
+    if (!page || !page->Load() || !page->GetTextPage()->Parse(0))
+        qFatal("the page has no text");
+    return page->GetTextPage();
+}
+
+void TestOfdText::textThatRunsDownIsOneRun()
+{
+    const IG_TextPage* page = Open(Text("10 10 6 30", "DeltaY=\"g 3 6\"", "合同编号"));
+    QCOMPARE(Texts(page->AllRuns()), QStringList(QStringLiteral("合同编号")));
+    const CCA_GRect rect = page->AllRuns().first().rect;
+    QVERIFY(rect.Height() > 20 && rect.Width() < 8);
+    QCOMPARE(Texts(page->RunsBetween({12, 19}, {12, 31})), QStringList(QStringLiteral("编号")));
+    QCOMPARE(Texts(page->RunsBetween({0, 0}, {12, 19})), QStringList(QStringLiteral("合同")));
+}
+
+void TestOfdText::turnedTextIsOneRun_data()
+{
+    QTest::addColumn<QByteArray>("matrix");
+    QTest::addColumn<QPointF>("way"); // in which the letters follow each other
+    QTest::newRow("a quarter") << QByteArray("0 1 -1 0 0 0") << QPointF(0, 1);
+    QTest::newRow("half") << QByteArray("-1 0 0 -1 0 0") << QPointF(-1, 0);
+    QTest::newRow("three quarters") << QByteArray("0 -1 1 0 0 0") << QPointF(0, -1);
+    QTest::newRow("30 degrees") << QByteArray("0.866 0.5 -0.5 0.866 0 0") << QPointF(0.866, 0.5);
+    QTest::newRow("45 degrees, small") << QByteArray("0.5 -0.5 0.5 0.5 0 0") << QPointF(0.5, -0.5);
+    QTest::newRow("mirrored") << QByteArray("-1 0 0 1 0 0") << QPointF(-1, 0);
+}
+
+void TestOfdText::turnedTextIsOneRun()
+{
+    QFETCH(QByteArray, matrix);
+    QFETCH(QPointF, way);
+    const IG_TextPage* page = Open(Text("50 50 40 6", "DeltaX=\"g 5 5\"", "turned", "CTM=\"" + matrix + "\""));
+    QCOMPARE(Texts(page->AllRuns()), QStringList("turned"));
+    const QList<G_TextGlyph> glyphs = page->AllGlyphs();
+    QCOMPARE(glyphs.size(), 6);
+    const auto middle = [&glyphs](int i) {
+        const CCA_GRect& box = glyphs.at(i).rect;
+        return QPointF(double(box.left + box.right) / 2, double(box.top + box.bottom) / 2);
+    };
+    const auto point = [](const QPointF& place) { return CCA_GPoint{float(place.x()), float(place.y())}; };
+    const QPointF cut = (middle(1) + middle(2)) / 2; // the widths of letters differ
+    QCOMPARE(Texts(page->RunsBetween(point(middle(0) - 3 * way), point(cut))), QStringList("tu"));
+    QCOMPARE(Texts(page->RunsBetween(point(cut), point(middle(5) + 3 * way))), QStringList("rned"));
+}
+
+void TestOfdText::turnedCharactersRunTheWayTheyAreTurned()
+{
+    const IG_TextPage* page = Open(Text("10 10 6 30", "", "合同编号", "CharDirection=\"90\""));
+    QCOMPARE(Texts(page->AllRuns()), QStringList(QStringLiteral("合同编号")));
+    QVERIFY(page->AllRuns().first().rect.Height() > 15);
+}
+
+void TestOfdText::singleCharactersBelowEachOtherJoinByTheirReadingDirection()
+{
+    QByteArray column;
+    const QList<QByteArray> letters{"上", "海", "市"};
+    for (int i = 0; i < letters.size(); ++i)
+        column += Text("10 " + QByteArray::number(10 + 6 * i) + " 6 6", "", letters.at(i), "ReadDirection=\"90\"");
+    QCOMPARE(Texts(Open(column)->AllRuns()), QStringList(QStringLiteral("上海市")));
+    QCOMPARE(Texts(Open(column.replace("ReadDirection=\"90\"", ""))->AllRuns()).size(), 3);
+}
+
+void TestOfdText::oneTextOfTwoLinesIsTwoRuns()
+{
+    const IG_TextPage* page =
+        Open(Text("10 10 40 20", "DeltaX=\"5 5 5 -15 5 5 5\" DeltaY=\"0 0 0 8 0 0 0\"", "frstscnd"));
+    QCOMPARE(Texts(page->AllRuns()), (QStringList{"frst", "scnd"}));
+}
+
+void TestOfdText::aWaveringLineIsOneRun()
+{
+    const IG_TextPage* page = Open(Text("10 10 40 20", "DeltaX=\"g 5 5\" DeltaY=\"0.6 -0.6 0.6 -0.6 0.6\"", "wavers"));
+    QCOMPARE(Texts(page->AllRuns()), QStringList("wavers"));
+}
+
+void TestOfdText::columnsAreNotMixed()
+{
+    const QByteArray deltas = "DeltaX=\"g 9 3\"";
+    const IG_TextPage* page = Open(Text("5 10 30 6", deltas, "left one") + Text("5 20 30 6", deltas, "left two") +
+                                   Text("55 10 30 6", deltas, "right one") + Text("55 20 30 6", deltas, "right two"));
+    QCOMPARE(Texts(page->RunsBetween({4, 12}, {40, 22})), (QStringList{"left one", "left two"}));
+    QCOMPARE(Texts(page->RunsBetween({54, 12}, {90, 22})), (QStringList{"right one", "right two"}));
+    QCOMPARE(Texts(page->RunsBetween({4, 22}, {90, 12})), (QStringList{"left two", "right one"}));
+}
+
+void TestOfdText::placesBesideAndBetweenLinesBelongToTheNearestLine()
+{
+    const QByteArray deltas = "DeltaX=\"g 9 3\"";
+    const IG_TextPage* page = Open(Text("20 10 30 6", deltas, "one") + Text("20 30 60 6", deltas, "a longer") +
+                                   Text("20 50 30 6", deltas, "three"));
+    QCOMPARE(Texts(page->RunsBetween({90, 12}, {90, 32})), QStringList("a longer"));
+    QCOMPARE(Texts(page->RunsBetween({2, 12}, {2, 32})), QStringList("one"));
+    QCOMPARE(Texts(page->RunsBetween({60, 18}, {2, 48})), QStringList("a longer"));
+    QVERIFY(page->RunsBetween({60, 20}, {70, 22}).isEmpty());
+    QCOMPARE(Texts(page->RunsBetween({0, 0}, {100, 100})).size(), 3);
+}
+
+void TestOfdText::theOrderOfThePointsDoesNotMatter()
+{
+    const IG_TextPage* page = Open(Text("10 10 40 6", "DeltaX=\"g 5 5\"", "letters"));
+    QCOMPARE(Texts(page->RunsBetween({30, 12}, {14, 12})), Texts(page->RunsBetween({14, 12}, {30, 12})));
+    QVERIFY(!page->RunsBetween({30, 12}, {14, 12}).isEmpty());
+}
+
+void TestOfdText::blanksAndPrivateCharactersAreKept()
+{
+    const IG_TextPage* page = Open(Text("10 10 60 6", "DeltaX=\"g 9 3\"", "&#x20;a&#xE123;&#x20; b&#x20;"));
+    const QString expected = QStringLiteral(" a\uE123  b ");
+    QCOMPARE(Texts(page->AllRuns()), QStringList(expected));
+    QCOMPARE(page->AllGlyphs().size(), expected.size());
+    QCOMPARE(Find(*page, QString(QChar(0xE123))).size(), 1);
+}
+
+void TestOfdText::aCharacterOfTwoGlyphsHasOneBoxAroundBoth()
+{
+    const IG_TextPage* page =
+        Open("<ofd:TextObject ID=\"1\" Font=\"10\" Size=\"5\" Boundary=\"10 10 80 10\"><ofd:CGTransform "
+             "CodePosition=\"0\" CodeCount=\"1\" GlyphCount=\"2\"><ofd:Glyphs>3 4</ofd:Glyphs></ofd:CGTransform>"
+             "<ofd:TextCode X=\"0\" Y=\"5\" DeltaX=\"12 12\">AB</ofd:TextCode></ofd:TextObject>");
+    const QList<G_TextGlyph> glyphs = page->AllGlyphs();
+    QCOMPARE(glyphs.size(), 2);
+    QCOMPARE(glyphs.first().text, QStringLiteral("A"));
+    QCOMPARE(glyphs.first().rect.left, 10.0F);
+    QVERIFY(glyphs.first().rect.right > 22); // the second glyph begins there
+    QCOMPARE(glyphs.last().rect.left, 34.0F);
+    QVERIFY(glyphs.first().rect.right < 34);
+}
+
+void TestOfdText::textWithoutSizeDoesNoHarm()
+{
+    for (const char* attributes : {"Size=\"0\"", "HScale=\"0\"", "CTM=\"0 0 0 0 0 0\"", "CTM=\"1e30 0 0 1e30 0 0\""}) {
+        QByteArray object = Text("10 10 40 6", "DeltaX=\"g 5 5\"", "letter", attributes);
+        if (QByteArray(attributes).startsWith("Size"))
+            object.replace("Size=\"5\" ", "");
+        const IG_TextPage* page = Open(object);
+        QString text;
+        for (const G_TextGlyph& glyph : page->AllGlyphs())
+            text += glyph.text;
+        QCOMPARE(text, QStringLiteral("letter"));
+        QCOMPARE(Find(*page, "l").size(), 1); // what has no size stands on no line
+        page->RunsBetween({0, 0}, {50, 50});
+    }
+}
+
+void TestOfdText::aMatchInTextThatRunsDownHasTheBoxOfItsCharacters()
+{
+    const IG_TextPage* page =
+        Open(Text("40 10 6 30", "DeltaY=\"g 3 6\"", "合同编号") + Text("30 10 6 30", "DeltaY=\"g 3 6\"", "第一二三"));
+    const QList<G_TextMatch> inside = Find(*page, QStringLiteral("同编"));
+    QCOMPARE(inside.size(), 1);
+    QCOMPARE(inside.first().rects.size(), 1);
+    const CCA_GRect& rect = inside.first().rects.first();
+    QVERIFY(rect.top > 14 && rect.bottom < 29 && rect.Height() > 9);
+    const QList<G_TextMatch> across = Find(*page, QStringLiteral("号第"));
+    QCOMPARE(across.size(), 1);
+    QCOMPARE(across.first().rects.size(), 2);
+    QVERIFY(across.first().rects.last().left < across.first().rects.first().left);
+}
+
+TETO_TEST_MAIN(TestOfdText)
+#include "test_ofd_text.moc"
