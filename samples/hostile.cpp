@@ -101,6 +101,13 @@ QByteArray PatternTinySteps()
     return PackedBytes(package);
 }
 
+QByteArray PatternOfNothing()
+{
+    Package package = Plain();
+    AddToFirstPage(package, PatternFill({}).replace("XStep=\"4\" YStep=\"4\"", "XStep=\"1e-6\" YStep=\"1e-6\""));
+    return PackedBytes(package);
+}
+
 QByteArray TemplateUse(int id)
 {
     return "<ofd:Template TemplateID=\"" + QByteArray::number(id) + "\" ZOrder=\"Background\"/>";
@@ -285,6 +292,7 @@ const Damage kTable[] = {
     {"composite_cycle_of_two", "two composite units that contain each other", "open", CompositeCycleOfTwo},
     {"pattern_cycle", "a composite unit filled with a pattern of itself", "open", PatternCycle},
     {"pattern_tiny_steps", "a pattern whose cells are a tenth of a nanometre apart", "open", PatternTinySteps},
+    {"pattern_of_nothing", "a pattern of empty cells a nanometre apart", "open", PatternOfNothing},
     {"template_bomb", "thirty templates, each of which uses the next ten times", "open", TemplateBomb},
     {"template_cycle_of_two", "two templates that use each other", "open", TemplateCycleOfTwo},
     {"long_draw_param_chain", "two thousand draw parameters, each built on the next", "open", LongDrawParamChain},
