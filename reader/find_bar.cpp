@@ -5,6 +5,7 @@
 #include <frame/utils/dpi.h>
 
 #include <QAccessible>
+#include <QApplication>
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -182,7 +183,7 @@ void FindBar::ShowState()
 
 void FindBar::Colour(bool isMissing)
 {
-    QPalette colours = palette();
+    QPalette colours = QApplication::palette(box);
     if (isMissing) {
         colours.setColor(QPalette::Base, missingColour);
         colours.setColor(QPalette::Text, Qt::black);
