@@ -183,10 +183,8 @@ void OfdDocument::Private::KeepPartsInUse(PackageChanges& changes) const
     for (const PageEntry& page : Structure().pages)
         pageParts.append(page.part);
     const std::shared_ptr<const Package> package = store->GetPackage();
-    for (const QString& part : qAsConst(removed)) {
-        if (IsReferredTo(*package, changes, part, pageParts, Structure().documentFolder))
-            changes.Revert(part);
-    }
+    for (const QString& part : PartsInUse(*package, changes, removed, pageParts, Structure().documentFolder))
+        changes.Revert(part);
 }
 
 bool OfdDocument::Private::CollectChanges(SavePlan& plan, PackageError& error) const

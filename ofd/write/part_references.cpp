@@ -99,35 +99,52 @@ QByteArray BytesOf(const Package& package, const PackageChanges& changes, const 
     return data.bytes;
 }
 
-bool Refers(const Package& package, const PackageChanges& changes, const QString& from, const QString& to,
-            const QString& documentFolder)
+// Of the parts `candidates` those that the part `from` refers to.
+QStringList ReferredFrom(const Package& package, const PackageChanges& changes, const QString& from,
+                         const QStringList& candidates, const QString& documentFolder)
 {
     bool isEncrypted = false;
     const QByteArray bytes = BytesOf(package, changes, from, isEncrypted);
-    // Nearly all parts do not even hold the name; one that may be spelled in several ways is always looked for.
-    const QByteArray fileName = FileNameOf(to).toUtf8();
-    const bool isPlain = std::all_of(fileName.begin(), fileName.end(), [](char c) { return c > ' ' && c != '&'; });
-    if (isEncrypted || bytes.isEmpty() || (isPlain && !bytes.toLower().contains(fileName.toLower())))
-        return isEncrypted; // what cannot be read may say anything
-    const std::unique_ptr<XmlPart> xml = XmlPart::Parse(from, bytes);
-    return !xml || (!IsOfSignatures(xml->GetRoot()) && ReferenceSearch(package, to, *xml, documentFolder).Finds());
+    if (isEncrypted)
+        return candidates; // what cannot be read may say anything
+    const QByteArray folded = bytes.toLower();
+    std::unique_ptr<XmlPart> xml;
+    QStringList found;
+    for (const QString& part : candidates) {
+        // Nearly all parts do not even hold the name; one that may be spelled in several ways is always looked for.
+        const QByteArray fileName = FileNameOf(part).toUtf8();
+        const bool isPlain = std::all_of(fileName.begin(), fileName.end(), [](char c) { return c > ' ' && c != '&'; });
+        if (part == from || bytes.isEmpty() || (isPlain && !folded.contains(fileName.toLower())))
+            continue;
+        if (!xml)
+            xml = XmlPart::Parse(from, bytes);
+        if (!xml || (!IsOfSignatures(xml->GetRoot()) && ReferenceSearch(package, part, *xml, documentFolder).Finds()))
+            found.append(part);
+    }
+    return found;
 }
 
 } // namespace
 
-bool IsReferredTo(const Package& package, const PackageChanges& changes, const QString& part, const QStringList& pages,
-                  const QString& documentFolder)
+QStringList PartsInUse(const Package& package, const PackageChanges& changes, const QStringList& parts,
+                       const QStringList& pages, const QString& documentFolder)
 {
     const QSet<QString> pageSet(pages.begin(), pages.end());
+    QStringList open = parts;
+    QStringList used;
     qint64 budget = limits::MaxIdScanBytes;
     for (const QString& from : package.GetPartNames()) {
-        if (!IsXmlFile(from) || from == part || pageSet.contains(from))
+        if (!IsXmlFile(from) || pageSet.contains(from))
             continue;
         budget -= std::max<qint64>(package.GetPartSize(from), 0);
-        if (budget < 0 || Refers(package, changes, from, part, documentFolder))
-            return true;
+        const QStringList found = budget < 0 ? open : ReferredFrom(package, changes, from, open, documentFolder);
+        for (const QString& part : found)
+            open.removeOne(part);
+        used += found;
+        if (open.isEmpty())
+            break;
     }
-    return false;
+    return used;
 }
 
 } // namespace ofd
