@@ -19,6 +19,9 @@ namespace {
 constexpr int RegularWeight = 400;
 constexpr int BoldFrom = 600;
 constexpr int BoldWeight = 700;
+// A manner is style, script and weight in one number.
+constexpr int ScriptStep = 1000;
+constexpr int StyleStep = 10 * ScriptStep;
 
 FontChoice ChoiceOf(const InstalledFont& font, int weight, bool wantsItalic)
 {
@@ -134,20 +137,31 @@ FontChoice FontStore::Substitute(const FontResource& font, int weight, bool want
     return choice;
 }
 
+// Asked for every character that a font lacks, so what the names say is looked up once a font.
+int FontStore::MannerOf(const FontResource& font, int weight)
+{
+    const QString key = font.fontName + QLatin1Char('\n') + font.familyName + QLatin1Char('\n') + font.charset +
+                        QLatin1Char(font.isSerif ? '1' : '0') + QLatin1Char(font.isFixedWidth ? '1' : '0');
+    auto known = manners.constFind(key);
+    if (known == manners.constEnd())
+        known = manners.insert(key, int(ClassifyFont(font)) * StyleStep + int(ScriptOf(font)) * ScriptStep);
+    return *known + WeightOf(&font, weight);
+}
+
 std::shared_ptr<const FontFace> FontStore::GetFallback(uint code, const FontResource* font, int weight)
 {
-    const FontStyleClass style = font ? ClassifyFont(*font) : FontStyleClass::Song;
-    const FontScript script = font ? ScriptOf(*font) : FontScript::Simplified;
-    const int wanted = WeightOf(font, weight);
-    const QString key = QStringLiteral("%1 %2 %3 %4").arg(code).arg(int(style)).arg(int(script)).arg(wanted);
+    const FontResource unknown;
     const std::lock_guard<std::mutex> lock(mutex);
+    const int manner = MannerOf(font ? *font : unknown, weight);
+    const quint64 key = quint64(manner) << 32 | code;
     const auto known = fallbacks.constFind(key);
     if (known != fallbacks.constEnd())
         return *known;
     if (++searches > limits::MaxFontSearches)
         return FoundBefore(code);
-    const std::shared_ptr<const FontFace> face =
-        FindInstalledFontFor(code, SubstituteFamilies(style, script), wanted).face;
+    const QStringList families =
+        SubstituteFamilies(FontStyleClass(manner / StyleStep), FontScript(manner % StyleStep / ScriptStep));
+    const std::shared_ptr<const FontFace> face = FindInstalledFontFor(code, families, manner % ScriptStep).face;
     fallbacks.insert(key, face);
     if (face && std::find(fallbackFaces.begin(), fallbackFaces.end(), face) == fallbackFaces.end())
         fallbackFaces.push_back(face);

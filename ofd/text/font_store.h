@@ -40,6 +40,8 @@ private:
     std::shared_ptr<const FontFace> Embedded(const Package& package, const FontResource& font);
     // The caller holds the lock.
     FontChoice Substitute(const FontResource& font, int weight, bool wantsItalic);
+    // Style, script and weight of what stands in for the font, as one number. The caller holds the lock.
+    int MannerOf(const FontResource& font, int weight);
     // A face that was found for another character and has this one too.
     std::shared_ptr<const FontFace> FoundBefore(uint code) const;
 
@@ -47,7 +49,8 @@ private:
     QHash<QString, std::shared_ptr<const FontFace>>
         embedded;                           // by part, of collections by name too; null when unreadable
     QHash<QString, FontChoice> substitutes; // by name and style
-    QHash<QString, std::shared_ptr<const FontFace>> fallbacks;  // by character and style
+    QHash<QString, int> manners;            // of fonts, by what they say of themselves
+    QHash<quint64, std::shared_ptr<const FontFace>> fallbacks;  // by character and manner
     std::vector<std::shared_ptr<const FontFace>> fallbackFaces; // each face of them once
     int searches = 0;                                           // among the installed fonts
     qint64 fontBytes = 0;                                       // of the embedded fonts that were read

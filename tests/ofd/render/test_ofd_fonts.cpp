@@ -1,11 +1,15 @@
 #include <ofd/model/resources.h>
+#include <ofd/package/package.h>
 #include <ofd/text/font_face.h>
 #include <ofd/text/font_names.h>
+#include <ofd/text/font_store.h>
 #include <ofd/text/installed_fonts.h>
 #include <samples/block_font.h>
 #include <samples/block_font_kinds.h>
+#include <tests/ofd/document/ofd_file.h>
 #include <tests/support/test_main.h>
 
+#include <QTemporaryDir>
 #include <QtTest>
 
 using ofd::FontFace;
@@ -26,6 +30,8 @@ private slots:
     void everyCharacterFindsAFaceThatHasIt_data();
     void everyCharacterFindsAFaceThatHasIt();
     void weightsPickTheFace();
+    void missingFontsAreReplacedByWhatLooksLikeThem_data();
+    void missingFontsAreReplacedByWhatLooksLikeThem();
 };
 
 namespace {
@@ -191,6 +197,41 @@ void TestOfdFonts::weightsPickTheFace()
     QVERIFY(regular.face != bold.face);
     QVERIFY(ofd::FindInstalledFont(QStringLiteral("Liberation Sans"), 400, true).isItalic);
     QVERIFY(!ofd::FindInstalledFont(QStringLiteral("No Such Face"), 400, false).face);
+}
+
+void TestOfdFonts::missingFontsAreReplacedByWhatLooksLikeThem_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("weight");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("another name") << QStringLiteral("ArialMT") << 400 << QStringLiteral("Liberation Sans");
+    QTest::newRow("bold by weight") << QStringLiteral("Arial") << 700 << QStringLiteral("Liberation Sans");
+    QTest::newRow("bold by name") << QStringLiteral("ABCDEF+Arial-BoldMT") << 400 << QStringLiteral("Liberation Sans");
+    QTest::newRow("black face") << QString::fromUtf8("黑体") << 400 << QStringLiteral("Noto Sans CJK SC");
+    QTest::newRow("song face") << QStringLiteral("SimSun") << 400 << QStringLiteral("Noto Serif CJK SC");
+    QTest::newRow("traditional") << QString::fromUtf8("細明體") << 400 << QStringLiteral("Noto Serif CJK TC");
+    QTest::newRow("Japanese") << QStringLiteral("MS Gothic") << 400 << QStringLiteral("Noto Sans CJK JP");
+    QTest::newRow("nobody knows it") << QStringLiteral("No Such Face") << 400 << QStringLiteral("Noto Serif CJK SC");
+}
+
+void TestOfdFonts::missingFontsAreReplacedByWhatLooksLikeThem()
+{
+    QFETCH(QString, name);
+    QFETCH(int, weight);
+    QFETCH(QString, expected);
+    const QTemporaryDir folder;
+    const auto package = ofd::Package::Open(OfdFile::WithPages(1).Write(folder.filePath(QStringLiteral("page.ofd"))));
+    ofd::FontResource font;
+    font.fontName = name;
+    ofd::FontStore store;
+    const ofd::FontChoice choice = store.GetFont(*package, &font, weight, false);
+    QVERIFY(choice.face && !choice.isEmbedded);
+    const bool isBold = weight == 700 || name.contains(QLatin1String("Bold"));
+    QCOMPARE(choice.face, ofd::FindInstalledFont(expected, isBold ? 700 : 400, false).face);
+    QVERIFY(!choice.needsEmboldening);
+    const auto fallback = store.GetFallback(0x56fd, &font, weight);
+    QVERIFY(fallback && fallback->GlyphOf(0x56fd));
+    QCOMPARE(store.GetFallback(0x56fd, &font, weight), fallback);
 }
 
 TETO_TEST_MAIN(TestOfdFonts)
