@@ -15,6 +15,7 @@
 #include <frame/view/ui_context.h>
 
 #include <QMessageBox>
+#include <QPointer>
 #include <QVariant>
 
 namespace {
@@ -75,10 +76,11 @@ bool GPI_BookmarkDeleteAll::PrepareDataHandle(G_Operation*, int)
 {
     if (!IsMine())
         return false;
+    const QPointer<NaviBookmarkWidget> alive(pane);
     const int answer = pane->context->ShowMessageBox(
         tr("remark"), tr("Are you sure to delete all bookmarks in the document?"), okAndCancelButtons, okButton);
-    if (answer != okButton)
-        return false;
+    if (answer != okButton || !alive)
+        return false; // not alive: the document was closed while the box was up, and this handler with it
     tree->blockSignals(true);
     tree->DropEdit();
     tree->clear();

@@ -63,6 +63,7 @@ private slots:
     void keysThatTheEditorLeavesDoNothingToTheList();
     void anEditThatEndsAfterTheTabWasSwitchedRenamesInItsOwnDocument();
     void aPaneMayDieDuringAnEdit();
+    void aPaneMayDieWhileDeleteAllAsks();
     void aRenameThatFindsNoRowForgetsTheOneCancelledBefore();
     void aListFilledAnewDuringADragTakesNoDropOfNodesThatMayBeGone();
 };
@@ -285,6 +286,18 @@ void TestBookmarkInterruptions::aPaneMayDieDuringAnEdit()
     ViewFixture::Settle();
     QCOMPARE(tab->Names(), (QStringList{"A", "B", "C"}));
     QCOMPARE(tab->Stack()->count(), 0);
+}
+
+void TestBookmarkInterruptions::aPaneMayDieWhileDeleteAllAsks()
+{
+    PaneDesk desk(DocumentWithBookmarks(3));
+    const DeskTab* tab = desk.First();
+    desk.Context()->Answer(1024);
+    desk.Context()->SetWhileOpen([tab](const AskedBox&) { delete tab->pane; });
+    QVERIFY(!desk.Perform("d_bookmarkdeleteall"));
+    QCOMPARE(desk.Context()->Asked().size(), 1);
+    QVERIFY(!tab->pane);
+    QCOMPARE(tab->Names().size(), 3);
 }
 
 void TestBookmarkInterruptions::aRenameThatFindsNoRowForgetsTheOneCancelledBefore()
