@@ -61,16 +61,18 @@ Permissions ReadPermissions(const pugi::xml_node& element)
 class StructureReader
 {
 public:
-    StructureReader(const Package& package, DocumentStructure& structure)
+    StructureReader(const Package& package, const XmlPart& document, DocumentStructure& structure)
         : package(package)
+        , document(document)
         , structure(structure)
     {
         context.holderPart = structure.documentPart;
         context.documentFolder = structure.documentFolder;
     }
 
-    void Read(const pugi::xml_node& root)
+    void Read()
     {
+        const pugi::xml_node root = document.GetRoot();
         ReadCommonData(ChildElement(root, "CommonData"));
         ReadPages(ChildElement(root, "Pages"));
         structure.permissions = ReadPermissions(ChildElement(root, "Permissions"));
@@ -100,6 +102,7 @@ private:
 
     void AppendPart(QStringList& parts, const pugi::xml_node& element)
     {
+        const ProblemPlace place(0, document.PlaceOf(element));
         const QString part = Resolve(package, element, context);
         if (!part.isEmpty())
             parts.append(part);
@@ -110,7 +113,7 @@ private:
         TemplateEntry entry;
         entry.id = int(IdAttribute(element, "ID"));
         Reach(entry.id);
-        const ProblemPlace place(entry.id);
+        const ProblemPlace place(entry.id, document.PlaceOf(element));
         entry.part = ResolveLocation(package, AttributeText(element, "BaseLoc"), context).part;
         entry.name = AttributeText(element, "Name");
         entry.zOrder = AttributeText(element, "ZOrder").trimmed();
@@ -129,7 +132,7 @@ private:
             PageEntry page;
             page.id = int(IdAttribute(child, "ID"));
             Reach(page.id);
-            const ProblemPlace place(page.id);
+            const ProblemPlace place(page.id, document.PlaceOf(child));
             page.part = ResolveLocation(package, AttributeText(child, "BaseLoc"), context).part;
             if (structure.pageIndexById.contains(page.id))
                 TellOfDuplicate(Tr("More than one page has the ID %1."), page.id);
@@ -140,6 +143,7 @@ private:
     }
 
     const Package& package;
+    const XmlPart& document;
     DocumentStructure& structure;
     LocationContext context;
 };
@@ -242,7 +246,7 @@ DocumentParts ReadDocument(const Package& package)
         return parts;
     }
     const ProblemScope scope(structure.documentPart);
-    StructureReader(package, structure).Read(document->GetRoot());
+    StructureReader(package, *document, structure).Read();
     if (structure.pages.isEmpty()) {
         parts.error = Tr("The document has no pages.");
         return parts;
