@@ -240,23 +240,33 @@ void MainWindow::RemoveTab(int position)
     OnTabChosen(tabBar->currentIndex());
 }
 
-// Asks once a document before a save that makes its signatures invalid; false when the user wants them kept.
-bool MainWindow::ConfirmSignatures(DocumentTab* tab)
+// Asks once a document before a save that makes its signatures invalid. A copy leaves the signed file as it is.
+MainWindow::SignatureWish MainWindow::AskAboutSignatures(DocumentTab* tab, bool offersCopy)
 {
     if (!tab->MustAskAboutSignatures())
-        return true;
+        return SignatureWish::Break;
+    QMap<int, QString> captions;
+    int buttons = QMessageBox::Ok | QMessageBox::Cancel;
+    if (offersCopy) {
+        buttons |= QMessageBox::Save;
+        captions.insert(QMessageBox::Save, tr("Save a Copy..."));
+    }
     const int answer =
         context->ShowQuestionBox(tr("Save"), tr("The document is signed. Saving will make its signatures invalid."),
-                                 QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
-    if (answer == QMessageBox::Ok)
-        tab->AllowBreakingSignatures();
-    return answer == QMessageBox::Ok;
+                                 buttons, QMessageBox::Cancel, captions);
+    if (answer == QMessageBox::Save)
+        return SignatureWish::SaveCopy;
+    if (answer != QMessageBox::Ok)
+        return SignatureWish::Keep;
+    tab->AllowBreakingSignatures();
+    return SignatureWish::Break;
 }
 
 bool MainWindow::SaveTab(DocumentTab* tab)
 {
-    if (!ConfirmSignatures(tab))
-        return false;
+    const SignatureWish wish = AskAboutSignatures(tab, true);
+    if (wish != SignatureWish::Break)
+        return wish == SignatureWish::SaveCopy && SaveCopyOf(tab);
     SaveOutcome outcome = tab->Save();
     if (outcome.isForeignChange) {
         const QString text = tr("%1 was changed by another program since it was opened. Overwrite it?")
@@ -270,20 +280,39 @@ bool MainWindow::SaveTab(DocumentTab* tab)
     return ReportSave(tab, outcome);
 }
 
-bool MainWindow::SaveTabAs(DocumentTab* tab, const QString& path)
+bool MainWindow::IsOpenElsewhere(const DocumentTab* tab, const QString& path)
 {
     const int open = PositionOfPath(path);
-    if (open >= 0 && tabs.at(open).get() != tab) {
-        context->ShowMessageBox(tr("Save As"), tr("%1 is open in another tab.").arg(QDir::toNativeSeparators(path)),
-                                QMessageBox::Ok, QMessageBox::Ok);
+    if (open < 0 || tabs.at(open).get() == tab)
         return false;
-    }
-    if (!ConfirmSignatures(tab))
-        return false;
+    context->ShowMessageBox(tr("Save As"), tr("%1 is open in another tab.").arg(QDir::toNativeSeparators(path)),
+                            QMessageBox::Ok, QMessageBox::Ok);
+    return true;
+}
+
+bool MainWindow::WriteTabAs(DocumentTab* tab, const QString& path)
+{
     const bool done = ReportSave(tab, tab->SaveAs(path));
     if (done)
         recentFiles->Add(QFileInfo(path).absoluteFilePath());
     return done;
+}
+
+bool MainWindow::SaveTabAs(DocumentTab* tab, const QString& path)
+{
+    return !IsOpenElsewhere(tab, path) && AskAboutSignatures(tab, false) == SignatureWish::Break &&
+           WriteTabAs(tab, path);
+}
+
+// Instead of a save that would break signatures. Choosing the signed file itself asks again.
+bool MainWindow::SaveCopyOf(DocumentTab* tab)
+{
+    const QString path = ChooseSavePath(tab);
+    if (path.isEmpty())
+        return false;
+    if (QFileInfo(path) == QFileInfo(tab->Path()))
+        return SaveTabAs(tab, path);
+    return !IsOpenElsewhere(tab, path) && WriteTabAs(tab, path);
 }
 
 bool MainWindow::ReportSave(DocumentTab* tab, const SaveOutcome& outcome)
@@ -311,12 +340,18 @@ void MainWindow::SaveCurrent()
         SaveTab(CurrentTab());
 }
 
+// Empty when the user does not want to.
+QString MainWindow::ChooseSavePath(const DocumentTab* tab)
+{
+    return QFileDialog::getSaveFileName(this, tr("Save As"), tab->Path(), tr("OFD documents (*.ofd)"));
+}
+
 void MainWindow::SaveCurrentAs()
 {
     DocumentTab* tab = CurrentTab();
     if (!tab)
         return;
-    const QString path = QFileDialog::getSaveFileName(this, tr("Save As"), tab->Path(), tr("OFD documents (*.ofd)"));
+    const QString path = ChooseSavePath(tab);
     if (!path.isEmpty())
         SaveTabAs(tab, path);
 }

@@ -112,7 +112,12 @@ private:
     bool MayClose(DocumentTab* tab);
     void RemoveTab(int position);
     bool ReportSave(DocumentTab* tab, const SaveOutcome& outcome);
-    bool ConfirmSignatures(DocumentTab* tab);
+    enum class SignatureWish { Break, Keep, SaveCopy };
+    SignatureWish AskAboutSignatures(DocumentTab* tab, bool offersCopy);
+    bool IsOpenElsewhere(const DocumentTab* tab, const QString& path);
+    bool WriteTabAs(DocumentTab* tab, const QString& path);
+    bool SaveCopyOf(DocumentTab* tab);
+    QString ChooseSavePath(const DocumentTab* tab);
     void ShowFileChanged(DocumentTab* tab);
     void ReloadTab(DocumentTab* tab);
 

@@ -352,6 +352,10 @@
             <translation>文档已签名。保存将使其签名失效。</translation>
         </message>
         <message>
+            <source>Save a Copy...</source>
+            <translation>保存副本…</translation>
+        </message>
+        <message>
             <source>Save</source>
             <translation>保存</translation>
         </message>

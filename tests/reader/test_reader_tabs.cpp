@@ -8,8 +8,11 @@
 
 #include <QDialog>
 #include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QProcess>
+#include <QTimer>
 #include <QTreeWidget>
 #include <QUndoStack>
 #include <QtTest>
@@ -27,6 +30,7 @@ private slots:
     void closingADirtyTabWithSaveSaves();
     void saveAsLeavesTheOriginalAlone();
     void aSaveThatBreaksSignaturesAsksOnceADocument();
+    void insteadOfBreakingSignaturesACopyIsSaved();
     void undoActsOnTheCurrentTabOnly();
     void aFileThatVanishesWhileOpenIsToldAndSavingRefuses();
     void aFileReplacedByAnotherProgramIsNotOverwrittenWithoutAQuestion();
@@ -192,6 +196,37 @@ void TestReaderTabs::aSaveThatBreaksSignaturesAsksOnceADocument()
     QVERIFY(AddBookmark(desk));
     QVERIFY(desk.Window()->SaveTab(tab)); // not asked again
     QCOMPARE(desk.Context()->PendingAnswers(), 0);
+}
+
+void TestReaderTabs::insteadOfBreakingSignaturesACopyIsSaved()
+{
+    ReaderDesk desk;
+    const QString maker = qEnvironmentVariable("TETO_BIN") + "/make_samples";
+    QCOMPARE(QProcess::execute(maker, {desk.Folder(), "deviations"}), 0);
+    const QString path = desk.Folder() + "/deviations/signed.ofd";
+    const QString copy = desk.Folder() + "/copy.ofd";
+    const QByteArray before = Bytes(path);
+    QVERIFY(desk.Window()->OpenFile(path));
+    DocumentTab* tab = desk.Window()->CurrentTab();
+    QVERIFY(AddBookmark(desk));
+    Settle();
+    QTimer chooser; // answers the dialog that asks for a name
+    connect(&chooser, &QTimer::timeout, this, [&copy] {
+        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(copy);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+    chooser.start(20);
+    desk.Context()->Answer(QMessageBox::Save);
+    QVERIFY(desk.Window()->SaveTab(tab));
+    QCOMPARE(desk.Context()->PendingAnswers(), 0);
+    QCOMPARE(Bytes(path), before);
+    QVERIFY(QFile::exists(copy));
+    QVERIFY(!tab->IsDirty());
+    QCOMPARE(QFileInfo(tab->Path()), QFileInfo(copy)); // what is edited from now on is the copy
+    QVERIFY(desk.View()->GDocument()->IsSignProtected());
 }
 
 void TestReaderTabs::undoActsOnTheCurrentTabOnly()
