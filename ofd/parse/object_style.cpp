@@ -11,20 +11,49 @@
 #include <QCoreApplication>
 
 #include <cmath>
+#include <utility>
 
 namespace ofd {
 
 namespace {
 
-Qt::PenCapStyle CapOf(const char* word)
+void TellOfValue(const pugi::xml_attribute& attribute)
 {
-    return EqualsWord(word, "Round") ? Qt::RoundCap : EqualsWord(word, "Square") ? Qt::SquareCap : Qt::FlatCap;
+    ReportProblem(ProblemKind::BadValue, QCoreApplication::translate("OfdDocument", "%1=\"%2\" cannot be read.")
+                                             .arg(QString::fromUtf8(attribute.name()))
+                                             .arg(QString::fromUtf8(attribute.value()).left(40)));
 }
 
-Qt::PenJoinStyle JoinOf(const char* word)
+// Nothing, and reported, when it is no number; nothing too when it is missing.
+std::optional<double> OptionalNumber(const pugi::xml_node& element, const char* name)
 {
-    return EqualsWord(word, "Round") ? Qt::RoundJoin : EqualsWord(word, "Bevel") ? Qt::BevelJoin : Qt::SvgMiterJoin;
+    const pugi::xml_attribute attribute = Attribute(element, name);
+    const std::optional<double> number = ParseNumber(attribute.as_string());
+    if (attribute && !number)
+        TellOfValue(attribute);
+    return number;
 }
+
+// The same for words of which each stands for a value.
+template <typename T, size_t count>
+std::optional<T> OptionalWord(const pugi::xml_node& element, const char* name,
+                              const std::pair<const char*, T> (&words)[count])
+{
+    const pugi::xml_attribute attribute = Attribute(element, name);
+    if (!attribute)
+        return std::nullopt;
+    for (const auto& [word, value] : words) {
+        if (EqualsWord(attribute.value(), word))
+            return value;
+    }
+    TellOfValue(attribute);
+    return std::nullopt;
+}
+
+constexpr std::pair<const char*, Qt::PenCapStyle> Caps[] = {
+    {"Butt", Qt::FlatCap}, {"Round", Qt::RoundCap}, {"Square", Qt::SquareCap}};
+constexpr std::pair<const char*, Qt::PenJoinStyle> Joins[] = {
+    {"Miter", Qt::SvgMiterJoin}, {"Round", Qt::RoundJoin}, {"Bevel", Qt::BevelJoin}};
 
 // Lengths of dashes and gaps; empty, a solid line, when they could not be drawn.
 QVector<double> UsableDashes(const QVector<double>& dashes)
@@ -114,14 +143,11 @@ Paint StyleChain::ReadStrokePaint(const pugi::xml_node& object, const QColor& mi
 
 void ReadDrawParam(const pugi::xml_node& element, const Resources& resources, DrawParam& param)
 {
-    const auto number = [&element](const char* name) { return ParseNumber(Attribute(element, name).as_string()); };
-    param.lineWidth = number("LineWidth");
-    param.miterLimit = number("MiterLimit");
-    param.dashOffset = number("DashOffset");
-    if (const pugi::xml_attribute cap = Attribute(element, "Cap"))
-        param.cap = CapOf(cap.value());
-    if (const pugi::xml_attribute join = Attribute(element, "Join"))
-        param.join = JoinOf(join.value());
+    param.lineWidth = OptionalNumber(element, "LineWidth");
+    param.miterLimit = OptionalNumber(element, "MiterLimit");
+    param.dashOffset = OptionalNumber(element, "DashOffset");
+    param.cap = OptionalWord(element, "Cap", Caps);
+    param.join = OptionalWord(element, "Join", Joins);
     param.dashes = ArrayAttribute(element, "DashPattern");
     if (!IsElement(element, "DrawParam"))
         return; // objects have their colours read apart, with defaults of their own
