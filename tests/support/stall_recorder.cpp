@@ -8,14 +8,21 @@ namespace {
 constexpr int kTickMs = 5;
 constexpr double kNsInMs = 1e6;
 
-// What the calling thread has waited for a processor so far: the second number of what the kernel tells.
-qint64 WaitedForProcessorNs()
+// What the calling thread has done so far, as the kernel counts it: the first two numbers are the time that it worked
+// and the time that it waited for a processor.
+struct ThreadTimes
+{
+    qint64 workedNs = 0;
+    qint64 waitedNs = 0;
+};
+
+ThreadTimes TimesSoFar()
 {
     QFile file(QStringLiteral("/proc/thread-self/schedstat"));
     if (!file.open(QIODevice::ReadOnly))
-        return 0;
+        return {};
     const QList<QByteArray> numbers = file.readAll().split(' ');
-    return numbers.size() > 1 ? numbers.at(1).toLongLong() : 0;
+    return numbers.size() > 1 ? ThreadTimes{numbers.at(0).toLongLong(), numbers.at(1).toLongLong()} : ThreadTimes{};
 }
 
 } // namespace
@@ -32,7 +39,9 @@ void StallRecorder::Start()
 {
     worst = {};
     count = 0;
-    waitedNs = WaitedForProcessorNs();
+    const ThreadTimes times = TimesSoFar();
+    waitedNs = times.waitedNs;
+    workedNs = times.workedNs;
     sinceTick.start();
     timer.start();
 }
@@ -45,12 +54,14 @@ void StallRecorder::Stop()
 
 void StallRecorder::Tick()
 {
-    const qint64 waited = WaitedForProcessorNs();
+    const ThreadTimes times = TimesSoFar();
     Stall stall;
     stall.wallMs = double(sinceTick.nsecsElapsed()) / kNsInMs - kTickMs;
-    stall.ownMs = qMax(0.0, stall.wallMs - double(waited - waitedNs) / kNsInMs);
+    stall.ownMs = qMax(0.0, stall.wallMs - double(times.waitedNs - waitedNs) / kNsInMs);
+    stall.workMs = double(times.workedNs - workedNs) / kNsInMs;
     stall.during = label;
-    waitedNs = waited;
+    waitedNs = times.waitedNs;
+    workedNs = times.workedNs;
     sinceTick.start();
     if (stall.ownMs > worst.ownMs)
         worst = stall;
@@ -61,10 +72,11 @@ void StallRecorder::Tick()
 QString StallRecorder::Report() const
 {
     const QString where = worst.during.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(worst.during);
-    return QStringLiteral("worst stall %1 ms, with waiting for a processor %2 ms%3; %4 over %5 ms")
+    return QStringLiteral("worst stall %1 ms (%6 of work), with waiting for a processor %2 ms%3; %4 over %5 ms")
         .arg(worst.ownMs, 0, 'f', 1)
         .arg(worst.wallMs, 0, 'f', 1)
         .arg(where)
         .arg(count)
-        .arg(thresholdMs, 0, 'f', 0);
+        .arg(thresholdMs, 0, 'f', 0)
+        .arg(worst.workMs, 0, 'f', 1);
 }

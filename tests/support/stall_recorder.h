@@ -14,8 +14,9 @@ public:
     struct Stall
     {
         double wallMs = 0;
-        double ownMs = 0; // without waiting for a processor
-        QString during;   // the label that was set at the time
+        double ownMs = 0;  // without waiting for a processor
+        double workMs = 0; // that the thread's processor worked; the rest it slept or waited for others
+        QString during;    // the label that was set at the time
     };
 
     explicit StallRecorder(double thresholdMs = 50);
@@ -36,6 +37,7 @@ private:
     QTimer timer;
     QElapsedTimer sinceTick;
     qint64 waitedNs = 0; // for a processor, up to the last tick
+    qint64 workedNs = 0;
     QString label;
     Stall worst;
     int count = 0;
