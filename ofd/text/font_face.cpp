@@ -177,7 +177,8 @@ std::shared_ptr<FontFace> FontFace::FromBytes(const QByteArray& bytes, const QSt
 {
     std::shared_ptr<FontFace> font(new FontFace);
     const QByteArray repaired = RepairedFont(bytes);
-    font->data = repaired.isEmpty() ? bytes : repaired;
+    font->wasRepaired = !repaired.isEmpty();
+    font->data = font->wasRepaired ? repaired : bytes;
     FT_Face opened = nullptr;
     {
         const std::lock_guard<std::mutex> lock(libraryMutex);

@@ -39,6 +39,8 @@ public:
     double GetAscent() const { return ascent; }
     double GetDescent() const { return descent; }
     bool IsBold() const { return isBold; }
+    // Whether tables were cut to what is there, or made up.
+    bool WasRepaired() const { return wasRepaired; }
     bool IsItalic() const { return isItalic; }
 
 private:
@@ -60,6 +62,7 @@ private:
     double unitsPerEm = 1000;
     double ascent = 0.88;
     double descent = 0.12;
+    bool wasRepaired = false;
     bool isBold = false;
     bool isItalic = false;
     uint symbolOffset = 0;          // added to codes below 256 in fonts with a symbol map

@@ -97,6 +97,10 @@ std::shared_ptr<const FontFace> FontStore::Embedded(const Package& package, cons
     if (!face)
         ReportProblem(ProblemKind::BadFont, part,
                       QCoreApplication::translate("OfdDocument", "The font cannot be used; another one stands in."));
+    else if (face->WasRepaired())
+        ReportProblem(ProblemKind::BadFont, part,
+                      QCoreApplication::translate("OfdDocument", "Tables of the font are broken or missing; it is used "
+                                                                 "without them."));
     embedded.insert(isCollection ? key : part, face);
     return face;
 }

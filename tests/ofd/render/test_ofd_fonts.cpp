@@ -50,24 +50,25 @@ void TestOfdFonts::everyKindOfFontDrawsItsGlyphs_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<bool>("hasMap");
     QTest::addColumn<bool>("hasWidths");
+    QTest::addColumn<bool>("isBroken");
     samples::BlockFontTables bare;
     bare.hasCmap = bare.hasNames = false;
-    QTest::newRow("TrueType") << samples::BlockTrueType() << true << true;
-    QTest::newRow("TrueType without cmap, name, OS/2, post") << samples::BlockTrueType(bare) << false << true;
-    QTest::newRow("OpenType with CFF") << samples::BlockOpenTypeCff() << true << true;
-    QTest::newRow("bare CFF") << samples::BlockCff() << true << true;
-    QTest::newRow("Type 1 in digits") << samples::BlockTypeOneText() << true << true;
-    QTest::newRow("Type 1 in segments") << samples::BlockTypeOneBinary() << true << true;
-    QTest::newRow("collection") << samples::BlockCollection() << true << true;
+    QTest::newRow("TrueType") << samples::BlockTrueType() << true << true << false;
+    QTest::newRow("TrueType without cmap, name, OS/2, post") << samples::BlockTrueType(bare) << false << true << false;
+    QTest::newRow("OpenType with CFF") << samples::BlockOpenTypeCff() << true << true << false;
+    QTest::newRow("bare CFF") << samples::BlockCff() << true << true << false;
+    QTest::newRow("Type 1 in digits") << samples::BlockTypeOneText() << true << true << false;
+    QTest::newRow("Type 1 in segments") << samples::BlockTypeOneBinary() << true << true << false;
+    QTest::newRow("collection") << samples::BlockCollection() << true << true << false;
     for (const char* table : {"head", "maxp", "hhea"})
         QTest::newRow(qPrintable(QStringLiteral("without ") + QLatin1String(table)))
-            << samples::BlockWithout(table) << true << true;
-    QTest::newRow("without hmtx") << samples::BlockWithout("hmtx") << true << false;
-    QTest::newRow("cut off") << samples::BlockCutOff() << true << true;
+            << samples::BlockWithout(table) << true << true << true;
+    QTest::newRow("without hmtx") << samples::BlockWithout("hmtx") << true << false << true;
+    QTest::newRow("cut off") << samples::BlockCutOff() << true << true << true;
     for (const char* table : {"post", "name", "OS/2"})
         QTest::newRow(qPrintable(QLatin1String(table) + QStringLiteral(" outside")))
-            << samples::BlockWithTableOutside(table) << true << true;
-    QTest::newRow("cmap outside") << samples::BlockWithTableOutside("cmap") << false << true;
+            << samples::BlockWithTableOutside(table) << true << true << true;
+    QTest::newRow("cmap outside") << samples::BlockWithTableOutside("cmap") << false << true << true;
 }
 
 void TestOfdFonts::everyKindOfFontDrawsItsGlyphs()
@@ -75,8 +76,10 @@ void TestOfdFonts::everyKindOfFontDrawsItsGlyphs()
     QFETCH(QByteArray, bytes);
     QFETCH(bool, hasMap);
     QFETCH(bool, hasWidths);
+    QFETCH(bool, isBroken);
     const std::shared_ptr<FontFace> face = FontFace::FromBytes(bytes, BlockName);
     QVERIFY(face);
+    QCOMPARE(face->WasRepaired(), isBroken);
     for (const char letter : {'B', 'L', '8'}) {
         const QRectF box = face->OutlineOf(Glyph(letter)).boundingRect();
         QVERIFY2(qAbs(box.left()) < 0.001 && qAbs(box.right() - 0.5) < 0.001, qPrintable(QString::number(box.right())));
