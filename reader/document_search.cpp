@@ -52,8 +52,10 @@ DocumentSearch::DocumentSearch(G_DocView* view, QObject* parent)
     timer.setInterval(0);
     connect(&timer, &QTimer::timeout, this, &DocumentSearch::SearchSome);
     connect(view->UIContext()->EventMgr(), &CRF_EventMgr::PageStructChanged, this, [this](IG_Document* changed) {
-        if (changed == document)
-            Restart(); // matches go by the place of their page
+        if (changed != document)
+            return;
+        texts.Clear(); // as matches do, they go by the place of their page
+        Restart();
     });
     view->InstallViewRender(this);
 }
@@ -134,7 +136,7 @@ void DocumentSearch::SearchSome()
 bool DocumentSearch::SearchPage(int page)
 {
     bool isReadable = false;
-    const QList<G_TextMatch> matches = search.FindOnPage(document, page, maxMatches - count, &isReadable);
+    const QList<G_TextMatch> matches = search.FindOnPage(document, page, maxMatches - count, &isReadable, &texts);
     unreadablePages += isReadable ? 0 : 1;
     if (matches.isEmpty())
         return false;

@@ -74,7 +74,8 @@ private:
     G_DocView* view;       // not owned
     IG_Document* document; // not owned
     G_TextSearch search;
-    QTimer timer; // fires while pages are left to search
+    G_PageTextCache texts; // so that one more letter reads few pages again
+    QTimer timer;          // fires while pages are left to search
     QMap<int, PageMatches> found;
     int count = 0;
     int pageCount = 0;

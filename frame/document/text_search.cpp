@@ -9,10 +9,11 @@
 
 namespace {
 
-constexpr int snippetSide = 30;        // characters of a snippet on each side of its match
-constexpr float gapShare = 0.2F;       // of a glyph's size; a wider gap may stand for a blank
-constexpr ushort softHyphen = 0x00ad;  // shown only at the end of a line
-constexpr ushort plainHyphen = 0x2010; // beside the one of ASCII
+constexpr int snippetSide = 30;         // characters of a snippet on each side of its match
+constexpr float gapShare = 0.2F;        // of a glyph's size; a wider gap may stand for a blank
+constexpr qint64 mostCached = 16000000; // code units of all pages
+constexpr ushort softHyphen = 0x00ad;   // shown only at the end of a line
+constexpr ushort plainHyphen = 0x2010;  // beside the one of ASCII
 
 // Ideographic space is a character of its own: full-width forms are not folded.
 bool IsBlank(uint code)
@@ -81,6 +82,16 @@ QString Needle(const G_TextQuery& query)
             needle += QLatin1Char(' ');
     }
     return needle;
+}
+
+// What is left of a text whatever its line ends, its hyphens and the case of its letters count for.
+void AppendSqueezed(const QString& text, QString& squeezed)
+{
+    const QVector<uint> codes = text.toUcs4();
+    for (const uint code : codes) {
+        if (!IsIgnored(code) && !IsBlank(code) && !IsHyphen(code))
+            squeezed += Folded(code, false);
+    }
 }
 
 // The text of a page made ready for comparing.
@@ -287,10 +298,29 @@ private:
 
 } // namespace
 
+void G_PageTextCache::Keep(int pageIndex, const QList<G_TextGlyph>& glyphs)
+{
+    if (Knows(pageIndex) || length >= mostCached)
+        return;
+    QString text;
+    for (const G_TextGlyph& glyph : glyphs)
+        AppendSqueezed(glyph.text, text);
+    text.squeeze();
+    length += text.size();
+    texts.insert(pageIndex, text);
+}
+
+void G_PageTextCache::Clear()
+{
+    texts.clear();
+    length = 0;
+}
+
 G_TextSearch::G_TextSearch(const G_TextQuery& wanted)
     : query(wanted)
     , needle(Needle(wanted))
 {
+    AppendSqueezed(query.text, squeezed);
 }
 
 QList<G_TextMatch> G_TextSearch::FindIn(const QList<G_TextGlyph>& glyphs, int pageIndex, int most) const
@@ -308,15 +338,24 @@ QList<G_TextMatch> G_TextSearch::FindIn(const IG_TextPage& page, int pageIndex, 
     return IsEmpty() ? QList<G_TextMatch>() : FindIn(page.AllGlyphs(), pageIndex, most);
 }
 
-QList<G_TextMatch> G_TextSearch::FindOnPage(IG_Document* document, int pageIndex, int most, bool* isReadable) const
+QList<G_TextMatch> G_TextSearch::FindOnPage(IG_Document* document, int pageIndex, int most, bool* isReadable,
+                                            G_PageTextCache* cache) const
 {
+    if (cache && cache->Knows(pageIndex) && !cache->texts.value(pageIndex).contains(squeezed)) {
+        if (isReadable)
+            *isReadable = true;
+        return {};
+    }
     IG_Page* page = document->GetPage(pageIndex);
     const bool wasLoaded = page && page->IsLoaded();
     IG_TextPage* text = page && (wasLoaded || page->Load()) ? page->GetTextPage() : nullptr;
     const bool isRead = text && (text->IsParsed() || text->Parse(0));
     if (isReadable)
         *isReadable = isRead;
-    const QList<G_TextMatch> matches = isRead ? FindIn(*text, pageIndex, most) : QList<G_TextMatch>();
+    const QList<G_TextGlyph> glyphs = isRead ? text->AllGlyphs() : QList<G_TextGlyph>();
+    const QList<G_TextMatch> matches = FindIn(glyphs, pageIndex, most);
+    if (cache && isRead)
+        cache->Keep(pageIndex, glyphs);
     if (page && !wasLoaded)
         document->ReleasePage(pageIndex, 0);
     return matches;

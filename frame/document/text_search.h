@@ -2,6 +2,7 @@
 
 #include <frame/document/ig_page.h>
 
+#include <QHash>
 #include <QString>
 #include <QVector>
 
@@ -33,6 +34,22 @@ struct G_TextMatch
     int snippetLength = 0;
 };
 
+// What stood on pages that were read, squeezed, so that the next search reads only those where its text can stand. Of
+// use while one searches a document again and again; holds as long as the pages keep their places and their text.
+class FRAME_EXPORT G_PageTextCache
+{
+public:
+    bool Knows(int pageIndex) const { return texts.contains(pageIndex); }
+    // Nothing once it is full: pages that are not known are read again.
+    void Keep(int pageIndex, const QList<G_TextGlyph>& glyphs);
+    void Clear();
+
+private:
+    friend class G_TextSearch;
+    QHash<int, QString> texts; // folded, without blanks and hyphens
+    qint64 length = 0;
+};
+
 // Finds one text on pages. Letters are compared by Unicode: case is folded unless it matters, composed and decomposed
 // forms are the same, full-width and half-width forms are not. Several blanks count as one. The end of a line counts as
 // a blank, and may count as nothing beside an ideograph, behind a hyphen and where a gap between glyphs stands for a
@@ -49,12 +66,14 @@ public:
     QList<G_TextMatch> FindIn(const QList<G_TextGlyph>& glyphs, int pageIndex, int most = maxMatchesAPage) const;
     // The same for a page of a document that need not be loaded, and is not kept loaded. Main thread only. A page that
     // cannot be read has no matches; `isReadable` tells, when it is given.
+    // With a cache, a page that cannot have the text by what the cache knows is not read.
     QList<G_TextMatch> FindOnPage(IG_Document* document, int pageIndex, int most = maxMatchesAPage,
-                                  bool* isReadable = nullptr) const;
+                                  bool* isReadable = nullptr, G_PageTextCache* cache = nullptr) const;
 
     static constexpr int maxMatchesAPage = 100000;
 
 private:
     G_TextQuery query;
-    QString needle; // folded, blanks collapsed
+    QString needle;   // folded, blanks collapsed
+    QString squeezed; // what of it must stand on a page in any case, as in the cache
 };

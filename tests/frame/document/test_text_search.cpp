@@ -80,6 +80,9 @@ private slots:
     void aPageNeedNotBeLoadedAndIsNotKeptLoaded();
     void aPageThatIsLoadedStaysLoaded();
     void aPageThatCannotBeReadHasNoMatches();
+    void aKnownPageIsReadOnlyWhereTheTextCanStand();
+    void whatThePageCacheKnowsHidesNoMatch_data();
+    void whatThePageCacheKnowsHidesNoMatch();
 };
 
 void TestTextSearch::aMatchHasTheBoxOfItsGlyphs()
@@ -344,6 +347,48 @@ void TestTextSearch::aPageThatCannotBeReadHasNoMatches()
         QVERIFY(G_TextSearch(Query("hello")).FindOnPage(document.get(), page, 10, &isReadable).isEmpty());
         QVERIFY(!isReadable);
     }
+}
+
+void TestTextSearch::aKnownPageIsReadOnlyWhereTheTextCanStand()
+{
+    const auto document = MemoryDocument::FromText("page 210 297\n  text 20 30 Hello\n");
+    QVERIFY(document);
+    G_PageTextCache cache;
+    QCOMPARE(G_TextSearch(Query("hello")).FindOnPage(document.get(), 0, 10, nullptr, &cache).size(), 1);
+    QVERIFY(cache.Knows(0));
+    document->SetPageFailure(0, true); // tells whether it is read
+    bool isReadable = false;
+    QVERIFY(G_TextSearch(Query("absent")).FindOnPage(document.get(), 0, 10, &isReadable, &cache).isEmpty());
+    QVERIFY(isReadable);
+    G_TextSearch(Query("hell")).FindOnPage(document.get(), 0, 10, &isReadable, &cache);
+    QVERIFY(!isReadable);
+    cache.Clear();
+    G_TextSearch(Query("absent")).FindOnPage(document.get(), 0, 10, &isReadable, &cache);
+    QVERIFY(!isReadable);
+    QVERIFY(!cache.Knows(0));
+}
+
+void TestTextSearch::whatThePageCacheKnowsHidesNoMatch_data()
+{
+    QTest::addColumn<QString>("wanted");
+    for (const char* wanted : {"one two", "ONE", "one  two", "two three", "example", "exam-ple", "-", " ", "-ple then",
+                               "straSSE", "同 编", "同编", "caf\u00e9", "cafe\u0301", "end exam"})
+        QTest::newRow(wanted) << QString::fromUtf8(wanted);
+}
+
+void TestTextSearch::whatThePageCacheKnowsHidesNoMatch()
+{
+    QFETCH(QString, wanted);
+    const auto document = MemoryDocument::FromText(
+        QString::fromUtf8("page 210 297\n  text 20 30 one  two\n  text 20 40 three end\n  text 20 50 exam-\n"
+                          "  text 20 60 ple then Straße caf\u00e9\n  text 20 70 合同\n  text 20 80 编号\n"));
+    QVERIFY(document);
+    G_PageTextCache cache;
+    const G_TextSearch search(Query(wanted));
+    const int count = search.FindOnPage(document.get(), 0, 100, nullptr, &cache).size();
+    QVERIFY(count > 0);
+    QVERIFY(cache.Knows(0));
+    QCOMPARE(search.FindOnPage(document.get(), 0, 100, nullptr, &cache).size(), count);
 }
 
 TETO_TEST_MAIN(TestTextSearch)
