@@ -19,6 +19,7 @@
 namespace {
 
 constexpr int LargestSeed = 100'000; // longer ones only slow the targets down
+constexpr int LargestXmlSeed = 20'000;
 constexpr int MostWords = 2000;
 constexpr int MostPages = 4; // of one document; the pages of a long report are all alike
 
@@ -87,6 +88,8 @@ void AddCaptures(SeedWriter& seeds, const char* target, const QByteArray& xml, c
 
 void AddXml(SeedWriter& seeds, const QString& name, const QByteArray& bytes)
 {
+    if (bytes.size() > LargestXmlSeed)
+        return;
     seeds.Add("fuzz_xml", bytes);
     seeds.AddWords(bytes);
     if (bytes.contains(":Page ") || bytes.contains("<Page"))
