@@ -127,7 +127,8 @@ private:
 void TestSamples::initTestCase()
 {
     QVERIFY(folder.isValid());
-    QCOMPARE(samples::WriteSamples(folder.path(), {"tour", "invoice", "letter", "deviations", "damaged"}), QString());
+    QCOMPARE(samples::WriteSamples(folder.path(), {"tour", "invoice", "letter", "deviations", "features", "damaged"}),
+             QString());
 }
 
 void TestSamples::everyDeviationAndDamageIsThere()
