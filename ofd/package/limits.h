@@ -68,7 +68,7 @@ constexpr int MaxReferenceDepth = 32;
 constexpr int MaxBlockDepth = 32;
 // Objects that one page has through composites and patterns, counted as often as they are used: a few hundred bytes can
 // ask for more than could ever be painted. "The page repeats its composite objects too often." The rest is not drawn.
-constexpr int MaxRepeatedObjects = 300'000;
+constexpr int MaxRepeatedObjects = 100'000;
 // As many of them does a pattern inside a pattern count for: it needs a picture of its own.
 constexpr int NestedPatternCost = 100;
 // The same for templates that use templates. "The page uses too many templates."
