@@ -31,6 +31,7 @@ constexpr int MaxSealElements = 100'000;
 constexpr int MaxSealDepth = 32;
 constexpr int MaxSignatures = 10'000;
 constexpr int MaxStamps = 100'000;
+constexpr int MaxStampsOnPage = 200;
 // A colour profile.
 constexpr qint64 MaxProfileBytes = qint64(16) << 20;
 

@@ -74,13 +74,15 @@ public:
     // Above everything else, whether or not annotations are shown: a seal is part of what was signed.
     bool PaintSealsOf(const G_RenderRequest& request)
     {
-        return PaintSeals(painter, store, request.pageIndex, [&request](QPainter& onto, DocumentStore& document) {
+        const auto paintDocument = [&request](QPainter& onto, DocumentStore& document) {
             G_RenderRequest first;
             first.cancelled = request.cancelled;
             PagePainting painting(onto, document, first, nullptr, QRect());
             return painting.PaintPage(*document.GetPageContent(0).content) &&
                    painting.PaintAnnotations(*document.GetPageAnnotations(0));
-        });
+        };
+        return PaintSeals(painter, store, request.pageIndex, paintDocument,
+                          [&request] { return IsCancelled(request); });
     }
 
 private:

@@ -29,9 +29,12 @@ bool PaintDocument(QPainter& painter, DocumentStore& document, const QRectF& bou
 
 } // namespace
 
-bool PaintSeals(QPainter& painter, DocumentStore& store, int pageIndex, const FirstPagePainting& paintDocument)
+bool PaintSeals(QPainter& painter, DocumentStore& store, int pageIndex, const FirstPagePainting& paintDocument,
+                const std::function<bool()>& isCancelled)
 {
     for (const Stamp& stamp : store.GetSeals().GetStamps(store, pageIndex)) {
+        if (isCancelled())
+            return false;
         const SealFace face = store.GetSeals().GetFace(store, stamp);
         painter.save();
         if (!stamp.clip.isEmpty())

@@ -12,7 +12,9 @@ class DocumentStore;
 using FirstPagePainting = std::function<bool(QPainter& painter, DocumentStore& document)>;
 
 // Paints the seals of a page's stamps, each stretched to its boundary and cut to its clip, with a painter that maps the
-// page's millimetres. `paintDocument` is called for seals that hold a document. False when it was cancelled.
-bool PaintSeals(QPainter& painter, DocumentStore& store, int pageIndex, const FirstPagePainting& paintDocument);
+// page's millimetres. `paintDocument` is called for seals that hold a document. `isCancelled` is asked between seals;
+// false when it was.
+bool PaintSeals(QPainter& painter, DocumentStore& store, int pageIndex, const FirstPagePainting& paintDocument,
+                const std::function<bool()>& isCancelled);
 
 } // namespace ofd

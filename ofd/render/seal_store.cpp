@@ -53,8 +53,13 @@ QVector<Stamp> SealStore::GetStamps(const DocumentStore& store, int pageIndex)
     const std::lock_guard<std::mutex> lock(mutex);
     if (!areStampsRead) {
         const ProblemScope scope(store.GetPackage()->GetEntryPoint());
-        for (const Stamp& stamp : ReadStamps(*store.GetPackage(), structure.documentFolder))
-            stampsByPage[structure.pageIndexById.value(stamp.pageId, -1)].append(stamp);
+        for (const Stamp& stamp : ReadStamps(*store.GetPackage(), structure.documentFolder)) {
+            QVector<Stamp>& onPage = stampsByPage[structure.pageIndexById.value(stamp.pageId, -1)];
+            if (onPage.size() < limits::MaxStampsOnPage)
+                onPage.append(stamp);
+            else
+                ReportProblem(ProblemKind::Limit, Tr("More than %1 seals are on one page.").arg(onPage.size()));
+        }
         areStampsRead = true;
     }
     return stampsByPage.value(pageIndex);

@@ -1,4 +1,5 @@
 #include <ofd/ofd_document.h>
+#include <ofd/package/limits.h>
 #include <ofd/parse/seal_reader.h>
 #include <samples/der.h>
 #include <samples/picture_kinds.h>
@@ -23,6 +24,7 @@ private slots:
     void theSealsOfADocumentInsideASealAreNotPainted();
     void sealsLieAboveAnnotationsAndShowWithoutThem();
     void severalStampsOfOneSealArePaintedOnTheirPages();
+    void sealsBeyondTheLimitOfAPageAreLeftOut();
     void aSealThatCannotBeReadLeavesThePageAsItIs();
     void brokenSealDataNeverLeadAstray();
     void deepSealDataAreNotFollowed();
@@ -177,6 +179,22 @@ void TestOfdSeals::severalStampsOfOneSealArePaintedOnTheirPages()
     const QImage second = PaintFile(file, request);
     QVERIFY(IsQuadrantsAt(second, 40, 40, 20, 20));
     QCOMPARE(ColourAt(second, 5, 5), QColor(Qt::white));
+}
+
+void TestOfdSeals::sealsBeyondTheLimitOfAPageAreLeftOut()
+{
+    OfdFile file = OfdFile::WithPages(2);
+    file.Set(SealPart, samples::SealData("png", samples::QuadrantsPng()));
+    QByteArray stamps;
+    for (int i = 0; i < ofd::limits::MaxStampsOnPage; ++i)
+        stamps += Stamp("0 0 20 20");
+    Sign(file, stamps + Stamp("40 40 20 20") + Stamp("40 40 20 20", {}, "2"));
+    const QImage first = PaintFile(file);
+    QVERIFY(IsQuadrantsAt(first, 0, 0, 20, 20));
+    QCOMPARE(ColourAt(first, 45, 45), QColor(Qt::white));
+    G_RenderRequest request;
+    request.pageIndex = 1;
+    QVERIFY(IsQuadrantsAt(PaintFile(file, request), 40, 40, 20, 20));
 }
 
 void TestOfdSeals::aSealThatCannotBeReadLeavesThePageAsItIs()
