@@ -17,10 +17,10 @@ OVJson JsonOf(const G_TextMatch& match)
     OVJson rects = item.AddArray("rectsMm");
     for (const CCA_GRect& rect : match.rects) {
         OVJson box;
-        box.SetDouble("left", rect.left);
-        box.SetDouble("top", rect.top);
-        box.SetDouble("right", rect.right);
-        box.SetDouble("bottom", rect.bottom);
+        box.SetDouble("left", Rounded(double(rect.left)));
+        box.SetDouble("top", Rounded(double(rect.top)));
+        box.SetDouble("right", Rounded(double(rect.right)));
+        box.SetDouble("bottom", Rounded(double(rect.bottom)));
         rects.Append(box);
     }
     return item;

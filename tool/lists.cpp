@@ -1,5 +1,7 @@
 #include "lists.h"
 
+#include "output.h"
+
 #include <frame/document/ig_annot.h>
 #include <frame/document/ig_page.h>
 #include <frame/document/payloads.h>
@@ -39,20 +41,20 @@ void SetDestination(OVJson& item, const G_Dest& dest)
     item.SetInt("page", dest.pageIndex + 1);
     item.SetInt("pageId", dest.pageId);
     item.SetString("type", QString::fromLatin1(dest.zoomMode >= 0 && dest.zoomMode < 5 ? types[dest.zoomMode] : ""));
-    item.SetDouble("left", dest.left);
-    item.SetDouble("top", dest.top);
-    item.SetDouble("right", dest.right);
-    item.SetDouble("bottom", dest.bottom);
-    item.SetDouble("zoom", dest.zoom);
+    item.SetDouble("left", Rounded(double(dest.left)));
+    item.SetDouble("top", Rounded(double(dest.top)));
+    item.SetDouble("right", Rounded(double(dest.right)));
+    item.SetDouble("bottom", Rounded(double(dest.bottom)));
+    item.SetDouble("zoom", Rounded(double(dest.zoom)));
 }
 
 OVJson RectOf(const CCA_GRect& rect)
 {
     OVJson box;
-    box.SetDouble("left", rect.left);
-    box.SetDouble("top", rect.top);
-    box.SetDouble("right", rect.right);
-    box.SetDouble("bottom", rect.bottom);
+    box.SetDouble("left", Rounded(double(rect.left)));
+    box.SetDouble("top", Rounded(double(rect.top)));
+    box.SetDouble("right", Rounded(double(rect.right)));
+    box.SetDouble("bottom", Rounded(double(rect.bottom)));
     return box;
 }
 
@@ -177,7 +179,7 @@ OVJson ListAttachments(ofd::OfdDocument& document)
         item.SetInt("id", info.id);
         item.SetString("name", Text(info.name));
         item.SetString("format", Text(info.format));
-        item.SetDouble("sizeKb", double(info.size));
+        item.SetDouble("sizeKb", Rounded(double(info.size)));
         item.SetString("date", Text(info.addDate));
         item.SetBool("visible", info.visible);
         items.Append(item);

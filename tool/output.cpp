@@ -3,6 +3,7 @@
 #include "tool_command.h"
 
 #include <cerrno>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
@@ -45,6 +46,11 @@ bool Output::Finish()
     if (error)
         TellError(QStringLiteral("The output cannot be written: %1").arg(QString::fromLocal8Bit(std::strerror(error))));
     return !error;
+}
+
+double Rounded(double value)
+{
+    return std::round(value * 1e4) / 1e4;
 }
 
 QString OneLine(const QString& text)

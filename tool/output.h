@@ -21,6 +21,8 @@ private:
     int error = 0; // of the system; 0 as long as all went well
 };
 
+// To a ten-thousandth, since coordinates are kept in single precision.
+double Rounded(double value);
 // The text on one line: line ends and other control characters, which would confuse or even command a terminal, become
 // blanks.
 QString OneLine(const QString& text);

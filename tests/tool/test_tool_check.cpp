@@ -4,6 +4,7 @@
 #include <tests/tool/tool_run.h>
 
 #include <QJsonArray>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -85,6 +86,9 @@ private slots:
     void deviationsAreSoundOrTheirDamageIsFound();
     void damagedFilesNeverCrashAndTheirDamageIsFound_data() { ListSamples(QStringLiteral("damaged")); }
     void damagedFilesNeverCrashAndTheirDamageIsFound();
+    void featuresAreCheckedToTheirEnd_data() { ListSamples(QStringLiteral("features")); }
+    void featuresAreCheckedToTheirEnd();
+    void changedBytesNeverCrashTheCheck();
     void ordinaryDocumentsAreSound();
     void aProblemTellsItsPartAndItsPlace();
     void damageOfAPartThatNothingRefersToIsFound();
@@ -136,6 +140,37 @@ void TestToolCheck::damagedFilesNeverCrashAndTheirDamageIsFound()
     QCOMPARE(run.Json()["isSound"].toBool(), run.exitCode == 0);
     if (!kind.isEmpty())
         QVERIFY2(run.exitCode == 1 && !ProblemsOf(run, kind).isEmpty(), run.out);
+}
+
+void TestToolCheck::featuresAreCheckedToTheirEnd()
+{
+    QFETCH(const QString, path);
+    const ToolRun run = RunTool({"check", path, "--json"});
+    QVERIFY2(run.exitCode == 0 || run.exitCode == 1, run.errors);
+    QCOMPARE(ProblemsOf(run).isEmpty(), run.exitCode == 0);
+}
+
+void TestToolCheck::changedBytesNeverCrashTheCheck()
+{
+    const QTemporaryDir folder;
+    const QByteArray whole = BytesOf(SamplePath(QStringLiteral("deviations/stored_parts"))); // each byte is one of XML
+    QVERIFY(!whole.isEmpty());
+    QRandomGenerator random(20261121);
+    int found = 0;
+    for (int round = 0; round < 40; ++round) {
+        QByteArray bytes = whole;
+        for (int i = 0; i < 5; ++i)
+            bytes[random.bounded(bytes.size())] = char(random.bounded(256));
+        QFile file(folder.filePath(QStringLiteral("changed.ofd")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        file.close();
+        const ToolRun run = RunTool({"check", file.fileName()});
+        QVERIFY2(run.exitCode >= 0 && run.exitCode <= 2,
+                 qPrintable(QString::number(round) + QString::fromUtf8(run.errors)));
+        found += run.exitCode != 0;
+    }
+    QVERIFY(found > 20); // the checksums alone tell of most
 }
 
 void TestToolCheck::ordinaryDocumentsAreSound()
