@@ -290,10 +290,13 @@ void DocumentSearch::PaintAfterPage(QPainter* painter, GR_PageGraphicItem* page)
     const auto matches = found.constFind(page->PageIndex());
     if (!isShown || matches == found.constEnd())
         return;
+    const QRect seen = view->VisibleSceneRect();
     for (int i = 0; i < matches->size(); ++i) {
         const bool isCurrent = page->PageIndex() == currentPage && i == currentIndex;
         for (const CCA_GRect& box : matches->at(i)) {
             const QRect rect = ToQRect(view->SceneRectFromDocRect(box, page->PageIndex())).adjusted(-1, -1, 1, 1);
+            if (!rect.intersects(seen))
+                continue;
             painter->setCompositionMode(QPainter::CompositionMode_Multiply); // the letters stay as dark as they are
             painter->fillRect(rect, isCurrent ? currentColour : matchColour);
             if (!isCurrent)

@@ -97,21 +97,21 @@ void OfdTextPage::AddCell(const PlacedText& piece)
     Cell cell;
     cell.box = piece.box;
     cell.text = piece.text;
-    const QRectF onLine = OnLine(piece.cell, piece.along);
     bool isSameRun = false;
-    if (!runs.isEmpty()) {
-        const QPointF& along = runs.last().along;
-        isSameRun = Dot(along, piece.along) > SameWayCosine && ContinuesRun(lastOnLine, OnLine(piece.cell, along));
+    if (!runs.isEmpty() && Dot(runs.last().along, piece.along) > SameWayCosine) {
+        const QRectF onLine = OnLine(piece.cell, runs.last().along);
+        isSameRun = ContinuesRun(lastOnLine, onLine);
+        lastOnLine = onLine;
     }
     if (!isSameRun) {
+        lastOnLine = OnLine(piece.cell, piece.along);
         Run run;
         run.along = piece.along;
         run.firstCell = cells.size();
-        run.onLine = onLine;
+        run.onLine = lastOnLine;
         runs.append(run);
     }
     Run& run = runs.last();
-    lastOnLine = isSameRun ? OnLine(piece.cell, run.along) : onLine;
     run.onLine |= lastOnLine;
     cell.middle = lastOnLine.center().x();
     cell.run = runs.size() - 1;
