@@ -46,6 +46,8 @@ QImage DecodeImage(const QByteArray& bytes, int eighths)
         return DecodeJbig2(bytes);
     if (IsInkJpeg(bytes))
         return DecodeInkJpeg(bytes);
+    if (eighths < WholeInEighths && ShrinkableSize(bytes).isValid())
+        return DecodeSmallJpeg(bytes, eighths);
     QBuffer buffer;
     buffer.setData(bytes);
     QImageReader reader(&buffer);
@@ -57,11 +59,6 @@ QImage DecodeImage(const QByteArray& bytes, int eighths)
     const QSize size = reader.size();
     if (!size.isValid() || size.isEmpty() || !IsWithinLimits(size, reader.imageFormat()))
         return QImage();
-    if (eighths < WholeInEighths) {
-        // The very size that the decoder makes, so that nothing is scaled once more.
-        const auto part = [eighths](int length) { return (length * eighths + WholeInEighths - 1) / WholeInEighths; };
-        reader.setScaledSize(QSize(part(size.width()), part(size.height())));
-    }
     return reader.read();
 }
 

@@ -75,6 +75,40 @@ bool Decode(jpeg_decompress_struct& decoder, ErrorExit& errors, const QByteArray
     return true;
 }
 
+// Begins to decode into the bytes of an image's pixels. False when it is none of ours.
+bool StartSmall(jpeg_decompress_struct& decoder, const QByteArray& bytes, int eighths)
+{
+    jpeg_mem_src(&decoder, reinterpret_cast<const unsigned char*>(bytes.constData()), size_t(bytes.size()));
+    if (jpeg_read_header(&decoder, TRUE) != JPEG_HEADER_OK || decoder.num_components == Inks)
+        return false;
+    if (qint64(decoder.image_width) * decoder.image_height > limits::MaxImagePixels)
+        return false;
+    decoder.scale_num = unsigned(eighths);
+    decoder.scale_denom = 8;
+    decoder.out_color_space = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? JCS_EXT_BGRA : JCS_EXT_ARGB;
+    return jpeg_start_decompress(&decoder) && decoder.output_components == int(sizeof(QRgb));
+}
+
+// As Decode does.
+bool DecodeSmall(jpeg_decompress_struct& decoder, ErrorExit& errors, const QByteArray& bytes, int eighths,
+                 QImage& image)
+{
+    if (setjmp(errors.target)) // NOLINT(cert-err52-cpp): the decoder knows no other way
+        return !image.isNull();
+    if (!StartSmall(decoder, bytes, eighths))
+        return false;
+    image = QImage(int(decoder.output_width), int(decoder.output_height), QImage::Format_RGB32);
+    if (image.isNull())
+        return false;
+    image.fill(Qt::white);
+    while (decoder.output_scanline < decoder.output_height) {
+        JSAMPROW rows[] = {image.scanLine(int(decoder.output_scanline))};
+        if (jpeg_read_scanlines(&decoder, rows, 1) != 1)
+            return true;
+    }
+    return true;
+}
+
 } // namespace
 
 bool IsInkJpeg(const QByteArray& bytes)
@@ -112,6 +146,21 @@ QImage DecodeInkJpeg(const QByteArray& bytes)
     std::vector<quint8> row;
     jpeg_create_decompress(&decoder);
     const bool isDone = Decode(decoder, errors, bytes, image, row);
+    jpeg_destroy_decompress(&decoder);
+    return isDone ? image : QImage();
+}
+
+QImage DecodeSmallJpeg(const QByteArray& bytes, int eighths)
+{
+    jpeg_decompress_struct decoder = {};
+    ErrorExit errors = {};
+    decoder.err = jpeg_std_error(&errors.base);
+    errors.base.error_exit = &Leave;
+    errors.base.output_message = &IgnoreMessage;
+    errors.base.emit_message = &IgnoreLevel;
+    QImage image;
+    jpeg_create_decompress(&decoder);
+    const bool isDone = DecodeSmall(decoder, errors, bytes, eighths, image);
     jpeg_destroy_decompress(&decoder);
     return isDone ? image : QImage();
 }

@@ -11,4 +11,8 @@ bool IsInkJpeg(const QByteArray& bytes);
 // programs that store inks the other way round (0 = full) are told by it. Any thread.
 QImage DecodeInkJpeg(const QByteArray& bytes);
 
+// Decodes a picture of one or three channels in so many eighths of its size; null on failure. What was read before some
+// damage is shown.
+QImage DecodeSmallJpeg(const QByteArray& bytes, int eighths);
+
 } // namespace ofd

@@ -10,8 +10,11 @@
 #include <frame/view/picture_budget.h>
 #include <ofd/model/document_store.h>
 #include <ofd/ofd_document.h>
+#include <ofd/render/image_decoder.h>
 #include <ofd/render/page_renderer.h>
 
+#include <QBuffer>
+#include <QPainter>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -84,6 +87,7 @@ private slots:
     void aLongPaintingTellsWhatIsThereAndCanBeGivenUp();
     void aHeavyPageShowsItsFirstObjectsInTheView();
     void scrollingAThousandPagesStaysWithinAllBudgets();
+    void picturesThatArePaintedSmallAreDecodedSmall();
     void sizesOfALongFileComeByThemselves();
     void aPageThatFailsShowsWhyAndTheOthersGoOn();
 };
@@ -227,6 +231,31 @@ void TestOfdView::scrollingAThousandPagesStaysWithinAllBudgets()
     QVERIFY(PictureBudget::PeakBytes() <= PictureBudget::Limit());
     QVERIFY(mostRead > 1024 * 1024);
     PictureBudget::SetLimit(192LL * 1024 * 1024);
+}
+
+void TestOfdView::picturesThatArePaintedSmallAreDecodedSmall()
+{
+    QImage large(801, 603, QImage::Format_RGB32);
+    large.fill(QColor(200, 40, 40));
+    QPainter(&large).fillRect(0, 0, 400, 603, QColor(30, 60, 190));
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QVERIFY(large.save(&buffer, "jpg", 95));
+    QCOMPARE(ofd::ShrinkableSize(bytes), QSize(801, 603));
+    QCOMPARE(ofd::EighthsFor(QSize(801, 603), QSizeF(500, 300)), 8); // half of it would not do
+    QCOMPARE(ofd::EighthsFor(QSize(801, 603), QSizeF(400, 300)), 4);
+    QCOMPARE(ofd::EighthsFor(QSize(801, 603), QSizeF(3, 3)), 1);
+    QCOMPARE(ofd::EighthsFor(QSize(), QSizeF(3, 3)), 8);
+    for (const int eighths : {1, 2, 4}) {
+        const QImage small = ofd::DecodeImage(bytes, eighths);
+        QCOMPARE(small.size(), QSize((801 * eighths + 7) / 8, (603 * eighths + 7) / 8));
+        QVERIFY(AreClose(small.pixel(small.width() / 4, 20), qRgb(30, 60, 190)));
+        QVERIFY(AreClose(small.pixel(small.width() * 3 / 4, small.height() - 3), qRgb(200, 40, 40)));
+    }
+    QVERIFY(!ofd::DecodeImage(bytes.left(bytes.size() * 2 / 3), 4).isNull()); // what is there is shown
+    QVERIFY(ofd::DecodeImage(bytes.left(20), 4).isNull());
+    QVERIFY(!ofd::ShrinkableSize("no picture").isValid());
 }
 
 void TestOfdView::sizesOfALongFileComeByThemselves()
