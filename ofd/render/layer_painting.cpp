@@ -3,15 +3,51 @@
 #include "painting_tools.h"
 
 #include <ofd/model/problem_log.h>
+#include <ofd/model/resources.h>
 #include <ofd/package/limits.h>
 
 #include <QCoreApplication>
+
+#include <algorithm>
+#include <optional>
 
 namespace ofd {
 
 namespace {
 
 constexpr int BoldWeight = 500; // letters made bolder get a line around them
+
+constexpr int MostChildrenAsked = 256; // of a composite, for its box
+
+// What a path or a picture paints at most, in its container's space; nothing when that is not bounded.
+std::optional<QRectF> BoundsOf(const GraphicObject& object)
+{
+    if (object.boundary.isEmpty())
+        return std::nullopt;
+    if (object.kind == GraphicObject::Kind::Path) {
+        // The outline is cut to half a line's width around the boundary; corners of the line reach beyond.
+        const double reach = 0.5 + std::max(1.5, object.stroke.miterLimit) / 2;
+        const double grow = object.stroke.widthMm * ScaleOf(object.toContainer) * reach;
+        return object.boundary.adjusted(-grow, -grow, grow, grow);
+    }
+    if (object.kind == GraphicObject::Kind::Image && !static_cast<const ImageObject&>(object).border)
+        return object.boundary;
+    return std::nullopt;
+}
+
+std::optional<QRectF> BoundsOf(const ObjectList& objects)
+{
+    if (objects.size() > MostChildrenAsked)
+        return std::nullopt;
+    QRectF all;
+    for (const std::unique_ptr<const GraphicObject>& object : objects) {
+        const std::optional<QRectF> bounds = BoundsOf(*object);
+        if (!bounds)
+            return std::nullopt;
+        all |= *bounds;
+    }
+    return all;
+}
 
 bool HasBoth(bool isFilled, const Paint& fill, bool isStroked, const Paint& stroke)
 {
@@ -61,10 +97,27 @@ bool ContentPainter::NeedsLayer(const GraphicObject& object)
     return false;
 }
 
+// The visible pixels that the object may paint. Texts and much of what composites hold paint beyond their boundaries.
+QRect ContentPainter::PixelsOf(const Around& around) const
+{
+    const GraphicObject& object = around.object;
+    const QRect visible = VisiblePixels(*painter);
+    std::optional<QRectF> bounds;
+    if (object.kind == GraphicObject::Kind::Composite) {
+        const CompositeUnit* unit = around.resources.FindUnit(static_cast<const CompositeObject&>(object).unitId);
+        bounds = unit ? BoundsOf(unit->objects) : std::nullopt;
+        if (bounds)
+            bounds = object.toContainer.mapRect(*bounds);
+    } else {
+        bounds = BoundsOf(object);
+    }
+    return bounds ? PixelsWithin(around.containerToPixels.mapRect(*bounds), visible) : visible;
+}
+
 // The painter's clip and blend mode are those of the object; what is painted apart needs neither.
 void ContentPainter::PaintApart(const Around& around)
 {
-    const QRect box = VisiblePixels(*painter);
+    const QRect box = PixelsOf(around);
     if (box.isEmpty())
         return;
     QImage image = TakePixels(box.size()) ? TransparentImage(box.size()) : QImage();

@@ -72,6 +72,7 @@ private:
 
     static bool NeedsLayer(const GraphicObject& object);
     void PaintApart(const Around& around);
+    QRect PixelsOf(const Around& around) const;
     bool TakePixels(const QSize& size);
     void GiveBackPixels(const QSize& size);
 

@@ -9,14 +9,17 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <cmath>
 
 namespace ofd {
 
 namespace {
 
-constexpr double SmallestCellPx = 4;   // smaller cells are painted once and repeated as a picture
-constexpr double SmallestPeriodPx = 2; // cells that repeat faster are seen as one colour
+constexpr double SmallestCellPx = 4;     // smaller cells are painted once and repeated as a picture
+constexpr double SmallestPeriodPx = 2;   // cells that repeat faster are seen as one colour
+constexpr double VanishingCellPx = 1e-6; // cells so small are as good as a transform that leaves nothing
+constexpr double MostCells = 1e15;       // in one direction
 constexpr int LargestPicturePx = 2048;
 constexpr int SamplesOfPeriod = 16; // pixels in each direction that the one colour is the mean of
 
@@ -31,8 +34,9 @@ struct CellRange
 // The cells that touch the area, which is given in the pattern's space.
 CellRange CellsIn(const QRectF& area, const Pattern& pattern)
 {
-    const auto first = [](double from, double cell, double step) { return qint64(std::ceil((from - cell) / step)); };
-    const auto last = [](double to, double step) { return qint64(std::floor(to / step)); };
+    const auto whole = [](double value) { return qint64(std::clamp(value, -MostCells, MostCells)); };
+    const auto first = [&](double from, double cell, double step) { return whole(std::ceil((from - cell) / step)); };
+    const auto last = [&](double to, double step) { return whole(std::floor(to / step)); };
     return {first(area.left(), pattern.cell.width(), pattern.step.width()), last(area.right(), pattern.step.width()),
             first(area.top(), pattern.cell.height(), pattern.step.height()),
             last(area.bottom(), pattern.step.height())};
@@ -118,7 +122,8 @@ void ContentPainter::PaintPattern(QImage& image, const Pattern& pattern, const A
                                 ? pageToPixels * QTransform::fromTranslate(-origin.x(), -origin.y())
                                 : QTransform::fromTranslate(boundary.x(), boundary.y()) * around.containerToPixels;
     const QTransform toPixels = pattern.matrix * base * QTransform::fromTranslate(-box.x(), -box.y());
-    if (!IsUsable(toPixels)) {
+    const QSizeF cellPx(pattern.cell.width() * ColumnScale(toPixels), pattern.cell.height() * RowScale(toPixels));
+    if (!IsUsable(toPixels) || std::min(cellPx.width(), cellPx.height()) < VanishingCellPx) {
         ReportProblem(
             ProblemKind::BadValue,
             QCoreApplication::translate("OfdDocument", "The pattern's transform leaves nothing to be painted."));
@@ -128,8 +133,7 @@ void ContentPainter::PaintPattern(QImage& image, const Pattern& pattern, const A
         return;
     ++openPatterns;
     const double cells = CellsIn(toPixels.inverted().mapRect(QRectF(image.rect())), pattern).GetCount();
-    const bool areLarge = pattern.cell.width() * ColumnScale(toPixels) >= SmallestCellPx &&
-                          pattern.cell.height() * RowScale(toPixels) >= SmallestCellPx;
+    const bool areLarge = std::min(cellPx.width(), cellPx.height()) >= SmallestCellPx;
     if (areLarge && cells * std::max(1, CountObjects(pattern.objects)) <= limits::MaxPatternObjects)
         PaintCells(image, box, pattern, around.resources, toPixels);
     else

@@ -50,7 +50,7 @@ public:
 
     bool Reaches(double place) const
     {
-        return (place >= 0 || shading.extendsStart) && (place <= 1 || shading.extendsEnd);
+        return std::isfinite(place) && (place >= 0 || shading.extendsStart) && (place <= 1 || shading.extendsEnd);
     }
 
     // Transparent where the shading does not reach.

@@ -48,6 +48,8 @@ private slots:
     void aCellWithoutASizeFallsBackToTheValue();
     void draftingParametersOfTheLayerDoNotReachTheCell();
     void edgesAreSharpAtEveryZoom();
+    void sizesBeyondReasonDoNoHarm_data();
+    void sizesBeyondReasonDoNoHarm();
 };
 
 void TestOfdPatterns::cellsRepeatFromTheCornerOfTheBoundary()
@@ -274,6 +276,28 @@ void TestOfdPatterns::edgesAreSharpAtEveryZoom()
         QCOMPARE(cell.pixelColor(half / 2, half - 1), Red);
         QCOMPARE(cell.pixelColor(half / 2, half), White);
     }
+}
+
+void TestOfdPatterns::sizesBeyondReasonDoNoHarm_data()
+{
+    QTest::addColumn<QByteArray>("attributes");
+    QTest::newRow("vanishing cell") << QByteArray("Width=\"1e-300\" Height=\"1e-300\"");
+    QTest::newRow("thin cell") << QByteArray("Width=\"0.0000001\" Height=\"10\"");
+    QTest::newRow("huge cell") << QByteArray("Width=\"9999999\" Height=\"9999999\"");
+    QTest::newRow("huge step") << QByteArray("Width=\"1\" Height=\"1\" XStep=\"9999999\"");
+    QTest::newRow("huge matrix") << QByteArray("Width=\"10\" Height=\"10\" CTM=\"9999999 0 0 9999999 0 0\"");
+    QTest::newRow("tiny matrix") << QByteArray("Width=\"10\" Height=\"10\" CTM=\"0.0000001 0 0 0.0000001 0 0\"");
+    QTest::newRow("flat matrix") << QByteArray("Width=\"10\" Height=\"10\" CTM=\"1 0 0 0.00000001 0 0\"");
+    QTest::newRow("far away") << QByteArray("Width=\"10\" Height=\"10\" CTM=\"1 0 0 1 9999990 -9999990\"");
+}
+
+void TestOfdPatterns::sizesBeyondReasonDoNoHarm()
+{
+    QFETCH(QByteArray, attributes);
+    const QImage image = PaintPage(FilledBox(QRectF(10, 10, 60, 60), PatternFill(attributes, Quarters)) +
+                                   FilledBox(QRectF(80, 80, 10, 10), Colour("0 0 255")));
+    QVERIFY(Shows(image, 85, 85, Blue)); // the rest of the page is painted
+    QVERIFY(Shows(image, 75, 75, White));
 }
 
 TETO_TEST_MAIN(TestOfdPatterns)

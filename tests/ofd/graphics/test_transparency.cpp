@@ -45,6 +45,7 @@ private slots:
     void blendModesMixAsTheyAreCalled();
     void aCompositeBlendsAsAWhole();
     void turnedAndClippedGroupsStayInPlace();
+    void aGroupIsPaintedAsFarAsItsLinesReach();
     void aPartOfThePageIsPaintedAsTheWhole();
 };
 
@@ -186,6 +187,21 @@ void TestOfdTransparency::turnedAndClippedGroupsStayInPlace()
     QVERIFY(Shows(image, 37, 30, White)); // cut off
     QVERIFY(Shows(image, 30, 52, White));
     QVERIFY(Shows(image, 19, 30, White));
+}
+
+void TestOfdTransparency::aGroupIsPaintedAsFarAsItsLinesReach()
+{
+    // A corner whose line ends in a point far outside of the boundary.
+    const QByteArray corner = "<ofd:PathObject ID=\"1\" Boundary=\"30 30 20 30\" LineWidth=\"6\" Fill=\"true\" "
+                              "MiterLimit=\"10\" ALPHA><ofd:StrokeColor Value=\"0 0 0\"/><ofd:FillColor Value=\"0 0 "
+                              "0\"/><ofd:AbbreviatedData>M 2 30 L 10 0 L 18 30</ofd:AbbreviatedData></ofd:PathObject>";
+    const QImage opaque = PaintPage(QByteArray(corner).replace("ALPHA", ""));
+    const QImage faint = PaintPage(QByteArray(corner).replace("ALPHA", "Alpha=\"200\""));
+    const QImage unit =
+        PaintPage(Composite("Boundary=\"0 0 100 100\" Alpha=\"200\""), Unit(QByteArray(corner).replace("ALPHA", "")));
+    QVERIFY(InkBox(opaque).top() < 22);
+    QCOMPARE(InkBox(faint), InkBox(opaque));
+    QCOMPARE(InkBox(unit), InkBox(opaque));
 }
 
 void TestOfdTransparency::aPartOfThePageIsPaintedAsTheWhole()
