@@ -52,15 +52,13 @@ public:
         Extraction result;
         result.path = folder.filePath(name);
         NewFileWriter writer(result.path);
-        if (writer.Error()) {
+        // A source that breaks makes the writer give up; any other error is its own.
+        const bool isRead = writer.Error() == 0 && document.WriteAttachment(index, &writer);
+        const bool isWritten = isRead && writer.Finish();
+        if (!isRead && (writer.Error() == 0 || writer.WasAbandoned()))
+            result.exitCode = Tell(result.path, "The attachment cannot be read.", ExitFound);
+        else if (!isWritten)
             result.exitCode = Tell(result.path, std::strerror(writer.Error()), ExitCannotWrite);
-        } else if (!document.WriteAttachment(index, &writer)) {
-            const bool isDiskError = writer.Error() != 0 && writer.Error() != EIO;
-            const char* reason = isDiskError ? std::strerror(writer.Error()) : "The attachment cannot be read.";
-            result.exitCode = Tell(result.path, reason, isDiskError ? ExitCannotWrite : ExitFound);
-        } else if (!writer.Finish()) {
-            result.exitCode = Tell(result.path, std::strerror(writer.Error()), ExitCannotWrite);
-        }
         return result;
     }
 

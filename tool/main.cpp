@@ -24,7 +24,7 @@ QString Usage()
     return text;
 }
 
-int RunCommand(const ToolCommand& command, QStringList arguments, Output& output)
+int RunCommand(const ToolCommand& command, const QStringList& arguments, Output& output)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QString::fromLatin1(command.summary));

@@ -43,6 +43,7 @@ bool NewFileWriter::Write(const void* data, qint64 size)
 
 void NewFileWriter::Abandon()
 {
+    wasAbandoned = error == 0;
     if (error == 0)
         error = EIO;
 }

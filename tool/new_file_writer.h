@@ -20,6 +20,8 @@ public:
     bool Finish();
     // Of the system; 0 without one. EEXIST when there is such a file.
     int Error() const { return error; }
+    // Given up by whoever had the bytes, not by the disk.
+    bool WasAbandoned() const { return wasAbandoned; }
 
 private:
     void Close();
@@ -29,4 +31,5 @@ private:
     int error = 0;
     bool isMade = false;
     bool isFinished = false;
+    bool wasAbandoned = false;
 };

@@ -60,8 +60,11 @@ QVector<double> UsableDashes(const QVector<double>& dashes)
 {
     double sum = 0;
     for (const double dash : dashes) {
-        if (dash < 0)
+        if (dash < 0) {
+            ReportProblem(ProblemKind::BadValue,
+                          QCoreApplication::translate("OfdDocument", "A dash is shorter than nothing."));
             return {};
+        }
         sum += dash;
     }
     if (sum <= 0 || dashes.size() > limits::MaxDashes)
