@@ -41,8 +41,10 @@ int WritePng(const QByteArray& png, const ToolCall& call)
         return ExitFine;
     }
     QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(png) == png.size() && file.commit())
+    // Committing does not notice that what was still to be written could not be.
+    if (file.open(QIODevice::WriteOnly) && file.write(png) == png.size() && file.flush() && file.commit())
         return ExitFine;
+    file.cancelWriting();
     TellError(path + QStringLiteral(": ") + file.errorString());
     return ExitCannotWrite;
 }

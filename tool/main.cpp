@@ -90,6 +90,7 @@ std::unique_ptr<QCoreApplication> MakeApplication(int& argc, char** argv)
 int main(int argc, char** argv)
 {
     std::signal(SIGPIPE, SIG_IGN); // a reader that went away is an error to tell, not a death
+    std::signal(SIGXFSZ, SIG_IGN); // and so is a file beyond what the user may write
     qInstallMessageHandler(DropMessage);
     const std::unique_ptr<QCoreApplication> application = MakeApplication(argc, argv);
     Output output;

@@ -53,6 +53,8 @@ private slots:
     void resavingWhereNothingCanBeWrittenIsTold();
     void aReaderThatGoesAwayIsTold();
     void aFullDiskBehindTheOutputIsTold();
+    void filesThatCannotGrowAreToldAndLeaveNothingBehind_data();
+    void filesThatCannotGrowAreToldAndLeaveNothingBehind();
 
 private:
     QString Path(const QString& name) const { return folder->filePath(name); }
@@ -206,6 +208,24 @@ void TestToolFiles::aFullDiskBehindTheOutputIsTold()
     const ToolRun run = RunInShell(QStringLiteral("'%1' info '") + PlainFile() + QStringLiteral("' > /dev/full"));
     QCOMPARE(run.exitCode, 3);
     QVERIFY(run.errors.contains("No space left"));
+}
+
+void TestToolFiles::filesThatCannotGrowAreToldAndLeaveNothingBehind_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::newRow("render") << "render '%2' --page 1 -o '%3/page.png'";
+    QTest::newRow("extract") << "extract '%2' --all -d '%3'";
+    QTest::newRow("resave") << "resave '%2' '%3/copy.ofd'";
+}
+
+void TestToolFiles::filesThatCannotGrowAreToldAndLeaveNothingBehind()
+{
+    QFETCH(const QString, arguments);
+    const QString call = QString(arguments).replace("%2", PlainFile()).replace("%3", folder->path());
+    const ToolRun run = RunInShell(QStringLiteral("ulimit -f 0; '%1' ") + call);
+    QCOMPARE(run.exitCode, 3);
+    QVERIFY(run.errors.startsWith("tetotool: "));
+    QVERIFY(QDir(folder->path()).entryList(QDir::Files | QDir::Hidden | QDir::System).isEmpty());
 }
 
 TETO_TEST_MAIN(TestToolFiles)
