@@ -6,6 +6,8 @@
 #include <array>
 #include <cmath>
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace ofd {
 
@@ -53,11 +55,11 @@ public:
         return std::isfinite(place) && (place >= 0 || shading.extendsStart) && (place <= 1 || shading.extendsEnd);
     }
 
-    // Transparent where the shading does not reach.
-    QRgb At(double place) const
+    // Nothing where the shading does not reach.
+    std::optional<QRgb> At(double place) const
     {
         if (!Reaches(place))
-            return 0;
+            return std::nullopt;
         switch (shading.repeat) {
         case Shading::Repeat::Direct:
             place = std::clamp(place, 0.0, 1.0);
@@ -102,7 +104,10 @@ public:
         perLength = axis / QPointF::dotProduct(axis, axis);
     }
 
-    QRgb At(const QPointF& point) const { return colors.At(QPointF::dotProduct(point - start, perLength)); }
+    std::optional<QRgb> At(const QPointF& point) const
+    {
+        return colors.At(QPointF::dotProduct(point - start, perLength));
+    }
 
 private:
     const ShadingColors& colors;
@@ -125,29 +130,27 @@ public:
     {
     }
 
-    QRgb At(const QPointF& point) const
+    std::optional<QRgb> At(const QPointF& point) const
     {
         const QPointF from = point - start;
         const double b = QPointF::dotProduct(from, axis) + radius * growth;
         const double c = QPointF::dotProduct(from, from) - radius * radius;
         if (std::abs(square) < 1e-12)
-            return b == 0 ? 0 : Visible(c / (2 * b)).value_or(0);
+            return b == 0 ? std::nullopt : Visible(c / (2 * b));
         const double root = b * b - square * c;
         if (root < 0)
-            return 0;
+            return std::nullopt;
         const double one = (b + std::sqrt(root)) / square;
         const double other = (b - std::sqrt(root)) / square;
         if (const std::optional<QRgb> color = Visible(std::max(one, other)))
             return *color;
-        return Visible(std::min(one, other)).value_or(0);
+        return Visible(std::min(one, other));
     }
 
 private:
     std::optional<QRgb> Visible(double place) const
     {
-        if (radius + place * growth < 0 || !colors.Reaches(place))
-            return std::nullopt;
-        return colors.At(place);
+        return radius + place * growth < 0 ? std::nullopt : colors.At(place);
     }
 
     const ShadingColors& colors;
@@ -173,7 +176,7 @@ QRgb Averaged(const Field& field, const QTransform& fromPixels, int x, int y)
     int red = 0, green = 0, blue = 0, alpha = 0;
     for (int i = 0; i < Samples * Samples; ++i) {
         const QPointF at(x + (i % Samples + 0.5) / Samples, y + (i / Samples + 0.5) / Samples); // NOLINT: whole parts
-        const QRgb color = field.At(fromPixels.map(at));
+        const QRgb color = field.At(fromPixels.map(at)).value_or(0);
         red += qRed(color);
         green += qGreen(color);
         blue += qBlue(color);
@@ -183,13 +186,54 @@ QRgb Averaged(const Field& field, const QTransform& fromPixels, int x, int y)
     return qRgba(red / count, green / count, blue / count, alpha / count);
 }
 
-template <typename Field>
-void Fill(QImage& image, const Field& field, const QTransform& fromPixels, bool hasEnds)
+// Which pixels around a row the shading reaches; the places before the first and behind the last column count too.
+class ReachedRow
 {
+public:
+    explicit ReachedRow(int width)
+        : reached(size_t(width) + 2)
+        , colors(size_t(width) + 2)
+    {
+    }
+
+    template <typename Field>
+    void Read(const Field& field, const QTransform& fromPixels, int y)
+    {
+        for (int i = 0; i < int(reached.size()); ++i) {
+            const std::optional<QRgb> color = field.At(fromPixels.map(QPointF(i - 0.5, y + 0.5)));
+            reached[size_t(i)] = color.has_value();
+            colors[size_t(i)] = color.value_or(0);
+        }
+    }
+
+    bool Reaches(int x) const { return reached[size_t(x) + 1]; }
+    QRgb ColorAt(int x) const { return colors[size_t(x) + 1]; }
+
+private:
+    std::vector<char> reached;
+    std::vector<QRgb> colors;
+};
+
+// Smooth where the shading ends: pixels with a neighbour that it reaches and one that it does not.
+template <typename Field>
+void Fill(QImage& image, const Field& field, const QTransform& fromPixels)
+{
+    ReachedRow above(image.width());
+    ReachedRow row(image.width());
+    ReachedRow below(image.width());
+    above.Read(field, fromPixels, -1);
+    row.Read(field, fromPixels, 0);
     for (int y = 0; y < image.height(); ++y) {
+        below.Read(field, fromPixels, y + 1);
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y)); // not owned
-        for (int x = 0; x < image.width(); ++x)
-            line[x] = hasEnds ? Averaged(field, fromPixels, x, y) : field.At(fromPixels.map(QPointF(x + 0.5, y + 0.5)));
+        for (int x = 0; x < image.width(); ++x) {
+            const bool here = row.Reaches(x);
+            const bool isInside = row.Reaches(x - 1) == here && row.Reaches(x + 1) == here &&
+                                  above.Reaches(x) == here && below.Reaches(x) == here;
+            line[x] = isInside ? row.ColorAt(x) : Averaged(field, fromPixels, x, y);
+        }
+        std::swap(above, row);
+        std::swap(row, below);
     }
 }
 
@@ -283,13 +327,12 @@ void PaintShading(QImage& image, const Shading& shading, const QTransform& toPix
 {
     const QTransform fromPixels = toPixels.inverted();
     const ShadingColors colors(shading);
-    const bool hasEnds = !shading.extendsStart || !shading.extendsEnd;
     if (shading.kind == Shading::Kind::Axial) {
-        Fill(image, AxialField(shading, colors), fromPixels, hasEnds);
+        Fill(image, AxialField(shading, colors), fromPixels);
         return;
     }
     const QTransform toCircles = CirclesOf(shading);
-    Fill(image, RadialField(shading, colors, toCircles), fromPixels * toCircles, hasEnds);
+    Fill(image, RadialField(shading, colors, toCircles), fromPixels * toCircles);
 }
 
 void PaintMesh(QImage& image, const Mesh& mesh, const QTransform& toPixels, const std::function<bool()>& isCancelled)
