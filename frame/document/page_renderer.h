@@ -16,10 +16,10 @@
 struct G_RenderRequest
 {
     int pageIndex = 0;
-    double pixelsPerMm = 96 / 25.4; // physical pixels
-    QRect region;                   // the wanted part in physical pixels of the whole page; empty = all
-    QSet<int> ignoredTemplates;     // ids of templates not to paint on this page
-    bool withAnnotations = true;
+    double pixelsPerMm = 96 / 25.4;               // physical pixels
+    QRect region;                                 // the wanted part in physical pixels of the whole page; empty = all
+    QSet<int> ignoredTemplates;                   // ids of templates not to paint on this page
+    bool withAnnotations = true;                  // seals are painted either way: they belong to what was signed
     std::shared_ptr<std::atomic<bool>> cancelled; // may be null; set by the asker to give up
     // Called now and then with what is painted so far, on the thread that paints, when a page takes long. May be empty.
     std::function<void(const QImage& soFar)> partial;

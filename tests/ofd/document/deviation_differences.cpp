@@ -25,9 +25,9 @@ const Difference table[] = {
     {"annotation_ids_duplicate",
      "+  annot 900 type 4 \"Highlight\" by \"tetobaisfla\" on \"2024-05-20\" says \"Note 900\" "
      "(100.0 100.0 140.0 106.0) locked\n"
-     "+  annot 901 type 4 \"Highlight\" by \"tetobaisfla\" on \"2024-05-20\" says \"Note 900\" "
+     "+  annot 951 type 4 \"Highlight\" by \"tetobaisfla\" on \"2024-05-20\" says \"Note 900\" "
      "(100.0 110.0 140.0 116.0) locked\n"
-     "+  annot 902 type 4 \"Highlight\" by \"tetobaisfla\" on \"2024-05-20\" says \"Note 0\" "
+     "+  annot 952 type 4 \"Highlight\" by \"tetobaisfla\" on \"2024-05-20\" says \"Note 0\" "
      "(100.0 120.0 140.0 126.0) locked\n"},
     {"annotation_two_files_for_page",
      "+  annot 900 type 4 \"Highlight\" by \"tetobaisfla\" on \"2024-05-20\" says \"Note 900\" "
