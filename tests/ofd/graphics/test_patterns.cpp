@@ -46,7 +46,7 @@ private slots:
     void touchingCellsShowNoSeams();
     void alphaOfObjectAndColourHoldsForPatterns();
     void aCellWithoutASizeFallsBackToTheValue();
-    void draftingParametersOfTheLayerDoNotReachTheCell();
+    void drawParametersOfTheLayerDoNotReachTheCell();
     void edgesAreSharpAtEveryZoom();
     void sizesBeyondReasonDoNoHarm_data();
     void sizesBeyondReasonDoNoHarm();
@@ -242,7 +242,7 @@ void TestOfdPatterns::aCellWithoutASizeFallsBackToTheValue()
     QVERIFY(Shows(image, 50, 20, White)); // never black
 }
 
-void TestOfdPatterns::draftingParametersOfTheLayerDoNotReachTheCell()
+void TestOfdPatterns::drawParametersOfTheLayerDoNotReachTheCell()
 {
     const QByteArray line = "<ofd:PathObject ID=\"5\" Boundary=\"0 0 0 0\">"
                             "<ofd:AbbreviatedData>M 0 5 L 10 5</ofd:AbbreviatedData></ofd:PathObject>";
