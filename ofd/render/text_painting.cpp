@@ -30,6 +30,16 @@ void AddOutline(QVector<QPainterPath>& outlines, QPainterPath&& glyph, bool isCo
     outlines.first().addPath(glyph);
 }
 
+// Uniting takes the square of what there is to unite: large shapes are laid over each other.
+QPainterPath UnitedIfSmall(const QPainterPath& shape, const QPainterPath& more)
+{
+    if (shape.elementCount() + more.elementCount() <= limits::MaxUnitedElements)
+        return shape.united(more);
+    QPainterPath both = shape;
+    both.addPath(more);
+    return both;
+}
+
 } // namespace
 
 void ContentPainter::PaintText(const TextObject& object, const Around& around)
@@ -115,14 +125,14 @@ QPainterPath ContentPainter::OutlineOf(const Clip& clip, const Resources& resour
             shape.setFillRule(Qt::WindingFill);
         }
         if (part.text->isFilled)
-            shape = shape.isEmpty() ? letters : shape.united(letters);
+            shape = shape.isEmpty() ? letters : UnitedIfSmall(shape, letters);
         const QPainterPath placed = part.toContainer.map(shape);
         if (all.isEmpty())
             all.setFillRule(Qt::WindingFill);
-        if (all.fillRule() == Qt::WindingFill || all.elementCount() > limits::MaxUnitedElements)
+        if (all.fillRule() == Qt::WindingFill)
             all.addPath(placed);
         else
-            all = all.united(placed);
+            all = UnitedIfSmall(all, placed);
     }
     return all;
 }
