@@ -70,7 +70,7 @@ struct Lines
 
     Lines(IG_Document& document, int page)
     {
-        IG_Page* content = document.GetPage(page); // not owned
+        IG_Page* content = document.GetPage(page);                                         // not owned
         IG_TextPage* text = content && content->Load() ? content->GetTextPage() : nullptr; // not owned
         if (!text || !text->Parse(0))
             qFatal("the page has no text");
