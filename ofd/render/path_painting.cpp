@@ -13,6 +13,7 @@ namespace ofd {
 namespace {
 
 constexpr double ThinnestLinePx = 0.7; // thinner lines would fade away on the screen
+constexpr double DotLength = 1e-3;     // of a dash that only its caps show, in widths of the line
 
 // The length of all lines of the outline; of curves that of their control points.
 double LengthOf(const QPainterPath& outline)
@@ -59,12 +60,17 @@ QPen ContentPainter::PenOf(const StrokeStyle& style, const QPainterPath& outline
     QPen pen(Qt::black, width, Qt::SolidLine, style.cap, style.join);
     pen.setMiterLimit(std::max(1.0, style.miterLimit));
     double patternLength = 0;
-    for (const double dash : style.dashes)
-        patternLength += dash;
-    if (patternLength > 0 && LengthOf(outline) / patternLength * style.dashes.size() <= limits::MaxDashesInLine) {
+    double gapLength = 0; // without gaps the dashes are one line, which shows no seams
+    for (int i = 0; i < style.dashes.size(); ++i) {
+        patternLength += style.dashes[i];
+        gapLength += i % 2 ? style.dashes[i] : 0;
+    }
+    if (gapLength > 0 && LengthOf(outline) / patternLength * style.dashes.size() <= limits::MaxDashesInLine) {
+        // A dash without length is a dot of its two caps; Qt leaves it out.
+        const double shortest = style.cap == Qt::FlatCap ? 0 : DotLength;
         QVector<qreal> dashes; // Qt counts them in widths of the line
-        for (const double dash : style.dashes)
-            dashes.append(dash / width);
+        for (int i = 0; i < style.dashes.size(); ++i)
+            dashes.append(std::max(style.dashes[i] / width, i % 2 ? 0 : shortest));
         pen.setDashPattern(dashes);
         pen.setDashOffset(style.dashOffset / width);
     }

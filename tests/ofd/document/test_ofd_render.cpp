@@ -25,6 +25,7 @@ private slots:
     void fillingNeedsAFlagAndAColour();
     void theRuleDecidesWhatIsInside();
     void linesHaveWidthDashesAndCaps();
+    void aDashWithoutLengthIsADotOfItsCaps();
     void clipsCutByTheirIntersection();
     void theClipsFlagDecidesWhetherTheMatrixApplies();
     void drawParametersAreInherited();
@@ -153,6 +154,23 @@ void TestOfdRender::linesHaveWidthDashesAndCaps()
     QCOMPARE(ColourAt(dashed, 17, 20), QColor(Qt::white));
     QCOMPARE(ColourAt(line("LineWidth=\"4\" DashPattern=\"5 5\" DashOffset=\"5\""), 12, 20), QColor(Qt::white));
     QCOMPARE(ColourAt(line("LineWidth=\"4\" DashPattern=\"0 0\""), 17, 20), QColor(Qt::black)); // cannot be drawn
+}
+
+void TestOfdRender::aDashWithoutLengthIsADotOfItsCaps()
+{
+    const auto line = [&](const QByteArray& attributes) {
+        return PaintPage("<ofd:PathObject ID=\"1\" Boundary=\"10 20 0 0\" LineWidth=\"4\" " + attributes +
+                         "><ofd:AbbreviatedData>M 0 0 L 40 0</ofd:AbbreviatedData></ofd:PathObject>");
+    };
+    const QImage dots = line("Cap=\"Round\" DashPattern=\"0 10\"");
+    QCOMPARE(ColourAt(dots, 11, 20), QColor(Qt::black));
+    QCOMPARE(ColourAt(dots, 15, 20), QColor(Qt::white));
+    QCOMPARE(ColourAt(dots, 20, 20), QColor(Qt::black));
+    QCOMPARE(ColourAt(line("Cap=\"Square\" DashPattern=\"0 10\""), 21.5, 21.5), QColor(Qt::black));
+    QVERIFY(InkBox(line("DashPattern=\"0 10\"")).isEmpty()); // without caps there is nothing
+    const QImage solid = line("DashPattern=\"5 0\"");
+    for (double x = 10.125; x < 50; x += 0.25)
+        QCOMPARE(ColourAt(solid, x, 20), QColor(Qt::black)); // without gaps there are no seams
 }
 
 void TestOfdRender::clipsCutByTheirIntersection()
