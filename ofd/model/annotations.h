@@ -20,9 +20,10 @@ struct AnnotationRecord
     QString remark;
     bool isVisible = true;
     bool isReadOnly = true;
-    QRectF boundary;    // page mm
+    QRectF boundary;    // page mm; around the objects when the file gives none
+    QPointF origin;     // of the appearance's space, page mm: the corner of the boundary that the file gives
     QString pointsText; // "x y x y", page mm; empty without points
-    ObjectList objects; // in the space of the appearance, whose origin is the boundary's corner
+    ObjectList objects; // in the space of the appearance
 };
 
 // The annotations of a page in file order. Immutable once read.

@@ -51,7 +51,7 @@ QString PointsOfAppearance(const AnnotationRecord& annotation)
     if (!path)
         return QString();
     const QTransform toPage =
-        path->toContainer * QTransform::fromTranslate(annotation.boundary.x(), annotation.boundary.y());
+        path->toContainer * QTransform::fromTranslate(annotation.origin.x(), annotation.origin.y());
     std::vector<double> numbers;
     for (int i = 0; i < std::min(path->path.elementCount(), limits::MaxAnnotationPoints); ++i) {
         const QPointF point = toPage.map(QPointF(path->path.elementAt(i)));
@@ -85,6 +85,7 @@ AnnotationRecord ReadAnnotation(const pugi::xml_node& element, const Resources& 
     annotation.objects = ReadObjects(appearance, resources);
     const std::optional<QRectF> boundary = BoxAttribute(appearance, "Boundary");
     annotation.boundary = boundary ? *boundary : UnionOfBoundaries(annotation.objects);
+    annotation.origin = boundary ? boundary->topLeft() : QPointF();
     annotation.pointsText = PointsParameter(element);
     if (annotation.pointsText.isEmpty())
         annotation.pointsText = PointsOfAppearance(annotation);
@@ -93,7 +94,7 @@ AnnotationRecord ReadAnnotation(const pugi::xml_node& element, const Resources& 
 
 void TellOfId(int id, QSet<int>& ids)
 {
-    if (ids.contains(id))
+    if (id != 0 && ids.contains(id))
         ReportProblem(
             ProblemKind::DuplicateIdentifier,
             QCoreApplication::translate("OfdDocument", "More than one annotation of the page has the ID %1.").arg(id));

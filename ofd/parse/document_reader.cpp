@@ -78,7 +78,9 @@ public:
         structure.permissions = ReadPermissions(ChildElement(root, "Permissions"));
         structure.annotationsPart = Resolve(package, ChildElement(root, "Annotations"), context);
         structure.customTagsPart = Resolve(package, ChildElement(root, "CustomTags"), context);
-        structure.attachmentsPart = Resolve(package, ChildElement(root, "Attachments"), context);
+        const pugi::xml_node attachments = ChildElement(root, "Attachments");
+        if (!ChildElement(attachments, "Attachment")) // else the list itself stands here
+            structure.attachmentsPart = Resolve(package, attachments, context);
     }
 
 private:

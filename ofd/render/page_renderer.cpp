@@ -62,7 +62,7 @@ public:
                 continue;
             const ProblemScope scope(annotation.part);
             painter.save();
-            painter.translate(annotation.boundary.topLeft());
+            painter.translate(annotation.origin);
             const bool isDone = content.PaintObjects(annotation.objects, *page.resources);
             painter.restore();
             if (!isDone)

@@ -47,6 +47,7 @@ private slots:
     void informationIsNoProblem();
     void everyKindHasAWordOfItsOwn();
     void aDocumentTellsWhereInItsPartsThingsAreWrong();
+    void listsInTheDocumentAndMissingIdentifiersOfAnnotationsAreNoProblems();
 };
 
 void TestProblemLog::aProblemIsKeptOnceHoweverOftenItIsMet()
@@ -159,6 +160,26 @@ void TestProblemLog::everyKindHasAWordOfItsOwn()
     }
     QCOMPARE(QByteArray(WordOf(ProblemKind::PageFailed)), QByteArray("page-failed"));
     QCOMPARE(QByteArray(WordOf(ProblemKind::MissingPart)), QByteArray("missing-part"));
+}
+
+void TestProblemLog::listsInTheDocumentAndMissingIdentifiersOfAnnotationsAreNoProblems()
+{
+    const QTemporaryDir folder;
+    OfdFile file = OfdFile::WithPages(1);
+    file.Tail(
+        "<ofd:Annotations>List.xml</ofd:Annotations><ofd:Attachments>"
+        "<ofd:Attachment ID=\"5\" Name=\"a\"><ofd:FileLoc>a.txt</ofd:FileLoc></ofd:Attachment></ofd:Attachments>");
+    file.Set(QStringLiteral("Doc_0/a.txt"), "text");
+    file.Set(QStringLiteral("Doc_0/List.xml"),
+             Element("Annotations", "<ofd:Page PageID=\"1\"><ofd:FileLoc>Notes.xml</ofd:FileLoc></ofd:Page>"));
+    const QByteArray note = "<ofd:Annot Type=\"Stamp\"><ofd:Appearance Boundary=\"1 1 9 9\"/></ofd:Annot>";
+    file.Set(QStringLiteral("Doc_0/Notes.xml"), Element("PageAnnot", note + note));
+    const OpenResult opened = OfdDocument::Open(file.Write(folder.filePath(QStringLiteral("lists.ofd"))));
+    QVERIFY(opened);
+    QCOMPARE(opened.document->GetAttachmentCount(), 1);
+    opened.document->Renderer()->RenderPage({});
+    for (const Problem& problem : opened.document->GetProblems())
+        QFAIL(qPrintable(problem.text));
 }
 
 void TestProblemLog::aDocumentTellsWhereInItsPartsThingsAreWrong()

@@ -64,6 +64,7 @@ private slots:
     void ofTwoTemplatesTheLaterLiesAbove();
     void layersOfATemplateStayTogether();
     void annotationsLieAboveAll();
+    void anAppearanceWithoutABoundaryStandsWhereItsObjectsAre();
     void compositeContentKnowsNothingOfTheLayer();
     void aPageThatFailsTellsWhyAndTheNextOneIsPainted();
 };
@@ -134,6 +135,21 @@ void TestOfdPaintingOrder::layersOfATemplateStayTogether()
     const QByteArray sheet = Page({}, Layer("Foreground", Square(RedValue)) + Layer("Body", Square(GreenValue)));
     const QImage image = PaintFile(FileWithTemplates(Page(Use(70), {}), sheet, Page({}, {})));
     QVERIFY(Shows(image, 50, 50, Qt::red));
+}
+
+void TestOfdPaintingOrder::anAppearanceWithoutABoundaryStandsWhereItsObjectsAre()
+{
+    OfdFile file = OfdFile::WithPage("");
+    file.Tail("<ofd:Annotations>Annotations.xml</ofd:Annotations>");
+    file.Set(QStringLiteral("Doc_0/Annotations.xml"),
+             Element("Annotations", "<ofd:Page PageID=\"1\"><ofd:FileLoc>Notes.xml</ofd:FileLoc></ofd:Page>"));
+    file.Set(QStringLiteral("Doc_0/Notes.xml"),
+             Element("PageAnnot", "<ofd:Annot ID=\"90\" Type=\"Watermark\"><ofd:Appearance>" +
+                                      FilledBox(QRectF(30, 20, 10, 10), Colour(RedValue)) +
+                                      FilledBox(QRectF(50, 40, 10, 10), Colour(RedValue)) +
+                                      "</ofd:Appearance></ofd:Annot>"));
+    const QImage image = PaintFile(file);
+    QCOMPARE(InkBox(image), QRectF(30, 20, 30, 30));
 }
 
 void TestOfdPaintingOrder::annotationsLieAboveAll()
