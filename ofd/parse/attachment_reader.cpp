@@ -60,8 +60,8 @@ AttachmentEntry ReadEntry(const pugi::xml_node& element, const Package& package,
     const QString ending = QLatin1Char('.') + format;
     if (!format.isEmpty() && name.endsWith(ending, Qt::CaseInsensitive))
         name.chop(ending.size());
-    entry.info.name = Utf8(CleanedName(name));
-    entry.info.format = Utf8(CleanedName(format));
+    entry.info.name = Utf8(name); // whoever makes a file name of it cleans it
+    entry.info.format = Utf8(format);
     entry.info.addDate = Utf8(DateOf(element));
     const qint64 bytes = entry.part.isEmpty() ? -1 : package.GetPartSize(entry.part);
     entry.info.size = bytes >= 0 ? float(bytes / 1024.0) : float(NumberAttribute(element, "Size"));

@@ -10,7 +10,7 @@ class Package;
 struct DocumentStructure;
 
 // The attachments that the list part names, or that stand in the document element itself. Each gets an identifier of
-// its own in memory and a name that is safe to show and to make a file of.
+// its own in memory. Names are those of the file, which may hold anything.
 QVector<AttachmentEntry> ReadAttachments(const Package& package, const DocumentStructure& structure,
                                          const pugi::xml_node& documentRoot);
 

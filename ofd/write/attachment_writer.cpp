@@ -11,6 +11,7 @@
 #include <ofd/package/xml_part.h>
 #include <ofd/package/xml_text.h>
 #include <ofd/package/xml_values.h>
+#include <ofd/parse/attachment_reader.h>
 
 #include <QFile>
 #include <QSet>
@@ -107,8 +108,9 @@ void AttachmentWriter::RemoveGone(XmlEdit& list, const pugi::xml_node& holder, P
 
 void AttachmentWriter::AddPart(AttachmentEntry& entry, PackageChanges& changes) const
 {
-    const QString format = TextOf(entry.info.format);
-    const QString stem = entry.info.name.IsEmpty() ? QStringLiteral("attachment") : TextOf(entry.info.name);
+    const QString format = CleanedName(TextOf(entry.info.format));
+    const QString name = CleanedName(TextOf(entry.info.name));
+    const QString stem = name.isEmpty() ? QStringLiteral("attachment") : name;
     const QString ending = format.isEmpty() ? QString() : QLatin1Char('.') + format;
     const QString folder = documentFolder + AttachmentFolder;
     const QString plain = folder + stem + ending;
