@@ -91,16 +91,17 @@ public:
     {
     }
 
-    void Walk(const ObjectList& objects, int layer)
+    // What a hidden block holds is hidden too.
+    void Walk(const ObjectList& objects, int layer, bool isShown = true)
     {
         for (const std::unique_ptr<const GraphicObject>& object : objects) {
             if (object->kind == GraphicObject::Kind::Group) {
-                Walk(static_cast<const GroupObject&>(*object).objects, layer);
+                Walk(static_cast<const GroupObject&>(*object).objects, layer, isShown && object->isVisible);
             } else if (object->id != 0) {
                 ObjectPlace place = PlaceOf(*object);
                 place.id = object->id;
                 place.layer = layer;
-                place.isVisible = object->isVisible;
+                place.isVisible = isShown && object->isVisible;
                 places.append(place);
             }
         }

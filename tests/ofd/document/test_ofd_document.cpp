@@ -62,6 +62,7 @@ private slots:
     void aGlyphForTwoCharactersIsOneCell();
     void textInsideCompositesIsFound();
     void objectsInGroupsCanBeTagged();
+    void objectsInHiddenGroupsAreNotCollected();
     void duplicateObjectIdsMeanTheFirst();
     void pagesListedTwiceAreTwoPages();
     void unreadablePagesKeepTheirPlaces();
@@ -354,6 +355,18 @@ void TestOfdDocument::objectsInGroupsCanBeTagged()
     const QPainterPath outline = GQ_ToQPainterPath(paths.GetAt(0).path);
     QVERIFY(outline.contains(QPointF(18, 12)));
     QVERIFY(!outline.contains(QPointF(12, 18)));
+}
+
+void TestOfdDocument::objectsInHiddenGroupsAreNotCollected()
+{
+    const auto document = Open(OfdFile::WithPage(
+        "<ofd:PageBlock ID=\"5\" Visible=\"false\"><ofd:PageBlock ID=\"6\"><ofd:PathObject ID=\"7\" Boundary=\"10 10 "
+        "10 10\"/></ofd:PageBlock></ofd:PageBlock><ofd:PathObject ID=\"8\" Boundary=\"10 10 10 10\"/>"));
+    IG_Page* page = document->GetPage(0);
+    QVERIFY(page->Load());
+    G_PageObjRef ref;
+    QCOMPARE(page->CollectObjectsInRect(CCA_GRect(0, 0, 100, 100), &ref), 1);
+    QCOMPARE(ref.objectIds, QList<int>{8});
 }
 
 void TestOfdDocument::duplicateObjectIdsMeanTheFirst()
