@@ -144,11 +144,11 @@ bool OfdDocument::Private::CollectTags(SavePlan& plan, XmlEdit& edit, PackageErr
     return true;
 }
 
+// Of all documents in the package: the signatures of the others cover the entry part too.
 const SignedParts& OfdDocument::Private::Signed() const
 {
     if (!signedParts)
-        signedParts =
-            std::make_unique<SignedParts>(Structure().isSigned ? ReadSignedParts(*store->GetPackage()) : SignedParts());
+        signedParts = std::make_unique<SignedParts>(ReadSignedParts(*store->GetPackage()));
     return *signedParts;
 }
 
@@ -335,7 +335,7 @@ DocumentSaveResult OfdDocument::SaveCopy(const QString& path) const
 
 bool OfdDocument::BreaksSignatures() const
 {
-    if (!d->Structure().isSigned)
+    if (!d->Signed().CoversAny())
         return false;
     Private::SavePlan plan;
     PackageError error;

@@ -15,6 +15,7 @@ struct SignedParts
     QSet<QString> parts;
 
     bool Covers(const QString& part) const { return coversAll || parts.contains(part); }
+    bool CoversAny() const { return coversAll || !parts.isEmpty(); }
 };
 
 // Reads which parts the signatures refer to, and those that a list for the whole package names. The signatures

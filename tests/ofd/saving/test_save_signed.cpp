@@ -97,6 +97,7 @@ private slots:
     void removingACoveredPartBreaks();
     void aSaveLeavesSignaturesAndOtherPartsAlone();
     void theDateOfTheLastChangeIsKeptWhereItIsCovered();
+    void signaturesOfAnotherDocumentInThePackageCount();
     void undoneEditsBreakNothing();
     void digestsOfOtherPartsStillMatchAfterConsent();
 
@@ -190,6 +191,19 @@ void TestSaveSigned::theDateOfTheLastChangeIsKeptWhereItIsCovered()
     QCOMPARE(desk->SavedPart(covered, EntryPart, Rename), covered.Part(EntryPart));
     const OfdFile open = Signed({"/Doc_0/Document.xml"});
     QCOMPARE(desk->SavedPart(open, EntryPart, Rename), open.Part(EntryPart).replace("2001-02-03", today.toUtf8()));
+}
+
+void TestSaveSigned::signaturesOfAnotherDocumentInThePackageCount()
+{
+    const QByteArray own = "<ofd:Signatures>Signs/Signatures.xml</ofd:Signatures></ofd:DocBody>";
+    OfdFile file = Signed({"/OFD.xml"});
+    const QByteArray another = "</ofd:DocBody><ofd:DocBody><ofd:DocRoot>Other/Document.xml</ofd:DocRoot>" + own;
+    file.Set(EntryPart, file.Part(EntryPart).replace(own, another));
+    QVERIFY(!Breaks(file, Rename));
+    QCOMPARE(desk->SavedPart(file, EntryPart, Rename), file.Part(EntryPart)); // not even the date of the change
+    file.Set(QStringLiteral("Signs/Sign_0/Signature.xml"),
+             file.Part(QStringLiteral("Signs/Sign_0/Signature.xml")).replace("/OFD.xml", "/Doc_0/Document.xml"));
+    QVERIFY(Breaks(file, Rename));
 }
 
 void TestSaveSigned::undoneEditsBreakNothing()
