@@ -31,7 +31,7 @@ struct PageAnnotations
 {
     std::vector<AnnotationRecord> annotations;
     std::shared_ptr<const Resources> resources; // never null
-    bool isBroken = false;                      // a part that exists could not be parsed
+    bool isBroken = false;                      // a part that exists, or the list of them, could not be parsed
 };
 
 // Page id to the parts that hold its annotations.

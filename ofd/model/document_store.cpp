@@ -291,14 +291,15 @@ std::shared_ptr<const PageAnnotations> DocumentStore::GetPageAnnotations(int pag
     const ProblemScope scope(*problems, structure.annotationsPart);
     if (!annotationIndex) {
         annotationIndex = std::make_unique<AnnotationIndex>(
-            ReadAnnotationIndex(*source, structure.annotationsPart, structure.documentFolder));
+            ReadAnnotationIndex(*source, structure.annotationsPart, structure.documentFolder, &isAnnotationListBroken));
         TellOfUnknownPages(*annotationIndex, structure);
     }
     QStringList parts;
     const int pageId = structure.pages.value(pageIndex).id;
     if (structure.pageIndexById.value(pageId, -1) == pageIndex) // of two pages with one id the first has them
         parts = annotationIndex->value(pageId);
-    const std::shared_ptr<const PageAnnotations> page = ReadPageAnnotations(*source, parts, known);
+    const std::shared_ptr<PageAnnotations> page = ReadPageAnnotations(*source, parts, known);
+    page->isBroken |= isAnnotationListBroken;
     qint64 bytes = qint64(sizeof(PageAnnotations));
     for (const AnnotationRecord& annotation : page->annotations)
         bytes += qint64(sizeof(AnnotationRecord)) + WeightOf(annotation.objects);

@@ -112,6 +112,7 @@ private:
     std::shared_ptr<const Resources> resources;
     std::mutex annotationMutex;
     std::unique_ptr<AnnotationIndex> annotationIndex;
+    bool isAnnotationListBroken = false;                             // known with the index
     QCache<int, std::shared_ptr<const PageAnnotations>> annotations; // by page index; weighed in bytes
 };
 

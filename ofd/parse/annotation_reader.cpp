@@ -103,10 +103,13 @@ void TellOfId(int id, QSet<int>& ids)
 
 } // namespace
 
-AnnotationIndex ReadAnnotationIndex(const Package& package, const QString& listPart, const QString& documentFolder)
+AnnotationIndex ReadAnnotationIndex(const Package& package, const QString& listPart, const QString& documentFolder,
+                                    bool* isBroken)
 {
     AnnotationIndex index;
     const std::unique_ptr<XmlPart> xml = listPart.isEmpty() ? nullptr : XmlPart::Load(package, listPart);
+    if (isBroken)
+        *isBroken = !xml && !listPart.isEmpty();
     if (!xml)
         return index;
     LocationContext context;
@@ -124,8 +127,8 @@ AnnotationIndex ReadAnnotationIndex(const Package& package, const QString& listP
     return index;
 }
 
-std::shared_ptr<const PageAnnotations> ReadPageAnnotations(const Package& package, const QStringList& parts,
-                                                           const std::shared_ptr<const Resources>& resources)
+std::shared_ptr<PageAnnotations> ReadPageAnnotations(const Package& package, const QStringList& parts,
+                                                     const std::shared_ptr<const Resources>& resources)
 {
     auto page = std::make_shared<PageAnnotations>();
     page->resources = resources;

@@ -23,6 +23,8 @@ private slots:
     void aRemarkIsWrittenInPlace_data();
     void aRemarkIsWrittenInPlace();
     void aRemarkTakenBackSavesTheSameBytes();
+    void annotationsThatCannotBeReadAreTold_data();
+    void annotationsThatCannotBeReadAreTold();
     void addedAttachmentsAreSaved();
     void aListOfAttachmentsIsMadeInItsPlace();
     void removedAttachmentsTakeTheirPartsAlong();
@@ -111,6 +113,36 @@ void TestOfdLists::aRemarkTakenBackSavesTheSameBytes()
     QVERIFY(!document->IsModified());
     QVERIFY(document->Save());
     QCOMPARE(BytesOf(path), bytes);
+}
+
+void TestOfdLists::annotationsThatCannotBeReadAreTold_data()
+{
+    const QByteArray entry = "<ofd:Page PageID=\"1\"><ofd:FileLoc>P.xml</ofd:FileLoc></ofd:Page>";
+    const QByteArray broken = "<ofd:PageAnnot><ofd:Annot></ofd:PageAnnot>";
+    QTest::addColumn<QByteArray>("list");
+    QTest::addColumn<QByteArray>("page");
+    QTest::addColumn<bool>("isRead");
+    QTest::newRow("no list") << QByteArray() << broken << true;
+    QTest::newRow("no entry for the page") << Element("Annotations", "") << broken << true;
+    QTest::newRow("no part of the page") << Element("Annotations", entry) << QByteArray() << true;
+    QTest::newRow("a broken part") << Element("Annotations", entry) << broken << false;
+    QTest::newRow("a broken list") << QByteArray("<ofd:Annotations>" + entry) << Element("PageAnnot", "") << false;
+}
+
+void TestOfdLists::annotationsThatCannotBeReadAreTold()
+{
+    QFETCH(QByteArray, list);
+    QFETCH(QByteArray, page);
+    QFETCH(bool, isRead);
+    OfdFile file = OfdFile::WithPages(1).Tail("<ofd:Annotations>A.xml</ofd:Annotations>");
+    if (!list.isEmpty())
+        file.Set(QStringLiteral("Doc_0/A.xml"), list);
+    if (!page.isEmpty())
+        file.Set(QStringLiteral("Doc_0/P.xml"), page);
+    const auto document = Open(file);
+    QCOMPARE(document->GetPage(0)->LoadAnnots() == 0, isRead);
+    QCOMPARE(document->GetPage(0)->GetAnnotCount(), 0);
+    QCOMPARE(document->GetPage(0)->LoadAnnots() == 0, isRead); // the second time too
 }
 
 void TestOfdLists::addedAttachmentsAreSaved()
