@@ -66,6 +66,11 @@ QByteArray PrefixOfName(const QByteArray& name)
     return name.left(std::max(name.indexOf(':'), 0));
 }
 
+bool IsDeclaration(const QByteArray& attributeName)
+{
+    return attributeName == "xmlns" || attributeName.startsWith("xmlns:");
+}
+
 } // namespace
 
 std::vector<std::pair<QByteArray, QByteArray>> DeclarationsIn(const QByteArray& startTag)
@@ -76,10 +81,22 @@ std::vector<std::pair<QByteArray, QByteArray>> DeclarationsIn(const QByteArray& 
     TagWalker walker(startTag);
     walker.Name();
     for (RawAttribute attribute; walker.NextAttribute(attribute);) {
-        if (attribute.name == "xmlns" || attribute.name.startsWith("xmlns:"))
+        if (IsDeclaration(attribute.name))
             declarations.emplace_back(attribute.name.mid(6), attribute.value);
     }
     return declarations;
+}
+
+QByteArray DeclarationTextIn(const QByteArray& startTag)
+{
+    QByteArray text;
+    TagWalker walker(startTag);
+    walker.Name();
+    for (RawAttribute attribute; walker.NextAttribute(attribute);) {
+        if (IsDeclaration(attribute.name))
+            text += ' ' + attribute.name + "=\"" + QByteArray(attribute.value).replace('"', "&quot;") + '"';
+    }
+    return text;
 }
 
 QSet<QByteArray> PrefixesIn(const QByteArray& xml)

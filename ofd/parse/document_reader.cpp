@@ -79,7 +79,7 @@ public:
         structure.annotationsPart = Resolve(package, ChildElement(root, "Annotations"), context);
         structure.customTagsPart = Resolve(package, ChildElement(root, "CustomTags"), context);
         const pugi::xml_node attachments = ChildElement(root, "Attachments");
-        if (!ChildElement(attachments, "Attachment")) // else the list itself stands here
+        if (!TrimmedText(attachments).isEmpty()) // else the list itself stands here
             structure.attachmentsPart = Resolve(package, attachments, context);
     }
 

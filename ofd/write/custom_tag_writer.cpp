@@ -215,10 +215,7 @@ private:
         const ElementTree& old = *source.tree;
         const TreeElement& element = old.At(source.element);
         const QByteArray name = NewName(node, source);
-        QByteArray bytes = '<' + name;
-        for (const auto& declared : DeclarationsIn(old.StartTagOf(source.element)))
-            bytes += " xmlns" + (declared.first.isEmpty() ? QByteArray() : ':' + declared.first) + "=\"" +
-                     QByteArray(declared.second).replace('"', "&quot;") + '"';
+        QByteArray bytes = '<' + name + DeclarationTextIn(old.StartTagOf(source.element));
         if (element.firstChild < 0)
             return bytes + "/>";
         bytes += '>';
