@@ -2,6 +2,7 @@
 
 #include "content_weight.h"
 
+#include <ofd/package/limits.h>
 #include <ofd/package/locations.h>
 #include <ofd/package/package.h>
 #include <ofd/package/xml_names.h>
@@ -149,8 +150,8 @@ QSizeF DocumentStore::ReadPageSize(int pageIndex)
     const PageHead head = GetPageHead(structure.pages.at(pageIndex).part);
     if (head.areaSize.isValid())
         return head.areaSize;
-    if (!head.templateIds.isEmpty()) {
-        const int position = structure.templateById.value(head.templateIds.first(), -1);
+    if (!head.templates.isEmpty()) {
+        const int position = structure.templateById.value(head.templates.first().id, -1);
         const QString part = position < 0 ? QString() : structure.templates.at(position).part;
         QSizeF size;
         {
@@ -306,6 +307,23 @@ std::shared_ptr<const PageAnnotations> DocumentStore::GetPageAnnotations(int pag
     annotations.insert(pageIndex, new std::shared_ptr<const PageAnnotations>(page),
                        CostOf(bytes, CachedAnnotationBytes));
     return page;
+}
+
+LayerKind DocumentStore::GetTemplateKind(int templateId)
+{
+    const int position = structure.templateById.value(templateId, -1);
+    if (position < 0 || !structure.templates.at(position).zOrder.isEmpty())
+        return GetTemplateKind(templateId, QString());
+    std::call_once(templateOrdersOnce, [this] {
+        const int count = std::min(structure.pages.size(), limits::MaxPagesAskedForTemplates);
+        for (int i = 0; i < count; ++i) {
+            for (const TemplateRef& reference : GetPageHead(structure.pages.at(i).part).templates) {
+                if (!templateOrders.contains(reference.id))
+                    templateOrders.insert(reference.id, reference.zOrder);
+            }
+        }
+    });
+    return GetTemplateKind(templateId, templateOrders.value(templateId));
 }
 
 LayerKind DocumentStore::GetTemplateKind(int templateId, const QString& onPage) const

@@ -77,6 +77,8 @@ public:
     std::shared_ptr<const Resources> GetResources();
     // The z-order of a template on a page that says `onPage` of it.
     LayerKind GetTemplateKind(int templateId, const QString& onPage) const;
+    // The one that the document gives it, else that of the first page that uses it, among the first pages.
+    LayerKind GetTemplateKind(int templateId);
     KeptBytes GetKeptBytes();
 
 private:
@@ -110,6 +112,8 @@ private:
     ReadingTurns contentTurns;
     std::mutex resourceMutex;
     std::shared_ptr<const Resources> resources;
+    std::once_flag templateOrdersOnce;
+    QHash<int, QString> templateOrders; // by id; what the first page says of it
     std::mutex annotationMutex;
     std::unique_ptr<AnnotationIndex> annotationIndex;
     bool isAnnotationListBroken = false;                             // known with the index

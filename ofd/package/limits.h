@@ -74,6 +74,8 @@ constexpr int MaxRepeatedObjects = 100'000;
 constexpr int NestedPatternCost = 100;
 // The same for templates that use templates. "The page uses too many templates."
 constexpr int MaxTemplatesOnPage = 1000;
+// Pages that are looked at for the z-order of templates to which the document gives none. Quietly: the background.
+constexpr int MaxPagesAskedForTemplates = 100;
 
 // --- Lists of numbers ------------------------------------------------------------------------------------------------
 

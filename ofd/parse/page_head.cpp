@@ -55,7 +55,8 @@ PageHead ParseHead(const QByteArray& bytes)
     const pugi::xml_node page = document.document_element();
     head.areaSize = ReadAreaSize(ChildElement(page, "Area"));
     for (const pugi::xml_node& reference : ChildElements(page, "Template"))
-        head.templateIds.append(int(IdAttribute(reference, "TemplateID")));
+        head.templates.append(
+            {int(IdAttribute(reference, "TemplateID")), AttributeText(reference, "ZOrder").trimmed()});
     return head;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <ofd/model/content.h>
+
 #include <QSizeF>
 #include <QString>
 #include <QVector>
@@ -12,7 +14,7 @@ class Package;
 struct PageHead
 {
     QSizeF areaSize; // invalid when the page has no area of its own
-    QVector<int> templateIds;
+    QVector<TemplateRef> templates;
     bool tookWholePart = false; // all of the part was inflated for this
 };
 

@@ -19,6 +19,7 @@ class TestOfdPageOrder : public QObject
 private slots:
     void compositesArePlacedByTheirMatrix();
     void templatesAndLayersArePaintedInOrder();
+    void aTemplateWithoutAnOrderHasThatOfItsFirstUse();
     void hiddenThingsAreNotPainted();
     void annotationsArePaintedOnTop();
     void aRegionIsThatPartOfThePage();
@@ -67,6 +68,27 @@ void TestOfdPageOrder::templatesAndLayersArePaintedInOrder()
     QCOMPARE(paint("<ofd:Template TemplateID=\"60\"/>", body, "ZOrder=\"Foreground\""), QColor(Qt::red));
     QCOMPARE(paint("<ofd:Template TemplateID=\"60\" ZOrder=\"Background\"/>", body, "ZOrder=\"Foreground\""),
              QColor(Qt::blue)); // the page has the last word
+}
+
+void TestOfdPageOrder::aTemplateWithoutAnOrderHasThatOfItsFirstUse()
+{
+    OfdFile file = OfdFile::WithPages(3).Common(
+        "<ofd:TemplatePage ID=\"60\" BaseLoc=\"T.xml\"/><ofd:TemplatePage ID=\"61\" BaseLoc=\"T.xml\"/>"
+        "<ofd:TemplatePage ID=\"62\" BaseLoc=\"T.xml\" ZOrder=\"Background\"/>");
+    file.Set(QStringLiteral("Doc_0/T.xml"), PageXml(QByteArray()));
+    const auto page = [](const QByteArray& order) {
+        return Element("Page", "<ofd:Template TemplateID=\"60\" ZOrder=\"" + order +
+                                   "\"/><ofd:Template TemplateID=\"62\" ZOrder=\"" + order +
+                                   "\"/><ofd:Area><ofd:PhysicalBox>0 0 50 50</ofd:PhysicalBox></ofd:Area>");
+    };
+    file.Set(QStringLiteral("Doc_0/Pages/Page_1/Content.xml"), page("Foreground"));
+    file.Set(QStringLiteral("Doc_0/Pages/Page_2/Content.xml"), page("Background"));
+    const ofd::OpenResult opened = ofd::OfdDocument::Open(file.Write(folder.filePath(QStringLiteral("orders.ofd"))));
+    QVERIFY(opened);
+    QVERIFY(opened.document->GetTemplateZOrder(60) == "Foreground");
+    QVERIFY(opened.document->GetTemplateZOrder(61) == "Background"); // never used
+    QVERIFY(opened.document->GetTemplateZOrder(62) == "Background"); // it has an order of its own
+    QVERIFY(opened.document->GetTemplateZOrder(63) == "Background"); // there is none
 }
 
 void TestOfdPageOrder::hiddenThingsAreNotPainted()
