@@ -200,7 +200,7 @@ CCA_String OfdDocument::GetTemplateName(int id)
 
 CCA_String OfdDocument::GetTemplateZOrder(int id)
 {
-    const LayerKind kind = d->store->GetTemplateKind(id, QString());
+    const LayerKind kind = d->store->GetTemplateKind(id);
     return kind == LayerKind::Foreground ? "Foreground" : kind == LayerKind::Body ? "Body" : "Background";
 }
 
@@ -420,8 +420,8 @@ bool OfdDocument::AddAttachment(ICA_StreamReader* reader, bool isBigFile, const 
     const std::unique_ptr<ICA_StreamReader> owned(reader);
     const QString shown = QString::fromUtf8(title ? title : name);
     G_AttachmentInfo info;
-    info.name = CCA_String(shown.trimmed().toUtf8());
-    info.format = CCA_String(QString::fromUtf8(format).trimmed().toUtf8());
+    info.name = CCA_String(HarmlessName(shown).toUtf8());
+    info.format = CCA_String(HarmlessName(QString::fromUtf8(format)).toUtf8());
     info.addDate = CCA_String(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss")).toUtf8());
     return d->attachments->AddFrom(owned.get(), info, isBigFile);
 }

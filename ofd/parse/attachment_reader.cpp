@@ -27,8 +27,8 @@ CCA_String Utf8(const QString& text)
 bool IsMisleading(QChar c)
 {
     const QChar::Category category = c.category();
-    return category == QChar::Other_Control || category == QChar::Other_Format ||
-           QStringLiteral("/\\:*?\"<>|").contains(c);
+    return category == QChar::Other_Control || category == QChar::Other_Format || c == QLatin1Char('/') ||
+           c == QLatin1Char('\\');
 }
 
 // The number that the text is or ends in; 0 when there is none.
@@ -60,8 +60,8 @@ AttachmentEntry ReadEntry(const pugi::xml_node& element, const Package& package,
     const QString ending = QLatin1Char('.') + format;
     if (!format.isEmpty() && name.endsWith(ending, Qt::CaseInsensitive))
         name.chop(ending.size());
-    entry.info.name = Utf8(name); // whoever makes a file name of it cleans it
-    entry.info.format = Utf8(format);
+    entry.info.name = Utf8(HarmlessName(name));
+    entry.info.format = Utf8(HarmlessName(format));
     entry.info.addDate = Utf8(DateOf(element));
     const qint64 bytes = entry.part.isEmpty() ? -1 : package.GetPartSize(entry.part);
     entry.info.size = bytes >= 0 ? float(bytes / 1024.0) : float(NumberAttribute(element, "Size"));
@@ -93,7 +93,7 @@ void MakeIdsUnique(QVector<AttachmentEntry>& entries)
 
 } // namespace
 
-QString CleanedName(const QString& name)
+QString HarmlessName(const QString& name)
 {
     QString cleaned;
     for (const QChar c : name)
@@ -101,6 +101,16 @@ QString CleanedName(const QString& name)
     while (cleaned.startsWith(QLatin1Char('.')))
         cleaned.remove(0, 1);
     return cleaned.left(limits::MaxAttachmentName).trimmed();
+}
+
+QString CleanedName(const QString& name)
+{
+    QString cleaned = HarmlessName(name);
+    for (QChar& c : cleaned) {
+        if (QStringLiteral(":*?\"<>|").contains(c))
+            c = QLatin1Char('_');
+    }
+    return cleaned;
 }
 
 QVector<AttachmentEntry> ReadAttachments(const Package& package, const DocumentStructure& structure,

@@ -114,7 +114,7 @@ private slots:
     void removedOnesGoWithTheirParts();
     void aRemovedOneThatWasNeverSavedLeavesNoTrace();
     void namesAreHarmlessAndNeverTheSame();
-    void namesAreShownAsTheyAreWhateverTheyHold();
+    void namesAreShownAsTheyAreWhereTheyLeadNowhere();
     void referencesFromTheRootStaySo();
     void dataIsPackedOnlyWhenThatHelps();
     void bigDataNeedsLittleMemory();
@@ -256,17 +256,17 @@ void TestSaveAttachments::namesAreHarmlessAndNeverTheSame()
     }
 }
 
-void TestSaveAttachments::namesAreShownAsTheyAreWhateverTheyHold()
+void TestSaveAttachments::namesAreShownAsTheyAreWhereTheyLeadNowhere()
 {
     OfdFile file = File();
-    file.Set(ListPart, file.Part(ListPart).replace("Name=\"other\"", "Name=\".a/b: &quot;c&quot;?\""));
+    file.Set(ListPart, file.Part(ListPart).replace("Name=\"other\"", "Name=\"../a: &quot;c&quot;?\""));
     const QString path =
-        desk->Saved(file, [](IG_Document& document) { QVERIFY(Add(document, "bytes", "../What? 1/2", "b:n")); });
+        desk->Saved(file, [](IG_Document& document) { QVERIFY(Add(document, "bytes", "What? 1*2", "b:n")); });
     const auto document = desk->Open(path);
-    QVERIFY(document->GetAttachment(2).name == ".a/b: \"c\"?");
-    QVERIFY(document->GetAttachment(3).name == "../What? 1/2");
+    QVERIFY(document->GetAttachment(2).name == "_a: \"c\"?");
+    QVERIFY(document->GetAttachment(3).name == "What? 1*2");
     QVERIFY(document->GetAttachment(3).format == "b:n");
-    QVERIFY(PartOf(path, ListPart).contains("Attachs/_What_ 1_2.b_n<"));
+    QVERIFY(PartOf(path, ListPart).contains("Attachs/What_ 1_2.b_n<"));
 }
 
 void TestSaveAttachments::referencesFromTheRootStaySo()
