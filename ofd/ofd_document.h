@@ -1,5 +1,7 @@
 #pragma once
 
+#include "document_facts.h"
+
 #include <frame/document/ig_document.h>
 #include <ofd/model/problem_log.h>
 
@@ -67,6 +69,13 @@ public:
     QString GetTitle() const;
     // Kinds of changes in memory that Save does not write.
     QStringList GetUnsavableChanges() const;
+
+    // What the document says of itself. Cheap: reads the entry part, no page.
+    DocumentFacts GetFacts();
+    // At most so many signatures; reads the part of each of these.
+    SignatureList GetSignatures(int most) const;
+    // At most so many of the fonts that the document's resources name; looks for a stand-in for those it does not bring.
+    FontList GetFonts(int most);
 
     // What was wrong in the file, as far as it was read and painted until now.
     std::vector<Problem> GetProblems() const;

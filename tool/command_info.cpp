@@ -4,8 +4,6 @@
 #include <frame/document/tree_node.h>
 #include <ofd/ofd_document.h>
 
-#include <QFileInfo>
-
 namespace {
 
 int CountNodes(const G_TreeNode* root)
@@ -52,32 +50,55 @@ OVJson PageSizes(ofd::OfdDocument& document)
     return sizes;
 }
 
-void SetFlags(OVJson& facts, ofd::OfdDocument& document)
+void SetInformation(OVJson& json, const ofd::DocumentFacts& facts)
 {
-    facts.SetBool("hasPermissions", document.HasPermissions());
-    facts.SetBool("mayEdit", document.MayEdit());
-    facts.SetBool("mayAnnotate", document.MayAnnotate());
-    facts.SetBool("mayExport", document.MayExport());
-    facts.SetBool("isSigned", document.IsSignProtected());
-    facts.SetBool("areSignaturesVerified", false); // seals are shown; whether a signature holds is not looked at
-    facts.SetBool("isEncrypted", document.IsEncrypted());
+    const struct
+    {
+        const char* key;
+        const QString& text;
+    } rows[] = {
+        {"formatVersion", facts.formatVersion},
+        {"title", facts.title},
+        {"author", facts.author},
+        {"subject", facts.subject},
+        {"summary", facts.summary},
+        {"creator", facts.creator},
+        {"creatorVersion", facts.creatorVersion},
+        {"creationDate", facts.creationDate},
+        {"modificationDate", facts.modificationDate},
+    };
+    for (const auto& row : rows)
+        json.SetString(row.key, row.text);
+    json.SetString("keywords", facts.keywords.join(QStringLiteral(", ")));
+}
+
+void SetFlags(OVJson& json, const ofd::DocumentFacts& facts)
+{
+    json.SetBool("hasPermissions", facts.permissions.exist);
+    json.SetBool("mayEdit", facts.permissions.edit);
+    json.SetBool("mayAnnotate", facts.permissions.annotate);
+    json.SetBool("mayExport", facts.permissions.exportContent);
+    json.SetBool("isSigned", facts.isSigned);
+    json.SetBool("areSignaturesVerified", false); // seals are shown; whether a signature holds is not looked at
+    json.SetBool("isEncrypted", facts.isEncrypted);
 }
 
 OVJson Facts(const QString& path, ofd::OfdDocument& document)
 {
-    OVJson facts;
-    facts.SetString("file", path);
-    facts.SetDouble("bytes", double(QFileInfo(path).size()));
-    facts.SetString("title", document.GetTitle());
-    facts.SetInt("pages", document.GetPageCount());
-    facts.SetObject("pageSizes", PageSizes(document));
-    facts.SetInt("templates", document.GetTemplateCount());
-    facts.SetInt("outlineEntries", CountNodes(document.GetOutlineRoot()));
-    facts.SetInt("bookmarks", CountNodes(document.GetBookmarkRoot()));
-    facts.SetInt("tags", CountTags(document));
-    facts.SetInt("attachments", document.GetAttachmentCount());
-    SetFlags(facts, document);
-    return facts;
+    const ofd::DocumentFacts facts = document.GetFacts();
+    OVJson json;
+    json.SetString("file", path);
+    json.SetDouble("bytes", double(facts.bytes));
+    SetInformation(json, facts);
+    json.SetInt("pages", facts.pages);
+    json.SetObject("pageSizes", PageSizes(document));
+    json.SetInt("templates", facts.templates);
+    json.SetInt("outlineEntries", CountNodes(document.GetOutlineRoot()));
+    json.SetInt("bookmarks", CountNodes(document.GetBookmarkRoot()));
+    json.SetInt("tags", CountTags(document));
+    json.SetInt("attachments", facts.attachments);
+    SetFlags(json, facts);
+    return json;
 }
 
 QString SizesText(const OVJson& sizes)

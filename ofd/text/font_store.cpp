@@ -27,6 +27,7 @@ FontChoice ChoiceOf(const InstalledFont& font, int weight, bool wantsItalic)
 {
     FontChoice choice;
     choice.face = font.face;
+    choice.family = font.family;
     choice.needsEmboldening = weight >= BoldFrom && !font.isBold;
     choice.needsSlanting = wantsItalic && !font.isItalic;
     return choice;

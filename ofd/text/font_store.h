@@ -22,6 +22,7 @@ struct FontChoice
     bool isEmbedded = false;              // its glyph indices mean what the document means
     bool needsEmboldening = false;        // a heavier face was wanted than there is
     bool needsSlanting = false;
+    QString family; // of an installed face; empty for an embedded one
 };
 
 // Finds and keeps faces: the embedded ones of a document and the installed ones that stand in for others. Any thread.
