@@ -1,5 +1,7 @@
 #pragma once
 
+#include "document_properties.h"
+
 #include <QString>
 
 #include <memory>
@@ -31,6 +33,8 @@ public:
     virtual bool BreaksSignatures() const = 0;
     // A name for the user; the title the document gives itself, empty when it gives none.
     virtual QString Title() const = 0;
+    // What the document tells of a topic. Cheap: no page is read for it.
+    virtual PropertySection Properties(PropertyTopic topic) = 0;
 };
 
 // What came of opening: a file, or the reason why not.

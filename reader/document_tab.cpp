@@ -32,6 +32,7 @@ DocumentTab::DocumentTab(std::unique_ptr<DocumentFile> openedFile, G_UIContext* 
 
 DocumentTab::~DocumentTab()
 {
+    emit Closing();
     search.reset();
     delete view;
     G_Application::Instance().DocumentClosed(Document());

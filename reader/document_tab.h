@@ -25,6 +25,7 @@ public:
     G_DocView* View() const { return view; }
     DocumentSearch* Search() const { return search.get(); }
     QString Path() const { return file->Path(); }
+    PropertySection Properties(PropertyTopic topic) const { return file->Properties(topic); }
     // The file's name, with a star in front while dirty.
     QString Label() const;
     // Dirty when the undo stack is not at its saved state, or when a change that is not on the stack came since the
@@ -43,6 +44,8 @@ signals:
     void DirtyChanged();
     // The file was changed, replaced or removed by somebody else.
     void FileChangedOnDisk();
+    // The document is about to close: whoever shows it lets go of it now.
+    void Closing();
 
 private slots:
     void OnEvent(G_Event* event);

@@ -67,12 +67,32 @@ bool GP_ShowAnnotations::DoAction()
     return true;
 }
 
+G_Operation* GP_WindowCommand::Clone() const
+{
+    auto* copy = new GP_WindowCommand(name, command);
+    copy->CopyFrom(this);
+    return copy;
+}
+
+bool GP_WindowCommand::DoAction()
+{
+    MainWindow* window = ReaderContext::WindowOf(UIContext());
+    if (!window || !window->CurrentTab())
+        return false;
+    (window->*command)();
+    return true;
+}
+
 std::vector<std::unique_ptr<G_Operation>> RegisterHostOperations()
 {
     std::vector<std::unique_ptr<G_Operation>> operations;
     operations.push_back(std::make_unique<GP_Navigation>());
     operations.push_back(std::make_unique<GP_OpenFile>());
     operations.push_back(std::make_unique<GP_ShowAnnotations>());
+    operations.push_back(std::make_unique<GP_WindowCommand>("e_copytext", &MainWindow::CopyText));
+    operations.push_back(std::make_unique<GP_WindowCommand>("e_selectalltext", &MainWindow::SelectAllText));
+    operations.push_back(std::make_unique<GP_WindowCommand>("e_find", &MainWindow::Find));
+    operations.push_back(std::make_unique<GP_WindowCommand>("f_properties", &MainWindow::ShowProperties));
     for (const auto& operation : operations)
         operation->RegisterToGlobal();
     return operations;

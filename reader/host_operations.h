@@ -5,6 +5,8 @@
 #include <memory>
 #include <vector>
 
+class MainWindow;
+
 // The reader's own operations, reached by name by panes and menus. Each works on the window of its context and returns
 // false where there is none.
 
@@ -34,6 +36,26 @@ public:
     G_Operation* Clone() const override;
     const char* Name() const override { return "t_showannot"; }
     bool DoAction() override;
+};
+
+// A command of the window for menus: "e_copytext", "e_selectalltext", "e_find" and "f_properties".
+class GP_WindowCommand : public G_Operation
+{
+public:
+    using Command = void (MainWindow::*)();
+    // The name must live as long as the process.
+    GP_WindowCommand(const char* name, Command command)
+        : name(name)
+        , command(command)
+    {
+    }
+    G_Operation* Clone() const override;
+    const char* Name() const override { return name; }
+    bool DoAction() override;
+
+private:
+    const char* const name;
+    const Command command;
 };
 
 // Makes and registers all of the above; they leave the registry when the list dies.

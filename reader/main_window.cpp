@@ -136,6 +136,7 @@ void MainWindow::WatchTab(DocumentTab* tab)
     connect(tab, &DocumentTab::DirtyChanged, this, [this, tab] { RefreshTab(tab); });
     connect(tab, &DocumentTab::FileChangedOnDisk, this, [this, tab] { ShowFileChanged(tab); });
     WatchSearch(tab);
+    WatchPageMenu(tab);
 }
 
 void MainWindow::ActivateTab(int position)

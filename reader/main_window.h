@@ -61,6 +61,11 @@ public:
     bool SaveTab(DocumentTab* tab);
     bool SaveTabAs(DocumentTab* tab, const QString& path);
     Core::G_PaneMaker* PaneMaker() const { return paneMaker; }
+    // What operations reach by name; each works on the current tab and does nothing without one.
+    void CopyText();
+    void SelectAllText();
+    void Find();
+    void ShowProperties();
     // A line that is shown in the window's status line for a while.
     void ShowNote(const QString& text);
 
@@ -76,12 +81,11 @@ private slots:
     void CloseCurrent();
     void OnTabChosen(int position);
     void OnTabMoved(int from, int to);
-    void CopyText();
-    void SelectAllText();
     void GoToFirstPage();
     void GoToLastPage();
     void Rotate();
     void About();
+    void ShowPageMenu();
 
 private:
     // Where an action stands in menus and on the tool bar.
@@ -95,9 +99,9 @@ private:
     QAction* AddAction(QMenu* menu, const QString& text, const char* icon, const QKeySequence& shortcut, Place place,
                        const std::function<void()>& run);
     void MakeFindBar(QBoxLayout* column);
-    void Find();
     void FindNext(bool isForward);
     void WatchSearch(DocumentTab* tab);
+    void WatchPageMenu(DocumentTab* tab);
     void WithView(const std::function<void(G_DocView*)>& run);
     void ShowTool(const char* name);
     void UpdateToolActions();

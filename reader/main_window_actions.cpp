@@ -68,6 +68,8 @@ void MainWindow::MakeFileActions()
     saveAction = AddAction(menu, tr("&Save"), "save", QKeySequence::Save, MenuAndBar, [this] { SaveCurrent(); });
     documentActions << AddAction(menu, tr("Save &As..."), "save_as", QKeySequence::SaveAs, MenuOnly,
                                  [this] { SaveCurrentAs(); });
+    documentActions << AddAction(menu, tr("P&roperties..."), "", QKeySequence(Qt::ALT | Qt::Key_Return), MenuOnly,
+                                 [this] { ShowProperties(); });
     menu->addSeparator();
     documentActions << AddAction(menu, tr("&Close"), "close", QKeySequence::Close, MenuOnly,
                                  [this] { CloseCurrent(); });

@@ -14,6 +14,20 @@ struct MenuRow
 };
 
 const MenuRow menuRows[] = {
+    {"t_handtool", "e_copytext", QT_TRANSLATE_NOOP("ContextMenu", "Copy")},
+    {"t_handtool", "e_selectalltext", QT_TRANSLATE_NOOP("ContextMenu", "Select All")},
+    {"t_handtool", "", ""},
+    {"t_handtool", "e_find", QT_TRANSLATE_NOOP("ContextMenu", "Find…")},
+    {"t_handtool", "", ""},
+    {"t_handtool", "f_properties", QT_TRANSLATE_NOOP("ContextMenu", "Properties…")},
+
+    {"t_textselect", "e_copytext", QT_TRANSLATE_NOOP("ContextMenu", "Copy")},
+    {"t_textselect", "e_selectalltext", QT_TRANSLATE_NOOP("ContextMenu", "Select All")},
+    {"t_textselect", "", ""},
+    {"t_textselect", "e_find", QT_TRANSLATE_NOOP("ContextMenu", "Find…")},
+    {"t_textselect", "", ""},
+    {"t_textselect", "f_properties", QT_TRANSLATE_NOOP("ContextMenu", "Properties…")},
+
     {"vn_bookmark", "d_addbookmark", QT_TRANSLATE_NOOP("ContextMenu", "Add Bookmark")},
     {"vn_bookmark", "d_bookmarkrename", QT_TRANSLATE_NOOP("ContextMenu", "Rename")},
     {"vn_bookmark", "d_bookmarkresetposition", QT_TRANSLATE_NOOP("ContextMenu", "Set to Current Position")},

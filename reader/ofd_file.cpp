@@ -1,5 +1,7 @@
 #include "ofd_file.h"
 
+#include "ofd_properties.h"
+
 #include <ofd/ofd_document.h>
 
 #include <QCoreApplication>
@@ -16,6 +18,7 @@ public:
     IG_Document* Document() override { return document.get(); }
     QString Path() const override { return document->GetPath(); }
     QString Title() const override { return document->GetTitle(); }
+    PropertySection Properties(PropertyTopic topic) override { return OfdProperties(*document, topic); }
     SaveOutcome Save(bool overwrites) override { return Outcome(document->Save(overwrites)); }
     bool BreaksSignatures() const override { return document->BreaksSignatures(); }
     SaveOutcome SaveAs(const QString& path) override { return Outcome(document->SaveAs(path)); }
