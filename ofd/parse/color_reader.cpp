@@ -48,19 +48,6 @@ void AppendChannel(std::string_view word, QVector<double>& channels)
         TellOfChannel(word);
 }
 
-QVector<double> ReadChannels(const char* text)
-{
-    std::string value(text);
-    std::replace(value.begin(), value.end(), ',', ' ');
-    QVector<double> channels;
-    for (const std::string_view word : SplitWords(value)) {
-        if (channels.size() >= limits::MaxChannels)
-            break;
-        AppendChannel(word, channels);
-    }
-    return channels;
-}
-
 // The named colour space, the document's default one, or what the number of values suggests.
 ColorSpace SpaceFor(const pugi::xml_node& color, const Resources& resources, int channelCount)
 {
@@ -91,6 +78,19 @@ QVector<double> PaletteEntry(const pugi::xml_node& color, const ColorSpace& spac
 
 } // namespace
 
+QVector<double> ParseChannels(const char* text)
+{
+    std::string value(text);
+    std::replace(value.begin(), value.end(), ',', ' ');
+    QVector<double> channels;
+    for (const std::string_view word : SplitWords(value)) {
+        if (channels.size() >= limits::MaxChannels)
+            break;
+        AppendChannel(word, channels);
+    }
+    return channels;
+}
+
 QColor ColorFromChannels(const QVector<double>& channels, const ColorSpace& space)
 {
     const double top = std::pow(2.0, std::clamp(space.bits, 1, 16)) - 1;
@@ -117,7 +117,7 @@ QColor ColorFromChannels(const QVector<double>& channels, const ColorSpace& spac
 QColor ReadColor(const pugi::xml_node& color, const Resources& resources)
 {
     const pugi::xml_attribute value = Attribute(color, "Value");
-    QVector<double> channels = ReadChannels(value.as_string());
+    QVector<double> channels = ParseChannels(value.as_string());
     const ColorSpace space = SpaceFor(color, resources, channels.size());
     if (!value && HasAttribute(color, "Index"))
         channels = PaletteEntry(color, space);

@@ -16,6 +16,9 @@ Paint ReadPaint(const pugi::xml_node& color, const Resources& resources);
 // The colour of a colour element without a look at shadings and patterns.
 QColor ReadColor(const pugi::xml_node& color, const Resources& resources);
 
+// The values of a colour's channels: decimal numbers, or hexadecimal ones behind '#'.
+QVector<double> ParseChannels(const char* text);
+
 // A colour from channel values in the range of the colour space (clamped); missing channels are 0.
 QColor ColorFromChannels(const QVector<double>& channels, const ColorSpace& space);
 

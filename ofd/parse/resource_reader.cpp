@@ -1,5 +1,6 @@
 #include "resource_reader.h"
 
+#include "color_reader.h"
 #include "content_reader.h"
 #include "object_style.h"
 
@@ -85,7 +86,7 @@ private:
         for (const pugi::xml_node& value : ChildElements(ChildElement(element, "Palette"), "CV")) {
             if (space.palette.size() >= limits::MaxPaletteEntries)
                 break;
-            space.palette.append(ParseArray(value.text().get()).value_or(QVector<double>()));
+            space.palette.append(ParseChannels(value.text().get()));
         }
         const QString profile = AttributeText(element, "Profile").trimmed();
         if (!profile.isEmpty())

@@ -127,6 +127,8 @@ void TestOfdColorSpaces::palettesCountInTheSpaceOfTheirBits()
     QCOMPARE(Painted("Type=\"CMYK\" BitsPerComponent=\"1\"", "<ofd:Palette><ofd:CV>0 1 1 0</ofd:CV></ofd:Palette>",
                      "Index=\"0\""),
              QColor(255, 0, 0));
+    const QByteArray hexadecimal = "<ofd:Palette><ofd:CV>#ee #20 #25</ofd:CV></ofd:Palette>";
+    QCOMPARE(Painted("Type=\"RGB\"", hexadecimal, "Index=\"0\""), QColor(0xee, 0x20, 0x25));
     const QByteArray grays = "<ofd:Palette><ofd:CV>2</ofd:CV></ofd:Palette>";
     QVERIFY(IsNear(Painted("Type=\"GRAY\" BitsPerComponent=\"2\"", grays, "Index=\"0\""), QColor(170, 170, 170), 1));
     QVERIFY(IsNear(Painted("Type=\"GRAY\" Profile=\"space.icc\"", "<ofd:Palette><ofd:CV>128</ofd:CV></ofd:Palette>",
