@@ -14,6 +14,8 @@ namespace ofd {
 
 namespace {
 
+constexpr double DotLength = 1e-4; // of a line that only its caps show
+
 bool IsSeparator(char c)
 {
     return c == ' ' || c == ',' || c == '\t' || c == '\n' || c == '\r';
@@ -56,7 +58,7 @@ private:
         case 'M':
             return ReadNumbers(2) && (path.moveTo(Point(0)), isBegun = true);
         case 'L':
-            return ReadNumbers(2) && (Begin(), path.lineTo(Point(0)), true);
+            return ReadNumbers(2) && (Begin(), Line(), true);
         case 'Q':
             return ReadNumbers(4) && (Begin(), path.quadTo(Point(0), Point(2)), true);
         case 'B':
@@ -77,6 +79,15 @@ private:
         if (!isBegun)
             path.moveTo(Point(firstNumber));
         isBegun = true;
+    }
+
+    // A figure that is nothing but a line to where it begins is a dot of its caps; Qt would leave it out.
+    void Line()
+    {
+        const QPointF to = Point(0);
+        const bool isDot = path.elementCount() > 0 && path.elementAt(path.elementCount() - 1).isMoveTo() &&
+                           to == path.currentPosition();
+        path.lineTo(isDot ? to + QPointF(DotLength, 0) : to);
     }
 
     // The arc from the current point, as curves of at most a quarter turn each.

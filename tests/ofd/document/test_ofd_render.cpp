@@ -26,6 +26,7 @@ private slots:
     void theRuleDecidesWhatIsInside();
     void linesHaveWidthDashesAndCaps();
     void aDashWithoutLengthIsADotOfItsCaps();
+    void aLineWithoutLengthIsADotOfItsCaps();
     void clipsCutByTheirIntersection();
     void theClipsFlagDecidesWhetherTheMatrixApplies();
     void drawParametersAreInherited();
@@ -171,6 +172,18 @@ void TestOfdRender::aDashWithoutLengthIsADotOfItsCaps()
     const QImage solid = line("DashPattern=\"5 0\"");
     for (double x = 10.125; x < 50; x += 0.25)
         QCOMPARE(ColourAt(solid, x, 20), QColor(Qt::black)); // without gaps there are no seams
+}
+
+void TestOfdRender::aLineWithoutLengthIsADotOfItsCaps()
+{
+    const auto dots = [&](const QByteArray& cap) {
+        return PaintPage("<ofd:PathObject ID=\"1\" Boundary=\"10 20 0 0\" LineWidth=\"4\" Cap=\"" + cap +
+                         "\"><ofd:AbbreviatedData>M 0 0 L 0 0 M 40 10 L 40 10</ofd:AbbreviatedData></ofd:PathObject>");
+    };
+    QCOMPARE(InkBox(dots("Round")), QRectF(8, 18, 44, 14));
+    QCOMPARE(ColourAt(dots("Round"), 30, 25), QColor(Qt::white));
+    QCOMPARE(ColourAt(dots("Square"), 8.5, 18.5), QColor(Qt::black));
+    QVERIFY(InkBox(dots("Butt")).isEmpty());
 }
 
 void TestOfdRender::clipsCutByTheirIntersection()
