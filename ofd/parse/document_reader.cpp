@@ -169,8 +169,8 @@ QString FindDocumentPart(const Package& package, const pugi::xml_node& body, con
     return Resolve(package, ChildElement(body, "DocRoot"), context);
 }
 
-// A document counts as signed when it lists a signature, whether or not that can be found, or carries a list that
-// guards the whole package.
+// A document counts as signed when it lists a signature, whether or not that can be found, when its list cannot be
+// read, or when it carries a list that guards the whole package.
 bool IsSigned(const Package& package, const pugi::xml_node& body, const LocationContext& context)
 {
     if (package.HasPartIgnoringCase(QStringLiteral("OFDEntries.xml")))
@@ -182,7 +182,7 @@ bool IsSigned(const Package& package, const pugi::xml_node& body, const Location
     if (part.isEmpty())
         return false;
     const std::unique_ptr<XmlPart> xml = XmlPart::Load(package, part);
-    return xml && ChildElement(xml->GetRoot(), "Signature");
+    return !xml || ChildElement(xml->GetRoot(), "Signature");
 }
 
 // The entry part's facts; false, and `error` set, when there is no document behind it.

@@ -46,8 +46,10 @@ private:
         const pugi::xml_node signatures = ChildElement(body, "Signatures");
         const QString listPart = signatures ? Resolve(TrimmedText(signatures), package.GetEntryPoint()) : QString();
         const std::unique_ptr<XmlPart> list = listPart.isEmpty() ? nullptr : XmlPart::Load(package, listPart);
-        if (!list)
-            return; // a list that is not there names no signature
+        if (!list) { // one that is not there names no signature, but one that cannot be read may
+            result.coversAll |= !listPart.isEmpty();
+            return;
+        }
         for (const pugi::xml_node& signature : ChildElements(list->GetRoot(), "Signature"))
             ReadSignature(Resolve(AttributeText(signature, "BaseLoc"), listPart));
     }
@@ -60,7 +62,7 @@ private:
         if (!FirstElement(references))
             result.coversAll = true;
         for (const pugi::xml_node& reference : ChildElements(references, "Reference"))
-            Add(Resolve(AttributeText(reference, "FileRef"), part));
+            Add(AttributeText(reference, "FileRef"), part);
     }
 
     void ReadIntegrityList(const QString& part)
@@ -70,14 +72,17 @@ private:
         if (!FirstElement(files))
             result.coversAll = true;
         for (const pugi::xml_node& file : ChildElements(files))
-            Add(Resolve(TrimmedText(file), part));
+            Add(TrimmedText(file), part);
     }
 
-    // What is not there cannot be changed.
-    void Add(const QString& part)
+    // What is not there cannot be changed; what is not even named may be anything.
+    void Add(const QString& reference, const QString& holder)
     {
+        const QString part = reference.trimmed().isEmpty() ? QString() : Resolve(reference, holder);
         if (!part.isEmpty())
             result.parts.insert(part);
+        else if (reference.trimmed().isEmpty())
+            result.coversAll = true;
     }
 
     const Package& package;

@@ -139,6 +139,11 @@ void TestSaveSigned::aSignatureThatCannotBeReadCoversAll()
     file.Remove(QStringLiteral("Signs/Sign_0/Signature.xml"));
     QVERIFY(Breaks(file, Rename));
     QVERIFY(Breaks(Signed({}), EditRemark));
+    QVERIFY(Breaks(Signed({"/Doc_0/PageAnnots.xml", " "}), Rename)); // what it means is not said
+    OfdFile broken = Signed({"/Doc_0/PageAnnots.xml"});
+    broken.Set(QStringLiteral("Signs/Signatures.xml"), "<ofd:Signatures>");
+    QVERIFY(Breaks(broken, Rename));
+    QVERIFY(desk->Open(broken.Write(desk->Path(QStringLiteral("b.ofd"))))->IsSignProtected());
 }
 
 void TestSaveSigned::aListOfSignaturesThatIsMissingProtectsNothing()
