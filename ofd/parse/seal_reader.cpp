@@ -83,6 +83,7 @@ public:
         const std::unique_ptr<XmlPart> signatures = part.isEmpty() ? nullptr : XmlPart::Load(package, part);
         if (!signatures)
             return stamps;
+        const ProblemScope scope(part);
         int count = 0;
         for (const pugi::xml_node& signature : ChildElements(signatures->GetRoot(), "Signature")) {
             if (++count > limits::MaxSignatures)
@@ -106,6 +107,7 @@ private:
         const std::unique_ptr<XmlPart> xml = part.isEmpty() ? nullptr : XmlPart::Load(package, part);
         if (!xml)
             return;
+        const ProblemScope scope(part);
         const pugi::xml_node info = ChildElement(xml->GetRoot(), "SignedInfo");
         const std::vector<pugi::xml_node> found = ChildElements(info, "StampAnnot");
         if (found.empty())

@@ -107,6 +107,8 @@ SealFace SealStore::FaceOf(const SealPicture& picture) const
         face.image = DecodeImage(picture.bytes);
         return face;
     }
+    ProblemLog ofSeal; // its parts are not those of the document that is read
+    const ProblemScope scope(ofSeal, QString());
     std::shared_ptr<Package> package = Package::OpenBytes(picture.bytes);
     DocumentParts parts = package ? ReadDocument(*package) : DocumentParts();
     if (parts.document)

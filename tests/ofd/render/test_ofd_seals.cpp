@@ -26,6 +26,7 @@ private slots:
     void severalStampsOfOneSealArePaintedOnTheirPages();
     void sealsBeyondTheLimitOfAPageAreLeftOut();
     void aSealThatCannotBeReadLeavesThePageAsItIs();
+    void problemsOfSealsNameTheirPartsButAreNotThoseOfTheDocumentInside();
     void brokenSealDataNeverLeadAstray();
     void deepSealDataAreNotFollowed();
 };
@@ -208,6 +209,24 @@ void TestOfdSeals::aSealThatCannotBeReadLeavesThePageAsItIs()
         QCOMPARE(ColourAt(page, 20, 20), QColor(Qt::red));
         QCOMPARE(ColourAt(page, 60, 60), QColor(Qt::white));
     }
+}
+
+void TestOfdSeals::problemsOfSealsNameTheirPartsButAreNotThoseOfTheDocumentInside()
+{
+    const QTemporaryDir folder;
+    OfdFile inner = OfdFile::WithPage(FilledSquare(0, 0, "Value=\"255 0 0\""));
+    inner.Common("<ofd:PublicRes>no.xml</ofd:PublicRes>");
+    OfdFile file = OfdFile::WithPage("");
+    Sign(file, Stamp("10 10 40 40"));
+    file.Set(ValuePart, samples::SealData("ofd", PackedFile(inner)));
+    const ofd::OpenResult opened = ofd::OfdDocument::Open(file.Write(folder.filePath(QStringLiteral("seal.ofd"))));
+    QVERIFY(opened);
+    opened.document->Renderer()->RenderPage({});
+    const std::vector<ofd::Problem> problems = opened.document->GetProblems();
+    QCOMPARE(int(problems.size()), 1);
+    QCOMPARE(problems[0].kind, ofd::ProblemKind::MissingPart); // the seal's own part, not the inner resources
+    QCOMPARE(problems[0].part, QStringLiteral("Doc_0/Signs/Signature.xml"));
+    QVERIFY(problems[0].text.contains(QStringLiteral("Seal.esl")));
 }
 
 void TestOfdSeals::brokenSealDataNeverLeadAstray()
