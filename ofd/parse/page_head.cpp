@@ -64,7 +64,8 @@ PageHead ParseHead(const QByteArray& bytes)
 QByteArray WithoutContent(const QByteArray& bytes)
 {
     const int begin = FindTag(bytes, "Content", false);
-    if (begin < 0)
+    const int tagEnd = bytes.indexOf('>', begin);
+    if (begin < 0 || (tagEnd > 0 && bytes.at(tagEnd - 1) == '/')) // no content, or an empty one
         return bytes;
     int behind = -1; // the last end tag
     for (int at = FindTag(bytes, "Content", true, begin); at >= 0; at = FindTag(bytes, "Content", true, behind)) {

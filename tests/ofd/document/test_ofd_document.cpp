@@ -135,6 +135,9 @@ void TestOfdDocument::pageSizesComeFromTheNearestArea_data()
     QTest::newRow("own, behind a template") << reference + area + content << QSizeF(50.5, 60);
     QTest::newRow("of the template") << reference + content << QSizeF(70, 80);
     QTest::newRow("of the template, named behind the content") << content + reference << QSizeF(70, 80);
+    QTest::newRow("of the template, named behind an empty content") << "<ofd:Content/>" + reference << QSizeF(70, 80);
+    QTest::newRow("own, far behind an empty content")
+        << "<ofd:Content />" + QByteArray(5000, ' ') + area << QSizeF(50.5, 60);
     QTest::newRow("of the document") << content << QSizeF(100, 100);
     QTest::newRow("without namespace") << "<Area><PhysicalBox>0 0 50.5 60</PhysicalBox></Area>" + content
                                        << QSizeF(50.5, 60);
