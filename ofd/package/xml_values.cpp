@@ -202,6 +202,11 @@ quint32 IdAttribute(const pugi::xml_node& node, std::string_view localName, quin
     return ValueOf(node, localName, ParseId).value_or(missing);
 }
 
+int IdForPlace(const pugi::xml_node& node)
+{
+    return int(ParseId(Attribute(node, "ID").as_string()).value_or(0));
+}
+
 bool BooleanAttribute(const pugi::xml_node& node, std::string_view localName, bool missing)
 {
     return ValueOf(node, localName, ParseBoolean).value_or(missing);

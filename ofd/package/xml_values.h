@@ -36,6 +36,8 @@ bool EqualsWord(std::string_view text, std::string_view word);
 double NumberAttribute(const pugi::xml_node& node, std::string_view localName, double missing = 0);
 int IntegerAttribute(const pugi::xml_node& node, std::string_view localName, int missing = 0);
 quint32 IdAttribute(const pugi::xml_node& node, std::string_view localName, quint32 missing = 0);
+// The attribute ID, to say where something stands: one that cannot be read is 0 here and is told by who needs it.
+int IdForPlace(const pugi::xml_node& node);
 bool BooleanAttribute(const pugi::xml_node& node, std::string_view localName, bool missing);
 std::optional<QRectF> BoxAttribute(const pugi::xml_node& node, std::string_view localName);
 std::optional<QVector<double>> ArrayAttribute(const pugi::xml_node& node, std::string_view localName);

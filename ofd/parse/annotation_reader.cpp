@@ -141,7 +141,7 @@ std::shared_ptr<PageAnnotations> ReadPageAnnotations(const Package& package, con
         const ProblemScope scope(part);
         int ordinal = 0;
         for (const pugi::xml_node& element : ChildElements(xml->GetRoot(), "Annot")) {
-            const ProblemPlace place(int(IdAttribute(element, "ID")), xml->PlaceOf(element));
+            const ProblemPlace place(IdForPlace(element), xml->PlaceOf(element));
             page->annotations.push_back(ReadAnnotation(element, *resources));
             TellOfId(page->annotations.back().id, ids);
             page->annotations.back().part = part;

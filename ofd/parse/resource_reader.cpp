@@ -53,7 +53,7 @@ private:
             context.baseLoc = AttributeText(part->GetRoot(), "BaseLoc").trimmed();
             for (const pugi::xml_node& holder : ChildElements(part->GetRoot(), list)) {
                 for (const pugi::xml_node& element : ChildElements(holder, item)) {
-                    const ProblemPlace place(int(IdAttribute(element, "ID")), part->PlaceOf(element));
+                    const ProblemPlace place(IdForPlace(element), part->PlaceOf(element));
                     add(element);
                 }
             }

@@ -47,6 +47,7 @@ private slots:
     void informationIsNoProblem();
     void everyKindHasAWordOfItsOwn();
     void aDocumentTellsWhereInItsPartsThingsAreWrong();
+    void anIdentifierThatCannotBeReadIsToldOnceAndWhere();
     void listsInTheDocumentAndMissingIdentifiersOfAnnotationsAreNoProblems();
 };
 
@@ -160,6 +161,23 @@ void TestProblemLog::everyKindHasAWordOfItsOwn()
     }
     QCOMPARE(QByteArray(WordOf(ProblemKind::PageFailed)), QByteArray("page-failed"));
     QCOMPARE(QByteArray(WordOf(ProblemKind::MissingPart)), QByteArray("missing-part"));
+}
+
+void TestProblemLog::anIdentifierThatCannotBeReadIsToldOnceAndWhere()
+{
+    const QTemporaryDir folder;
+    OfdFile file = OfdFile::WithPages(1);
+    file.Tail("<ofd:Annotations>List.xml</ofd:Annotations>");
+    file.Set(QStringLiteral("Doc_0/List.xml"),
+             Element("Annotations", "<ofd:Page PageID=\"1\"><ofd:FileLoc>Notes.xml</ofd:FileLoc></ofd:Page>"));
+    file.Set(QStringLiteral("Doc_0/Notes.xml"), Element("PageAnnot", "<ofd:Annot ID=\"abc\" Type=\"Stamp\"/>"));
+    const OpenResult opened = OfdDocument::Open(file.Write(folder.filePath(QStringLiteral("bad.ofd"))));
+    QVERIFY(opened);
+    opened.document->Renderer()->RenderPage({});
+    const std::vector<Problem> problems = opened.document->GetProblems();
+    QCOMPARE(int(problems.size()), 1);
+    QVERIFY(problems[0].text.contains(QStringLiteral("abc")));
+    QVERIFY(file.Part(problems[0].part).mid(int(problems[0].offset)).startsWith("<ofd:Annot ID"));
 }
 
 void TestProblemLog::listsInTheDocumentAndMissingIdentifiersOfAnnotationsAreNoProblems()
