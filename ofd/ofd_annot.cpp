@@ -122,6 +122,7 @@ void OfdAnnot::MarkSaved(int newOrdinal, const QByteArray& oldXml)
 
 void OfdAnnot::UpdateSession()
 {
+    store.KeepPageAnnotations(page->GetIndex(), list);
     store.GetSession().SetAnnotationHidden(page->GetIndex(), position, isRemoved || !isVisibleNow);
 }
 

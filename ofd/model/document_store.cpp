@@ -286,6 +286,9 @@ std::shared_ptr<const PageAnnotations> DocumentStore::GetPageAnnotations(int pag
 {
     const std::shared_ptr<const Resources> known = GetResources();
     const std::lock_guard<std::mutex> lock(annotationMutex);
+    const auto kept = keptAnnotations.constFind(pageIndex);
+    if (kept != keptAnnotations.constEnd())
+        return *kept;
     if (const auto* found = annotations.object(pageIndex))
         return *found;
     const std::shared_ptr<const Package> source = GetPackage();
@@ -307,6 +310,12 @@ std::shared_ptr<const PageAnnotations> DocumentStore::GetPageAnnotations(int pag
     annotations.insert(pageIndex, new std::shared_ptr<const PageAnnotations>(page),
                        CostOf(bytes, CachedAnnotationBytes));
     return page;
+}
+
+void DocumentStore::KeepPageAnnotations(int pageIndex, std::shared_ptr<const PageAnnotations> list)
+{
+    const std::lock_guard<std::mutex> lock(annotationMutex);
+    keptAnnotations.insert(pageIndex, std::move(list));
 }
 
 LayerKind DocumentStore::GetTemplateKind(int templateId)

@@ -74,6 +74,9 @@ public:
     // Empty when there is no such template.
     std::shared_ptr<const PageContent> GetTemplateContent(int templateId);
     std::shared_ptr<const PageAnnotations> GetPageAnnotations(int pageIndex);
+    // From now on the page's annotations are these, whatever a save makes of the file: what is hidden or removed is
+    // told by its position among them.
+    void KeepPageAnnotations(int pageIndex, std::shared_ptr<const PageAnnotations> list);
     std::shared_ptr<const Resources> GetResources();
     // The z-order of a template on a page that says `onPage` of it.
     LayerKind GetTemplateKind(int templateId, const QString& onPage) const;
@@ -116,8 +119,9 @@ private:
     QHash<int, QString> templateOrders; // by id; what the first page says of it
     std::mutex annotationMutex;
     std::unique_ptr<AnnotationIndex> annotationIndex;
-    bool isAnnotationListBroken = false;                             // known with the index
-    QCache<int, std::shared_ptr<const PageAnnotations>> annotations; // by page index; weighed in bytes
+    bool isAnnotationListBroken = false;                                // known with the index
+    QCache<int, std::shared_ptr<const PageAnnotations>> annotations;    // by page index; weighed in bytes
+    QHash<int, std::shared_ptr<const PageAnnotations>> keptAnnotations; // by page index; never dropped
 };
 
 } // namespace ofd

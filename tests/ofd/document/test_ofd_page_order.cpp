@@ -22,6 +22,7 @@ private slots:
     void aTemplateWithoutAnOrderHasThatOfItsFirstUse();
     void hiddenThingsAreNotPainted();
     void annotationsArePaintedOnTop();
+    void aRemovedAnnotationHidesNoOtherAfterASave();
     void aRegionIsThatPartOfThePage();
     void aPageIsPaintedTheSameInManyThreads();
     void aCancelledPageGivesNothing();
@@ -157,6 +158,45 @@ void TestOfdPageOrder::annotationsArePaintedOnTop()
     QVERIFY(annot->GetRemark().IsEmpty());
     QVERIFY(opened.document->ReviveAnnot(annot));
     QCOMPARE(colour(), QColor(Qt::blue));
+}
+
+void TestOfdPageOrder::aRemovedAnnotationHidesNoOtherAfterASave()
+{
+    const auto annotation = [](const QByteArray& id, const QByteArray& boundary, const QByteArray& colour) {
+        return "<ofd:Annot ID=\"" + id + "\" Type=\"Highlight\"><ofd:Appearance Boundary=\"" + boundary + "\">" +
+               FilledSquare(0, 0, colour) + "</ofd:Appearance></ofd:Annot>";
+    };
+    // More than is kept of annotations, so that those of other pages are read again.
+    const QByteArray heavy = "<ofd:Annot ID=\"9\" Type=\"Path\"><ofd:Appearance Boundary=\"0 0 1 1\"><ofd:PathObject "
+                             "ID=\"10\" Visible=\"false\"><ofd:AbbreviatedData>M 0 0 " +
+                             QByteArray("L 1 1 ").repeated(1'000'000) +
+                             "</ofd:AbbreviatedData></ofd:PathObject></ofd:Appearance></ofd:Annot>";
+    OfdFile file = OfdFile::WithPages(2).Tail("<ofd:Annotations>A.xml</ofd:Annotations>");
+    file.Set(QStringLiteral("Doc_0/A.xml"),
+             Element("Annotations", "<ofd:Page PageID=\"1\"><ofd:FileLoc>P.xml</ofd:FileLoc></ofd:Page>"
+                                    "<ofd:Page PageID=\"2\"><ofd:FileLoc>Q.xml</ofd:FileLoc></ofd:Page>"));
+    file.Set(QStringLiteral("Doc_0/P.xml"),
+             Element("PageAnnot", annotation("7", "10 10 30 30", "Value=\"0 0 255\"") +
+                                      annotation("8", "50 50 30 30", "Value=\"255 0 0\"")));
+    file.Set(QStringLiteral("Doc_0/Q.xml"), Element("PageAnnot", heavy));
+    const ofd::OpenResult opened = ofd::OfdDocument::Open(file.Write(folder.filePath(QStringLiteral("removed.ofd"))));
+    QVERIFY(opened);
+    const auto paint = [&](int page) {
+        G_RenderRequest request;
+        request.pageIndex = page;
+        request.pixelsPerMm = PixelsPerMm;
+        return opened.document->Renderer()->RenderPage(request).image;
+    };
+    IG_Page* page = opened.document->GetPage(0);
+    QCOMPARE(page->LoadAnnots(), 0);
+    IG_Annot* first = page->GetAnnotById(7);
+    QVERIFY(opened.document->RemoveAnnot(first));
+    QVERIFY(opened.document->Save());
+    paint(1);
+    QCOMPARE(ColourAt(paint(0), 20, 20), QColor(Qt::white));
+    QCOMPARE(ColourAt(paint(0), 60, 60), QColor(Qt::red));
+    QVERIFY(opened.document->ReviveAnnot(first));
+    QCOMPARE(ColourAt(paint(0), 20, 20), QColor(Qt::blue));
 }
 
 void TestOfdPageOrder::aRegionIsThatPartOfThePage()
