@@ -66,6 +66,11 @@ QByteArray EscapeAttribute(const QString& text)
     return Escape(text, true);
 }
 
+QString FormatId(int id)
+{
+    return QString::number(quint32(id));
+}
+
 QByteArray FormatNumber(double value, int decimals)
 {
     if (!std::isfinite(value))

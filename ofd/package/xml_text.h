@@ -11,6 +11,8 @@ namespace ofd {
 QByteArray EscapeText(const QString& text);
 // UTF-8 for use between double quotes.
 QByteArray EscapeAttribute(const QString& text);
+// An identifier as files write it: those above the range of int are negative numbers in the program.
+QString FormatId(int id);
 // At most that many decimals, no exponent, no trailing zeros, no "-0"; "0" for what is not finite. Four decimals suit
 // lengths, six suit matrices.
 QByteArray FormatNumber(double value, int decimals = 4);

@@ -163,7 +163,7 @@ bool AnnotationWriter::WriteList(PackageChanges& changes, PackageError& error)
     }
     for (auto part = returned.cbegin(); part != returned.cend(); ++part) {
         XmlFragment xml(PrefixOf(root));
-        xml.Open("Page").Attribute("PageID", QString::number(*part));
+        xml.Open("Page").Attribute("PageID", FormatId(*part));
         xml.Element("FileLoc", MakeReference(part.key(), listPart, RefersFromRoot(root)));
         edit.AppendChild(root, xml.Close().GetBytes());
     }

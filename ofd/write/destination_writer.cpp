@@ -29,7 +29,7 @@ QVector<DestinationAttribute> AttributesOf(const G_Dest& dest, const DocumentStr
     const int pageId = dest.pageId ? dest.pageId : structure.pages.value(dest.pageIndex).id;
     const bool hasAll = mode == 0 || mode == 4;
     return {{"Type", QString::fromLatin1(DestinationTypes[mode])},
-            {"PageID", QString::number(pageId)},
+            {"PageID", FormatId(pageId)},
             {"Left", hasAll || mode == 3 ? Number(double(dest.left)) : QString()},
             {"Top", hasAll || mode == 2 ? Number(double(dest.top)) : QString()},
             {"Right", hasAll ? Number(double(dest.right)) : QString()},

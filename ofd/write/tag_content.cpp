@@ -108,8 +108,8 @@ QVector<Reference> ReferencesIn(const QVector<G_PageObjRef>& objects)
 
 void AppendReference(XmlFragment& xml, const Reference& reference)
 {
-    xml.Open("ObjectRef").Attribute("PageRef", QString::number(reference.first));
-    xml.Text(QString::number(reference.second)).Close();
+    xml.Open("ObjectRef").Attribute("PageRef", FormatId(reference.first));
+    xml.Text(FormatId(reference.second)).Close();
 }
 
 Reference ReferenceOf(const pugi::xml_node& element)

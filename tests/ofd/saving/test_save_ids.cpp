@@ -2,6 +2,7 @@
 
 #include <frame/document/ig_annot.h>
 #include <frame/document/ig_page.h>
+#include <frame/document/payloads.h>
 #include <ofd/model/unit_ids.h>
 #include <tests/support/byte_streams.h>
 #include <tests/support/test_main.h>
@@ -52,6 +53,7 @@ private slots:
     void onesThatWereFreedAreNotGivenOutAgain();
     void threadsNeverGetTheSame();
     void annotationsOfAllPagesGetDifferentOnes();
+    void onesAboveTheRangeOfIntAreWrittenAsTheyAre();
 
 private:
     std::unique_ptr<SavingDesk> desk;
@@ -193,6 +195,37 @@ void TestSaveIds::annotationsOfAllPagesGetDifferentOnes()
     QVERIFY(PartOf(path, QStringLiteral("Doc_0/A1.xml")).contains(" ID=\"501\""));
     QVERIFY(PartOf(path, QStringLiteral("Doc_0/A2.xml")).contains(" ID=\"502\""));
     QVERIFY(PartOf(path, DocumentPart).contains("<ofd:MaxUnitID>502<"));
+}
+
+// They are legal, and negative in the program.
+void TestSaveIds::onesAboveTheRangeOfIntAreWrittenAsTheyAre()
+{
+    OfdFile file = OfdFile::WithPages(1);
+    file.Tail("<ofd:CustomTags>Tags.xml</ofd:CustomTags>");
+    file.Set(
+        QStringLiteral("Doc_0/Tags.xml"),
+        Element("CustomTags", "<ofd:CustomTag NameSpace=\"n\"><ofd:FileLoc>Tag.xml</ofd:FileLoc></ofd:CustomTag>"));
+    file.Set(QStringLiteral("Doc_0/Tag.xml"),
+             Element("root", "<ofd:a><ofd:ObjectRef PageRef=\"4294967295\">4000000000</ofd:ObjectRef></ofd:a>"));
+    file.Set(DocumentPart, file.Part(DocumentPart).replace("<ofd:Page ID=\"1\"", "<ofd:Page ID=\"4294967295\""));
+    const QString path = desk->Saved(file, [](ofd::OfdDocument& document) {
+        document.CreateBookmarkRoot();
+        auto* bookmark = new G_Bookmark; // owned by its node
+        bookmark->name = "b";
+        bookmark->dest->pageId = document.PageIdFromIndex(0);
+        document.GetBookmarkRoot()->AddSubNode(0, bookmark);
+        G_TreeNode* top = document.CustomTagRoot(0)->SubNode(0);
+        const auto* tag = dynamic_cast<G_CustomTagItem*>(top->SubNode(0)->data);
+        auto* copy = new G_CustomTagItem; // owned by its node
+        copy->tagName = "b";
+        copy->objects.Add(new G_PageObjRef(*tag->objects.GetAt(0)));
+        top->AddSubNode(1, copy);
+    });
+    QVERIFY(PartOf(path, DocumentPart).contains("PageID=\"4294967295\""));
+    QVERIFY(PartOf(path, QStringLiteral("Doc_0/Tag.xml"))
+                .contains("<ofd:b><ofd:ObjectRef PageRef=\"4294967295\">4000000000</ofd:ObjectRef></ofd:b>"));
+    const auto again = desk->Open(path);
+    QCOMPARE(dynamic_cast<G_Bookmark*>(again->GetBookmarkRoot()->SubNode(0)->data)->dest->pageIndex, 0);
 }
 
 TETO_TEST_MAIN(TestSaveIds)
