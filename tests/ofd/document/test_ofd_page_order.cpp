@@ -169,16 +169,18 @@ void TestOfdPageOrder::aRemovedAnnotationHidesNoOtherAfterASave()
     // More than is kept of annotations, so that those of other pages are read again.
     const QByteArray heavy = "<ofd:Annot ID=\"9\" Type=\"Path\"><ofd:Appearance Boundary=\"0 0 1 1\"><ofd:PathObject "
                              "ID=\"10\" Visible=\"false\"><ofd:AbbreviatedData>M 0 0 " +
-                             QByteArray("L 1 1 ").repeated(1'000'000) +
+                             QByteArray("L 1 1 L 0 0 ").repeated(150'000) +
                              "</ofd:AbbreviatedData></ofd:PathObject></ofd:Appearance></ofd:Annot>";
     OfdFile file = OfdFile::WithPages(2).Tail("<ofd:Annotations>A.xml</ofd:Annotations>");
-    file.Set(QStringLiteral("Doc_0/A.xml"),
-             Element("Annotations", "<ofd:Page PageID=\"1\"><ofd:FileLoc>P.xml</ofd:FileLoc></ofd:Page>"
-                                    "<ofd:Page PageID=\"2\"><ofd:FileLoc>Q.xml</ofd:FileLoc></ofd:Page>"));
+    QByteArray entries = "<ofd:Page PageID=\"1\"><ofd:FileLoc>P.xml</ofd:FileLoc></ofd:Page>";
+    for (const char* part : {"Q0.xml", "Q1.xml", "Q2.xml"}) {
+        entries += QByteArray("<ofd:Page PageID=\"2\"><ofd:FileLoc>") + part + "</ofd:FileLoc></ofd:Page>";
+        file.Set(QStringLiteral("Doc_0/") + part, Element("PageAnnot", heavy));
+    }
+    file.Set(QStringLiteral("Doc_0/A.xml"), Element("Annotations", entries));
     file.Set(QStringLiteral("Doc_0/P.xml"),
              Element("PageAnnot", annotation("7", "10 10 30 30", "Value=\"0 0 255\"") +
                                       annotation("8", "50 50 30 30", "Value=\"255 0 0\"")));
-    file.Set(QStringLiteral("Doc_0/Q.xml"), Element("PageAnnot", heavy));
     const ofd::OpenResult opened = ofd::OfdDocument::Open(file.Write(folder.filePath(QStringLiteral("removed.ofd"))));
     QVERIFY(opened);
     const auto paint = [&](int page) {
