@@ -138,7 +138,7 @@ PropertySection OfdTexts::Signatures(const ofd::OfdDocument& document)
     for (const ofd::SignatureFacts& signature : list.signatures)
         section.groups.append(SignatureGroup(signature, section.groups.size() + 1));
     if (list.more > 0)
-        section.groups.append({{QString(), tr("%n more signature(s) are not listed.", nullptr, list.more)}});
+        section.groups.append({{QString(), tr("Further signatures, not listed: %1").arg(list.more)}});
     if (section.groups.isEmpty())
         section.groups.append({{QString(), tr("The document lists no signature.")}});
     return section;
@@ -154,7 +154,7 @@ PropertySection OfdTexts::Fonts(ofd::OfdDocument& document)
         group.append({font.name.isEmpty() ? tr("(no name)") : font.name, font.isEmbedded ? tr("embedded") : standIn});
     }
     if (list.more > 0)
-        group.append({QString(), tr("%n more font(s) are not listed.", nullptr, list.more)});
+        group.append({QString(), tr("Further fonts, not listed: %1").arg(list.more)});
     if (group.isEmpty())
         group.append({QString(), tr("The document names no fonts.")});
     return {tr("The fonts that the document itself names. Pages may bring further ones."), {group}};
@@ -172,7 +172,7 @@ PropertyGroup OfdTexts::ProblemGroup(const ofd::Problem& problem)
         places += tr("object %1").arg(problem.objectId);
     AddSaid(group, tr("Position"), places.join(QStringLiteral(", ")));
     if (problem.more > 0)
-        group.append({QString(), tr("%n more of this kind in this part.", nullptr, problem.more)});
+        group.append({QString(), tr("Further ones of this kind in this part: %1").arg(problem.more)});
     return group;
 }
 

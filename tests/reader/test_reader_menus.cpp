@@ -65,6 +65,8 @@ private:
         QTest::addColumn<QString>("tool");
         QTest::newRow("bookmarks") << QStringLiteral("vn_bookmark");
         QTest::newRow("outline") << QStringLiteral("vn_outline");
+        QTest::newRow("page, hand") << QStringLiteral("t_handtool");
+        QTest::newRow("page, text") << QStringLiteral("t_textselect");
     }
 
     static QStringList Operations(const ReaderDesk& desk, const QString& tool)

@@ -1,0 +1,182 @@
+#include "find_desk.h"
+
+#include <tests/support/test_main.h>
+
+#include <frame/operation/event_manager.h>
+
+#include <QClipboard>
+#include <QUndoStack>
+#include <QtTest>
+
+namespace {
+
+constexpr int manyPages = 1000;
+
+QString LongDocument()
+{
+    QString text;
+    for (int page = 0; page < manyPages; ++page)
+        text += QStringLiteral("page 210 297\n  layer 1 Text\n  text 20 30 words of page %1 of many\n").arg(page);
+    return text;
+}
+
+} // namespace
+
+// Searches that last: long documents, and what happens to the document meanwhile.
+class TestReaderFindLong : public QObject
+{
+    Q_OBJECT
+private slots:
+    void aLongDocumentIsSearchedBetweenEvents();
+    void newTypingCancelsTheSearchThatRuns();
+    void goingBackWaitsForPagesThatWereNotSearchedYet();
+    void closingATabDuringASearchIsSafe();
+    void closingTheWindowDuringASearchIsSafe();
+    void editsAndUndoDoNotDisturb();
+    void changedPagesAreSearchedAnew();
+    void aTextThatIsFoundTooOftenIsCut();
+    void copyGivesAllOfASelectionThatIsStillBeingRead();
+};
+
+void TestReaderFindLong::aLongDocumentIsSearchedBetweenEvents()
+{
+    FindDesk desk(LongDocument());
+    desk.PressFind();
+    desk.Box()->setText("words of page");
+    QTRY_VERIFY(desk.Search()->CurrentNumber() == 1);
+    QVERIFY(desk.Search()->IsSearching()); // the first match is shown long before the last is known
+    QVERIFY(desk.State().endsWith(QChar(0x2026)));
+    int turns = 0;
+    while (desk.Search()->IsSearching()) {
+        QCoreApplication::processEvents();
+        ++turns;
+    }
+    QVERIFY2(turns > 3, qPrintable(QString::number(turns)));
+    QCOMPARE(desk.State(), QString("1 of %1").arg(manyPages));
+}
+
+void TestReaderFindLong::newTypingCancelsTheSearchThatRuns()
+{
+    FindDesk desk(LongDocument());
+    desk.PressFind();
+    desk.Box()->setText("words");
+    QTRY_VERIFY(desk.Search()->MatchCount() > 0);
+    QVERIFY(desk.Search()->IsSearching());
+    desk.Box()->setText("page 998 of");
+    QCOMPARE(desk.Search()->MatchCount(), 0);
+    QCOMPARE(desk.State(), QString::fromUtf8("Searching…"));
+    desk.Wait();
+    QCOMPARE(desk.State(), QString("1 of 1"));
+    QCOMPARE(desk.CurrentPage(), 998);
+    QVERIFY(desk.IsCurrentInView());
+}
+
+void TestReaderFindLong::goingBackWaitsForPagesThatWereNotSearchedYet()
+{
+    FindDesk desk(LongDocument());
+    desk.PressFind();
+    desk.Box()->setText("words");
+    QTRY_VERIFY(desk.Search()->CurrentNumber() == 1);
+    QVERIFY(desk.Search()->IsSearching());
+    QTest::keyClick(desk.Box(), Qt::Key_Return, Qt::ShiftModifier);
+    QVERIFY(desk.Search()->IsSearching());
+    QCOMPARE(desk.CurrentPage(), 0);
+    desk.Wait();
+    QCOMPARE(desk.CurrentPage(), manyPages - 1);
+    QCOMPARE(desk.State(), QString("%1 of %1").arg(manyPages));
+}
+
+void TestReaderFindLong::closingATabDuringASearchIsSafe()
+{
+    FindDesk desk;
+    desk.Open(LongDocument());
+    desk.PressFind();
+    desk.Box()->setText("words");
+    QTRY_VERIFY(desk.Search()->MatchCount() > 0);
+    QVERIFY(desk.Search()->IsSearching());
+    QVERIFY(desk.Window()->CloseTab(1));
+    QVERIFY(!desk.Bar()->isVisible());
+    QTest::qWait(50);
+    desk.Find("contract");
+    QCOMPARE(desk.State(), QString("1 of 3"));
+    QVERIFY(desk.Window()->CloseTab(0));
+    QVERIFY(!desk.Bar()->isVisible());
+    desk.PressFind(); // nothing is open
+    QTest::keyClick(desk.Window(), Qt::Key_F3);
+    QVERIFY(!desk.Bar()->isVisible());
+}
+
+void TestReaderFindLong::closingTheWindowDuringASearchIsSafe()
+{
+    FindDesk desk(LongDocument());
+    desk.PressFind();
+    desk.Box()->setText("words");
+    QTRY_VERIFY(desk.Search()->MatchCount() > 0);
+    desk.desk.CloseWindow();
+    QVERIFY(!desk.Window());
+    QTest::qWait(50);
+}
+
+void TestReaderFindLong::editsAndUndoDoNotDisturb()
+{
+    ReaderDesk desk;
+    QVERIFY(desk.Window()->OpenFile(desk.Sample("tour.ofd")));
+    QVERIFY(desk.WaitForPanes());
+    DocumentSearch* search = desk.Window()->CurrentTab()->Search();
+    QTest::keyClick(desk.Window(), Qt::Key_F, Qt::ControlModifier);
+    auto* box = desk.Window()->findChild<QLineEdit*>("findText");
+    QTest::keyClicks(box, "e");
+    QTRY_VERIFY(!search->IsSearching());
+    const int count = search->MatchCount();
+    QVERIFY(count > 1);
+    search->GoToNext();
+    const int number = search->CurrentNumber();
+    QVERIFY(desk.Context()->PerformOperation("d_addbookmark", QString()));
+    desk.View()->UndoStack()->undo();
+    desk.View()->UndoStack()->redo();
+    QCoreApplication::processEvents();
+    QCOMPARE(search->MatchCount(), count);
+    QCOMPARE(search->CurrentNumber(), number);
+    QVERIFY(search->IsShown());
+    search->GoToNext();
+    QCOMPARE(search->CurrentNumber(), number + 1);
+}
+
+void TestReaderFindLong::changedPagesAreSearchedAnew()
+{
+    FindDesk desk;
+    desk.Find("contract");
+    emit desk.desk.Context()->EventMgr()->PageStructChanged(desk.View()->GDocument());
+    QVERIFY(desk.Search()->IsSearching());
+    desk.Wait();
+    QCOMPARE(desk.Search()->MatchCount(), 3);
+}
+
+void TestReaderFindLong::aTextThatIsFoundTooOftenIsCut()
+{
+    const QString line = QStringLiteral("  text 5 %1 ") + QString(100, 'a') + "\n";
+    QString page = "page 210 297\n  layer 1 Text\n";
+    for (int i = 0; i < 25; ++i)
+        page += line.arg(10 * i + 5);
+    FindDesk desk(page.repeated(9));
+    desk.Find("a");
+    QCOMPARE(desk.Search()->MatchCount(), int(DocumentSearch::maxMatches));
+    QVERIFY(desk.State().endsWith('+'));
+    QTest::keyClick(desk.Box(), Qt::Key_Return, Qt::ShiftModifier); // round the cut end
+    QCOMPARE(desk.Search()->CurrentNumber(), int(DocumentSearch::maxMatches));
+}
+
+void TestReaderFindLong::copyGivesAllOfASelectionThatIsStillBeingRead()
+{
+    FindDesk desk(LongDocument());
+    QGuiApplication::clipboard()->clear();
+    desk.View()->Widget()->setFocus();
+    QTest::keyClick(desk.Window(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(desk.Window(), Qt::Key_C, Qt::ControlModifier);
+    const QString text = QGuiApplication::clipboard()->text();
+    QCOMPARE(text.count('\n'), manyPages - 1);
+    QVERIFY(text.endsWith("words of page 999 of many"));
+}
+
+TETO_TEST_MAIN(TestReaderFindLong)
+#include "test_reader_find_long.moc"
