@@ -7,9 +7,11 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <string>
 
 namespace ofd {
 
@@ -54,11 +56,13 @@ char Folded(char c)
     return c >= 'A' && c <= 'Z' ? char(c + ('a' - 'A')) : c;
 }
 
-// Exactly that many numbers; nothing when there are fewer, more, or a bad one.
+// Exactly that many numbers, between blanks or commas; nothing when there are fewer, more, or a bad one.
 template <int Count>
 bool ParseExactly(std::string_view text, double (&values)[Count])
 {
-    const std::vector<std::string_view> words = SplitWords(text);
+    std::string separated(text);
+    std::replace(separated.begin(), separated.end(), ',', ' ');
+    const std::vector<std::string_view> words = SplitWords(separated);
     if (int(words.size()) != Count)
         return false;
     for (int i = 0; i < Count; ++i) {

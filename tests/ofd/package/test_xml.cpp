@@ -267,6 +267,7 @@ void TestXml::integersIdsAndBooleans()
 void TestXml::boxesPositionsAndArrays()
 {
     QCOMPARE(ParseBox("0 1.5\n-3  4"), std::optional<QRectF>(QRectF(0, 1.5, -3, 4)));
+    QCOMPARE(ParseBox("0,1.5, -3 ,4"), std::optional<QRectF>(QRectF(0, 1.5, -3, 4)));
     QVERIFY(!ParseBox("0 0 210"));
     QVERIFY(!ParseBox("0 0 210 297 1"));
     QVERIFY(!ParseBox("0 0 nan 297"));
