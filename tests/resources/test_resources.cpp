@@ -4,7 +4,9 @@
 #include <QImage>
 #include <QMovie>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QSvgRenderer>
+#include <QXmlStreamReader>
 #include <QtTest>
 
 namespace {
@@ -65,6 +67,49 @@ int PaintedPixels(QSvgRenderer& renderer, const QSize& size)
     return painted;
 }
 
+struct Translation
+{
+    QString context;
+    QString source;
+    QString text;
+    bool isUnfinished = false;
+};
+
+QList<Translation> Translations()
+{
+    QList<Translation> list;
+    QFile file(QStringLiteral(TETO_CATALOGUE));
+    if (!file.open(QIODevice::ReadOnly))
+        return list;
+    QXmlStreamReader xml(&file);
+    QString context;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        if (xml.name() == QLatin1String("name")) {
+            context = xml.readElementText();
+        } else if (xml.name() == QLatin1String("source")) {
+            list.append({context, xml.readElementText(), QString(), false});
+        } else if (xml.name() == QLatin1String("translation") && !list.isEmpty()) {
+            list.last().isUnfinished = xml.attributes().hasAttribute(QStringLiteral("type"));
+            list.last().text = xml.readElementText(QXmlStreamReader::IncludeChildElements);
+        }
+    }
+    return xml.hasError() ? QList<Translation>() : list;
+}
+
+// The places for arguments that a text has, each once, sorted.
+QStringList Places(const QString& text)
+{
+    QStringList places;
+    QRegularExpressionMatchIterator matches = QRegularExpression(QStringLiteral("%[0-9Ln]+")).globalMatch(text);
+    while (matches.hasNext())
+        places += matches.next().captured();
+    places.removeDuplicates();
+    places.sort();
+    return places;
+}
+
 } // namespace
 
 class TestResources : public QObject
@@ -76,6 +121,7 @@ private slots:
     void everyNamedPictureExistsParsesAndPaints();
     void disabledButtonsDifferFromEnabledOnes();
     void theSpinnerIsAnAnimationOfTwelveDifferentFrames();
+    void everyTextOfTheCatalogueIsTranslatedAndKeepsItsArguments();
 };
 
 void TestResources::everyNamedPictureExistsParsesAndPaints_data()
@@ -127,6 +173,17 @@ void TestResources::theSpinnerIsAnAnimationOfTwelveDifferentFrames()
         QCOMPARE(image.size(), QSize(48, 48));
         QVERIFY(!frames.contains(image));
         frames.append(image);
+    }
+}
+
+void TestResources::everyTextOfTheCatalogueIsTranslatedAndKeepsItsArguments()
+{
+    const QList<Translation> list = Translations();
+    QVERIFY(list.size() > 250);
+    for (const Translation& item : list) {
+        const QByteArray what = (item.context + QStringLiteral(": ") + item.source).toUtf8();
+        QVERIFY2(!item.isUnfinished && !item.text.trimmed().isEmpty(), what.constData());
+        QVERIFY2(Places(item.text) == Places(item.source), what.constData());
     }
 }
 
