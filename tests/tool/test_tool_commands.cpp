@@ -157,6 +157,10 @@ void TestToolCommands::infoTellsWhatTheDocumentHas()
     QCOMPARE(facts["file"].toString(), PlainFile());
     QCOMPARE(facts["bytes"].toDouble(), double(QFileInfo(PlainFile()).size()));
     QCOMPARE(facts["title"].toString(), QStringLiteral("annotation_readable"));
+    QCOMPARE(facts["formatVersion"].toString(), QStringLiteral("1.0"));
+    QCOMPARE(facts["author"].toString(), QStringLiteral("tetobaisfla"));
+    QCOMPARE(facts["creationDate"].toString(), QStringLiteral("2024-05-20"));
+    QVERIFY(facts["keywords"].isString());
     QCOMPARE(facts["pages"].toInt(), 2);
     QCOMPARE(facts["templates"].toInt(), 1);
     QCOMPARE(facts["outlineEntries"].toInt(), 2);
