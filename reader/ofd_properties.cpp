@@ -17,7 +17,7 @@ class OfdTexts
     Q_DECLARE_TR_FUNCTIONS(OfdProperties)
 public:
     static PropertySection General(ofd::OfdDocument& document);
-    static PropertySection Signatures(const ofd::OfdDocument& document);
+    static PropertySection Signatures(ofd::OfdDocument& document);
     static PropertySection Fonts(ofd::OfdDocument& document);
     static PropertySection Problems(const ofd::OfdDocument& document);
 
@@ -129,7 +129,7 @@ PropertyGroup OfdTexts::SignatureGroup(const ofd::SignatureFacts& signature, int
     return group;
 }
 
-PropertySection OfdTexts::Signatures(const ofd::OfdDocument& document)
+PropertySection OfdTexts::Signatures(ofd::OfdDocument& document)
 {
     const ofd::SignatureList list = document.GetSignatures(mostSignatures);
     PropertySection section;
@@ -139,8 +139,12 @@ PropertySection OfdTexts::Signatures(const ofd::OfdDocument& document)
         section.groups.append(SignatureGroup(signature, section.groups.size() + 1));
     if (list.more > 0)
         section.groups.append({{QString(), tr("Further signatures, not listed: %1").arg(list.more)}});
-    if (section.groups.isEmpty())
-        section.groups.append({{QString(), tr("The document lists no signature.")}});
+    if (section.groups.isEmpty()) {
+        const QString none = document.IsSignProtected()
+                                 ? tr("No signature is listed; the file carries a signed list of its parts instead.")
+                                 : tr("The document lists no signature.");
+        section.groups.append({{QString(), none}});
+    }
     return section;
 }
 

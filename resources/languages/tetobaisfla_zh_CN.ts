@@ -1154,6 +1154,10 @@ A reader of fixed-layout documents.</source>
         <source>Further ones of this kind in this part: %1</source>
         <translation>该部件中另有同类问题：%1</translation>
     </message>
+    <message>
+        <source>No signature is listed; the file carries a signed list of its parts instead.</source>
+        <translation>没有列出签名，但文件带有一份经签名的部件清单。</translation>
+    </message>
 </context>
 <context>
     <name>OpenDocumentFile</name>

@@ -14,11 +14,13 @@
 #include <QClipboard>
 #include <QFileInfo>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTextEdit>
+#include <QTranslator>
 #include <QtTest>
 
 namespace {
@@ -99,6 +101,7 @@ private slots:
     void signaturesAreListedAndSaidToBeUnverified_data();
     void signaturesAreListedAndSaidToBeUnverified();
     void aSignatureThatCannotBeReadIsListedAllTheSame();
+    void aSignedListOfPartsIsToldWhereNoSignatureIs();
     void fontsAreEmbeddedOrHaveAStandIn();
     void problemsTellWhatPartAndPosition();
     void problemsThatPaintingMeetsAreThereWhenTheTopicIsChosenAgain();
@@ -111,6 +114,7 @@ private slots:
     void textsCanBeSelectedAndLongOnesWrap();
     void everythingHasANameAndFitsTheScreen();
     void theActionFollowsTheDocument();
+    void inChineseAllOfItIsChinese();
     void theDialogLooksAsItShould();
 };
 
@@ -218,6 +222,15 @@ void TestReaderProperties::aSignatureThatCannotBeReadIsListedAllTheSame()
     QVERIFY(text.contains("Signature without a seal"));
     QCOMPARE(text.count("The signature cannot be read."), 200);
     QVERIFY(text.contains("Further signatures, not listed: 5"));
+}
+
+void TestReaderProperties::aSignedListOfPartsIsToldWhereNoSignatureIs()
+{
+    PropertiesDesk desk;
+    desk.OpenPath(SamplePath("deviations/integrity_list"));
+    desk.PressProperties();
+    QCOMPARE(desk.Said("Signed"), QString("Yes, not verified"));
+    QVERIFY(desk.Text(PropertyTopic::Signatures).contains("the file carries a signed list of its parts instead"));
 }
 
 void TestReaderProperties::fontsAreEmbeddedOrHaveAStandIn()
@@ -405,6 +418,29 @@ void TestReaderProperties::theActionFollowsTheDocument()
     QVERIFY(!(*found)->isEnabled());
     desk.desk.Window()->ShowProperties(); // nothing to tell of
     QVERIFY(!desk.Dialog());
+}
+
+void TestReaderProperties::inChineseAllOfItIsChinese()
+{
+    QTranslator chinese;
+    QVERIFY(chinese.load(qEnvironmentVariable("TETO_BIN") + "/languages/tetobaisfla_zh_CN.qm"));
+    QCoreApplication::installTranslator(&chinese);
+    PropertiesDesk desk;
+    desk.Open(Lease());
+    desk.AskProperties();
+    QStringList texts{desk.Dialog()->windowTitle().remove("file.ofd")};
+    for (int i = 0; i < desk.Topics()->count(); ++i)
+        texts << desk.Topics()->tabText(i);
+    for (const QPushButton* button : desk.Dialog()->findChildren<QPushButton*>())
+        texts << button->accessibleName() << button->text().remove("(&C)");
+    texts << desk.Text(PropertyTopic::Signatures) << desk.Text(PropertyTopic::Problems);
+    for (const QString& text : qAsConst(texts))
+        QVERIFY2(!text.contains(QRegularExpression("[A-Za-z]{2}")), qPrintable(text));
+    QCOMPARE(desk.Said(QString::fromUtf8("标题")), QString("The <b>lease"));
+    QCOMPARE(desk.Said(QString::fromUtf8("允许编辑")), QString::fromUtf8("否"));
+    QCOMPARE(desk.Said(QString::fromUtf8("当前页面尺寸")), QString::fromUtf8("100 × 100 毫米"));
+    Screens::SaveScreen(desk.Dialog(), "properties-chinese");
+    QCoreApplication::removeTranslator(&chinese);
 }
 
 void TestReaderProperties::theDialogLooksAsItShould()
