@@ -32,7 +32,7 @@ if [ $quick = 0 ]; then
   scripts/sanitized-tests.sh tsan
 
   step "fuzzing"
-  FUZZ_TIMEOUT=25 scripts/fuzz.sh 5
+  FUZZ_SEED=1 FUZZ_TIMEOUT=25 scripts/fuzz.sh 5
 fi
 
 step "tests"

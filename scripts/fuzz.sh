@@ -2,6 +2,8 @@
 # Builds the fuzz targets and runs each for some seconds on seeds from the sample documents. Fails at the end when one
 # of them found something; what it found is kept below build/fuzz/crashes/.
 # usage: fuzz.sh [SECONDS [TARGET...]]     60 seconds and all targets by default
+# FUZZ_SEED: where the random numbers start, by chance by default; given, a run tells whether a change broke something
+# and not whether it had luck
 # FUZZ_TIMEOUT: seconds that one input may take, 2 by default; more on a busy machine, so that only hangs are found
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -25,7 +27,7 @@ for target in "${@:-$bin/fuzz_*}"; do
   for program in $bin/$(basename "$target"); do
     name=$(basename "$program")
     mkdir -p "$corpus/$name"
-    if "$program" "$corpus/$name" -dict="$corpus/words.dict" -max_total_time="$seconds" -timeout="${FUZZ_TIMEOUT:-2}" -rss_limit_mb=1024 -malloc_limit_mb=900 \
+    if "$program" "$corpus/$name" -dict="$corpus/words.dict" -max_total_time="$seconds" -timeout="${FUZZ_TIMEOUT:-2}" -seed="${FUZZ_SEED:-0}" -rss_limit_mb=1024 -malloc_limit_mb=900 \
       -max_len=65536 -artifact_prefix="build/fuzz/crashes/$name-" -print_final_stats=1 -verbosity=1 \
       >"build/fuzz/logs/$name.txt" 2>&1; then
       echo "$name: $(sed -n 's/stat::number_of_executed_units: *//p' "build/fuzz/logs/$name.txt") inputs, no finding"
