@@ -71,6 +71,8 @@ public:
             place = std::abs(std::remainder(place * runs, 2.0));
             break;
         }
+        if (!(place >= 0 && place <= 1)) // there are more runs than numbers
+            return std::nullopt;
         return table[size_t(place * (TableSize - 1) + 0.5)];
     }
 

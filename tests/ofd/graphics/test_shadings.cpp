@@ -51,6 +51,7 @@ private slots:
     void anAxisEndsWhereItIsNotExtended_data();
     void anAxisEndsWhereItIsNotExtended();
     void coloursRepeatAlongTheAxis();
+    void coloursThatRepeatMoreOftenThanNumbersCanTellAreLeftOut();
     void positionsThatAreMissingSpreadEvenly();
     void circlesGrowFromTheStartToTheEnd();
     void circlesThatDoNotExtendLeaveThePaperAlone();
@@ -114,6 +115,16 @@ void TestOfdShadings::coloursRepeatAlongTheAxis()
     const QImage whole = PaintShading(Axial("MapType=\"Repeat\" Extend=\"3\"")); // the unit is the axis
     QVERIFY(Shows(whole, 70, 50, QColor(128, 0, 0), 6));
     QVERIFY(Shows(whole, 30, 50, QColor(128, 0, 0), 6));
+}
+
+void TestOfdShadings::coloursThatRepeatMoreOftenThanNumbersCanTellAreLeftOut()
+{
+    for (const char* type : {"Repeat", "Reflect"}) {
+        const QImage image =
+            PaintShading(Axial("MapType=\"" + QByteArray(type) + "\" MapUnit=\"1e-307\" Extend=\"3\""));
+        QVERIFY(Shows(image, 50, 50, White));
+        QVERIFY(Shows(image, 75, 50, White));
+    }
 }
 
 void TestOfdShadings::positionsThatAreMissingSpreadEvenly()
