@@ -13,6 +13,7 @@
 #include <QPainter>
 
 #include <cmath>
+#include <new>
 
 namespace ofd {
 
@@ -77,6 +78,7 @@ public:
         const auto paintDocument = [&request](QPainter& onto, DocumentStore& document) {
             G_RenderRequest first;
             first.cancelled = request.cancelled;
+            const ProblemScope scope(document.GetProblems(), document.GetStructure().pages.value(0).part);
             PagePainting painting(onto, document, first, nullptr, QRect());
             return painting.PaintPage(*document.GetPageContent(0).content) &&
                    painting.PaintAnnotations(*document.GetPageAnnotations(0));
@@ -155,6 +157,11 @@ private:
     int templateCount = 0;      // painted so far
 };
 
+QString NoMemory()
+{
+    return QCoreApplication::translate("OfdDocument", "There is not enough memory to paint the page.");
+}
+
 } // namespace
 
 OfdPageRenderer::OfdPageRenderer(std::shared_ptr<DocumentStore> store)
@@ -169,7 +176,31 @@ QSizeF OfdPageRenderer::PageSizeMm(int pageIndex)
     return store->GetPageSize(pageIndex);
 }
 
+// What painting took is free again when it fails, so that there is room for the empty sheet.
 G_RenderResult OfdPageRenderer::RenderPage(const G_RenderRequest& request)
+{
+    try {
+        return Paint(request);
+    } catch (const std::bad_alloc&) {
+        return EmptySheet(request);
+    }
+}
+
+G_RenderResult OfdPageRenderer::EmptySheet(const G_RenderRequest& request)
+{
+    G_RenderResult result;
+    result.error = NoMemory();
+    try {
+        const QRectF pageRect(QPointF(), store->GetPageSize(request.pageIndex) * request.pixelsPerMm);
+        const QRect region = request.region.isEmpty() ? pageRect.toAlignedRect() : request.region;
+        result.image = QImage(region.size(), QImage::Format_RGB32);
+        result.image.fill(Qt::white);
+    } catch (const std::bad_alloc&) { // then there is the error alone
+    }
+    return result;
+}
+
+G_RenderResult OfdPageRenderer::Paint(const G_RenderRequest& request)
 {
     G_RenderResult result;
     if (PagePainting::IsCancelled(request))
@@ -187,7 +218,7 @@ G_RenderResult OfdPageRenderer::RenderPage(const G_RenderRequest& request)
     const QRect wanted(region.topLeft() - painted.topLeft(), region.size());
     QImage image(painted.size(), QImage::Format_RGB32);
     if (image.isNull()) {
-        result.error = QCoreApplication::translate("OfdDocument", "There is not enough memory to paint the page.");
+        result.error = NoMemory();
         return result;
     }
     image.fill(Qt::white);

@@ -17,11 +17,15 @@ public:
     explicit OfdPageRenderer(std::shared_ptr<DocumentStore> store);
     ~OfdPageRenderer() override;
 
+    // Where memory runs out the page is an empty sheet, and the error tells.
     G_RenderResult RenderPage(const G_RenderRequest& request) override;
     QSizeF PageSizeMm(int pageIndex) override;
     DocumentStore& GetStore() const { return *store; }
 
 private:
+    G_RenderResult Paint(const G_RenderRequest& request);
+    G_RenderResult EmptySheet(const G_RenderRequest& request);
+
     const std::shared_ptr<DocumentStore> store;
 };
 

@@ -19,6 +19,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <new>
 
 namespace {
 
@@ -85,6 +86,7 @@ private slots:
     void tilesOfAPageAreTheWholePageInPieces_data();
     void tilesOfAPageAreTheWholePageInPieces();
     void aLongPaintingTellsWhatIsThereAndCanBeGivenUp();
+    void aPageForWhichMemoryRunsOutIsAnEmptySheetThatTells();
     void aHeavyPageShowsItsFirstObjectsInTheView();
     void scrollingAThousandPagesStaysWithinAllBudgets();
     void picturesThatArePaintedSmallAreDecodedSmall();
@@ -186,6 +188,23 @@ void TestOfdView::aLongPaintingTellsWhatIsThereAndCanBeGivenUp()
     QCOMPARE(told, 1);
     QCOMPARE(soFar.size(), QSize(2000, 2000));
     QVERIFY(qRed(soFar.pixel(1000, 1000)) > qGreen(soFar.pixel(1000, 1000)) + 50);
+}
+
+void TestOfdView::aPageForWhichMemoryRunsOutIsAnEmptySheetThatTells()
+{
+    const QTemporaryDir folder;
+    const QString path = OfdFile::WithPage(HeavyPage()).Write(folder.filePath(QStringLiteral("heavy.ofd")));
+    const ofd::OpenResult opened = ofd::OfdDocument::Open(path);
+    QVERIFY(opened);
+    G_RenderRequest request;
+    request.pixelsPerMm = 20;
+    request.region = QRect(500, 500, 1000, 800);
+    request.partial = [](const QImage&) { throw std::bad_alloc(); }; // in the middle of the painting
+    const G_RenderResult result = opened.document->Renderer()->RenderPage(request);
+    QVERIFY(!result.error.isEmpty());
+    QImage empty(1000, 800, QImage::Format_RGB32);
+    empty.fill(Qt::white);
+    QCOMPARE(result.image, empty);
 }
 
 void TestOfdView::aHeavyPageShowsItsFirstObjectsInTheView()
