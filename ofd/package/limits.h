@@ -34,6 +34,7 @@ constexpr int MaxStamps = 100'000;
 constexpr int MaxStampsOnPage = 200;
 // A colour profile.
 constexpr qint64 MaxProfileBytes = qint64(16) << 20;
+constexpr qint64 MaxProfileBytesInAll = qint64(128) << 20; // of one list of resources
 
 // --- XML -------------------------------------------------------------------------------------------------------------
 
@@ -105,6 +106,8 @@ constexpr qint64 MaxImagePixels = 200'000'000;
 constexpr qint64 MaxImageBytes = qint64(768) << 20;
 // Of a picture that is seen through a mask; larger ones get coarser.
 constexpr qint64 MaxMaskedPixels = 32'000'000;
+// Times that a JPEG file goes over its picture; a dozen is usual. Quietly: the picture is not drawn.
+constexpr int MaxJpegScans = 200;
 // Bilevel pictures, whose decoder cannot be interrupted: segments, symbols of all dictionaries, bytes of one symbol,
 // bytes that putting symbols into regions copies at the most, cells of halftones. Quietly: the picture is not drawn.
 constexpr size_t MaxJbig2Segments = 100'000;

@@ -16,6 +16,7 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <functional>
 
 namespace ofd {
@@ -104,7 +105,9 @@ private:
         if (known != profiles.constEnd())
             return *known;
         std::shared_ptr<const ColorProfile> profile;
-        if (package.GetPartSize(part) <= limits::MaxProfileBytes) {
+        const qint64 size = package.GetPartSize(part);
+        if (size <= limits::MaxProfileBytes && profileBytes + size <= limits::MaxProfileBytesInAll) {
+            profileBytes += std::max<qint64>(size, 0); // negative when it is missing
             const PartData data = package.Read(part);
             if (!data.error)
                 profile = ColorProfile::FromBytes(data.bytes, channelCount);
@@ -165,6 +168,7 @@ private:
     Resources& resources;
     LocationContext context;
     QHash<QPair<QString, int>, std::shared_ptr<const ColorProfile>> profiles; // by part and number of channels
+    qint64 profileBytes = 0;                                                  // of all that were looked at
 };
 
 } // namespace

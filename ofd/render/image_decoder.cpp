@@ -44,6 +44,8 @@ QImage DecodeImage(const QByteArray& bytes, int eighths)
 {
     if (IsJbig2(bytes))
         return DecodeJbig2(bytes);
+    if (HasTooManyScans(bytes))
+        return QImage();
     if (IsInkJpeg(bytes))
         return DecodeInkJpeg(bytes);
     if (eighths < WholeInEighths && ShrinkableSize(bytes).isValid())

@@ -111,6 +111,28 @@ bool DecodeSmall(jpeg_decompress_struct& decoder, ErrorExit& errors, const QByte
 
 } // namespace
 
+bool HasTooManyScans(const QByteArray& bytes)
+{
+    if (!bytes.startsWith("\xff\xd8"))
+        return false;
+    const auto at = [&bytes](int i) { return int(quint8(bytes.at(i))); };
+    int scans = 0;
+    for (int place = bytes.indexOf('\xff', 2); place >= 0 && place + 3 < bytes.size();) {
+        const int marker = at(place + 1);
+        if (marker == 0xd9)
+            return false;
+        int next = place + 2; // behind what has no length: bytes of the picture, and marks between them
+        if (marker == 0xff)
+            next = place + 1;
+        else if (marker > 0x01 && !(marker >= 0xd0 && marker <= 0xd8))
+            next += at(place + 2) << 8 | at(place + 3);
+        if (marker == 0xda && ++scans > limits::MaxJpegScans)
+            return true;
+        place = bytes.indexOf('\xff', next);
+    }
+    return false;
+}
+
 bool IsInkJpeg(const QByteArray& bytes)
 {
     if (!bytes.startsWith("\xff\xd8"))

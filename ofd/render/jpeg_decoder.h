@@ -5,6 +5,9 @@
 
 namespace ofd {
 
+// Whether a JPEG file goes over its picture more often than a picture needs: a few bytes each, and all of it each time.
+bool HasTooManyScans(const QByteArray& bytes);
+
 // Whether the bytes are a JPEG file whose colours are four inks.
 bool IsInkJpeg(const QByteArray& bytes);
 // Decodes one, in the colours of the screen; null when it is broken or too large. Files that carry the mark of the

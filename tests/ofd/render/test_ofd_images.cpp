@@ -6,6 +6,7 @@
 #include <tests/support/test_main.h>
 
 #include <QBuffer>
+#include <QImageWriter>
 #include <QtTest>
 
 class TestOfdImages : public QObject
@@ -27,6 +28,7 @@ private slots:
     void veryLargePicturesAreAveragedDown_data();
     void veryLargePicturesAreAveragedDown();
     void kindsThatDocumentsDoNotCarryAreNotDecoded();
+    void aJpegPictureThatIsGoneOverAgainAndAgainIsNotDecoded();
 };
 
 namespace {
@@ -216,6 +218,27 @@ void TestOfdImages::kindsThatDocumentsDoNotCarryAreNotDecoded()
     QVERIFY(!QImage::fromData(bytes).isNull());
     QVERIFY(ofd::DecodeImage(bytes).isNull());
     QVERIFY(ofd::DecodeImage("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"8\" height=\"8\"/>").isNull());
+}
+
+void TestOfdImages::aJpegPictureThatIsGoneOverAgainAndAgainIsNotDecoded()
+{
+    QImage image(64, 64, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "jpeg");
+    writer.setProgressiveScanWrite(true);
+    QVERIFY(writer.write(image));
+    const QByteArray whole = buffer.data();
+    const int last = whole.lastIndexOf("\xff\xda");
+    QVERIFY(last > 0 && whole.endsWith("\xff\xd9"));
+    const QByteArray scan = whole.mid(last, whole.size() - 2 - last);
+    const auto repeated = [&](int times) { return whole.left(last) + scan.repeated(times) + "\xff\xd9"; };
+    QCOMPARE(ofd::DecodeImage(repeated(20)).size(), image.size());
+    QVERIFY(ofd::DecodeImage(repeated(300)).isNull());
+    // Words of a comment that look like scans are none.
+    const QByteArray comment = QByteArray("\xff\xfe\x04\x02") + QByteArray("\xff\xda").repeated(512);
+    QCOMPARE(ofd::DecodeImage(whole.left(2) + comment + whole.mid(2)).size(), image.size());
 }
 
 TETO_TEST_MAIN(TestOfdImages)
