@@ -321,13 +321,14 @@ DocumentSaveResult OfdDocument::SaveCopy(const QString& path) const
     DocumentSaveResult result;
     Private::SavePlan plan;
     PackageError error;
-    if (d->CollectChanges(plan, error)) {
+    const bool isCollected = d->CollectChanges(plan, error);
+    if (isCollected) {
         SaveOptions options;
         options.overwritesForeignChange = true;
         options.waitsForDisk = false;
         error = SavePackage(*d->store->GetPackage(), plan.changes, path, options).error;
     }
-    result.isSaved = !error;
+    result.isSaved = isCollected && !error;
     result.error = error.text;
     result.notWritten = GetUnsavableChanges();
     return result;

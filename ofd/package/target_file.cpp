@@ -364,7 +364,11 @@ PackageError TargetFile::Finish()
         if (::fchmod(descriptor, facts.st_mode & 07777) != 0)
             return WriteError(errno);
     }
-    if (waitsForDisk && ::fsync(descriptor) != 0)
+    if (waitsForDisk)
+        return ::fsync(descriptor) == 0 ? PackageError() : WriteError(errno);
+    // Some file systems, those of a network above all, tell only now what they could not write.
+    const int twin = ::dup(descriptor);
+    if (twin < 0 || ::close(twin) != 0)
         return WriteError(errno);
     return {};
 }

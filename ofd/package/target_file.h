@@ -49,7 +49,8 @@ public:
     // Leaves it to the system when the bytes reach the disk, as a plain copy does; a file that replaces another is
     // waited for all the same, since a power failure could leave neither of the two.
     void LeaveFlushToSystem() { waitsForDisk = isReplacing; }
-    // Gives it the owner and permissions of the file that it replaces, and waits until all is on the disk.
+    // Gives it the owner and permissions of the file that it replaces, and waits until all is on the disk, unless that
+    // is left to the system.
     PackageError Finish();
     // Puts it in place of the target.
     PackageError Commit();
