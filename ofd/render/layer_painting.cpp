@@ -120,8 +120,11 @@ void ContentPainter::PaintApart(const Around& around)
     const QRect box = PixelsOf(around);
     if (box.isEmpty())
         return;
-    QImage image = TakePixels(box.size()) ? TransparentImage(box.size()) : QImage();
+    const bool isWithin = TakePixels(box.size());
+    QImage image = isWithin ? TransparentImage(box.size()) : QImage();
     if (image.isNull()) {
+        if (isWithin)
+            GiveBackPixels(box.size());
         PaintKind(around);
         return;
     }

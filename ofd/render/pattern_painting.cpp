@@ -94,9 +94,13 @@ double RowScale(const QTransform& transform)
 
 QImage ContentPainter::TextureOf(const Paint& paint, const Around& around, const QRect& box)
 {
-    QImage image = TakePixels(box.size()) ? TransparentImage(box.size()) : QImage();
-    if (image.isNull())
+    if (!TakePixels(box.size()))
+        return QImage();
+    QImage image = TransparentImage(box.size());
+    if (image.isNull()) {
+        GiveBackPixels(box.size());
         return image;
+    }
     const QRectF& boundary = around.object.boundary;
     const QTransform toPixels = QTransform::fromTranslate(boundary.x(), boundary.y()) * around.containerToPixels *
                                 QTransform::fromTranslate(-box.x(), -box.y());
