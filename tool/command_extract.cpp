@@ -6,8 +6,10 @@
 #include <ofd/ofd_document.h>
 
 #include <QDir>
+#include <QHash>
 #include <QSet>
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -46,8 +48,9 @@ public:
         const G_AttachmentInfo info = document.GetAttachment(index);
         const QString wanted = AttachmentFileName(NameOf(info), QString::fromUtf8(info.format.Bytes()));
         QString name = wanted;
-        for (int number = 2; taken.contains(name.toCaseFolded()); ++number)
-            name = NumberedFileName(wanted, number);
+        int& number = numbers[name.toCaseFolded()]; // the last one that was tried
+        for (number = std::max(number, 1); taken.contains(name.toCaseFolded());)
+            name = NumberedFileName(wanted, ++number);
         taken.insert(name.toCaseFolded());
         Extraction result;
         result.path = folder.filePath(name);
@@ -71,7 +74,8 @@ private:
 
     ofd::OfdDocument& document;
     const QDir folder;
-    QSet<QString> taken; // by this run, case folded
+    QSet<QString> taken;         // by this run, case folded
+    QHash<QString, int> numbers; // of attachments of one name, so that many of them are not counted through
 };
 
 // The positions of the wanted ones.
