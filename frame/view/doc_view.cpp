@@ -10,6 +10,7 @@
 
 namespace {
 constexpr int kSelectSliceMs = 10; // what reading text takes of a turn while everything is being selected
+constexpr int kRoomLaterMs = 20;   // between looks whether the budget has room
 constexpr int kSizesLaterMs = 300; // sizes wait so long for the first page to be painted
 } // namespace
 
@@ -24,6 +25,8 @@ G_DocView::Private::Private(G_DocView* view, G_UIContext* context, IG_Document* 
     announceTimer.setInterval(0);
     pictureTimer.setSingleShot(true);
     pictureTimer.setInterval(0);
+    roomTimer.setSingleShot(true);
+    roomTimer.setInterval(kRoomLaterMs);
     selectTimer.setSingleShot(true);
     selectTimer.setInterval(0);
     sizeTimer.setSingleShot(true);
@@ -42,6 +45,7 @@ G_DocView::G_DocView(G_UIContext* context, IG_Document* document, QWidget* paren
     connect(&d->announceTimer, &QTimer::timeout, this, [this] { d->Announce(); });
     connect(&d->pictureTimer, &QTimer::timeout, this,
             [this] { d->AskForPictures(d->widget && d->widget->isVisible()); });
+    connect(&d->roomTimer, &QTimer::timeout, this, [this] { d->AskForPicturesLater(); });
     connect(&d->selectTimer, &QTimer::timeout, this, [this] { d->SelectMore(kSelectSliceMs); });
     connect(&d->sizeTimer, &QTimer::timeout, this, [this] {
         if (d->sizeReader)
@@ -74,6 +78,7 @@ G_DocView::~G_DocView()
         d->context->ViewDestroyed(this);
     d->announceTimer.stop();
     d->pictureTimer.stop();
+    d->roomTimer.stop();
     d->selectTimer.stop();
     d->sizeTimer.stop();
     d->jobs.reset(); // waits: the document may die after this

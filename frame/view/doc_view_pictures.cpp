@@ -21,6 +21,7 @@ void G_DocView::Private::AskForPictures(bool isAhead)
 {
     if (!jobs || !widget)
         return;
+    roomTimer.stop();
     const double ratio = widget->devicePixelRatioF();
     const QSize window = widget->viewport()->size();
     PictureBudget::MakeFitFor(qint64(window.width() * ratio * window.height() * ratio));
@@ -28,9 +29,14 @@ void G_DocView::Private::AskForPictures(bool isAhead)
     if (missing.isEmpty() && isAhead)
         missing = MissingAround();
     jobs->KeepOnly(missing);
+    const bool mayRoomComeFree = RenderJobs::IsAnyUnderWay(); // asked first: it may end while the next is tried
     for (const RenderWish& wish : qAsConst(missing)) {
-        if (!jobs->Start(wish))
-            break;
+        if (jobs->Start(wish))
+            continue;
+        // What was given up, here or in another view, keeps its room until it ends, and nobody is told of that.
+        if (jobs->IsIdle() && mayRoomComeFree)
+            roomTimer.start();
+        break;
     }
 }
 
@@ -169,6 +175,11 @@ void G_DocView::FinishRendering()
 {
     if (!d->jobs || !d->widget)
         return;
-    for (d->AskForPictures(false); !d->jobs->IsIdle(); d->AskForPictures(false))
+    d->AskForPictures(false);
+    if (d->jobs->IsIdle()) {
+        d->jobs->Finish(); // what was given up keeps its room until it ends
+        d->AskForPictures(false);
+    }
+    for (; !d->jobs->IsIdle(); d->AskForPictures(false))
         d->jobs->Finish();
 }

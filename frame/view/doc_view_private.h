@@ -131,6 +131,7 @@ struct G_DocView::Private
     PageCache cache;
     std::unique_ptr<RenderJobs> jobs; // null when the document paints nothing
     QTimer pictureTimer;
+    QTimer roomTimer;             // asks again when work that was given up may have ended
     bool isScrollingBack = false; // towards the first page
     int lastTop = 0;              // of the visible part, scene units
     bool wasFirstPagePainted = false;

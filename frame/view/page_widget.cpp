@@ -120,6 +120,8 @@ void G_PageWidget::hideEvent(QHideEvent* event)
     QGraphicsView::hideEvent(event);
     if (!view || !view->d->jobs)
         return;
+    view->d->pictureTimer.stop(); // else it would all be wanted again at once
+    view->d->roomTimer.stop();
     view->d->jobs->KeepOnly({}); // what is shown again is asked for again
     view->d->cache.WantNothing();
 }

@@ -4,6 +4,7 @@
 #include <QtConcurrent>
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 #include <utility>
 
@@ -80,9 +81,9 @@ QImage Turned(const QImage& image, int rotation)
     return rotation == 0 || image.isNull() ? image : image.transformed(QTransform().rotate(rotation));
 }
 
-// `hold` is let go no sooner than the work ends, also when nobody waits for the result any more.
-G_RenderResult Render(IG_PageRenderer* renderer, const G_RenderRequest& request, int rotation,
-                      const std::shared_ptr<PictureBudget::Hold>& /*hold*/)
+std::atomic<int> worksUnderWay{0}; // of all views, those included that were given up and have not ended yet
+
+G_RenderResult Render(IG_PageRenderer* renderer, const G_RenderRequest& request, int rotation)
 {
     if (request.cancelled->load())
         return {};
@@ -125,8 +126,22 @@ bool RenderJobs::Start(const RenderWish& wish)
         if (const JobRef finished = known.lock())
             Deliver(finished);
     });
-    job->watcher.setFuture(QtConcurrent::run(&pool, Render, renderer, RequestOf(job), wish.look.rotation, job->hold));
+    ++worksUnderWay;
+    // The hold is let go no sooner than the work ends, also when nobody waits for the result any more; and it is let go
+    // before the work counts as ended, so that who finds none under way finds their room free.
+    job->watcher.setFuture(QtConcurrent::run(&pool, [renderer = renderer, request = RequestOf(job),
+                                                     rotation = wish.look.rotation, hold = job->hold]() mutable {
+        G_RenderResult result = Render(renderer, request, rotation);
+        hold.reset();
+        --worksUnderWay;
+        return result;
+    }));
     return true;
+}
+
+bool RenderJobs::IsAnyUnderWay()
+{
+    return worksUnderWay > 0;
 }
 
 G_RenderRequest RenderJobs::RequestOf(const JobRef& job)

@@ -24,7 +24,7 @@ public:
         ++running;
         if (isBlocked && !partial.isNull() && request.partial)
             request.partial(partial.copy(0, 0, request.region.width(), request.region.height()));
-        while (isBlocked && !(request.cancelled && *request.cancelled))
+        while (isBlocked && !(heedsGivingUp && request.cancelled && *request.cancelled))
             changed.wait_for(lock, std::chrono::milliseconds(5));
         --running;
         G_RenderResult result;
@@ -89,7 +89,8 @@ public:
     bool paintsPlaces = false;
     QImage partial; // told while painting is blocked
     QString error;
-    QRectF markMm; // painted on every page, where it lies on it
+    QRectF markMm;                         // painted on every page, where it lies on it
+    std::atomic<bool> heedsGivingUp{true}; // else it ends no sooner than painting is unblocked
     std::atomic<int> running{0};
     std::atomic<bool> wasOnMainThread{false};
     qint64 largestBytes = 0;

@@ -62,6 +62,8 @@ private slots:
     void scrollingThroughTilesStaysWithinTheBudget();
     void theBudgetHoldsOverAllViews();
     void aLimitBelowTheNeedsOfTheWindowIsRaised();
+    void aPageThatFoundNoRoomComesWhenTheWorkThatWasGivenUpEnds();
+    void aViewThatIsHiddenAsksForNothing();
     void aDyingViewGivesItsShareBack();
 };
 
@@ -316,6 +318,42 @@ void TestDocViewPictures::aLimitBelowTheNeedsOfTheWindowIsRaised()
     QCOMPARE(painted.Picture().pixelColor(300, 200), painted.document.renderer.colour);
     QVERIFY(PictureBudget::Limit() > 0);
     QVERIFY(PictureBudget::Bytes() <= PictureBudget::Limit());
+}
+
+void TestDocViewPictures::aPageThatFoundNoRoomComesWhenTheWorkThatWasGivenUpEnds()
+{
+    const LimitScope limit(0);
+    Painted painted(1);
+    RecordingRenderer& renderer = painted.document.renderer;
+    Rest(painted);
+    renderer.heedsGivingUp = false;
+    renderer.Block(true);
+    float zoom = float(205 / Ratio(painted)); // nearly as large as a picture in one piece gets
+    for (int i = 0; i < 6; ++i) {             // more than there is room for at a time
+        painted.view->SetZoom(--zoom, true);
+        ViewFixture::Settle();
+    }
+    renderer.heedsGivingUp = true;
+    renderer.Block(false);
+    const double width = painted.view->PageRect(0).width() * Ratio(painted);
+    QTRY_VERIFY(qAbs(renderer.LastOf(0).region.width() - width) <= Ratio(painted)); // each zoom differs by more
+    Rest(painted);
+    QVERIFY(PictureBudget::PeakBytes() <= PictureBudget::Limit());
+}
+
+void TestDocViewPictures::aViewThatIsHiddenAsksForNothing()
+{
+    Painted painted(20);
+    Rest(painted);
+    painted.document.renderer.Forget();
+    painted.view->ClearViewCache(QString()); // which has it ask in a later turn
+    painted.view->Widget()->hide();
+    ViewFixture::Settle();
+    Rest(painted);
+    QVERIFY(painted.document.renderer.Requests().isEmpty());
+    painted.view->Widget()->show();
+    QTRY_VERIFY(painted.document.renderer.Pages().contains(0));
+    Rest(painted);
 }
 
 void TestDocViewPictures::aDyingViewGivesItsShareBack()
