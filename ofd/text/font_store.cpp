@@ -115,10 +115,12 @@ FontChoice FontStore::Substitute(const FontResource& font, int weight, bool want
     const auto known = substitutes.constFind(key);
     if (known != substitutes.constEnd())
         return *known;
-    if (++searches > limits::MaxFontSearches && !(font.fontName.isEmpty() && font.familyName.isEmpty())) {
-        FontResource nameless = font; // one search for each style that is left
+    const bool isNamed = !font.fontName.isEmpty() || !font.familyName.isEmpty() || !font.charset.isEmpty();
+    if (++searches > limits::MaxFontSearches && isNamed) {
+        FontResource nameless = font; // one search for each style that is left; a file can make up charsets too
         nameless.fontName.clear();
         nameless.familyName.clear();
+        nameless.charset.clear();
         return Substitute(nameless, weight, wantsItalic);
     }
     bool saysBold = false;
