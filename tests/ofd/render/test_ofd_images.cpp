@@ -235,6 +235,7 @@ void TestOfdImages::aJpegPictureThatIsGoneOverAgainAndAgainIsNotDecoded()
     const QByteArray scan = whole.mid(last, whole.size() - 2 - last);
     const auto repeated = [&](int times) { return whole.left(last) + scan.repeated(times) + "\xff\xd9"; };
     QCOMPARE(ofd::DecodeImage(repeated(20)).size(), image.size());
+    QCOMPARE(QImage::fromData(repeated(300)).size(), image.size()); // nothing else would stop it
     QVERIFY(ofd::DecodeImage(repeated(300)).isNull());
     // Words of a comment that look like scans are none.
     const QByteArray comment = QByteArray("\xff\xfe\x04\x02") + QByteArray("\xff\xda").repeated(512);
