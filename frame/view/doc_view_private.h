@@ -66,6 +66,8 @@ struct G_DocView::Private
     // Overlays in order of installation, the current tool last.
     QList<G_DocViewRender*> Overlays() const;
     bool IsOverlay(G_DocViewRender* render) const;
+    // Pointers into the cache, the lowest picture first.
+    QVector<const PagePicture*> InPaintingOrder(int page, const PageLook& look) const;
     void DrawPicture(QPainter* painter, const PagePicture& picture) const;
 
     // doc_view_pictures.cpp

@@ -2,7 +2,9 @@
 
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
+#include <tuple>
 
 namespace {
 
@@ -120,16 +122,11 @@ void G_DocView::Private::PaintPicture(QPainter* painter, int page, const QSize& 
     painter->save();
     painter->setClipRect(paper, Qt::IntersectClip);
     const PageLook look = LookOf(page);
-    const QVector<PagePicture>& pictures = cache.Pictures(page);
     QString error;
-    // What another zoom left lies under what is right.
-    for (const bool isRight : {false, true}) {
-        for (const PagePicture& picture : pictures) {
-            if ((picture.look == look) != isRight || picture.look.rotation != rotation)
-                continue;
-            DrawPicture(painter, picture);
-            error = picture.error;
-        }
+    const QVector<const PagePicture*> pictures = InPaintingOrder(page, look);
+    for (const PagePicture* picture : pictures) {
+        DrawPicture(painter, *picture);
+        error = picture->error;
     }
     painter->restore();
     if (!error.isEmpty())
@@ -139,6 +136,22 @@ void G_DocView::Private::PaintPicture(QPainter* painter, int page, const QSize& 
     painter->drawRect(paper.adjusted(0, 0, -1, -1));
     if (!jobs || IsSeenWell(page, look))
         TellFirstPainted();
+}
+
+// What another zoom left lies under what is right; of that, the coarse under the sharp, whichever came later.
+QVector<const PagePicture*> G_DocView::Private::InPaintingOrder(int page, const PageLook& look) const
+{
+    QVector<const PagePicture*> order;
+    for (const PagePicture& picture : cache.Pictures(page)) {
+        if (picture.look.rotation == rotation)
+            order.append(&picture);
+    }
+    const auto rank = [&look](const PagePicture* picture) {
+        return std::make_tuple(picture->look == look, picture->IsGood(), picture->look.pixelsPerMm);
+    };
+    std::stable_sort(order.begin(), order.end(),
+                     [&rank](const PagePicture* a, const PagePicture* b) { return rank(a) < rank(b); });
+    return order;
 }
 
 void G_DocView::Private::DrawPicture(QPainter* painter, const PagePicture& picture) const

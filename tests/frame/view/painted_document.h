@@ -34,7 +34,7 @@ public:
         if (!request.region.isEmpty())
             size = request.region.size();
         result.image = QImage(size, QImage::Format_RGB32);
-        result.image.fill(colour);
+        result.image.fill(coarseColour.isValid() && request.pixelsPerMm < 10 ? coarseColour : colour);
         if (paintsPlaces) // each block of pixels has the colour of its place on the page
             PaintPlaces(&result.image, request.region.topLeft());
         if (!markMm.isEmpty()) {
@@ -86,6 +86,7 @@ public:
     }
 
     QColor colour = QColor(10, 120, 30);
+    QColor coarseColour; // of pictures of less than ten pixels a millimetre; invalid: they are like all others
     bool paintsPlaces = false;
     QImage partial; // told while painting is blocked
     QString error;

@@ -55,6 +55,7 @@ private slots:
     void whatComesIntoViewGoesBeforeWhatIsMadeAhead();
     void underTilesToComeLiesACoarsePicture();
     void zoomingOnKeepsTheOldTilesUntilTheNewOnesAreThere();
+    void zoomingOnShowsTheOldTilesOverTheCoarsePicture();
     void whatIsPaintedSoFarIsShown();
     void aPartOfAPageHidesNoOlderPictureOfAllOfIt();
     void partsOfATurnedPageAreTurned();
@@ -209,6 +210,23 @@ void TestDocViewPictures::zoomingOnKeepsTheOldTilesUntilTheNewOnesAreThere()
     const QImage sharp = painted.Picture();
     QCOMPARE(sharp.pixelColor(300, 200), QColor(200, 0, 0));
     QCOMPARE(sharp.pixelColor(5, 370), QColor(200, 0, 0));
+}
+
+void TestDocViewPictures::zoomingOnShowsTheOldTilesOverTheCoarsePicture()
+{
+    Painted painted(1);
+    painted.document.renderer.coarseColour = Qt::blue;
+    painted.view->SetZoom(1500, false);
+    painted.view->GoToPage(painted.view.get(), 0, CCA_GRect(100, 100, 100, 100), false);
+    Rest(painted); // the coarse picture came last
+    painted.document.renderer.Block(true);
+    painted.view->SetZoom(1600, true);
+    ViewFixture::Settle();
+    QCOMPARE(Screens::Grab(painted.view->Widget()).pixelColor(300, 200), painted.document.renderer.colour);
+    painted.view->GoToPage(painted.view.get(), 0, CCA_GRect(10, 250, 10, 250), false); // far from the old tiles
+    ViewFixture::Settle();
+    QCOMPARE(Screens::Grab(painted.view->Widget()).pixelColor(300, 200), QColor(Qt::blue));
+    painted.document.renderer.Block(false);
 }
 
 void TestDocViewPictures::whatIsPaintedSoFarIsShown()
