@@ -108,13 +108,14 @@ QStringList ReferredFrom(const Package& package, const PackageChanges& changes, 
     if (isEncrypted)
         return candidates; // what cannot be read may say anything
     const QByteArray folded = bytes.toLower();
+    const bool hasPlainText = !bytes.contains('\0') && !bytes.contains("&#"); // no wide characters, none by number
     std::unique_ptr<XmlPart> xml;
     QStringList found;
     for (const QString& part : candidates) {
         // Nearly all parts do not even hold the name; one that may be spelled in several ways is always looked for.
         const QByteArray fileName = FileNameOf(part).toUtf8();
         const bool isPlain = std::all_of(fileName.begin(), fileName.end(), [](char c) { return c > ' ' && c != '&'; });
-        if (part == from || bytes.isEmpty() || (isPlain && !folded.contains(fileName.toLower())))
+        if (part == from || bytes.isEmpty() || (hasPlainText && isPlain && !folded.contains(fileName.toLower())))
             continue;
         if (!xml)
             xml = XmlPart::Parse(from, bytes);

@@ -7,6 +7,7 @@
 #include <tests/support/test_main.h>
 #include <tests/support/tree_dump.h>
 
+#include <QTextCodec>
 #include <QtTest>
 
 Q_DECLARE_METATYPE(QVector<G_PageObjRef>)
@@ -90,6 +91,11 @@ void TestSaveReferences::aRemovedPartStaysWhileOthersNeedIt_data()
                       "</MultiMedia></MultiMedias></Res>");
     QTest::newRow("an attribute, in other letter cases")
         << QStringLiteral("Doc_0/other.xml") << QByteArray("<a><b Loc=' attachs/DATA.BIN '/></a>");
+    const QString wide = QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-16\"?><a>Attachs/data.bin</a>");
+    QTest::newRow("characters of two bytes")
+        << QStringLiteral("Doc_0/other.xml") << QTextCodec::codecForName("UTF-16")->fromUnicode(wide);
+    QTest::newRow("a character by its number")
+        << QStringLiteral("Doc_0/other.xml") << QByteArray("<a>Attachs/&#100;ata.bin</a>");
     QTest::newRow("a part that names it and cannot be read")
         << QStringLiteral("Doc_0/broken.xml") << QByteArray("<a>data.bin");
 }
