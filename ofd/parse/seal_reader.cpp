@@ -11,6 +11,7 @@
 #include <ofd/package/xml_values.h>
 
 #include <QCoreApplication>
+#include <QSet>
 
 #include <deque>
 
@@ -85,10 +86,14 @@ public:
             return stamps;
         const ProblemScope scope(part);
         int count = 0;
+        QSet<QString> read; // a list may name one part again and again
         for (const pugi::xml_node& signature : ChildElements(signatures->GetRoot(), "Signature")) {
             if (++count > limits::MaxSignatures)
                 break;
-            ReadSignature(Resolve(AttributeText(signature, "BaseLoc"), part));
+            const QString signaturePart = Resolve(AttributeText(signature, "BaseLoc"), part);
+            if (!read.contains(signaturePart))
+                ReadSignature(signaturePart);
+            read.insert(signaturePart);
         }
         return stamps;
     }

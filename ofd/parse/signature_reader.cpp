@@ -6,6 +6,8 @@
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_part.h>
 
+#include <QSet>
+
 namespace ofd {
 
 namespace {
@@ -50,8 +52,13 @@ private:
             result.coversAll |= !listPart.isEmpty();
             return;
         }
-        for (const pugi::xml_node& signature : ChildElements(list->GetRoot(), "Signature"))
-            ReadSignature(Resolve(AttributeText(signature, "BaseLoc"), listPart));
+        QSet<QString> read; // a list may name one part again and again
+        for (const pugi::xml_node& signature : ChildElements(list->GetRoot(), "Signature")) {
+            const QString part = Resolve(AttributeText(signature, "BaseLoc"), listPart);
+            if (!read.contains(part))
+                ReadSignature(part);
+            read.insert(part);
+        }
     }
 
     void ReadSignature(const QString& part)

@@ -7,6 +7,7 @@
 #include <tests/ofd/document/page_painting.h>
 #include <tests/support/test_main.h>
 
+#include <QBuffer>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -24,6 +25,7 @@ private slots:
     void theSealsOfADocumentInsideASealAreNotPainted();
     void sealsLieAboveAnnotationsAndShowWithoutThem();
     void severalStampsOfOneSealArePaintedOnTheirPages();
+    void aSignatureThatIsListedTwiceIsPaintedOnce();
     void sealsBeyondTheLimitOfAPageAreLeftOut();
     void aSealThatCannotBeReadLeavesThePageAsItIs();
     void problemsOfSealsNameTheirPartsButAreNotThoseOfTheDocumentInside();
@@ -180,6 +182,20 @@ void TestOfdSeals::severalStampsOfOneSealArePaintedOnTheirPages()
     const QImage second = PaintFile(file, request);
     QVERIFY(IsQuadrantsAt(second, 40, 40, 20, 20));
     QCOMPARE(ColourAt(second, 5, 5), QColor(Qt::white));
+}
+
+void TestOfdSeals::aSignatureThatIsListedTwiceIsPaintedOnce()
+{
+    QImage half(16, 16, QImage::Format_ARGB32);
+    half.fill(QColor(0, 0, 0, 128));
+    QBuffer png;
+    QVERIFY(half.save(&png, "PNG"));
+    OfdFile file = OfdFile::WithPage({});
+    file.Set(SealPart, samples::SealData("png", png.data()));
+    Sign(file, Stamp("20 20 40 40"));
+    const QByteArray once = "<ofd:Signature ID=\"1\" Type=\"Seal\" BaseLoc=\"Signature.xml\"/>";
+    file.Set(QStringLiteral("Doc_0/Signs/Signatures.xml"), Element("Signatures", once + once));
+    QVERIFY(IsNear(ColourAt(PaintFile(file), 40, 40), QColor(127, 127, 127)));
 }
 
 void TestOfdSeals::sealsBeyondTheLimitOfAPageAreLeftOut()
