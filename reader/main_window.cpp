@@ -235,6 +235,7 @@ void MainWindow::RemoveTab(int position)
         tabBar->removeTab(position);
     }
     viewStack->removeWidget(tab->View()->Widget());
+    tab->View()->Widget()->deleteLater(); // the stack keeps it as its child; an event of its own may be under way
     if (context->CurrentDocView() == tab->View())
         context->SetCurrentDocView(nullptr);
     disconnect(tab.get(), nullptr, this, nullptr);

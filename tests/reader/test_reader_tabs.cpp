@@ -27,6 +27,7 @@ private slots:
     void aSavedBookmarkIsThereAfterReopening();
     void closingADirtyTabAsksAndCancelKeepsIt();
     void closingADirtyTabWithDiscardLosesTheChangeOnly();
+    void aClosedTabLeavesNoPageViewBehind();
     void closingADirtyTabWithSaveSaves();
     void saveAsLeavesTheOriginalAlone();
     void aSaveThatBreaksSignaturesAsksOnceADocument();
@@ -141,6 +142,16 @@ void TestReaderTabs::closingADirtyTabWithDiscardLosesTheChangeOnly()
     QVERIFY(desk.Window()->CloseTab(0));
     QCOMPARE(desk.Window()->TabCount(), 0);
     QCOMPARE(Bytes(path), before);
+}
+
+void TestReaderTabs::aClosedTabLeavesNoPageViewBehind()
+{
+    ReaderDesk desk(false);
+    const auto pageViews = [&desk] { return desk.Window()->findChildren<QWidget*>(QStringLiteral("pageView")).size(); };
+    QVERIFY(desk.Window()->OpenFile(desk.Sample("tour.ofd")));
+    QCOMPARE(pageViews(), 1);
+    QVERIFY(desk.Window()->CloseTab(0));
+    QTRY_COMPARE(pageViews(), 0);
 }
 
 void TestReaderTabs::closingADirtyTabWithSaveSaves()
