@@ -74,6 +74,7 @@ void DocumentSearch::SetShown(bool shown)
     if (isShown == shown)
         return;
     isShown = shown;
+    waitingStep = 0;
     view->UpdateView();
 }
 
@@ -229,7 +230,8 @@ void DocumentSearch::MakeCurrent(int page, int index)
 {
     currentPage = page;
     currentIndex = index;
-    ShowCurrent();
+    if (isShown) // who has closed the bar reads on, and is not led away when a match comes late
+        ShowCurrent();
     view->UpdateView();
 }
 

@@ -30,6 +30,7 @@ private slots:
     void aLongDocumentIsSearchedBetweenEvents();
     void newTypingCancelsTheSearchThatRuns();
     void goingBackWaitsForPagesThatWereNotSearchedYet();
+    void aMatchThatComesAfterTheBarWasClosedMovesNothing();
     void closingATabDuringASearchIsSafe();
     void closingTheWindowDuringASearchIsSafe();
     void editsAndUndoDoNotDisturb();
@@ -86,6 +87,23 @@ void TestReaderFindLong::goingBackWaitsForPagesThatWereNotSearchedYet()
     desk.Wait();
     QCOMPARE(desk.CurrentPage(), manyPages - 1);
     QCOMPARE(desk.State(), QString("%1 of %1").arg(manyPages));
+}
+
+void TestReaderFindLong::aMatchThatComesAfterTheBarWasClosedMovesNothing()
+{
+    FindDesk desk(LongDocument());
+    desk.PressFind();
+    desk.Box()->setText("page 998 of");
+    QVERIFY(desk.Search()->IsSearching());
+    QTest::keyClick(desk.Box(), Qt::Key_Escape);
+    QVERIFY(!desk.Bar()->isVisible());
+    const QPoint before = desk.View()->VisibleSceneRect().topLeft();
+    desk.Wait();
+    QCOMPARE(desk.Search()->MatchCount(), 1);
+    QCOMPARE(desk.View()->VisibleSceneRect().topLeft(), before);
+    QTest::keyClick(desk.Window(), Qt::Key_F3); // asked for again, it is shown
+    QCOMPARE(desk.CurrentPage(), 998);
+    QVERIFY(desk.IsCurrentInView());
 }
 
 void TestReaderFindLong::closingATabDuringASearchIsSafe()
