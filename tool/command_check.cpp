@@ -46,9 +46,8 @@ void CheckTag(ofd::OfdDocument& document, const G_CustomTagItem& tag, std::vecto
     ofd::Problem problem;
     problem.kind = ofd::ProblemKind::DanglingReference;
     problem.text = QStringLiteral("The tag \"%1\" names %2 objects; %3 of them are not on their pages.")
-                       .arg(QString::fromUtf8(tag.tagName.Bytes()))
-                       .arg(named)
-                       .arg(named - found.GetSize());
+                       .arg(QString::fromUtf8(tag.tagName.Bytes()), QString::number(named),
+                            QString::number(named - found.GetSize()));
     problems.push_back(problem);
 }
 

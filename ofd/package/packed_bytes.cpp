@@ -1,5 +1,7 @@
 #include "packed_bytes.h"
 
+#include <new>
+
 namespace ofd {
 
 namespace {
@@ -11,8 +13,11 @@ constexpr int FastestLevel = 1;
 
 const QByteArray& PackedBytes::Get() const
 {
-    if (bytes.isNull() && !packed.isNull())
+    if (bytes.isNull() && !packed.isNull()) {
         bytes = qUncompress(packed);
+        if (bytes.isNull())
+            throw std::bad_alloc(); // nothing else makes it fail, and going on with none would lose the part
+    }
     return bytes;
 }
 
@@ -24,6 +29,8 @@ void PackedBytes::Pack()
         packed = qCompress(bytes, FastestLevel);
         packed.squeeze();
     }
+    if (packed.isEmpty())
+        return; // no memory for it: they stay as they are
     bytes = QByteArray();
 }
 

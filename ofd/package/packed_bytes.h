@@ -15,7 +15,7 @@ public:
     {
     }
 
-    // Valid until Pack.
+    // Valid until Pack. Throws std::bad_alloc where there is no memory to unpack them.
     const QByteArray& Get() const;
     // Compresses them, if they are many.
     void Pack();
