@@ -74,7 +74,8 @@ public:
     DocumentFacts GetFacts();
     // At most so many signatures; reads the part of each of these.
     SignatureList GetSignatures(int most) const;
-    // At most so many of the fonts that the document's resources name; looks for a stand-in for those it does not bring.
+    // At most so many of the fonts that the document's resources name; looks for a stand-in for those it does not
+    // bring.
     FontList GetFonts(int most);
 
     // What was wrong in the file, as far as it was read and painted until now.

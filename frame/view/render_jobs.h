@@ -49,7 +49,8 @@ public:
     void KeepOnly(const QVector<RenderWish>& wishes);
     void CancelPage(int page);
     bool IsIdle() const { return jobs.isEmpty(); }
-    // Whether a page is being painted for any view, even if nobody wants it any more: its room in the budget comes free.
+    // Whether a page is being painted for any view, even if nobody wants it any more: its room in the budget comes
+    // free.
     static bool IsAnyUnderWay();
     // Waits for all jobs and delivers what they made.
     void Finish();
