@@ -133,7 +133,7 @@ std::optional<bool> ParseBoolean(std::string_view text)
 
 std::optional<QPointF> ParsePosition(std::string_view text)
 {
-    double values[2];
+    double values[2] = {};
     if (!ParseExactly(text, values))
         return std::nullopt;
     return QPointF(values[0], values[1]);
@@ -141,7 +141,7 @@ std::optional<QPointF> ParsePosition(std::string_view text)
 
 std::optional<QRectF> ParseBox(std::string_view text)
 {
-    double values[4];
+    double values[4] = {};
     if (!ParseExactly(text, values))
         return std::nullopt;
     return QRectF(values[0], values[1], values[2], values[3]);
