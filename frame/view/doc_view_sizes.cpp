@@ -127,9 +127,9 @@ void G_DocView::Private::ArrangeInPlace()
     const bool isCurrentSeen = current >= pages.first && current <= pages.second;
     const int page = isCurrentSeen ? current : layout.PageStartingAbove(seen.top() + PageLayout::gapPx);
     const int down = seen.top() - layout.PageTop(page);
-    const int across = seen.left() - layout.SceneRect().width() / 2; // all pages stand in the column's middle
+    const double across = seen.left() - layout.SceneRect().width() / 2.0; // all pages stand in the column's middle
     ++moving;
     Arrange();
-    ScrollTo(QPointF(across + layout.SceneRect().width() / 2, down + layout.PageTop(page)), QPoint(0, 0));
+    ScrollTo(QPointF(across + layout.SceneRect().width() / 2.0, down + layout.PageTop(page)), QPoint(0, 0));
     --moving;
 }

@@ -70,7 +70,7 @@ qint64 WeightOf(const GraphicObject& object)
 
 qint64 WeightOf(const ObjectList& objects)
 {
-    qint64 weight = qint64(objects.capacity() * sizeof(objects[0]));
+    qint64 weight = qint64(objects.capacity()) * qint64(sizeof(objects[0]));
     for (const std::unique_ptr<const GraphicObject>& object : objects)
         weight += WeightOf(*object);
     return weight;

@@ -312,10 +312,10 @@ std::shared_ptr<const PageAnnotations> DocumentStore::GetPageAnnotations(int pag
     return page;
 }
 
-void DocumentStore::KeepPageAnnotations(int pageIndex, std::shared_ptr<const PageAnnotations> list)
+void DocumentStore::KeepPageAnnotations(int pageIndex, const std::shared_ptr<const PageAnnotations>& list)
 {
     const std::lock_guard<std::mutex> lock(annotationMutex);
-    keptAnnotations.insert(pageIndex, std::move(list));
+    keptAnnotations.insert(pageIndex, list);
 }
 
 LayerKind DocumentStore::GetTemplateKind(int templateId)

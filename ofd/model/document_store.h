@@ -76,7 +76,7 @@ public:
     std::shared_ptr<const PageAnnotations> GetPageAnnotations(int pageIndex);
     // From now on the page's annotations are these, whatever a save makes of the file: what is hidden or removed is
     // told by its position among them.
-    void KeepPageAnnotations(int pageIndex, std::shared_ptr<const PageAnnotations> list);
+    void KeepPageAnnotations(int pageIndex, const std::shared_ptr<const PageAnnotations>& list);
     std::shared_ptr<const Resources> GetResources();
     // The z-order of a template on a page that says `onPage` of it.
     LayerKind GetTemplateKind(int templateId, const QString& onPage) const;

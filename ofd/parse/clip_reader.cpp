@@ -37,7 +37,7 @@ public:
             all = all.united(outline);
     }
 
-    QPainterPath Take() { return std::move(all); }
+    QPainterPath Get() const { return all; }
 
 private:
     QPainterPath all;
@@ -91,7 +91,7 @@ std::optional<Clip> ReadClip(const pugi::xml_node& element, const ClipPlaces& pl
     }
     if (!hasPath && clip.texts.empty())
         return std::nullopt;
-    const QPainterPath local = areas.Take();
+    const QPainterPath local = areas.Get();
     const bool misses = places.mayFallBack && hasPath && !object.boundary.isEmpty() &&
                         !places.usual.mapRect(local.boundingRect()).intersects(object.boundary);
     const QTransform& place = misses ? places.withoutMatrix : places.usual;

@@ -73,7 +73,7 @@ public:
         }
         if (!(place >= 0 && place <= 1)) // there are more runs than numbers
             return std::nullopt;
-        return table[size_t(place * (TableSize - 1) + 0.5)];
+        return table[size_t(std::lround(place * (TableSize - 1)))];
     }
 
 private:
