@@ -21,6 +21,8 @@ void CountConnectWarnings(QtMsgType type, const QMessageLogContext& context, con
         earlierHandler(type, context, text);
 }
 
+constexpr int ticksMs = 50; // a few ticks of Qt's animations
+
 } // namespace
 
 int RunTests(int argc, char** argv, const std::function<QObject*()>& makeTest)
@@ -35,6 +37,7 @@ int RunTests(int argc, char** argv, const std::function<QObject*()>& makeTest)
     int failures = QTest::qRun();
     qInstallMessageHandler(earlierHandler);
     QTest::qCleanup();
+    QTest::qWait(ticksMs); // the fades of Qt's own buttons, whose window is gone, end at their next tick and are freed
     if (connectWarnings > 0) {
         std::fprintf(stderr, "FAIL: %d connect warning(s) from Qt\n", connectWarnings.load());
         ++failures;
