@@ -1,6 +1,8 @@
 // What the bookmark pane costs against Qt's own tree: filling the list again with 100,000 bookmarks, and painting a
 // screen of wrapped rows.
 
+#include "measuring.h"
+
 #include <bookmark/bookmark_page.h>
 #include <bookmark/bookmark_pane.h>
 #include <bookmark/bookmark_tree.h>
@@ -18,9 +20,6 @@
 #include <QPainter>
 #include <QTreeWidget>
 
-#include <algorithm>
-#include <cstdio>
-#include <ctime>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -31,32 +30,6 @@ constexpr int bookmarkCount = 100000;
 constexpr double refillBudget = 1.2;
 constexpr double repaintBudget = 5;
 
-// Processor time, so that what else runs on the machine does not count.
-double SecondsOf(const std::function<void()>& work)
-{
-    const auto now = [] {
-        timespec time{};
-        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-    };
-    const double start = now();
-    work();
-    return now() - start;
-}
-
-struct Ratio
-{
-    double ours;
-    double bare;
-    double Value() const { return ours / bare; }
-};
-
-Ratio Median(std::vector<Ratio> ratios)
-{
-    std::sort(ratios.begin(), ratios.end(), [](const Ratio& a, const Ratio& b) { return a.Value() < b.Value(); });
-    return ratios[ratios.size() / 2];
-}
-
 // The median of pairs measured in turn, so that a slow moment of the machine meets both.
 Ratio Compare(const std::function<void()>& ours, const std::function<void()>& bare, int rounds = 9)
 {
@@ -64,14 +37,8 @@ Ratio Compare(const std::function<void()>& ours, const std::function<void()>& ba
     ours();
     bare();
     for (int round = 0; round < rounds; ++round)
-        ratios.push_back({SecondsOf(ours), SecondsOf(bare)});
+        ratios.push_back({CpuSecondsOf(ours), CpuSecondsOf(bare)});
     return Median(ratios);
-}
-
-void Print(const char* what, const Ratio& ratio, double budget)
-{
-    std::printf("%-58s %9.2f ms / %9.2f ms = %5.2f (at most %.1f)\n", what, ratio.ours * 1e3, ratio.bare * 1e3,
-                ratio.Value(), budget);
 }
 
 QString NameOf(int row)
@@ -141,9 +108,9 @@ void MeasureRefill()
     std::vector<Ratio> fills;
     std::vector<Ratio> refills;
     for (int round = 0; round < 9; ++round) {
-        const double ours = SecondsOf(refill);
-        const double clearing = SecondsOf([&] { bare.clear(); });
-        const double filling = SecondsOf(fillBare);
+        const double ours = CpuSecondsOf(refill);
+        const double clearing = CpuSecondsOf([&] { bare.clear(); });
+        const double filling = CpuSecondsOf(fillBare);
         fills.push_back({ours, filling});
         refills.push_back({ours, filling + clearing});
     }
@@ -192,8 +159,7 @@ BENCHMARK(BM_Refill)->Arg(100)->Arg(10000)->Arg(bookmarkCount)->Unit(benchmark::
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    PaintOffscreenByDefault();
     QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

@@ -1,5 +1,7 @@
 // What a name for a new bookmark costs, against one walk over the names that are there.
 
+#include "measuring.h"
+
 #include <bookmark/bookmark_names.h>
 #include <bookmark/bookmark_node.h>
 #include <common/public_method.h>
@@ -7,32 +9,12 @@
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <ctime>
-#include <functional>
-#include <limits>
 #include <memory>
 
 namespace {
 
 constexpr int nameCount = 100000;
 constexpr int similarCount = 50000;
-
-double BestOfFive(const std::function<void()>& work)
-{
-    const auto now = [] {
-        timespec time{};
-        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time); // what else runs on the machine does not count
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-    };
-    double best = std::numeric_limits<double>::max();
-    for (int round = 0; round < 5; ++round) {
-        const double start = now();
-        work();
-        best = std::min(best, now() - start);
-    }
-    return best;
-}
 
 const QString& BaseName()
 {
@@ -75,8 +57,8 @@ void AddRule(benchmark::State& state)
     double walk = 0;
     for (auto unused : state) {
         Q_UNUSED(unused)
-        rule = BestOfFive([&] { name = FreeBookmarkName(BaseName(), root.get()); });
-        walk = BestOfFive([&] { benchmark::DoNotOptimize(WalkOnce(root.get())); });
+        rule = BestCpuSecondsOf([&] { name = FreeBookmarkName(BaseName(), root.get()); });
+        walk = BestCpuSecondsOf([&] { benchmark::DoNotOptimize(WalkOnce(root.get())); });
     }
     if (name != QStringLiteral("new bookmark(50000)"))
         state.SkipWithError("a wrong name");
@@ -95,12 +77,12 @@ void UniqueNodeName(benchmark::State& state)
     double walk = 0;
     for (auto unused : state) {
         Q_UNUSED(unused)
-        rule = BestOfFive([&] {
+        rule = BestCpuSecondsOf([&] {
             QString name = BaseName();
             PublicMethod::MakeUniqueNodeName(root.get(), name);
             benchmark::DoNotOptimize(name);
         });
-        walk = BestOfFive([&] { benchmark::DoNotOptimize(WalkOnce(root.get())); });
+        walk = BestCpuSecondsOf([&] { benchmark::DoNotOptimize(WalkOnce(root.get())); });
     }
     state.counters["rule_ms"] = rule * 1e3;
     state.counters["ratio_to_walk"] = rule / walk;

@@ -1,17 +1,17 @@
 // What it takes from a file's name to its first painted page, for files of 10 to 10,000 pages: it should hardly matter
 // how many there are.
 
+#include "measuring.h"
+
 #include <frame/view/doc_view.h>
 #include <ofd/ofd_document.h>
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QWidget>
 
-#include <algorithm>
 #include <cstdio>
 #include <vector>
 
@@ -19,15 +19,6 @@ namespace {
 
 constexpr double growthBudget = 2; // from 10 to 1,000 pages
 constexpr int rounds = 15;
-
-QString MakeReport(const QTemporaryDir& folder, int pages)
-{
-    const QString path = folder.filePath(QStringLiteral("%1.ofd").arg(pages));
-    const QString program = QCoreApplication::applicationDirPath() + QStringLiteral("/make_samples");
-    if (QProcess::execute(program, {QStringLiteral("--report"), QString::number(pages), QStringLiteral("10"), path}))
-        qFatal("%s failed", qPrintable(program));
-    return path;
-}
 
 struct Times
 {
@@ -56,23 +47,16 @@ Times OpenToFirstPage(const QString& path)
     return times;
 }
 
-double Median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    PaintOffscreenByDefault();
     QApplication application(argc, argv);
     const QTemporaryDir folder;
     std::vector<QString> paths;
     for (const int pages : {10, 100, 1000, 10000})
-        paths.push_back(MakeReport(folder, pages));
+        paths.push_back(MakeReport(folder, pages, 10));
     std::vector<std::vector<double>> open(4), view(4), whole(4);
     OpenToFirstPage(paths.front()); // finds the fonts
     for (int round = 0; round < rounds; ++round) {

@@ -1,5 +1,7 @@
 // What one action costs the operation road, against its budget, and what the node tree costs against a plain vector.
 
+#include "measuring.h"
+
 #include <frame/document/payloads.h>
 #include <frame/operation/interceptor.h>
 #include <frame/operation/operation.h>
@@ -10,8 +12,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <ctime>
-#include <functional>
 #include <limits>
 #include <memory>
 #include <vector>
@@ -20,19 +20,6 @@ namespace {
 
 constexpr double budgetUs = 5;
 constexpr int nodeCount = 100000;
-
-// Processor time, so that what else runs on the machine does not count.
-double SecondsOf(const std::function<void()>& work)
-{
-    const auto now = [] {
-        timespec time{};
-        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-    };
-    const double start = now();
-    work();
-    return now() - start;
-}
 
 // The six panes' interceptors of one document.
 const char* const interceptedNames[] = {
@@ -154,7 +141,7 @@ void PerformNothing(benchmark::State& state)
     OpenHost host;
     G_WorkingCopies copies(&host, nullptr);
     G_Operation* const op = copies.Make("d_bookmarkwrap", nullptr, Document(1));
-    const double seconds = SecondsOf([&] {
+    const double seconds = CpuSecondsOf([&] {
         for (auto unused : state) {
             Q_UNUSED(unused)
             benchmark::DoNotOptimize(op->PerformAction());
@@ -173,7 +160,7 @@ void MakePerformAndFree(benchmark::State& state)
     prototype.RegisterToGlobal();
     OpenHost host;
     G_WorkingCopies copies(&host, nullptr);
-    const double seconds = SecondsOf([&] {
+    const double seconds = CpuSecondsOf([&] {
         for (auto unused : state) {
             Q_UNUSED(unused)
             G_Operation* const op = copies.Make("d_bookmarkwrap", nullptr, Document(1));
@@ -232,8 +219,8 @@ void Compare(benchmark::State& state, Mine mine, Bare bare, Clear clear)
     for (auto unused : state) {
         Q_UNUSED(unused)
         clear();
-        bestBare = std::min(bestBare, SecondsOf(bare));
-        bestMine = std::min(bestMine, SecondsOf(mine));
+        bestBare = std::min(bestBare, CpuSecondsOf(bare));
+        bestMine = std::min(bestMine, CpuSecondsOf(mine));
     }
     state.counters["mine_ms"] = bestMine * 1e3;
     state.counters["bare_ms"] = bestBare * 1e3;

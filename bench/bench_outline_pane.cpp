@@ -1,6 +1,8 @@
 // What the outline pane costs with 100,000 entries: filling, expanding and undoing against filling and expanding Qt's
 // own tree with the same entries, and following the page.
 
+#include "measuring.h"
+
 #include <outline/outline_commands.h>
 #include <outline/outline_operations.h>
 #include <outline/outline_page.h>
@@ -23,8 +25,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <ctime>
 #include <fstream>
 #include <functional>
 #include <memory>
@@ -38,42 +38,6 @@ constexpr int pageCount = 1000;
 // Four levels: 10 chapters of 10 sections of 10 parts of 99 entries each, and the same shape with many more branches.
 const std::vector<int> fewBranches{10, 10, 10, 99};
 const std::vector<int> manyBranches{18, 17, 17, 18};
-
-// Processor time, so that what else runs on the machine does not count.
-double SecondsOf(const std::function<void()>& work)
-{
-    // A large request makes the allocator tidy up what was freed before, which is none of this work's expense.
-    void* large = std::malloc(100000);
-    benchmark::DoNotOptimize(large);
-    std::free(large);
-    const auto now = [] {
-        timespec time{};
-        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-    };
-    const double start = now();
-    work();
-    return now() - start;
-}
-
-struct Ratio
-{
-    double ours;
-    double bare;
-    double Value() const { return ours / bare; }
-};
-
-Ratio Median(std::vector<Ratio> ratios)
-{
-    std::sort(ratios.begin(), ratios.end(), [](const Ratio& a, const Ratio& b) { return a.Value() < b.Value(); });
-    return ratios[ratios.size() / 2];
-}
-
-void Print(const char* what, const Ratio& ratio, double budget)
-{
-    std::printf("%-66s %8.2f ms / %8.2f ms = %5.2f (at most %.1f)%s\n", what, ratio.ours * 1e3, ratio.bare * 1e3,
-                ratio.Value(), budget, ratio.Value() > budget ? "  TOO MUCH" : "");
-}
 
 double PeakMegabytes()
 {
@@ -146,7 +110,7 @@ public:
     }
     double RefillSeconds()
     {
-        return SecondsOf([this] { Refill(); });
+        return CpuSecondsOf([this] { Refill(); });
     }
 
     int count = 0;
@@ -196,20 +160,20 @@ void MeasureFilling(const char* shapeName, const std::vector<int>& shape)
     std::vector<Ratio> expansions;
     for (int round = 0; round < rounds; ++round) {
         bare.collapseAll();
-        const double emptying = SecondsOf([&] { bare.clear(); });
+        const double emptying = CpuSecondsOf([&] { bare.clear(); });
         // Ours empties the tree first and leaves it expanded; the bare one does neither. Both are laid out later.
-        const double refill = SecondsOf([&] { desk.pane->UpdateOutline(0); });
-        const double filling = SecondsOf([&] { bare.Fill(); });
+        const double refill = CpuSecondsOf([&] { desk.pane->UpdateOutline(0); });
+        const double filling = CpuSecondsOf([&] { bare.Fill(); });
         refills.push_back({refill, filling});
-        const double layout = SecondsOf([&] { desk.pane->tree->doItemsLayout(); });
+        const double layout = CpuSecondsOf([&] { desk.pane->tree->doItemsLayout(); });
         desk.pane->expandButton->setChecked(true);
         desk.pane->ExpandOrCollapseOutline();
         desk.pane->expandButton->setChecked(false);
-        const double expanding = SecondsOf([&] {
+        const double expanding = CpuSecondsOf([&] {
             desk.pane->ExpandOrCollapseOutline();
             desk.pane->tree->doItemsLayout();
         });
-        const double bareExpanding = SecondsOf([&] { bare.expandAll(); });
+        const double bareExpanding = CpuSecondsOf([&] { bare.expandAll(); });
         expansions.push_back({expanding, bareExpanding});
         shown.push_back({refill + layout, emptying + filling + bareExpanding});
     }
@@ -235,7 +199,7 @@ void MeasureUndo(const std::vector<int>& shape)
     stack->push(new ModifyOutlineCommand(older, newer, node, desk.view->UIContext()));
     std::vector<Ratio> renames;
     for (int round = 0; round < rounds; ++round) {
-        const double undo = SecondsOf([&] {
+        const double undo = CpuSecondsOf([&] {
             stack->undo();
             desk.pane->tree->doItemsLayout();
         });
@@ -256,7 +220,7 @@ void MeasureUndo(const std::vector<int>& shape)
     stack->push(new BatchDelOutlineCommand(leaves, desk.view->UIContext()));
     std::vector<Ratio> deletions;
     for (int round = 0; round < rounds; ++round) {
-        const double undo = SecondsOf([&] {
+        const double undo = CpuSecondsOf([&] {
             stack->undo();
             desk.pane->tree->doItemsLayout();
         });
@@ -275,7 +239,7 @@ void MeasureFollowing(const std::vector<int>& shape)
     for (int page = 0; page < pageCount; page += 37) {
         desk.view->GoToPage(desk.view.get(), page, CCA_GRect(), false);
         const auto follow = [&] { emit events->PageChange(desk.view.get()); };
-        worst = std::max(worst, SecondsOf(follow));
+        worst = std::max(worst, CpuSecondsOf(follow));
     }
     desk.Refill();
     std::printf("%-66s %8.2f ms (at most 10)%s\n", "  following the page, the slowest of 28", worst * 1e3,
@@ -305,8 +269,7 @@ BENCHMARK(BM_Refill)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    PaintOffscreenByDefault();
     QApplication application(argc, argv);
     MeasureMemory(fewBranches); // first: a peak does not come down again
     MeasureFilling("few branches", fewBranches);

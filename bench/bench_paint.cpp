@@ -1,12 +1,13 @@
 // What painting a page takes against what nobody can avoid: a page of text against drawing the same glyphs from memory
 // with QPainter::drawGlyphRun, a page of pictures against decoding them.
 
+#include "measuring.h"
+
 #include <ofd/ofd_document.h>
 #include <samples/document_builder.h>
 #include <samples/report.h>
 
 #include <QBuffer>
-#include <QElapsedTimer>
 #include <QGlyphRun>
 #include <QGuiApplication>
 #include <QImageReader>
@@ -14,9 +15,7 @@
 #include <QTemporaryDir>
 #include <QTextLayout>
 
-#include <algorithm>
 #include <cstdio>
-#include <functional>
 #include <random>
 #include <vector>
 
@@ -27,20 +26,6 @@ constexpr double imageBudget = 1.5; // times decoding
 constexpr double pixelsPerMm = 96 / 25.4;
 constexpr int textRounds = 60;
 constexpr int imageRounds = 15;
-
-double Milliseconds(const std::function<void()>& work)
-{
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return double(timer.nsecsElapsed()) / 1e6;
-}
-
-double Median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
 
 ofd::OpenResult Open(const QString& path)
 {
@@ -117,9 +102,9 @@ void MeasureText(const QTemporaryDir& folder)
     lines.Draw(size);
     std::vector<double> glyphRuns, again, fresh;
     for (int i = 0; i < textRounds; ++i) {
-        glyphRuns.push_back(Milliseconds([&] { lines.Draw(size); }));
-        again.push_back(Milliseconds([&] { Paint(*opened.document, 0, pixelsPerMm); }));
-        fresh.push_back(Milliseconds([&] { Paint(*opened.document, i + 1, pixelsPerMm); }));
+        glyphRuns.push_back(MillisecondsOf([&] { lines.Draw(size); }));
+        again.push_back(MillisecondsOf([&] { Paint(*opened.document, 0, pixelsPerMm); }));
+        fresh.push_back(MillisecondsOf([&] { Paint(*opened.document, i + 1, pixelsPerMm); }));
     }
     const double base = Median(glyphRuns);
     std::printf("%d glyphs from memory, drawGlyphRun   %8.2f ms\n", lines.glyphs, base);
@@ -164,13 +149,13 @@ void MeasureImage(const QTemporaryDir& folder, const char* format, double scale)
         qFatal("the scan cannot be written");
     std::vector<double> decoding, painting;
     for (int i = 0; i < imageRounds; ++i) {
-        decoding.push_back(Milliseconds([&] {
+        decoding.push_back(MillisecondsOf([&] {
             QBuffer source(&bytes);
             if (QImageReader(&source).read().isNull())
                 qFatal("a picture cannot be decoded");
         }));
         const ofd::OpenResult opened = Open(path); // its pictures are not decoded yet
-        painting.push_back(Milliseconds([&] { Paint(*opened.document, 0, scale); }));
+        painting.push_back(MillisecondsOf([&] { Paint(*opened.document, 0, scale); }));
     }
     const double base = Median(decoding);
     std::printf("decoding a scan, %-4s                 %8.2f ms\n", format, base);
@@ -182,8 +167,7 @@ void MeasureImage(const QTemporaryDir& folder, const char* format, double scale)
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    PaintOffscreenByDefault();
     QGuiApplication application(argc, argv);
     const QTemporaryDir folder;
     MeasureText(folder);

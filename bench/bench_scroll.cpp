@@ -2,6 +2,8 @@
 // high zoom, and tells how long the main thread stood still at worst and how many bytes the pictures and what was read
 // took at most, against their budgets. usage: bench_scroll [FILE.ofd]
 
+#include "measuring.h"
+
 #include <frame/view/doc_view.h>
 #include <frame/view/picture_budget.h>
 #include <ofd/model/document_store.h>
@@ -12,7 +14,6 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QWidget>
 
@@ -28,15 +29,6 @@ void Wait(int milliseconds)
     QEventLoop loop;
     QTimer::singleShot(milliseconds, Qt::PreciseTimer, &loop, &QEventLoop::quit);
     loop.exec();
-}
-
-QString MakeReport(const QTemporaryDir& folder)
-{
-    const QString path = folder.filePath(QStringLiteral("report.ofd"));
-    const QString program = QCoreApplication::applicationDirPath() + QStringLiteral("/make_samples");
-    if (QProcess::execute(program, {QStringLiteral("--report"), QStringLiteral("1000"), QStringLiteral("3000"), path}))
-        qFatal("%s failed", qPrintable(program));
-    return path;
 }
 
 // One way through the document.
@@ -89,11 +81,10 @@ private:
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    PaintOffscreenByDefault();
     QApplication application(argc, argv);
     const QTemporaryDir folder;
-    const QString path = argc > 1 ? QString::fromLocal8Bit(argv[1]) : MakeReport(folder);
+    const QString path = argc > 1 ? QString::fromLocal8Bit(argv[1]) : MakeReport(folder, 1000, 3000);
 
     StallRecorder stalls;
     stalls.Start();

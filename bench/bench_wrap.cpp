@@ -1,5 +1,7 @@
 // What a repaint of a screen of wrapped bookmark rows costs, against the same screen with a bare delegate.
 
+#include "measuring.h"
+
 #include <common/wrap_layout.h>
 
 #include <benchmark/benchmark.h>
@@ -11,31 +13,11 @@
 #include <QStyledItemDelegate>
 #include <QTreeWidget>
 
-#include <algorithm>
 #include <cmath>
-#include <ctime>
-#include <functional>
-#include <limits>
 
 namespace {
 
 constexpr int rowCount = 2000;
-
-double BestOfFive(const std::function<void()>& work)
-{
-    const auto now = [] {
-        timespec time{};
-        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-    };
-    double best = std::numeric_limits<double>::max();
-    for (int round = 0; round < 5; ++round) {
-        const double start = now();
-        work();
-        best = std::min(best, now() - start);
-    }
-    return best;
-}
 
 // Wraps as the bookmark list does, without its pane.
 class WrappingDelegate : public QStyledItemDelegate
@@ -87,7 +69,7 @@ void FillList(QTreeWidget* tree)
 double RepaintSeconds(QTreeWidget* tree)
 {
     QImage screen(tree->viewport()->size(), QImage::Format_RGB32);
-    return BestOfFive([&] {
+    return BestCpuSecondsOf([&] {
         for (int i = 0; i < 20; ++i)
             tree->viewport()->render(&screen);
     });
@@ -121,7 +103,7 @@ BENCHMARK(RepaintWrappedRows)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    PaintOffscreenByDefault();
     QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
