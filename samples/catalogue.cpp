@@ -53,7 +53,7 @@ std::vector<Sample> MakeList()
         for (const Deviation& deviation : group)
             list.push_back(FromDeviation(deviation));
     for (const auto& group : {ImageFeatures(), SealFeatures(), ColourFeatures(), FontFeatures(), PatternFeatures(),
-                              ShadingFeatures(), ClipFeatures(), TransparencyFeatures()})
+                              ShadingFeatures(), ClipFeatures(), TransparencyFeatures(), SharingFeatures()})
         for (const Deviation& feature : group)
             list.push_back(FromDeviation(feature, QStringLiteral("features/")));
     for (const Damage& damage : Damages())

@@ -13,5 +13,6 @@ std::vector<Deviation> PatternFeatures();
 std::vector<Deviation> ShadingFeatures();
 std::vector<Deviation> ClipFeatures();
 std::vector<Deviation> TransparencyFeatures();
+std::vector<Deviation> SharingFeatures();
 
 } // namespace samples

@@ -27,7 +27,7 @@ qint64 WeightOf(const Paint& paint)
     if (paint.mesh)
         weight += Block + qint64(sizeof(Mesh)) + WeightOf(paint.mesh->vertices) + WeightOf(paint.mesh->corners);
     if (paint.pattern)
-        weight += Block + qint64(sizeof(Pattern)) + WeightOf(paint.pattern->objects);
+        weight += Block + qint64(sizeof(Pattern)) + paint.pattern->bytes;
     return weight;
 }
 

@@ -299,10 +299,13 @@ std::shared_ptr<const PageAnnotations> DocumentStore::GetPageAnnotations(int pag
         TellOfUnknownPages(*annotationIndex, structure);
     }
     QStringList parts;
-    const int pageId = structure.pages.value(pageIndex).id;
-    if (structure.pageIndexById.value(pageId, -1) == pageIndex) // of two pages with one id the first has them
-        parts = annotationIndex->value(pageId);
-    const std::shared_ptr<PageAnnotations> page = ReadPageAnnotations(*source, parts, known);
+    const PageEntry entry = structure.pages.value(pageIndex);
+    if (structure.pageIndexById.value(entry.id, -1) == pageIndex) // of two pages with one id the first has them
+        parts = annotationIndex->value(entry.id);
+    // Appearances draw with the resources of their page too.
+    const bool hasOwn = !parts.isEmpty() && !entry.part.isEmpty() && HasPageResources(*source, entry.part);
+    const std::shared_ptr<PageAnnotations> page =
+        ReadPageAnnotations(*source, parts, hasOwn ? GetContent(entry.part).content->resources : known);
     page->isBroken |= isAnnotationListBroken;
     qint64 bytes = qint64(sizeof(PageAnnotations));
     for (const AnnotationRecord& annotation : page->annotations)

@@ -16,6 +16,7 @@ struct Pattern
     bool isRelativeToPage = false; // else the first cell begins at the corner of the object's Boundary
     QTransform matrix;             // from the cell's space to that of the page or the Boundary
     ObjectList objects;
+    qint64 bytes = 0; // of memory that the objects take, about; known in advance, since patterns share patterns
 };
 
 } // namespace ofd

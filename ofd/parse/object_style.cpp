@@ -116,8 +116,7 @@ T StyleChain::Inherited(std::optional<T> DrawParam::*member, const T& missing) c
 
 StrokeStyle StyleChain::ReadStroke(const pugi::xml_node& object) const
 {
-    DrawParam own;
-    ReadDrawParam(object, resources, own);
+    const DrawParam own = ReadDrawParam(object);
     const StrokeStyle missing;
     const auto value = [&](auto member, const auto& fallback) {
         return own.*member ? *(own.*member) : Inherited(member, fallback);
@@ -144,17 +143,21 @@ Paint StyleChain::ReadStrokePaint(const pugi::xml_node& object, const QColor& mi
     return color ? ReadPaint(color, resources) : Inherited(&DrawParam::stroke, Paint{missing, nullptr});
 }
 
-void ReadDrawParam(const pugi::xml_node& element, const Resources& resources, DrawParam& param)
+DrawParam ReadDrawParam(const pugi::xml_node& element)
 {
+    DrawParam param;
     param.lineWidth = OptionalNumber(element, "LineWidth");
     param.miterLimit = OptionalNumber(element, "MiterLimit");
     param.dashOffset = OptionalNumber(element, "DashOffset");
     param.cap = OptionalWord(element, "Cap", Caps);
     param.join = OptionalWord(element, "Join", Joins);
     param.dashes = ArrayAttribute(element, "DashPattern");
-    if (!IsElement(element, "DrawParam"))
-        return; // objects have their colours read apart, with defaults of their own
     param.relative = int(IdAttribute(element, "Relative"));
+    return param;
+}
+
+void ReadDrawParamColors(const pugi::xml_node& element, const Resources& resources, DrawParam& param)
+{
     if (const pugi::xml_node fill = ChildElement(element, "FillColor"))
         param.fill = ReadPaint(fill, resources);
     if (const pugi::xml_node stroke = ChildElement(element, "StrokeColor"))

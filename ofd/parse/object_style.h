@@ -33,8 +33,10 @@ private:
     QVector<const DrawParam*> params; // not owned; the nearest first
 };
 
-// Reads the attributes that a draw parameter and an object share.
-void ReadDrawParam(const pugi::xml_node& element, const Resources& resources, DrawParam& param);
+// Reads the attributes that a draw parameter and an object share, without the colours, whose defaults differ.
+DrawParam ReadDrawParam(const pugi::xml_node& element);
+// Reads the colours of a draw parameter.
+void ReadDrawParamColors(const pugi::xml_node& element, const Resources& resources, DrawParam& param);
 
 // Reads the border of a picture.
 ImageBorder ReadImageBorder(const pugi::xml_node& element, const Resources& resources);

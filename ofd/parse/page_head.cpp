@@ -151,4 +151,11 @@ PageHead ReadPageHead(const Package& package, const QString& part)
     return head;
 }
 
+bool HasPageResources(const Package& package, const QString& part)
+{
+    const QByteArray bytes = package.Read(part).bytes;
+    const bool isWide = bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff"); // not searched
+    return isWide || FindTag(bytes, "PageRes", false) >= 0;
+}
+
 } // namespace ofd

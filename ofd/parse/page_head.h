@@ -23,4 +23,8 @@ struct PageHead
 // parsed. Any thread.
 PageHead ReadPageHead(const Package& package, const QString& part);
 
+// Whether a page may have resources of its own; a page that has none needs not be parsed to learn that. Inflates the
+// part. Any thread.
+bool HasPageResources(const Package& package, const QString& part);
+
 } // namespace ofd

@@ -3,6 +3,7 @@
 #include "content_reader.h"
 #include "geometry_reader.h"
 
+#include <ofd/model/content_weight.h>
 #include <ofd/model/pattern.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_values.h>
@@ -10,6 +11,12 @@
 #include <algorithm>
 
 namespace ofd {
+
+namespace {
+
+constexpr qint64 HeaviestBytes = qint64(1) << 32;
+
+} // namespace
 
 std::shared_ptr<const Pattern> ReadPattern(const pugi::xml_node& element, const Resources& resources)
 {
@@ -27,6 +34,8 @@ std::shared_ptr<const Pattern> ReadPattern(const pugi::xml_node& element, const 
     pattern->matrix = MatrixAttribute(element);
     pattern->matrix.type(); // settles its lazy kind before threads share it
     pattern->objects = ReadObjects(ChildElement(element, "CellContent"), resources);
+    // Patterns in patterns by way of draw parameters can weigh more than a number holds.
+    pattern->bytes = std::min(WeightOf(pattern->objects), HeaviestBytes);
     return pattern;
 }
 

@@ -2,7 +2,7 @@
 
 #include "color_reader.h"
 #include "content_reader.h"
-#include "object_style.h"
+#include "draw_param_reader.h"
 
 #include <ofd/model/color_profile.h>
 #include <ofd/model/problem_log.h>
@@ -29,6 +29,7 @@ public:
     ResourceReader(const Package& package, const QString& documentFolder, Resources& resources)
         : package(package)
         , resources(resources)
+        , drawParams(resources)
     {
         context.documentFolder = documentFolder;
         context.isMedia = true;
@@ -39,6 +40,7 @@ public:
     {
         Each(parts, "ColorSpaces", "ColorSpace", [this](const pugi::xml_node& e) { AddColorSpace(e); });
         Each(parts, "DrawParams", "DrawParam", [this](const pugi::xml_node& e) { AddDrawParam(e); });
+        drawParams.ReadColors();
         Each(parts, "Fonts", "Font", [this](const pugi::xml_node& e) { AddFont(e); });
         Each(parts, "MultiMedias", "MultiMedia", [this](const pugi::xml_node& e) { AddMedia(e); });
         Each(parts, "CompositeGraphicUnits", "CompositeGraphicUnit", [this](const pugi::xml_node& e) { AddUnit(e); });
@@ -48,7 +50,8 @@ private:
     void Each(const std::vector<std::unique_ptr<XmlPart>>& parts, std::string_view list, std::string_view item,
               const std::function<void(const pugi::xml_node&)>& add)
     {
-        for (const std::unique_ptr<XmlPart>& part : parts) {
+        for (const std::unique_ptr<XmlPart>& one : parts) {
+            part = one.get();
             const ProblemScope scope(part->GetName());
             context.holderPart = part->GetName();
             context.baseLoc = AttributeText(part->GetRoot(), "BaseLoc").trimmed();
@@ -61,17 +64,25 @@ private:
         }
     }
 
+    // The identifier of the element; 0, and told, when another one of the table has it.
+    template <typename T>
+    static int IdOfFirst(const QHash<int, T>& table, const pugi::xml_node& element)
+    {
+        const int id = int(IdAttribute(element, "ID"));
+        if (!id || !table.contains(id))
+            return id;
+        ReportProblem(ProblemKind::DuplicateIdentifier,
+                      QCoreApplication::translate("OfdDocument", "More than one %1 has the ID %2.")
+                          .arg(QString::fromUtf8(element.name()))
+                          .arg(id));
+        return 0;
+    }
+
     template <typename T>
     static void InsertFirst(QHash<int, T>& table, const pugi::xml_node& element, const T& value)
     {
-        const int id = int(IdAttribute(element, "ID"));
-        if (id && !table.contains(id))
+        if (const int id = IdOfFirst(table, element))
             table.insert(id, value);
-        else if (id)
-            ReportProblem(ProblemKind::DuplicateIdentifier,
-                          QCoreApplication::translate("OfdDocument", "More than one %1 has the ID %2.")
-                              .arg(QString::fromUtf8(element.name()))
-                              .arg(id));
     }
 
     void AddColorSpace(const pugi::xml_node& element)
@@ -121,9 +132,9 @@ private:
 
     void AddDrawParam(const pugi::xml_node& element)
     {
-        DrawParam param;
-        ReadDrawParam(element, resources, param);
-        InsertFirst(resources.drawParams, element, param);
+        const int id = IdOfFirst(resources.drawParams, element);
+        if (id)
+            drawParams.Add(*part, element, id);
     }
 
     void AddFont(const pugi::xml_node& element)
@@ -166,6 +177,8 @@ private:
 
     const Package& package;
     Resources& resources;
+    DrawParamReader drawParams;
+    const XmlPart* part = nullptr; // not owned; being read
     LocationContext context;
     QHash<QPair<QString, int>, std::shared_ptr<const ColorProfile>> profiles; // by part and number of channels
     qint64 profileBytes = 0;                                                  // of all that were looked at

@@ -239,90 +239,6 @@ void Fill(QImage& image, const Field& field, const QTransform& fromPixels)
     }
 }
 
-// One triangle on the picture.
-class Triangle
-{
-public:
-    Triangle(const Mesh& mesh, int first, const QTransform& toPixels)
-    {
-        for (int i = 0; i < 3; ++i) {
-            const Mesh::Vertex& vertex = mesh.vertices.at(mesh.corners.at(first + i));
-            at[i] = toPixels.map(vertex.at);
-            color[i] = Premultiplied(vertex.color);
-        }
-        area = Twice(at[0], at[1], at[2]);
-    }
-
-    QRect BoxIn(const QRect& image) const
-    {
-        const QRectF clip(image);
-        const QRectF box = QPolygonF({at[0], at[1], at[2]}).boundingRect() & clip;
-        return std::abs(area) < 1e-9 ? QRect() : box.toAlignedRect() & image;
-    }
-
-    void Paint(QImage& image, const QRect& box) const
-    {
-        for (int y = box.top(); y <= box.bottom(); ++y) {
-            auto* line = reinterpret_cast<QRgb*>(image.scanLine(y)); // not owned
-            for (int x = box.left(); x <= box.right(); ++x) {
-                const QPointF point(x + 0.5, y + 0.5);
-                const double a = Twice(point, at[1], at[2]) / area;
-                const double b = Twice(at[0], point, at[2]) / area;
-                if (a >= -Slack && b >= -Slack && a + b <= 1 + Slack)
-                    line[x] = Blend(a, b, 1 - a - b);
-            }
-        }
-    }
-
-private:
-    static constexpr double Slack = 1e-6; // so that no gap stays between neighbours
-
-    static double Twice(const QPointF& a, const QPointF& b, const QPointF& c)
-    {
-        return (b.x() - a.x()) * (c.y() - a.y()) - (c.x() - a.x()) * (b.y() - a.y());
-    }
-
-    QRgb Blend(double a, double b, double c) const
-    {
-        const auto mix = [&](int (*part)(QRgb)) {
-            const double value = a * part(color[0]) + b * part(color[1]) + c * part(color[2]);
-            return std::clamp(int(std::lround(value)), 0, 255);
-        };
-        return qRgba(mix(qRed), mix(qGreen), mix(qBlue), mix(qAlpha));
-    }
-
-    QPointF at[3];
-    QRgb color[3] = {};
-    double area = 0; // twice, with its sign
-};
-
-// The colour of the nearest corner; of meshes with very many corners some stand for all.
-void FillFromCorners(QImage& image, const Mesh& mesh, const QTransform& toPixels)
-{
-    constexpr int mostCorners = 128;
-    const int stride = (mesh.vertices.size() + mostCorners - 1) / mostCorners;
-    QVector<QPointF> places;
-    QVector<QRgb> colors;
-    for (int i = 0; i < mesh.vertices.size(); i += stride) {
-        places.append(toPixels.map(mesh.vertices.at(i).at));
-        colors.append(Premultiplied(mesh.vertices.at(i).color));
-    }
-    for (int y = 0; y < image.height(); ++y) {
-        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y)); // not owned
-        for (int x = 0; x < image.width(); ++x) {
-            double nearest = 0;
-            for (int i = 0; i < places.size(); ++i) {
-                const QPointF away = places.at(i) - QPointF(x, y);
-                const double distance = QPointF::dotProduct(away, away);
-                if (i == 0 || distance < nearest) {
-                    nearest = distance;
-                    line[x] = colors.at(i);
-                }
-            }
-        }
-    }
-}
-
 } // namespace
 
 void PaintShading(QImage& image, const Shading& shading, const QTransform& toPixels)
@@ -335,25 +251,6 @@ void PaintShading(QImage& image, const Shading& shading, const QTransform& toPix
     }
     const QTransform toCircles = CirclesOf(shading);
     Fill(image, RadialField(shading, colors, toCircles), fromPixels * toCircles);
-}
-
-void PaintMesh(QImage& image, const Mesh& mesh, const QTransform& toPixels, const std::function<bool()>& isCancelled)
-{
-    if (mesh.backColor.isValid())
-        image.fill(mesh.backColor);
-    else if (mesh.extends)
-        FillFromCorners(image, mesh, toPixels);
-    constexpr qint64 mostLayers = 64;
-    qint64 budget = mostLayers * image.width() * image.height() + mesh.corners.size() * mostLayers;
-    for (int i = 0; i + 2 < mesh.corners.size() && budget > 0; i += 3) {
-        if (isCancelled && isCancelled())
-            return;
-        const Triangle triangle(mesh, i, toPixels);
-        const QRect box = triangle.BoxIn(image.rect());
-        budget -= qint64(box.width()) * box.height();
-        if (!box.isEmpty())
-            triangle.Paint(image, box);
-    }
 }
 
 } // namespace ofd

@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include <cmath>
+
 namespace {
 
 const QColor White = Qt::white;
@@ -65,6 +67,7 @@ private slots:
     void trianglesGoOnAtTheEdgeThatTheirFlagNames();
     void aLatticeFillsItsFields_data();
     void aLatticeFillsItsFields();
+    void trianglesAreSmoothAroundAndShowNoSeamsBetweenEachOther();
     void aroundTheTrianglesIsTheBackColour();
     void alphaHoldsForShadings();
     void linesAreShadedToo();
@@ -306,6 +309,35 @@ void TestOfdShadings::aLatticeFillsItsFields()
     QVERIFY(Shows(image, 60, 60, QColor(0, 128, 128), 6));
     QVERIFY(Shows(image, 25, 50, White));
     QVERIFY(Shows(image, 50, 72, White));
+}
+
+void TestOfdShadings::trianglesAreSmoothAroundAndShowNoSeamsBetweenEachOther()
+{
+    // A fan of one colour around a point that lies between pixels; the outline is a square that stands on a corner.
+    QByteArray points;
+    const QByteArray corners[][2] = {{"30", "5"}, {"55", "30"}, {"30", "55"}, {"5", "30"}};
+    for (int i = 0; i < 4; ++i) {
+        const QByteArray* next = corners[(i + 1) % 4];
+        points += Point("27.13", "31.77", "0 0 0", "0") + Point(corners[i][0], corners[i][1], "0 0 0", "0") +
+                  Point(next[0], next[1], "0 0 0", "0");
+    }
+    const QImage image = PaintShading("<ofd:GouraudShd>" + points + "</ofd:GouraudShd>");
+    int between = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const double middleMm = 50;
+            const double awayMm =
+                std::abs((x + 0.5) / PixelsPerMm - middleMm) + std::abs((y + 0.5) / PixelsPerMm - middleMm);
+            const int gray = qGray(image.pixel(x, y));
+            if (awayMm < 25 - 1 / PixelsPerMm)
+                QCOMPARE(gray, 0);
+            else if (awayMm > 25 + 1 / PixelsPerMm)
+                QCOMPARE(gray, 255);
+            else
+                between += gray > 40 && gray < 215;
+        }
+    }
+    QVERIFY(between > 300); // two a row; on a jagged edge there are none
 }
 
 void TestOfdShadings::aroundTheTrianglesIsTheBackColour()
