@@ -13,6 +13,7 @@
 #include <ofd/parse/outline_reader.h>
 #include <ofd/parse/signature_reader.h>
 #include <ofd/render/page_renderer.h>
+#include <ofd/text/text_source.h>
 #include <ofd/write/annotation_writer.h>
 #include <ofd/write/bookmark_writer.h>
 #include <ofd/write/outline_writer.h>
@@ -37,6 +38,9 @@ struct OfdDocument::Private
     bool AreTagsEdited() const;
     std::vector<OfdAnnot*> AllAnnots() const; // that were asked for so far
     bool AreAnnotsEdited() const;
+
+    // Whether a list of parts could be saved with a new entry. What could not be is refused at once, not at the save.
+    bool MayAddTo(const QString& listPart) const;
 
     // What a save leaves behind besides the new file.
     struct SavePlan
@@ -74,6 +78,7 @@ struct OfdDocument::Private
     std::unique_ptr<AttachmentTable> attachments;
     QString attachmentsPart; // empty when the document has no list in a part of its own
     std::unique_ptr<OfdPageRenderer> renderer;
+    std::unique_ptr<OfdTextSource> textSource;
     std::vector<std::unique_ptr<OfdPage>> pages; // null until asked for
 
     bool areBookmarksRead = false;

@@ -2,9 +2,10 @@
 
 #include <frame/base/converters.h>
 #include <frame/base/streams.h>
+#include <ofd/parse/action_reader.h>
 #include <ofd/parse/attachment_reader.h>
 #include <ofd/parse/document_reader.h>
-#include <ofd/text/text_page.h>
+#include <ofd/text/text_store.h>
 
 #include <QCoreApplication>
 #include <QDate>
@@ -84,6 +85,7 @@ OpenResult OfdDocument::Open(const QString& path, bool readOnly)
     data->pages.resize(size_t(parts.structure.pages.size()));
     data->store = std::make_shared<DocumentStore>(std::move(package), std::move(parts.structure), std::move(problems));
     data->renderer = std::make_unique<OfdPageRenderer>(data->store);
+    data->textSource = std::make_unique<OfdTextSource>(data->store);
     result.document.reset(new OfdDocument(std::move(data)));
     return result;
 }
@@ -178,6 +180,16 @@ QSizeF OfdDocument::PageSizeMm(int index)
 IG_PageRenderer* OfdDocument::Renderer()
 {
     return d->renderer.get();
+}
+
+IG_TextSource* OfdDocument::TextSource()
+{
+    return d->textSource.get();
+}
+
+int OfdDocument::ShownTextRevision()
+{
+    return d->store->GetSession().GetTextRevision();
 }
 
 // Templates.
@@ -277,6 +289,8 @@ void OfdDocument::Private::ReadTagsOnce()
 bool OfdDocument::AddCustomTagRoot(const char* name, const char* prefix, const char* nameSpace, int)
 {
     d->ReadTagsOnce();
+    if (!d->MayAddTo(d->customTagsPart))
+        return false;
     TagTree tree;
     tree.root.reset(G_TreeNode::CreateRoot());
     tree.prefix = QString::fromUtf8(prefix);
@@ -324,6 +338,22 @@ void OfdDocument::CustomTagObjects(CCA_LockedArray<G_PageObjectPath>& objects, c
     }
 }
 
+std::shared_ptr<const G_ActionList> OfdDocument::GetOpenActions()
+{
+    const ProblemScope scope(d->store->GetProblems(), d->Structure().documentPart);
+    const auto actions = ReadActions(d->documentPart->GetRoot(), ActionEvent::DocumentOpen);
+    if (!actions)
+        return nullptr;
+    auto list = std::make_shared<G_ActionList>();
+    for (const ObjectAction& read : *actions) {
+        std::unique_ptr<G_Action> action(read.action->Clone());
+        if (auto* jump = dynamic_cast<G_ActionGoto*>(action.get()); jump && jump->bookmarkName.IsEmpty())
+            ResolvePage(*jump->dest, d->Structure());
+        list->Add(std::move(action));
+    }
+    return list;
+}
+
 // Rights and states.
 
 bool OfdDocument::IsReadOnly()
@@ -354,6 +384,16 @@ bool OfdDocument::MayAnnotate()
 bool OfdDocument::MayExport()
 {
     return d->Structure().permissions.exportContent;
+}
+
+bool OfdDocument::MayPrint()
+{
+    return d->Structure().permissions.print && MostCopies() != 0;
+}
+
+int OfdDocument::MostCopies()
+{
+    return d->Structure().permissions.copies;
 }
 
 bool OfdDocument::IsSignProtected()
@@ -418,6 +458,8 @@ bool OfdDocument::AddAttachment(ICA_StreamReader* reader, bool isBigFile, const 
                                 const char* name, const char*, int)
 {
     const std::unique_ptr<ICA_StreamReader> owned(reader);
+    if (!d->MayAddTo(d->attachmentsPart))
+        return false;
     const QString shown = QString::fromUtf8(title ? title : name);
     G_AttachmentInfo info;
     info.name = CCA_String(HarmlessName(shown).toUtf8());
@@ -447,12 +489,10 @@ QList<G_TextRects> OfdDocument::SelectTextRange(const CCA_GPoint& start, int sta
     for (int index = first; index <= last; ++index) {
         const CCA_GPoint from = index == first ? (isForward ? start : end) : CCA_GPoint{-farAway, -farAway};
         const CCA_GPoint to = index == last ? (isForward ? end : start) : CCA_GPoint{farAway, farAway};
-        const ContentResult page = d->store->GetPageContent(index);
-        OfdTextPage text(d->store, page.content, page.error.isEmpty());
-        text.Parse(0);
+        const std::shared_ptr<const PageText> text = d->store->GetTexts().GetText(index);
         G_TextRects rects;
         rects.pageIndex = index;
-        for (const G_TextRun& run : text.RunsBetween(from, to))
+        for (const G_TextRun& run : text->RunsBetween(from, to))
             rects.rects.Add(run.rect);
         selection.append(rects);
     }

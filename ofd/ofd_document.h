@@ -126,10 +126,15 @@ public:
     bool MayEdit() override;
     bool MayAnnotate() override;
     bool MayExport() override;
+    bool MayPrint() override;
+    int MostCopies() override;
     bool IsSignProtected() override;
     bool IsEncrypted() override;
     bool IsModified() override;
     IG_PageRenderer* Renderer() override;
+    IG_TextSource* TextSource() override;
+    int ShownTextRevision() override;
+    std::shared_ptr<const G_ActionList> GetOpenActions() override;
 
 private:
     struct Private;

@@ -6,6 +6,7 @@
 #include <frame/document/payloads.h>
 #include <ofd/model/document_store.h>
 #include <ofd/text/text_page.h>
+#include <ofd/text/text_store.h>
 
 #include <QSet>
 
@@ -60,6 +61,11 @@ bool OfdPage::Load()
 {
     if (content)
         return true;
+    if (const std::shared_ptr<const PageText> text = store->GetTexts().FindText(index); text && text->IsReadable()) {
+        content = text->Content(); // no longer cached, perhaps
+        MakeLayers();
+        return true;
+    }
     const ContentResult result = store->GetPageContent(index);
     const bool isMissing = store->GetStructure().pages.at(index).part.isEmpty();
     if (!result.error.isEmpty() && !isMissing)
@@ -155,12 +161,29 @@ bool OfdPage::SetAnnotRemoved(IG_Annot* annot, bool isRemoved)
     return false;
 }
 
+QVector<G_PageLink> OfdPage::GetLinks()
+{
+    const SessionState::PageView view = store->GetSession().GetPageView(index);
+    const std::shared_ptr<const PlacedLinks> placed = store->GetPageLinks(index);
+    QVector<G_PageLink> shown;
+    shown.reserve(int(placed->links.size()));
+    for (const PlacedLink& link : placed->links) {
+        const bool isHidden = view.hiddenLayers.contains(link.layer) ||
+                              view.hiddenAnnotations.contains(link.annotation) ||
+                              std::any_of(link.templates.cbegin(), link.templates.cend(),
+                                          [&view](int id) { return view.hiddenTemplates.contains(id); });
+        if (!isHidden)
+            shown.append(link.link);
+    }
+    return shown;
+}
+
 IG_TextPage* OfdPage::GetTextPage()
 {
     if (!content)
         return nullptr;
     if (!textPage)
-        textPage = std::make_unique<OfdTextPage>(store, content, true);
+        textPage = std::make_unique<OfdTextPage>(store, index);
     return textPage.get();
 }
 

@@ -7,6 +7,7 @@
 
 class ICA_StreamReader;
 class ICA_StreamWriter;
+class IG_TextSource;
 
 // An open document. Whoever opened it owns it; it owns its trees, pages and annotations. Main thread only, except the
 // attachment calls, which are guarded inside and may come from a worker thread, and the renderer.
@@ -78,11 +79,20 @@ public:
     virtual bool MayEdit() = 0;         // they allow editing (true without permissions)
     virtual bool MayAnnotate() = 0;     // they allow annotations
     virtual bool MayExport() = 0;       // they allow export of content
+    virtual bool MayPrint();            // they allow printing (true without permissions)
+    virtual int MostCopies();           // of a page that may be printed at a time; negative: any number
     virtual bool IsSignProtected() = 0; // it carries signatures
     virtual bool IsEncrypted() = 0;
     // True when something is changed that Save would write.
     virtual bool IsModified() = 0;
     // Null when the document paints nothing.
     virtual IG_PageRenderer* Renderer() = 0;
+    // Reads text off the main thread. Null when all text is at hand at once.
+    virtual IG_TextSource* TextSource();
+    // Changes whenever text of the document is hidden or shown: what was known of pages' texts no longer holds.
+    virtual int ShownTextRevision();
+    // What the document would like to be run when it is opened; null for nothing, as here. A document comes from
+    // anywhere, so a host follows its jumps at most: it must not open addresses or files that nobody clicked on.
+    virtual std::shared_ptr<const G_ActionList> GetOpenActions();
 };
 Q_DECLARE_METATYPE(IG_Document*)

@@ -316,6 +316,14 @@ void G_PageTextCache::Clear()
     length = 0;
 }
 
+void G_PageTextCache::Follow(IG_Document* document)
+{
+    const int now = document->ShownTextRevision();
+    if (now != revision)
+        Clear();
+    revision = now;
+}
+
 G_TextSearch::G_TextSearch(const G_TextQuery& wanted)
     : query(wanted)
     , needle(Needle(wanted))
@@ -341,6 +349,8 @@ QList<G_TextMatch> G_TextSearch::FindIn(const IG_TextPage& page, int pageIndex, 
 QList<G_TextMatch> G_TextSearch::FindOnPage(IG_Document* document, int pageIndex, int most, bool* isReadable,
                                             G_PageTextCache* cache) const
 {
+    if (cache)
+        cache->Follow(document);
     if (cache && cache->Knows(pageIndex) && !cache->texts.value(pageIndex).contains(squeezed)) {
         if (isReadable)
             *isReadable = true;

@@ -46,7 +46,11 @@ public:
 
 private:
     friend class G_TextSearch;
+    // Forgets all when the document has hidden or shown some text since.
+    void Follow(IG_Document* document);
+
     QHash<int, QString> texts; // folded, without blanks and hyphens
+    int revision = 0;
     qint64 length = 0;
 };
 

@@ -16,6 +16,7 @@
 #include <ofd/render/image_store.h>
 #include <ofd/render/seal_store.h>
 #include <ofd/text/font_store.h>
+#include <ofd/text/text_store.h>
 
 #include <QCoreApplication>
 
@@ -27,6 +28,7 @@ namespace {
 
 constexpr int CachedContentBytes = 96 << 20;
 constexpr int CachedAnnotationBytes = 16 << 20;
+constexpr int CachedLinkBytes = 8 << 20;
 
 // What is too heavy for the budget is kept alone: all tiles of a page need it, one after the other.
 int CostOf(qint64 bytes, int budget)
@@ -89,10 +91,12 @@ DocumentStore::DocumentStore(std::shared_ptr<Package> package, DocumentStructure
     , images(std::make_unique<ImageStore>())
     , stamps(std::make_unique<GlyphStamps>())
     , seals(std::make_unique<SealStore>(nesting))
+    , texts(std::make_unique<TextStore>(*this))
     , package(std::move(package))
     , pageSizes(structure.pages.size())
     , contents(CachedContentBytes)
     , annotations(CachedAnnotationBytes)
+    , links(CachedLinkBytes)
 {
 }
 
@@ -245,7 +249,9 @@ KeptBytes DocumentStore::GetKeptBytes()
     }
     kept.images = images->GetKeptBytes();
     kept.stamps = stamps->GetKeptBytes();
-    kept.limit = CachedContentBytes + CachedAnnotationBytes + images->GetLimit() + stamps->GetLimit();
+    kept.texts = texts->GetKeptBytes();
+    kept.limit =
+        CachedContentBytes + CachedAnnotationBytes + images->GetLimit() + stamps->GetLimit() + texts->GetLimit();
     return kept;
 }
 
@@ -313,6 +319,16 @@ std::shared_ptr<const PageAnnotations> DocumentStore::GetPageAnnotations(int pag
     annotations.insert(pageIndex, new std::shared_ptr<const PageAnnotations>(page),
                        CostOf(bytes, CachedAnnotationBytes));
     return page;
+}
+
+// The mouse moves over the same few pages, so their links are placed once.
+std::shared_ptr<const PlacedLinks> DocumentStore::GetPageLinks(int pageIndex)
+{
+    if (const auto* known = links.object(pageIndex))
+        return *known;
+    const std::shared_ptr<const PlacedLinks> placed = PlaceLinks(*this, pageIndex);
+    links.insert(pageIndex, new std::shared_ptr<const PlacedLinks>(placed), CostOf(placed->bytes, CachedLinkBytes));
+    return placed;
 }
 
 void DocumentStore::KeepPageAnnotations(int pageIndex, const std::shared_ptr<const PageAnnotations>& list)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "annotations.h"
+#include "page_links.h"
 #include "problem_log.h"
 #include "reading_turns.h"
 #include "resources.h"
@@ -24,6 +25,7 @@ class GlyphStamps;
 class ImageStore;
 class Package;
 class SealStore;
+class TextStore;
 
 // A page's content, or why there is none.
 struct ContentResult
@@ -39,9 +41,10 @@ struct KeptBytes
     qint64 annotations = 0;
     qint64 images = 0;
     qint64 stamps = 0;
+    qint64 texts = 0;
     qint64 limit = 0; // of all together
 
-    qint64 Sum() const { return contents + annotations + images + stamps; }
+    qint64 Sum() const { return contents + annotations + images + stamps + texts; }
 };
 
 // Everything that is read from an open document at first use, shared by the main thread and the painting threads. What
@@ -63,6 +66,7 @@ public:
     ImageStore& GetImages() { return *images; }
     GlyphStamps& GetStamps() { return *stamps; }
     SealStore& GetSeals() { return *seals; }
+    TextStore& GetTexts() { return *texts; }
 
     // The package to read from now. A save replaces it.
     std::shared_ptr<const Package> GetPackage() const;
@@ -77,6 +81,8 @@ public:
     // From now on the page's annotations are these, whatever a save makes of the file: what is hidden or removed is
     // told by its position among them.
     void KeepPageAnnotations(int pageIndex, const std::shared_ptr<const PageAnnotations>& list);
+    // What of the page can be clicked. Main thread.
+    std::shared_ptr<const PlacedLinks> GetPageLinks(int pageIndex);
     std::shared_ptr<const Resources> GetResources();
     // The z-order of a template on a page that says `onPage` of it.
     LayerKind GetTemplateKind(int templateId, const QString& onPage) const;
@@ -100,6 +106,7 @@ private:
     std::unique_ptr<ImageStore> images;
     std::unique_ptr<GlyphStamps> stamps; // behind the fonts: it names their faces
     std::unique_ptr<SealStore> seals;
+    std::unique_ptr<TextStore> texts;
 
     mutable std::mutex packageMutex;
     std::shared_ptr<Package> package;
@@ -122,6 +129,7 @@ private:
     bool isAnnotationListBroken = false;                                // known with the index
     QCache<int, std::shared_ptr<const PageAnnotations>> annotations;    // by page index; weighed in bytes
     QHash<int, std::shared_ptr<const PageAnnotations>> keptAnnotations; // by page index; never dropped
+    QCache<int, std::shared_ptr<const PlacedLinks>> links;              // by page index; weighed in bytes; main thread
 };
 
 } // namespace ofd

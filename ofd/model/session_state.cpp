@@ -18,6 +18,7 @@ void SessionState::SetTemplateHidden(int id, bool isHidden)
 {
     const std::lock_guard<std::mutex> lock(mutex);
     SetMember(templates, id, isHidden);
+    ++textRevision;
 }
 
 bool SessionState::IsTemplateHidden(int id) const
@@ -30,6 +31,7 @@ void SessionState::SetLayerHidden(int pageIndex, int position, bool isHidden)
 {
     const std::lock_guard<std::mutex> lock(mutex);
     SetMember(layers[pageIndex], position, isHidden);
+    ++textRevision;
 }
 
 bool SessionState::IsLayerHidden(int pageIndex, int position) const
@@ -42,6 +44,12 @@ void SessionState::SetAnnotationHidden(int pageIndex, int position, bool isHidde
 {
     const std::lock_guard<std::mutex> lock(mutex);
     SetMember(annotations[pageIndex], position, isHidden);
+}
+
+int SessionState::GetTextRevision() const
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    return textRevision;
 }
 
 SessionState::PageView SessionState::GetPageView(int pageIndex) const

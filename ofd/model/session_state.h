@@ -26,12 +26,15 @@ public:
     void SetLayerHidden(int pageIndex, int position, bool isHidden);
     bool IsLayerHidden(int pageIndex, int position) const;
     void SetAnnotationHidden(int pageIndex, int position, bool isHidden);
+    // Changes whenever a template or a layer is hidden or shown.
+    int GetTextRevision() const;
     // All that concerns one page, at one moment.
     PageView GetPageView(int pageIndex) const;
 
 private:
     mutable std::mutex mutex;
     QSet<int> templates;
+    int textRevision = 0;
     QHash<int, QSet<int>> layers; // by page index
     QHash<int, QSet<int>> annotations;
 };

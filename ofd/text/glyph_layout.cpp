@@ -63,6 +63,10 @@ private:
         SetDirection(first);
     }
 
+    // The way from glyph to glyph where no distances tell it: that in which the text is read, else the way in which the
+    // characters are turned.
+    int ReadingDegrees() const { return text.readDirection != 0 ? text.readDirection : text.characterDirection; }
+
     // Glyphs run where most steps between them lead: a line may waver, and one piece may even hold several lines. A
     // single glyph tells nothing, so its directions do.
     void SetDirection(size_t first)
@@ -78,9 +82,8 @@ private:
             ++steps;
         }
         const double length = std::hypot(sum.x(), sum.y());
-        const int degrees = text.readDirection != 0 ? text.readDirection : text.characterDirection;
         const bool isClear = steps > 0 && length > ClearShare * steps;
-        const QPointF along = isClear ? sum / length : QTransform().rotate(degrees).map(QPointF(1, 0));
+        const QPointF along = isClear ? sum / length : QTransform().rotate(ReadingDegrees()).map(QPointF(1, 0));
         for (size_t i = first; i < layout.clusters.size(); ++i)
             layout.clusters[i].along = along;
     }
@@ -126,6 +129,8 @@ private:
         double advance = face ? face->AdvanceOf(glyph) : 0;
         if (advance <= 0)
             advance = UnknownAdvance;
+        if (!code.hasDeltas && RunsAgainstCharacters() && deltaIndex++ > 0)
+            MoveAlong(advance * text.size * text.horizontalScale); // the glyph lies before the place it is read from
         const QTransform squeeze = QTransform::fromScale(SqueezeOf(code, advance), 1);
         QTransform place = squeeze * shape * QTransform::fromTranslate(pen.x(), pen.y());
         AddCell(face, place, advance);
@@ -178,13 +183,19 @@ private:
 
     void EndCluster() { layout.clusters.back().box = cellPlace.map(QPolygonF(cell)); }
 
+    bool RunsAgainstCharacters() const { return (ReadingDegrees() - text.characterDirection + 360) % 360 == 180; }
+
+    void MoveAlong(double distance) { pen += QTransform().rotate(ReadingDegrees()).map(QPointF(distance, 0)); }
+
     // A glyph moves the pen by its distance; missing distances repeat the last one, on an axis without any the pen
-    // stays. Without distances on either axis the font's widths serve.
+    // stays. Without distances on either axis the font's widths serve; characters below each other, or beside each
+    // other when they are turned, take the height of the font each.
     void MovePen(const TextCode& code, double advance)
     {
         if (!code.hasDeltas) {
-            const QTransform direction = shape;
-            pen += direction.map(QPointF(advance, 0));
+            const bool isAcross = (ReadingDegrees() - text.characterDirection) % 180 != 0;
+            if (!RunsAgainstCharacters())
+                MoveAlong(isAcross ? text.size : advance * text.size * text.horizontalScale);
             return;
         }
         pen += QPointF(DeltaAt(code.deltasX), DeltaAt(code.deltasY));

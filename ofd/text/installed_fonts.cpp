@@ -71,8 +71,14 @@ InstalledFont FontOf(FcPattern* font)
     if (FcPatternGetString(font, FC_FAMILY, 0, &family) == FcResultMatch)
         result.family = QString::fromUtf8(reinterpret_cast<const char*>(family));
     result.face = SharedFace(QFile::decodeName(reinterpret_cast<const char*>(file)), index);
-    result.isBold = weight >= FC_WEIGHT_DEMIBOLD;
-    result.isItalic = slant != FC_SLANT_ROMAN;
+    // The system's settings may call an upright face italic and tell a matrix that leans it, and a regular one bold
+    // that is to be drawn thicker. The face itself is neither.
+    FcMatrix* matrix = nullptr; // not owned
+    const bool isLeaned = FcPatternGetMatrix(font, FC_MATRIX, 0, &matrix) == FcResultMatch && matrix->xy != 0;
+    FcBool isThickened = FcFalse;
+    FcPatternGetBool(font, FC_EMBOLDEN, 0, &isThickened);
+    result.isBold = weight >= FC_WEIGHT_DEMIBOLD && !isThickened;
+    result.isItalic = slant != FC_SLANT_ROMAN && !isLeaned;
     return result;
 }
 

@@ -24,9 +24,11 @@ QPointF MappedDirection(const QTransform& toPage, const QPointF& along)
 class TextWalker
 {
 public:
-    TextWalker(const Resources& resources, DocumentStore& store, QVector<PlacedText>& texts)
+    TextWalker(const Resources& resources, DocumentStore& store, const std::atomic<bool>* isGivenUp,
+               QVector<PlacedText>& texts)
         : resources(resources)
         , store(store)
+        , isGivenUp(isGivenUp)
         , package(store.GetPackage())
         , texts(texts)
     {
@@ -36,6 +38,8 @@ public:
     {
         for (const std::unique_ptr<const GraphicObject>& object : objects) {
             if (!openUnits.isEmpty() && ++repeatedObjects > limits::MaxRepeatedObjects)
+                return;
+            if (isGivenUp && isGivenUp->load(std::memory_order_relaxed))
                 return;
             if (object->isVisible)
                 Visit(*object, toPage);
@@ -74,6 +78,7 @@ private:
 
     const Resources& resources;
     DocumentStore& store;
+    const std::atomic<bool>* isGivenUp; // not owned; null when it cannot be
     const std::shared_ptr<const Package> package;
     QVector<PlacedText>& texts;
     QVector<const CompositeUnit*> openUnits; // not owned
@@ -136,12 +141,15 @@ private:
 
 } // namespace
 
-QVector<PlacedText> PlaceTexts(const PageContent& content, DocumentStore& store)
+QVector<PlacedText> PlaceTexts(const PageContent& content, DocumentStore& store, const QSet<int>& hiddenLayers,
+                               const std::atomic<bool>* isGivenUp)
 {
     QVector<PlacedText> texts;
-    TextWalker walker(*content.resources, store, texts);
-    for (const Layer& layer : content.layers)
-        walker.Walk(layer.objects, QTransform());
+    TextWalker walker(*content.resources, store, isGivenUp, texts);
+    for (int i = 0; i < int(content.layers.size()); ++i) {
+        if (!hiddenLayers.contains(i))
+            walker.Walk(content.layers[size_t(i)].objects, QTransform());
+    }
     return texts;
 }
 

@@ -3,8 +3,11 @@
 #include <QPainterPath>
 #include <QPolygonF>
 #include <QRectF>
+#include <QSet>
 #include <QString>
 #include <QVector>
+
+#include <atomic>
 
 namespace ofd {
 
@@ -30,9 +33,12 @@ struct ObjectPlace
     QPainterPath outline; // page mm; of paths only
 };
 
-// The visible texts of all layers in document order, those inside composites included.
-QVector<PlacedText> PlaceTexts(const PageContent& content, DocumentStore& store);
-// All objects with an identifier, in document order, also those inside groups; a composite counts as one object.
+// The visible texts of the content's own layers in document order, those inside composites included, without the layers
+// at those positions. Ends early once it is given up.
+QVector<PlacedText> PlaceTexts(const PageContent& content, DocumentStore& store, const QSet<int>& hiddenLayers = {},
+                               const std::atomic<bool>* isGivenUp = nullptr);
+// All objects of the page itself with an identifier, in document order, also those inside groups; a composite counts as
+// one object. None of its templates: their objects have identifiers of another page.
 QVector<ObjectPlace> PlaceObjects(const PageContent& content, DocumentStore& store);
 
 } // namespace ofd

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "object_places.h"
+
+#include <QPointF>
+#include <QRectF>
+#include <QVector>
+
+namespace ofd {
+
+// Pieces that follow each other on one line without a wide gap.
+struct TextLine
+{
+    QPointF along; // the way it runs on the page; 1 long
+    QRectF onLine; // x along, y across
+    QRectF box;    // page mm
+    int first = 0; // of the pieces
+    int end = 0;
+};
+
+// The lines that pieces form in their order. `middles` gets the middle of each piece along its line; may be null.
+QVector<TextLine> LinesOf(const QVector<PlacedText>& pieces, QVector<double>* middles = nullptr);
+
+// One list of a page's own text and that of its templates. The own text keeps its order, whatever comes between. A line
+// of a template stands beside the own text on its line (a form's label before what was filled in), else between the own
+// lines above and below it; where the page's order has no such place it stands at the beginning when it is painted
+// before the page's own content, else at the end.
+QVector<PlacedText> InReadingOrder(const QVector<PlacedText>& before, const QVector<PlacedText>& own,
+                                   const QVector<PlacedText>& after);
+
+} // namespace ofd
