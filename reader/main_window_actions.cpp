@@ -9,7 +9,6 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QApplication>
-#include <QClipboard>
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -48,6 +47,7 @@ QAction* MainWindow::AddAction(QMenu* menu, const QString& text, const char* ico
     action->setShortcut(shortcut);
     connect(action, &QAction::triggered, this, run);
     menu->addAction(action);
+    addAction(action); // its keys work while the menu bar is hidden
     if (place == MenuAndBar)
         toolBar->addAction(action);
     return action;
@@ -68,6 +68,14 @@ void MainWindow::MakeFileActions()
     saveAction = AddAction(menu, tr("&Save"), "save", QKeySequence::Save, MenuAndBar, [this] { SaveCurrent(); });
     documentActions << AddAction(menu, tr("Save &As..."), "save_as", QKeySequence::SaveAs, MenuOnly,
                                  [this] { SaveCurrentAs(); });
+    documentActions << AddAction(menu, tr("Save a &Copy..."), "", QKeySequence(), MenuOnly,
+                                 [this] { SaveCurrentCopy(); });
+    documentActions << AddAction(menu, tr("Re&load"), "", QKeySequence::Refresh, MenuOnly, [this] { ReloadCurrent(); });
+    menu->addSeparator();
+    documentActions << AddAction(menu, tr("&Print..."), "print", QKeySequence::Print, MenuAndBar, [this] { Print(); });
+    documentActions << AddAction(menu, tr("Save Page as P&icture..."), "", QKeySequence(), MenuOnly,
+                                 [this] { SavePagePicture(); });
+    menu->addSeparator();
     documentActions << AddAction(menu, tr("P&roperties..."), "", QKeySequence(Qt::ALT | Qt::Key_Return), MenuOnly,
                                  [this] { ShowProperties(); });
     menu->addSeparator();
@@ -132,8 +140,21 @@ void MainWindow::MakeViewActions()
         documentActions << AddAction(menu, tr(row.text), row.icon, QKeySequence(int(Qt::CTRL) | row.key), row.place,
                                      [this, mode] { WithView([mode](G_DocView* view) { view->SetZoomMode(mode); }); });
     }
-    documentActions << AddAction(menu, tr("Rotate"), "", QKeySequence(Qt::CTRL | Qt::Key_R), MenuOnly,
-                                 [this] { Rotate(); });
+    menu->addSeparator();
+    documentActions << AddAction(menu, tr("Rotate Right"), "", QKeySequence(Qt::CTRL | Qt::Key_R), MenuOnly,
+                                 [this] { Rotate(90); });
+    documentActions << AddAction(menu, tr("Rotate Left"), "", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R), MenuOnly,
+                                 [this] { Rotate(270); });
+    menu->addSeparator();
+    fullScreenAction = AddAction(menu, tr("&Full Screen"), "", QKeySequence(Qt::Key_F11), MenuOnly,
+                                 [this] { SetFullScreen(!isFullScreen()); });
+    fullScreenAction->setCheckable(true);
+    toolBar->addSeparator();
+    MakeGoActions();
+}
+
+void MainWindow::MakeGoActions()
+{
     QMenu* go = menuBar()->addMenu(tr("&Go"));
     documentActions << AddAction(go, tr("First Page"), "first_page", QKeySequence(Qt::CTRL | Qt::Key_Home), MenuOnly,
                                  [this] { GoToFirstPage(); });
@@ -143,6 +164,18 @@ void MainWindow::MakeViewActions()
                                  MenuAndBar, [this] { WithView([](G_DocView* view) { view->NextPage(); }); });
     documentActions << AddAction(go, tr("Last Page"), "last_page", QKeySequence(Qt::CTRL | Qt::Key_End), MenuOnly,
                                  [this] { GoToLastPage(); });
+    documentActions << AddAction(go, tr("&Go to Page..."), "", QKeySequence(Qt::CTRL | Qt::Key_G), MenuOnly,
+                                 [this] { GoToTypedPage(); });
+    go->addSeparator();
+    backAction = AddAction(go, tr("&Back"), "back", QKeySequence(Qt::ALT | Qt::Key_Left), MenuOnly,
+                           [this] { GoInHistory(true); });
+    forwardAction = AddAction(go, tr("&Forward"), "forward", QKeySequence(Qt::ALT | Qt::Key_Right), MenuOnly,
+                              [this] { GoInHistory(false); });
+    go->addSeparator();
+    documentActions << AddAction(go, tr("Next &Tab"), "", QKeySequence(Qt::CTRL | Qt::Key_Tab), MenuOnly,
+                                 [this] { ActivateNextTab(1); });
+    documentActions << AddAction(go, tr("Previous T&ab"), "", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab),
+                                 MenuOnly, [this] { ActivateNextTab(-1); });
     toolBar->addSeparator();
 }
 
@@ -201,11 +234,7 @@ void MainWindow::FillRecentMenu()
 
 void MainWindow::CopyText()
 {
-    WithView([](G_DocView* view) {
-        const QString text = view->SelectedText(); // all of it, also while it is still being read
-        if (!text.isEmpty())
-            QApplication::clipboard()->setText(text);
-    });
+    WithView([](G_DocView* view) { view->CopySelectedText(); });
 }
 
 void MainWindow::SelectAllText()
@@ -223,9 +252,9 @@ void MainWindow::GoToLastPage()
     WithView([](G_DocView* view) { view->GoToPage(view, view->GDocument()->GetPageCount() - 1, CCA_GRect(), false); });
 }
 
-void MainWindow::Rotate()
+void MainWindow::Rotate(int degrees)
 {
-    WithView([](G_DocView* view) { view->SetRotation((view->Rotation() + 90) % 360); });
+    WithView([degrees](G_DocView* view) { view->SetRotation((view->Rotation() + degrees) % 360); });
 }
 
 void MainWindow::About()

@@ -35,6 +35,8 @@ G_DocView::Private::Private(G_DocView* view, G_UIContext* context, IG_Document* 
         jobs = std::make_unique<RenderJobs>(
             renderer, [this](const RenderWish& wish, const RenderOutcome& outcome) { PictureMade(wish, outcome); });
     }
+    if (IG_TextSource* source = document->TextSource())
+        textReader = std::make_unique<G_TextReader>(source, [this](int page) { TextRead(page); });
 }
 
 G_DocView::G_DocView(G_UIContext* context, IG_Document* document, QWidget* parentWidget)
@@ -47,6 +49,7 @@ G_DocView::G_DocView(G_UIContext* context, IG_Document* document, QWidget* paren
             [this] { d->AskForPictures(d->widget && d->widget->isVisible()); });
     connect(&d->roomTimer, &QTimer::timeout, this, [this] { d->AskForPicturesLater(); });
     connect(&d->selectTimer, &QTimer::timeout, this, [this] { d->SelectMore(kSelectSliceMs); });
+    connect(&d->copyWatcher, &QFutureWatcherBase::finished, this, [this] { d->CopyText(d->copyWatcher.result()); });
     connect(&d->sizeTimer, &QTimer::timeout, this, [this] {
         if (d->sizeReader)
             d->sizeReader->Start();
@@ -83,6 +86,7 @@ G_DocView::~G_DocView()
     d->sizeTimer.stop();
     d->jobs.reset(); // waits: the document may die after this
     d->sizeReader.reset();
+    d->textReader.reset();
     d->DestroyTools();
     LeaveLiveViews(this);
     d->renders.clear();
@@ -171,6 +175,7 @@ void G_DocView::UpdateView()
 
 void G_DocView::SetViewCursor(int shape)
 {
-    if (d->widget)
-        d->widget->viewport()->setCursor(static_cast<Qt::CursorShape>(shape));
+    const auto wanted = static_cast<Qt::CursorShape>(shape);
+    if (d->widget && d->widget->viewport()->cursor().shape() != wanted)
+        d->widget->viewport()->setCursor(wanted);
 }

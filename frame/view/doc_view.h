@@ -102,9 +102,19 @@ public:
     void SelectTextBetween(int fromPage, const CCA_GPoint& from, int toPage, const CCA_GPoint& to);
     // The text of all pages, in the same way.
     void SelectAllText();
+    // Whether more is coming in.
+    bool IsSelecting() const;
     // The selected text: a line for each run, with tabs between runs that stand side by side. Waits for what has still
-    // to be read.
+    // to be read, however long that takes.
     QString SelectedText() const;
+    // Puts the selected text on the clipboard, without a wait: what has still to be read is copied when it is there,
+    // and a change of the selection ends that. Nothing without a selection.
+    void CopySelectedText();
+    // Whether the text of these pages can be asked for without a noticeable wait. If it cannot, it is being read from
+    // now on, and TextRead tells of each page.
+    bool IsTextAtHand(int firstPage, int lastPage) const;
+    // While this is on, the text of what is in view is read before it is asked for.
+    void SetReadsTextAhead(bool isOn);
     // Moves the visible part of the scene.
     void ScrollBy(int dx, int dy);
     // Renders what is in view now and waits for it: for pictures of the window and for programs without an event loop.
@@ -118,6 +128,12 @@ public:
     virtual void SetViewCursor(int shape);                      // 0 normal
     virtual void UpdateView();                                  // repaints the pages
 
+    // The link under a scene point; `link` may be null. False when there is none, or none is shown, and as long as
+    // nothing of the page has been painted.
+    bool LinkAt(const CCA_Point& point, G_PageLink* link) const;
+    // A tool tip for all of the view, as plain text; empty for none.
+    void SetViewTip(const QString& text);
+
     // The widget to show; owned by its parent widget once it has one, else by the view.
     QWidget* Widget() const;
     // Goes to the top of the page after or before.
@@ -128,10 +144,14 @@ public:
     QString pageFilter;
 
 signals:
+    // GoToPage is about to move the view; not for steps from page to page.
+    void Jumping();
     // Emitted with the view's own CurrentPageIndex, for the window's page box.
     void CurrentPageChanged(int pageIndex);
     void ZoomChanged(float percent);
     void SelectionChanged();
+    // The text of a page that had to be waited for is at hand.
+    void TextRead(int pageIndex);
     // The first page that was visible after opening has been painted.
     void FirstPagePainted();
 

@@ -40,6 +40,9 @@ void G_DocView::Private::PagesChanged()
     cache.Clear();
     if (jobs)
         jobs->KeepOnly({});
+    if (textReader)
+        textReader->Want({});
+    askedText = {-1, -1};
     current = qMin(current, layout.Count() - 1);
     if (current < 0 && layout.Count() > 0)
         current = 0;
@@ -224,6 +227,8 @@ void G_DocView::GoToPage(G_DocView* /*sender*/, int pageIndex, const CCA_GRect& 
 {
     if (!d->layout.IsValid(pageIndex) || !d->widget)
         return;
+    if (!d->isStepping)
+        emit Jumping();
     d->MeasurePage(pageIndex);
     const CCA_GRect rect = OnPage(wanted, d->layout.SizeMm(pageIndex));
     ++d->moving;
@@ -315,12 +320,19 @@ void G_DocView::ScrollBy(int dx, int dy)
     d->Scrolled();
 }
 
+void G_DocView::Private::StepTo(int page)
+{
+    isStepping = true;
+    q->GoToPage(q, page, CCA_GRect(), false);
+    isStepping = false;
+}
+
 void G_DocView::NextPage()
 {
-    GoToPage(this, d->current + 1, CCA_GRect(), false);
+    d->StepTo(d->current + 1);
 }
 
 void G_DocView::PreviousPage()
 {
-    GoToPage(this, d->current - 1, CCA_GRect(), false);
+    d->StepTo(d->current - 1);
 }

@@ -26,8 +26,11 @@ void G_DocView::Private::AskForPictures(bool isAhead)
     const QSize window = widget->viewport()->size();
     PictureBudget::MakeFitFor(qint64(window.width() * ratio * window.height() * ratio));
     QVector<RenderWish> missing = MissingInView();
-    if (missing.isEmpty() && isAhead)
+    isTextAheadDue = missing.isEmpty() && isAhead;
+    if (isTextAheadDue) {
         missing = MissingAround();
+        WantTexts();
+    }
     jobs->KeepOnly(missing);
     const bool mayRoomComeFree = RenderJobs::IsAnyUnderWay(); // asked first: it may end while the next is tried
     for (const RenderWish& wish : qAsConst(missing)) {

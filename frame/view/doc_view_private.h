@@ -7,8 +7,10 @@
 #include "page_widget.h"
 #include "render_jobs.h"
 #include "size_reader.h"
+#include "text_reader.h"
 #include "ui_context.h"
 
+#include <QFutureWatcher>
 #include <QGraphicsScene>
 #include <QHash>
 #include <QPointer>
@@ -44,6 +46,8 @@ struct G_DocView::Private
     void ZoomAt(double percent, const QPoint& viewportPoint);
     void ApplyMode();
     void CenterCurrentPage();
+    // To the top of a page, as a step and no jump.
+    void StepTo(int page);
     double FittingZoom(G_Preferences::ZoomMode mode) const;
     // Brings a scene point under a point of the viewport, as far as the scene reaches.
     void ScrollTo(const QPointF& scenePoint, const QPoint& viewportPoint);
@@ -87,8 +91,17 @@ struct G_DocView::Private
 
     // doc_view_text.cpp
     void StartSelecting();
-    // Adds the text of the next pages to the selection, for about that long.
-    void SelectMore(int milliseconds);
+    // Adds the text of the next pages to the selection, for about that long. Waits no longer for a page that takes long
+    // to read, unless everything is to be read now.
+    void SelectMore(int milliseconds, bool readsAllNow = false);
+    void EndSelecting();
+    // Whether a page's text can be asked for without a wait; it is read when it cannot. Waits that long at the most,
+    // and once for each page.
+    bool IsTextReady(int page, int milliseconds);
+    // Reads the text of pages that somebody waits for, then of those in view.
+    void WantTexts();
+    void TextRead(int page);
+    void CopyText(const QString& text);
 
     // doc_view_tools.cpp
     CCA_Point Remember(const QPoint& viewportPoint);
@@ -126,6 +139,7 @@ struct G_DocView::Private
     int announced = -2; // the page that listeners were last told of; -2: none yet
     int moving = 0;     // above 0 while a jump is under way: its scrolling steps are not announced
     bool isFitting = false;
+    bool isStepping = false;
     // A fitting mode was set and no page change has been told since: a jump fits its own page then.
     bool isModeFresh = false;
     QTimer announceTimer;
@@ -158,5 +172,11 @@ struct G_DocView::Private
     TextRange selecting;
     int nextToSelect = -1; // the page to go on with; -1: nothing is left to read
     QTimer selectTimer;
+    bool copiesWhenSelected = false;
+    QFutureWatcher<QString> copyWatcher; // a long text that is being put together
+    std::unique_ptr<G_TextReader> textReader;
+    QPair<int, int> askedText = {-1, -1}; // pages that a tool waits for
+    bool readsTextAhead = false;
+    bool isTextAheadDue = false; // the pictures in view are there
     QUndoStack* stack = nullptr; // owned by the view as its child
 };

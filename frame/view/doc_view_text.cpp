@@ -1,22 +1,44 @@
 #include "doc_view_private.h"
 #include "page_holds.h"
+#include "status_note.h"
 
 #include <frame/document/ig_document.h>
 
+#include <QClipboard>
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QtConcurrent>
 
 #include <limits>
 
 namespace {
-constexpr int kPagesAtOnce = 20; // so many are read in one go, however long they take
+constexpr int kPagesAtOnce = 20; // so many are taken in one go, however long they take, when they are at hand
 constexpr int kFirstSliceMs = 50;
+constexpr int kSliceMs = 10;
+constexpr int kMostWaitMs = 30;          // for the text of a page that a tool asks for
+constexpr int kPagesJoinedAtOnce = 200;  // the text of more is put together off the main thread
+constexpr float kSideBySideSlack = 0.3F; // of the height, by which cells may overlap
 
 // Whether a piece stands beside the one before it, as the cells of a table do.
 bool IsSameLine(const CCA_GRect& last, const CCA_GRect& next)
 {
     const float overlap = qMin(last.bottom, next.bottom) - qMax(last.top, next.top);
-    return next.left >= last.right && 2 * overlap > qMin(last.Height(), next.Height());
+    const float height = qMin(last.Height(), next.Height());
+    return next.left >= last.right - kSideBySideSlack * height && next.right > last.right && 2 * overlap > height;
+}
+
+QString TextOf(const QList<G_HighLightItem>& items)
+{
+    QString text;
+    for (const G_HighLightItem& item : items) {
+        for (int i = 0; i < item.runs.size(); ++i) {
+            if (!text.isEmpty())
+                text += i > 0 && IsSameLine(item.runs.at(i - 1).rect, item.runs.at(i).rect) ? QLatin1Char('\t')
+                                                                                            : QLatin1Char('\n');
+            text += item.runs.at(i).text;
+        }
+    }
+    return text;
 }
 } // namespace
 
@@ -28,6 +50,8 @@ QList<G_HighLightItem> G_DocView::SelectHighLightText() const
 void G_DocView::SetHighLightText(const QList<G_HighLightItem>& items)
 {
     d->nextToSelect = -1;
+    d->copiesWhenSelected = false;
+    d->askedText = {-1, -1};
     if (items.isEmpty() && d->selection.isEmpty())
         return;
     d->selection = items;
@@ -51,6 +75,7 @@ void G_DocView::Private::StartSelecting()
 {
     const bool hadSome = !selection.isEmpty();
     selection.clear();
+    copiesWhenSelected = false;
     nextToSelect = selecting.fromPage;
     q->UpdateView(); // what was selected is no more
     SelectMore(kFirstSliceMs);
@@ -58,8 +83,8 @@ void G_DocView::Private::StartSelecting()
         emit q->SelectionChanged();
 }
 
-// Reading ten thousand pages takes many seconds: the window must not stand still for them.
-void G_DocView::Private::SelectMore(int milliseconds)
+// Reading ten thousand pages takes many seconds, and one hostile page may: the window must not stand still for them.
+void G_DocView::Private::SelectMore(int milliseconds, bool readsAllNow)
 {
     if (nextToSelect < 0)
         return;
@@ -69,8 +94,12 @@ void G_DocView::Private::SelectMore(int milliseconds)
     clock.start();
     bool hasMore = false;
     bool isInView = false;
+    bool isWaiting = false;
     for (; nextToSelect <= range.toPage; ++nextToSelect) {
         if (nextToSelect >= atOnce && clock.hasExpired(milliseconds))
+            break;
+        isWaiting = !readsAllNow && !IsTextReady(nextToSelect, milliseconds - int(clock.elapsed()));
+        if (isWaiting)
             break;
         G_PageHolds hold(document); // one page at a time: a long document must not be in memory as a whole
         const int page = nextToSelect;
@@ -86,10 +115,11 @@ void G_DocView::Private::SelectMore(int milliseconds)
         hasMore = true;
         isInView |= items.contains(page);
     }
-    if (nextToSelect <= range.toPage)
+    const bool isDone = nextToSelect > range.toPage;
+    if (!isDone && !isWaiting)
         selectTimer.start();
-    else
-        nextToSelect = -1;
+    if (isDone)
+        EndSelecting();
     if (!hasMore)
         return;
     if (isInView)
@@ -97,21 +127,101 @@ void G_DocView::Private::SelectMore(int milliseconds)
     emit q->SelectionChanged();
 }
 
+void G_DocView::Private::EndSelecting()
+{
+    nextToSelect = -1;
+    WantTexts(); // of what is in view, and no longer of what was selected
+    if (copiesWhenSelected)
+        q->CopySelectedText();
+}
+
+bool G_DocView::Private::IsTextReady(int page, int milliseconds)
+{
+    if (!textReader || textReader->IsReady(page))
+        return true;
+    const bool isNew = !textReader->IsWanted(page);
+    WantTexts();
+    return isNew && milliseconds > 0 && textReader->WaitFor(page, milliseconds);
+}
+
+void G_DocView::Private::WantTexts()
+{
+    if (!textReader)
+        return;
+    QVector<int> pages;
+    const auto want = [&pages, this](int first, int last) {
+        for (int page = qMax(0, first); page <= qMin(last, layout.Count() - 1); ++page) {
+            if (!pages.contains(page))
+                pages.append(page);
+        }
+    };
+    if (askedText.first >= 0)
+        want(askedText.first, askedText.second);
+    if (nextToSelect >= 0)
+        want(nextToSelect, qMin(selecting.toPage, nextToSelect + G_TextReader::pagesAhead - 1));
+    const QPair<int, int> inView = layout.PagesIn(VisibleRect());
+    if (readsTextAhead && isTextAheadDue)
+        want(inView.first, inView.second);
+    textReader->Want(pages);
+}
+
+void G_DocView::Private::TextRead(int page)
+{
+    emit q->TextRead(page);
+    if (nextToSelect >= 0 && !selectTimer.isActive() && textReader->IsReady(nextToSelect))
+        SelectMore(kSliceMs);
+}
+
+bool G_DocView::IsTextAtHand(int firstPage, int lastPage) const
+{
+    d->askedText = {firstPage, lastPage};
+    QElapsedTimer clock;
+    clock.start();
+    bool isAtHand = true;
+    for (int page = firstPage; page <= lastPage; ++page)
+        isAtHand = d->IsTextReady(page, kMostWaitMs - int(clock.elapsed())) && isAtHand;
+    return isAtHand;
+}
+
+void G_DocView::SetReadsTextAhead(bool isOn)
+{
+    d->readsTextAhead = isOn;
+    if (isOn)
+        d->AskForPicturesLater();
+    else
+        d->WantTexts();
+}
+
+bool G_DocView::IsSelecting() const
+{
+    return d->nextToSelect >= 0;
+}
+
 QString G_DocView::SelectedText() const
 {
     if (d->nextToSelect >= 0) {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-        d->SelectMore(std::numeric_limits<int>::max());
+        d->SelectMore(std::numeric_limits<int>::max(), true);
         QGuiApplication::restoreOverrideCursor();
     }
-    QString text;
-    for (const G_HighLightItem& item : qAsConst(d->selection)) {
-        for (int i = 0; i < item.runs.size(); ++i) {
-            if (!text.isEmpty())
-                text += i > 0 && IsSameLine(item.runs.at(i - 1).rect, item.runs.at(i).rect) ? QLatin1Char('\t')
-                                                                                            : QLatin1Char('\n');
-            text += item.runs.at(i).text;
-        }
+    return TextOf(d->selection);
+}
+
+void G_DocView::CopySelectedText()
+{
+    d->copiesWhenSelected = IsSelecting();
+    if (d->copiesWhenSelected) {
+        if (G_StatusNote* note = G_StatusNote::For(d->widget))
+            note->Show(tr("The text is copied as soon as all of it has been read. Esc stops that."));
+    } else if (d->selection.size() > kPagesJoinedAtOnce) {
+        d->copyWatcher.setFuture(QtConcurrent::run(TextOf, d->selection));
+    } else {
+        d->CopyText(TextOf(d->selection));
     }
-    return text;
+}
+
+void G_DocView::Private::CopyText(const QString& text)
+{
+    if (!text.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
 }

@@ -1,12 +1,11 @@
 #include "host_tools.h"
 
 #include "doc_view.h"
+#include "link_pointer.h"
 #include "page_holds.h"
 
 #include <frame/document/ig_document.h>
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QTimer>
 
 #include <cmath>
@@ -106,6 +105,13 @@ void RegisterHostTools()
         select->RegisterHandlerToGlobal();
 }
 
+GT_HandTool::GT_HandTool()
+    : links(std::make_unique<G_LinkPointer>(this, Qt::OpenHandCursor))
+{
+}
+
+GT_HandTool::~GT_HandTool() = default;
+
 G_ToolHandler* GT_HandTool::Clone()
 {
     return new GT_HandTool;
@@ -124,6 +130,7 @@ void GT_HandTool::OnActivate()
 void GT_HandTool::OnDeactivate()
 {
     isDragging = false;
+    links->Forget();
     DocView()->SetViewCursor(kArrowCursor);
 }
 
@@ -131,26 +138,45 @@ int GT_HandTool::OnLButtonDown(unsigned /*flags*/, CCA_Point point)
 {
     isDragging = true;
     grip = point;
-    DocView()->SetViewCursor(Qt::ClosedHandCursor);
+    if (!links->Press(point))
+        DocView()->SetViewCursor(Qt::ClosedHandCursor);
     return 1;
 }
 
-int GT_HandTool::OnLButtonUp(unsigned /*flags*/, CCA_Point /*point*/)
+int GT_HandTool::OnLButtonUp(unsigned /*flags*/, CCA_Point point)
 {
     if (!isDragging)
         return 0;
     isDragging = false;
-    DocView()->SetViewCursor(Qt::OpenHandCursor);
+    links->Release(point);
+    links->Hover(point);
     return 1;
 }
 
 int GT_HandTool::OnMouseMove(unsigned /*flags*/, CCA_Point point)
 {
-    if (!isDragging)
+    if (!isDragging) {
+        links->Hover(point);
         return 0;
+    }
+    if (links->Hold(point)) // a hand is never quite still while it clicks
+        return 1;
+    DocView()->SetViewCursor(Qt::ClosedHandCursor);
     // The scene moves under the mouse, so `point` is again the grip once the view has followed.
     DocView()->ScrollBy(grip.x - point.x, grip.y - point.y);
     return 1;
+}
+
+int GT_HandTool::OnLeave()
+{
+    if (!isDragging)
+        links->Forget();
+    return 0;
+}
+
+GT_TextSelect::GT_TextSelect()
+    : links(std::make_unique<G_LinkPointer>(this, Qt::IBeamCursor))
+{
 }
 
 GT_TextSelect::~GT_TextSelect() = default;
@@ -173,11 +199,14 @@ void GT_TextSelect::OnDestroy()
 void GT_TextSelect::OnActivate()
 {
     DocView()->SetViewCursor(Qt::IBeamCursor);
+    DocView()->SetReadsTextAhead(true);
 }
 
 void GT_TextSelect::OnDeactivate()
 {
     EndDrag();
+    links->Forget();
+    DocView()->SetReadsTextAhead(false);
     DocView()->SetViewCursor(kArrowCursor);
 }
 
@@ -186,10 +215,12 @@ void GT_TextSelect::EndDrag()
     isSelecting = false;
     holds.reset();
     scrollTimer.reset();
+    wordWait.reset();
 }
 
 int GT_TextSelect::OnLButtonDown(unsigned flags, CCA_Point point)
 {
+    wordWait.reset();
     const bool goesOn = (flags & Qt::ShiftModifier) != 0 && !DocView()->SelectHighLightText().isEmpty();
     if (goesOn && startPage >= 0) {
         holds = std::make_unique<G_PageHolds>(GDocument());
@@ -197,6 +228,7 @@ int GT_TextSelect::OnLButtonDown(unsigned flags, CCA_Point point)
         SelectTo(point);
         return 1;
     }
+    links->Press(point);
     DocView()->SetHighLightText({});
     startPage = DocView()->PageIndexByPoint(QPoint(point.x, point.y), true, false);
     if (startPage < 0)
@@ -209,8 +241,12 @@ int GT_TextSelect::OnLButtonDown(unsigned flags, CCA_Point point)
 
 int GT_TextSelect::OnMouseMove(unsigned /*flags*/, CCA_Point point)
 {
-    if (!isSelecting)
+    if (!isSelecting) {
+        links->Hover(point);
         return 0;
+    }
+    if (links->Hold(point)) // nothing is selected as long as it may be a click
+        return 1;
     mouse = point;
     SelectTo(point);
     const bool isBeyond = !DocView()->VisibleSceneRect().contains(point.x, point.y);
@@ -242,10 +278,18 @@ int GT_TextSelect::OnLButtonUp(unsigned /*flags*/, CCA_Point point)
 {
     if (!isSelecting)
         return 0;
-    if (!DocView()->SelectHighLightText().isEmpty())
+    if (!links->Release(point) && !DocView()->SelectHighLightText().isEmpty())
         SelectTo(point);
     EndDrag();
+    links->Hover(point);
     return 1;
+}
+
+int GT_TextSelect::OnLeave()
+{
+    if (!isSelecting)
+        links->Forget();
+    return 0;
 }
 
 void GT_TextSelect::SelectTo(CCA_Point point)
@@ -260,7 +304,8 @@ void GT_TextSelect::SelectTo(CCA_Point point)
         std::swap(fromPage, endPage);
         std::swap(from, to);
     }
-    if (endPage - fromPage < kMostPagesHeld)
+    // What is not at hand comes in when it has been read.
+    if (endPage - fromPage < kMostPagesHeld && DocView()->IsTextAtHand(fromPage, endPage))
         DocView()->SetHighLightText(holds->TextBetween(fromPage, from, endPage, to));
     else
         DocView()->SelectTextBetween(fromPage, from, endPage, to);
@@ -272,19 +317,34 @@ int GT_TextSelect::OnLButtonDblClk(unsigned /*flags*/, CCA_Point point)
     const CCA_GPoint place = DocView()->DocPointFromScenePoint(point, &page);
     if (page < 0)
         return 1;
+    if (DocView()->IsTextAtHand(page, page)) {
+        SelectWord(page, place);
+        return 1;
+    }
+    wordWait = std::make_unique<QObject>();
+    QObject::connect(DocView(), &G_DocView::TextRead, wordWait.get(), [this, page, place](int readPage) {
+        if (readPage != page)
+            return;
+        wordWait.release()->deleteLater(); // it is in the middle of a call
+        SelectWord(page, place);
+    });
+    return 1;
+}
+
+void GT_TextSelect::SelectWord(int page, const CCA_GPoint& place)
+{
     G_PageHolds wordHold(GDocument());
     const IG_TextPage* text = wordHold.Text(page);
     if (!text)
-        return 1;
+        return;
     const QList<G_TextGlyph> glyphs = text->AllGlyphs();
     const int hit = GlyphAt(*text, glyphs, place);
     if (hit < 0)
-        return 1;
+        return;
     G_HighLightItem item;
     item.pageIndex = page;
     item.runs.append(WordAround(glyphs, hit));
     DocView()->SetHighLightText({item});
-    return 1;
 }
 
 int GT_TextSelect::OnKeyDown(int key, unsigned flags)
@@ -294,14 +354,13 @@ int GT_TextSelect::OnKeyDown(int key, unsigned flags)
         DocView()->SelectAllText();
         return 1;
     }
-    if (key == Qt::Key_Escape && !DocView()->SelectHighLightText().isEmpty()) {
+    const bool hasSelection = DocView()->IsSelecting() || !DocView()->SelectHighLightText().isEmpty();
+    if (key == Qt::Key_Escape && hasSelection) {
         DocView()->SetHighLightText({});
         return 1;
     }
     if (!isControl || (key != Qt::Key_C && key != Qt::Key_Insert))
         return 0;
-    const QString text = DocView()->SelectedText();
-    if (!text.isEmpty())
-        QGuiApplication::clipboard()->setText(text);
+    DocView()->CopySelectedText();
     return 1;
 }
