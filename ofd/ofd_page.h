@@ -59,6 +59,7 @@ public:
     int CollectObjectsInRect(const CCA_GRect& rect, G_PageObjRef* ref) override;
     bool CustomTagAtPoint(float x, float y, G_TreeNode** node, int* extra) override;
     CCA_String GetTemplateRefZOrder(int position) override;
+    QVector<G_PageLink> GetLinks() override;
 
     // Lets the content go.
     void Unload();

@@ -1,5 +1,7 @@
 #include "destination.h"
 
+#include <QUrl>
+
 bool operator==(const G_Dest& a, const G_Dest& b)
 {
     return a.zoomMode == b.zoomMode && a.pageId == b.pageId && a.pageIndex == b.pageIndex && a.Rect() == b.Rect() &&
@@ -39,4 +41,18 @@ G_Action* G_ActionGoto::Clone() const
 G_Action* G_ActionUri::Clone() const
 {
     return new G_ActionUri(*this);
+}
+
+CCA_String G_ActionUri::Address() const
+{
+    const QUrl own(QString::fromUtf8(uri.Bytes()).trimmed());
+    if (base.IsEmpty() || !own.isRelative())
+        return uri;
+    const QUrl from(QString::fromUtf8(base.Bytes()).trimmed());
+    return CCA_String(from.resolved(own).toString(QUrl::FullyEncoded).toUtf8());
+}
+
+G_Action* G_ActionAttachment::Clone() const
+{
+    return new G_ActionAttachment(*this);
 }

@@ -30,7 +30,7 @@ Q_DECLARE_METATYPE(G_Dest*)
 class FRAME_EXPORT G_Action
 {
 public:
-    enum Type { Other = 0, Goto = 1, Uri = 2, GotoBookmark = 3 };
+    enum Type { Other = 0, Goto = 1, Uri = 2, GotoBookmark = 3, Attachment = 4, Sound = 5, Movie = 6 };
 
     explicit G_Action(int actionType = Other)
         : actionType(actionType)
@@ -41,7 +41,7 @@ public:
     virtual G_Action* Clone() const;
 
     int actionType;
-    // The source of an action that the model does not understand, kept for saving; empty otherwise.
+    // The source of an action that the record does not tell all of, kept for saving; empty otherwise.
     CCA_String opaque;
 
 protected:
@@ -72,9 +72,29 @@ public:
     {
     }
     G_Action* Clone() const override;
+    // What is opened: the address, and where that is a relative one, as seen from the base. UTF-8.
+    CCA_String Address() const;
 
     CCA_String uri;
+    CCA_String base; // empty for none
 
 protected:
     G_ActionUri(const G_ActionUri&) = default;
+};
+
+// Shows an attachment of the document.
+class FRAME_EXPORT G_ActionAttachment : public G_Action
+{
+public:
+    G_ActionAttachment()
+        : G_Action(Attachment)
+    {
+    }
+    G_Action* Clone() const override;
+
+    int attachmentId = 0; // 0 when it names none
+    bool opensNewWindow = true;
+
+protected:
+    G_ActionAttachment(const G_ActionAttachment&) = default;
 };

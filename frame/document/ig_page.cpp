@@ -27,3 +27,8 @@ QList<G_TextGlyph> IG_TextPage::AllGlyphs() const
 IG_PageLayer::~IG_PageLayer() = default;
 
 IG_Page::~IG_Page() = default;
+
+QVector<G_PageLink> IG_Page::GetLinks()
+{
+    return {};
+}

@@ -4,6 +4,7 @@
 #include <frame/base/export.h>
 #include <frame/base/geometry.h>
 #include <frame/base/strings.h>
+#include <frame/document/page_link.h>
 
 #include <QList>
 
@@ -90,4 +91,9 @@ public:
     virtual bool CustomTagAtPoint(float x, float y, G_TreeNode** node, int* extra) = 0;
     // "Foreground", "Body" or "Background" for one reference of this page.
     virtual CCA_String GetTemplateRefZOrder(int position) = 0;
+    // What a click runs, in the order of painting: of the links under a point the last one counts. Links of hidden
+    // layers and templates, and of annotations that the session hides or that were removed, are left out; invisible
+    // objects are links all the same. The page need not be loaded: what is needed is read at the first call. Empty when
+    // it cannot be read, and of a page that has no links, as this one.
+    virtual QVector<G_PageLink> GetLinks();
 };

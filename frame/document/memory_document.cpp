@@ -159,6 +159,22 @@ IG_Annot* MemoryDocument::AddAnnot(int pageIndex, const AnnotRecord& record)
     return page ? page->AddAnnot(record) : nullptr;
 }
 
+void MemoryDocument::AddLink(int pageIndex, const G_PageLink& link, int annotId)
+{
+    if (MemoryPage* page = d->PageAt(pageIndex))
+        page->AddLink(link, annotId);
+}
+
+void MemoryDocument::SetOpenActions(std::shared_ptr<const G_ActionList> actions)
+{
+    d->openActions = std::move(actions);
+}
+
+std::shared_ptr<const G_ActionList> MemoryDocument::GetOpenActions()
+{
+    return d->openActions;
+}
+
 void MemoryDocument::RemoveAnnot(IG_Annot* annot)
 {
     for (const auto& page : d->pages) {

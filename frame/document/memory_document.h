@@ -21,6 +21,11 @@
 //     attachment name format sizeKb id [hidden]
 //     rights edit=no annot=no export=no
 //     readonly                and likewise "signed" and "encrypted"
+//     open page=2             what the document asks for when it is opened: actions, as below
+//
+// In a page, "link rect=10,10,40,20 uri=…" is a link; its actions are "uri=…" (then "base=…"), "page=2" (then "mode=",
+// "zoom=" and "to=left,top,right,bottom"), "bookmark=Name", "attachment=31", "sound" and "movie". "annot=41" ties it to
+// an annotation of the page.
 //
 // "page=" names a page by its id; "index=2" instead gives a page index from 0 and no id. An annotation knows "points=",
 // "visible=no", "locked=yes" and "hidden=yes" too. A part in double quotes keeps its blanks. Empty lines and lines that
@@ -47,6 +52,9 @@ public:
     IG_Annot* AddAnnot(int pageIndex, const AnnotRecord& record);
     void RemoveAnnot(IG_Annot* annot); // the object stays, inert
     void ReviveAnnot(IG_Annot* annot);
+    // The link belongs to the annotation of that id, else to the layer that was added last.
+    void AddLink(int pageIndex, const G_PageLink& link, int annotId = 0);
+    void SetOpenActions(std::shared_ptr<const G_ActionList> actions);
     void AddAttachmentData(const G_AttachmentInfo& info, const QByteArray& data);
 
     // Switches for tests: rights, states and failures.
@@ -102,6 +110,7 @@ public:
     bool IsEncrypted() override;
     bool IsModified() override;
     IG_PageRenderer* Renderer() override;
+    std::shared_ptr<const G_ActionList> GetOpenActions() override;
 
 private:
     struct Private;

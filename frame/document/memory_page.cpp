@@ -159,3 +159,30 @@ void MemoryPage::ListAnnots()
             shownAnnots.append(annot.get());
     }
 }
+
+void MemoryPage::AddLink(const G_PageLink& link, int annotId)
+{
+    Link added{link, layers.empty() || annotId != 0 ? nullptr : layers.back().get(), annotId};
+    added.link.isOfAnnotation = annotId != 0;
+    links.append(added);
+}
+
+bool MemoryPage::IsShown(const Link& link) const
+{
+    if (link.layer && !link.layer->IsVisible())
+        return false;
+    const int annotId = link.annotId;
+    return annotId == 0 || std::any_of(annots.cbegin(), annots.cend(), [annotId](const auto& annot) {
+               return annot->GetId() == annotId && !annot->IsRemoved() && annot->GetVisible(1);
+           });
+}
+
+QVector<G_PageLink> MemoryPage::GetLinks()
+{
+    QVector<G_PageLink> shown;
+    for (const Link& link : qAsConst(links)) {
+        if (!fails && IsShown(link))
+            shown.append(link.link);
+    }
+    return shown;
+}

@@ -65,6 +65,7 @@ public:
     int CollectObjectsInRect(const CCA_GRect& rect, G_PageObjRef* ref) override;
     bool CustomTagAtPoint(float x, float y, G_TreeNode** node, int* extra) override;
     CCA_String GetTemplateRefZOrder(int position) override;
+    QVector<G_PageLink> GetLinks() override;
 
     void Unload();
     void SetIndex(int newIndex) { index = newIndex; }
@@ -74,6 +75,8 @@ public:
     void AddLayer(int kind, const QString& name);
     void AddTemplateRef(const TemplateRef& ref) { templateRefs.append(ref); }
     IG_Annot* AddAnnot(MemoryDocument::AnnotRecord record);
+    // It belongs to the annotation of that id, else to the layer that was added last.
+    void AddLink(const G_PageLink& link, int annotId);
     // False when the annotation is none of this page.
     bool SetAnnotRemoved(IG_Annot* annot, bool removed);
     // The box of an object of this page; false when there is none with the id.
@@ -83,7 +86,14 @@ public:
     QVector<CCA_GRect> PaintedAnnotBoxes() const;
 
 private:
+    struct Link
+    {
+        G_PageLink link;
+        MemoryLayer* layer = nullptr; // not owned; null for none
+        int annotId = 0;              // 0 for none
+    };
     void ListAnnots();
+    bool IsShown(const Link& link) const;
 
     IG_Document* document;                 // not owned
     std::atomic<bool>* isDocumentModified; // not owned
@@ -96,6 +106,7 @@ private:
     bool areAnnotsKnown = false;
     QVector<MemoryText> texts;
     QVector<TemplateRef> templateRefs;
+    QVector<Link> links;
     std::vector<std::unique_ptr<MemoryLayer>> layers;
     std::vector<std::unique_ptr<MemoryAnnot>> annots; // removed ones included
     QVector<IG_Annot*> shownAnnots;                   // not owned; what is known and not removed

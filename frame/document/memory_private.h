@@ -44,6 +44,7 @@ struct MemoryDocument::Private
     std::unique_ptr<G_TreeNode> outlineRoot;
     std::unique_ptr<G_TreeNode> bookmarkRoot;
     std::vector<std::unique_ptr<G_TreeNode>> tagRoots;
+    std::shared_ptr<const G_ActionList> openActions; // null for none
     MemoryAttachments attachments;
     MemoryRenderer renderer;
     Rights rights;

@@ -44,6 +44,11 @@ private:
     bool TemplateRef();
     bool Annot();
     bool AnnotWord(const QString& key, const QString& value, MemoryDocument::AnnotRecord* record);
+    bool Link();
+    bool Open();
+    bool ActionWords(G_ActionList* list, G_PageLink* link, int* annotId);
+    bool ActionWord(const QString& key, const QString& value, G_ActionList* list);
+    G_ActionGoto* JumpOf(G_ActionList* list, bool isNew);
     bool Bookmark();
     bool Outline();
     bool Tag();
@@ -123,6 +128,8 @@ bool TextForm::ReadItem(const QString& keyword, const Level& outer, Level* inner
         {"template", AtTop, &TextForm::Template, InLeaf},
         {"template", InPage, &TextForm::TemplateRef, InLeaf},
         {"annot", InPage, &TextForm::Annot, InLeaf},
+        {"link", InPage, &TextForm::Link, InLeaf},
+        {"open", AtTop, &TextForm::Open, InLeaf},
         {"bookmark", AtTop, &TextForm::Bookmark, InLeaf},
         {"outline", AtTop, &TextForm::Outline, InOutline},
         {"outline", InOutline, &TextForm::Outline, InOutline},
@@ -307,6 +314,88 @@ bool TextForm::DestWord(const QString& key, const QString& value, G_Dest* dest)
         return Fail(QStringLiteral("unknown word \"%1\"").arg(key));
     }
     return isNumber;
+}
+
+bool TextForm::Link()
+{
+    G_PageLink link;
+    const auto list = std::make_shared<G_ActionList>();
+    int annotId = 0;
+    if (!ActionWords(list.get(), &link, &annotId))
+        return false;
+    link.actions = list;
+    document->AddLink(document->GetPageCount() - 1, link, annotId);
+    return link.IsValid();
+}
+
+bool TextForm::Open()
+{
+    const auto list = std::make_shared<G_ActionList>();
+    document->SetOpenActions(list);
+    return ActionWords(list.get(), nullptr, nullptr) && !list->Actions().IsEmpty();
+}
+
+// The two are null where actions stand alone.
+bool TextForm::ActionWords(G_ActionList* list, G_PageLink* link, int* annotId)
+{
+    while (!words.AtEnd()) {
+        QString key, value;
+        CCA_GRect rect;
+        if (!words.NextPair(&key, &value))
+            return false;
+        if (link && key == QLatin1String("rect")) {
+            if (!ReadRect(value, &rect))
+                return false;
+            link->area.addRect(GQ_ToQRectF(rect));
+        } else if (link && key == QLatin1String("annot")) {
+            *annotId = value.toInt();
+        } else if (!ActionWord(key, value, list)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool TextForm::ActionWord(const QString& key, const QString& value, G_ActionList* list)
+{
+    const auto& known = list->Actions();
+    if (key == QLatin1String("uri")) {
+        auto address = std::make_unique<G_ActionUri>();
+        address->uri = GQ_ToCAS(value);
+        list->Add(std::move(address));
+    } else if (key == QLatin1String("base")) {
+        auto* address = known.IsEmpty() ? nullptr : dynamic_cast<G_ActionUri*>(known[known.GetSize() - 1]);
+        if (!address)
+            return Fail(QStringLiteral("\"base\" needs an address before it"));
+        address->base = GQ_ToCAS(value);
+    } else if (key == QLatin1String("attachment")) {
+        auto shows = std::make_unique<G_ActionAttachment>();
+        shows->attachmentId = value.toInt();
+        list->Add(std::move(shows));
+    } else if (key == QLatin1String("sound") || key == QLatin1String("movie")) {
+        list->Add(std::make_unique<G_Action>(key == QLatin1String("sound") ? G_Action::Sound : G_Action::Movie));
+    } else if (key == QLatin1String("bookmark")) {
+        G_ActionGoto* jump = JumpOf(list, true);
+        jump->bookmarkName = GQ_ToCAS(value);
+        jump->dest->pageIndex = -1; // it is looked up when it is followed
+    } else {
+        const bool isPage = key == QLatin1String("page") || key == QLatin1String("index");
+        return DestWord(key == QLatin1String("to") ? QStringLiteral("rect") : key, value, JumpOf(list, isPage)->dest);
+    }
+    return true;
+}
+
+// The last action where that is a jump, unless a new one is wanted.
+G_ActionGoto* TextForm::JumpOf(G_ActionList* list, bool isNew)
+{
+    const auto& known = list->Actions();
+    auto* last = known.IsEmpty() || isNew ? nullptr : dynamic_cast<G_ActionGoto*>(known[known.GetSize() - 1]);
+    if (last)
+        return last;
+    auto jump = std::make_unique<G_ActionGoto>();
+    last = jump.get();
+    list->Add(std::move(jump));
+    return last;
 }
 
 G_TreeNode* TextForm::AddTo(G_TreeNode* parent, G_NodeData* payload)

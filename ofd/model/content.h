@@ -34,8 +34,9 @@ struct PageContent
 {
     std::vector<Layer> layers; // in document order
     QVector<TemplateRef> templates;
-    std::shared_ptr<const Resources> resources; // never null
-    qint64 bytes = 0;                           // of memory that it takes, about
+    std::unique_ptr<const ObjectActions> actions; // that a click on the page itself runs; null for none
+    std::shared_ptr<const Resources> resources;   // never null
+    qint64 bytes = 0;                             // of memory that it takes, about
 };
 
 } // namespace ofd

@@ -43,9 +43,18 @@ qint64 WeightOf(const TextObject& object)
     return weight;
 }
 
+qint64 WeightOf(const ObjectActions* actions)
+{
+    qint64 weight = actions ? Block + qint64(sizeof(ObjectActions)) : 0;
+    for (size_t i = 0; actions && i < actions->size(); ++i)
+        weight +=
+            Block + qint64(sizeof(ObjectAction)) + 2 * qint64(sizeof(G_ActionGoto)) + WeightOf((*actions)[i].region);
+    return weight;
+}
+
 qint64 WeightOf(const GraphicObject& object)
 {
-    qint64 weight = Block;
+    qint64 weight = Block + WeightOf(object.actions.get());
     for (const Clip& clip : object.clips) {
         weight += qint64(sizeof(Clip)) + WeightOf(clip.outline);
         for (const ClipText& text : clip.texts)
@@ -78,7 +87,7 @@ qint64 WeightOf(const ObjectList& objects)
 
 qint64 WeightOf(const PageContent& page)
 {
-    qint64 weight = Block + qint64(sizeof(PageContent));
+    qint64 weight = Block + qint64(sizeof(PageContent)) + WeightOf(page.actions.get());
     for (const Layer& layer : page.layers)
         weight += qint64(sizeof(Layer)) + WeightOf(layer.objects);
     if (!page.resources || !page.resources->outer)

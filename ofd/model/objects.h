@@ -1,5 +1,6 @@
 #pragma once
 
+#include "object_actions.h"
 #include "paint.h"
 
 #include <QPainterPath>
@@ -72,7 +73,8 @@ struct GraphicObject
     double alpha = 1;
     StrokeStyle stroke;
     BlendMode blendMode = BlendMode::Normal;
-    std::vector<Clip> clips; // the object is cut to what all of them have in common
+    std::vector<Clip> clips;                      // the object is cut to what all of them have in common
+    std::unique_ptr<const ObjectActions> actions; // that a click runs; null for none
 };
 
 using ObjectList = std::vector<std::unique_ptr<const GraphicObject>>;

@@ -78,6 +78,18 @@ constexpr int MaxTemplatesOnPage = 1000;
 // Pages that are looked at for the z-order of templates to which the document gives none. Quietly: the background.
 constexpr int MaxPagesAskedForTemplates = 100;
 
+// --- Links -----------------------------------------------------------------------------------------------------------
+
+// Actions of one object, each of which may ask the user something. Quietly: the rest is not run.
+constexpr int MaxActionsOfObject = 16;
+// Links of a page. "The page has too many links." The rest is not clicked.
+constexpr int MaxLinksOnPage = 10'000;
+// Pieces of the region of an action. Quietly: the rest is left out.
+constexpr int MaxRegionPieces = 10'000;
+// Points of all regions of a page, since each movement of the mouse looks for what it is on. Quietly: further regions
+// are the boxes around them.
+constexpr int MaxRegionPointsOnPage = 100'000;
+
 // --- Lists of numbers ------------------------------------------------------------------------------------------------
 
 // Dashes and gaps of a line. Quietly: the line is solid.

@@ -31,15 +31,6 @@ bool IsMisleading(QChar c)
            c == QLatin1Char('\\');
 }
 
-// The number that the text is or ends in; 0 when there is none.
-int TrailingNumber(const QString& text)
-{
-    int first = text.size();
-    while (first > 0 && text.at(first - 1).isDigit())
-        --first;
-    return text.mid(first).toInt();
-}
-
 QString DateOf(const pugi::xml_node& element)
 {
     const QString created = AttributeText(element, "CreationDate").trimmed();
@@ -65,7 +56,7 @@ AttachmentEntry ReadEntry(const pugi::xml_node& element, const Package& package,
     entry.info.addDate = Utf8(DateOf(element));
     const qint64 bytes = entry.part.isEmpty() ? -1 : package.GetPartSize(entry.part);
     entry.info.size = bytes >= 0 ? float(bytes / 1024.0) : float(NumberAttribute(element, "Size"));
-    entry.info.id = TrailingNumber(AttributeText(element, "ID").trimmed());
+    entry.info.id = AttachmentIdOf(AttributeText(element, "ID"));
     entry.info.visible = BooleanAttribute(element, "Visible", true);
     return entry;
 }
@@ -92,6 +83,15 @@ void MakeIdsUnique(QVector<AttachmentEntry>& entries)
 }
 
 } // namespace
+
+int AttachmentIdOf(const QString& identifier)
+{
+    const QString text = identifier.trimmed();
+    int first = text.size();
+    while (first > 0 && text.at(first - 1).isDigit())
+        --first;
+    return text.mid(first).toInt();
+}
 
 QString HarmlessName(const QString& name)
 {

@@ -14,6 +14,9 @@ struct DocumentStructure;
 QVector<AttachmentEntry> ReadAttachments(const Package& package, const DocumentStructure& structure,
                                          const pugi::xml_node& documentRoot);
 
+// The number of an attachment's identifier, which is or ends in one; 0 when there is none.
+int AttachmentIdOf(const QString& identifier);
+
 // A name to show, without what could lead somewhere else or mislead: separators, control and direction characters,
 // leading dots.
 QString HarmlessName(const QString& name);

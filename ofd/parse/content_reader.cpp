@@ -1,5 +1,6 @@
 #include "content_reader.h"
 
+#include "action_reader.h"
 #include "clip_reader.h"
 #include "geometry_reader.h"
 #include "object_style.h"
@@ -131,6 +132,7 @@ private:
         object->alpha = ReadAlpha(element);
         object->blendMode = ReadBlendMode(element);
         object->clips = ReadClips(element, *object, resources);
+        object->actions = ReadActions(element, ActionEvent::Click);
         return object;
     }
 
@@ -198,6 +200,7 @@ std::shared_ptr<PageContent> ReadPageContent(const pugi::xml_node& page,
 {
     auto content = std::make_shared<PageContent>();
     content->resources = resources;
+    content->actions = ReadActions(page, ActionEvent::Click);
     for (const pugi::xml_node& reference : ChildElements(page, "Template"))
         content->templates.append(
             {int(IdAttribute(reference, "TemplateID")), AttributeText(reference, "ZOrder").trimmed()});

@@ -1,5 +1,7 @@
 #include "outline_reader.h"
 
+#include "action_reader.h"
+
 #include <frame/base/converters.h>
 #include <ofd/model/problem_log.h>
 #include <ofd/model/record_sources.h>
@@ -88,6 +90,15 @@ bool IsPlain(const pugi::xml_node& action)
            HasOnly(dest, {"Type", "PageID", "Left", "Top", "Right", "Bottom", "Zoom"}, 0);
 }
 
+// Of an element that there should be one of.
+void TellOfFurther(const XmlPart& document, const std::vector<pugi::xml_node>& elements, const QString& text)
+{
+    if (elements.size() < 2)
+        return;
+    const ProblemPlace place(0, document.PlaceOf(elements[1]));
+    ReportProblem(ProblemKind::DuplicateIdentifier, text);
+}
+
 class OutlineReader
 {
 public:
@@ -173,15 +184,9 @@ private:
     G_Action* ReadAction(const pugi::xml_node& element)
     {
         G_Action* action = ReadGoto(ChildElement(element, "Goto"));
-        const pugi::xml_node uri = ChildElement(element, "URI");
-        if (!action && uri) {
-            auto* opens = new G_ActionUri;
-            opens->uri = Utf8(AttributeText(uri, "URI"));
-            action = opens;
-        }
         if (!action)
-            action = new G_Action(G_Action::Other);
-        if (action->actionType == G_Action::Other || !IsPlain(element)) {
+            action = ReadOtherAction(element).release();
+        if (!IsPlain(element)) {
             const qint64 begin = element.offset_debug() - 1;
             action->opaque = CCA_String(ElementTree(entryBytes, IsOutlineEntry, begin).BytesOf(0));
         }
@@ -215,7 +220,7 @@ private:
     {
         if (!hasBookmarks) {
             hasBookmarks = true;
-            for (const pugi::xml_node& element : ChildElements(ChildElement(part.GetRoot(), "Bookmarks"), "Bookmark")) {
+            for (const pugi::xml_node& element : BookmarkElements(part.GetRoot())) {
                 const QString known = AttributeText(element, "Name");
                 if (!bookmarks.contains(known))
                     bookmarks.insert(known, element);
@@ -250,29 +255,58 @@ ActionValue ValueOf(const G_Action& action)
     return value;
 }
 
-G_Dest ReadDestination(const pugi::xml_node& element, const DocumentStructure& structure)
+G_Dest ReadDestination(const pugi::xml_node& element)
 {
     G_Dest dest;
+    dest.pageIndex = -1;
     for (const pugi::xml_attribute& attribute : element.attributes()) {
         if (!IsDeclaration(attribute))
             SetValue(dest, LocalName(attribute.name()), attribute.value());
     }
+    return dest;
+}
+
+G_Dest ReadDestination(const pugi::xml_node& element, const DocumentStructure& structure)
+{
+    G_Dest dest = ReadDestination(element);
+    if (element)
+        ResolvePage(dest, structure);
+    return dest;
+}
+
+void ResolvePage(G_Dest& dest, const DocumentStructure& structure)
+{
     dest.pageIndex = structure.pageIndexById.value(dest.pageId, -1);
-    if (element && dest.pageIndex < 0)
+    if (dest.pageIndex < 0)
         ReportProblem(ProblemKind::DanglingReference,
                       Tr("A destination leads to the page %1, which does not exist.").arg(dest.pageId));
-    return dest;
+}
+
+std::vector<pugi::xml_node> BookmarkLists(const pugi::xml_node& documentRoot)
+{
+    return ChildElements(documentRoot, "Bookmarks");
+}
+
+std::vector<pugi::xml_node> BookmarkElements(const pugi::xml_node& documentRoot)
+{
+    std::vector<pugi::xml_node> elements;
+    for (const pugi::xml_node& list : BookmarkLists(documentRoot)) {
+        const std::vector<pugi::xml_node> own = ChildElements(list, "Bookmark");
+        elements.insert(elements.end(), own.begin(), own.end());
+    }
+    return elements;
 }
 
 TreeRoot ReadBookmarks(const XmlPart& document, const DocumentStructure& structure,
                        std::vector<std::shared_ptr<const BookmarkSource>>* sources)
 {
-    const pugi::xml_node list = ChildElement(document.GetRoot(), "Bookmarks");
-    if (!list)
+    const std::vector<pugi::xml_node> lists = BookmarkLists(document.GetRoot());
+    if (lists.empty())
         return nullptr;
+    TellOfFurther(document, lists, Tr("The document has more than one list of bookmarks; they are read as one."));
     const XmlEdit edit(document);
     TreeRoot root(G_TreeNode::CreateRoot());
-    for (const pugi::xml_node& element : ChildElements(list, "Bookmark")) {
+    for (const pugi::xml_node& element : BookmarkElements(document.GetRoot())) {
         const ProblemPlace place(0, document.PlaceOf(element));
         auto source = std::make_shared<BookmarkSource>();
         source->xml = edit.GetElementBytes(element);
@@ -300,6 +334,8 @@ TreeRoot ReadOutline(const XmlPart& document, const DocumentStructure& structure
     const pugi::xml_node list = ChildElement(document.GetRoot(), "Outlines");
     if (!list)
         return nullptr;
+    TellOfFurther(document, ChildElements(document.GetRoot(), "Outlines"),
+                  Tr("The document has more than one outline; the first is shown."));
     *elements = std::make_shared<const ElementTree>(document.GetPackedBytes(), IsOutlineEntry, document.PlaceOf(list));
     TreeRoot root(G_TreeNode::CreateRoot());
     OutlineReader(document, structure, *elements).ReadInto(root.get());

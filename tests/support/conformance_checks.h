@@ -8,6 +8,7 @@ QVector<ConformanceCheck> PageConformanceChecks();
 QVector<ConformanceCheck> ContentConformanceChecks();
 QVector<ConformanceCheck> AttachmentConformanceChecks();
 QVector<ConformanceCheck> TextConformanceChecks();
+QVector<ConformanceCheck> LinkConformanceChecks();
 
 // The document that most checks begin with.
 QString ConformanceFixture();

@@ -8,6 +8,8 @@
 
 #include <QSet>
 
+#include <algorithm>
+
 namespace {
 
 constexpr double BaselineMm = 3.4; // below the top of a text's box
@@ -37,6 +39,8 @@ public:
         WritePages(xml);
         WriteOutline(xml);
         WritePermissions(xml);
+        if (const auto wanted = document.GetOpenActions())
+            WriteActions(xml, *wanted, QStringLiteral("DO"));
         WriteBookmarks(xml);
         WriteLists(xml);
         file = OfdFile::WithPages(0);
@@ -99,6 +103,79 @@ private:
         xml.Attribute("Name", layer->GetName().ToQString());
         for (const int id : ObjectsOfLayer(page, position))
             WriteText(xml, page, id);
+        for (const G_PageLink& link : LinksOfLayer(page, position))
+            WriteLink(xml, link, QPointF());
+        xml.Close();
+    }
+
+    // Those that are there while all other layers are hidden.
+    QVector<G_PageLink> LinksOfLayer(IG_Page* page, int position)
+    {
+        for (int i = 0; i < page->GetLayerCount(); ++i)
+            page->GetLayerAt(i)->SetVisible(i == position);
+        QVector<G_PageLink> links = page->GetLinks();
+        links.erase(
+            std::remove_if(links.begin(), links.end(), [](const G_PageLink& link) { return link.isOfAnnotation; }),
+            links.end());
+        for (int i = 0; i < page->GetLayerCount(); ++i)
+            page->GetLayerAt(i)->SetVisible(true);
+        return links;
+    }
+
+    // Those that go with the annotation.
+    static QVector<G_PageLink> LinksOfAnnotation(IG_Page* page, IG_Annot* annot)
+    {
+        annot->SetVisible(false, false);
+        const QVector<G_PageLink> others = page->GetLinks();
+        annot->SetVisible(true, false);
+        QVector<G_PageLink> links;
+        for (const G_PageLink& link : page->GetLinks()) {
+            const bool isOther = std::any_of(others.cbegin(), others.cend(), [&link](const G_PageLink& other) {
+                return other.actions == link.actions;
+            });
+            if (!isOther)
+                links.append(link);
+        }
+        return links;
+    }
+
+    // An invisible rectangle, whose place is seen from the origin.
+    void WriteLink(ofd::XmlFragment& xml, const G_PageLink& link, const QPointF& origin)
+    {
+        const QRectF box = link.area.boundingRect().translated(-origin);
+        xml.Open("PathObject").Attribute("Visible", QStringLiteral("false"));
+        xml.Attribute("Boundary",
+                      QString::fromLatin1(ofd::FormatNumbers({box.x(), box.y(), box.width(), box.height()})));
+        WriteActions(xml, *link.actions, QStringLiteral("CLICK"));
+        xml.Element("AbbreviatedData", QStringLiteral("M 0 0 L 1 1")).Close();
+    }
+
+    void WriteActions(ofd::XmlFragment& xml, const G_ActionList& list, const QString& event)
+    {
+        xml.Open("Actions");
+        for (const G_Action* action : list.Actions()) {
+            xml.Open("Action").Attribute("Event", event);
+            WriteAction(xml, action);
+            xml.Close();
+        }
+        xml.Close();
+    }
+
+    void WriteAction(ofd::XmlFragment& xml, const G_Action* action)
+    {
+        if (const auto* jump = dynamic_cast<const G_ActionGoto*>(action)) {
+            xml.Open("Goto");
+            if (jump->bookmarkName.IsEmpty())
+                WriteDest(xml, *jump->dest);
+            else
+                xml.Open("Bookmark").Attribute("Name", Text(jump->bookmarkName)).Close();
+        } else if (const auto* opens = dynamic_cast<const G_ActionUri*>(action)) {
+            xml.Open("URI").Attribute("URI", Text(opens->uri)).Attribute("Base", Text(opens->base));
+        } else if (const auto* shows = dynamic_cast<const G_ActionAttachment*>(action)) {
+            xml.Open("GotoA").Attribute("AttachID", QString::number(shows->attachmentId));
+        } else {
+            xml.Open(action->actionType == G_Action::Sound ? "Sound" : "Movie");
+        }
         xml.Close();
     }
 
@@ -229,6 +306,8 @@ private:
             xml.Attribute("Boundary",
                           QString::fromLatin1(ofd::FormatNumbers(
                               {double(box.left), double(box.top), double(box.Width()), double(box.Height())})));
+            for (const G_PageLink& link : LinksOfAnnotation(page, annot))
+                WriteLink(xml, link, QPointF(double(box.left), double(box.top)));
             xml.Close().Close();
         }
         const QString part = QStringLiteral("Annots/Annot_%1.xml").arg(page->PageId());
