@@ -1,5 +1,6 @@
 #include "doc_view.h"
 #include "go_to_dest.h"
+#include "link_text.h"
 #include "settings.h"
 #include "ui_context.h"
 
@@ -17,24 +18,9 @@
 
 namespace {
 
-constexpr int shownAddressLength = 300; // characters of an address in the question
-
-const G_Bookmark* FindBookmark(IG_Document* document, const CCA_String& name)
+bool KeepsZoom()
 {
-    const G_TreeNode* root = document->GetBookmarkRoot();
-    for (int row = 0; root && row < root->SubNodeCount(); ++row) {
-        const auto* bookmark = dynamic_cast<const G_Bookmark*>(root->SubNode(row)->data);
-        if (bookmark && bookmark->name == name)
-            return bookmark;
-    }
-    return nullptr;
-}
-
-QString Shortened(QString address)
-{
-    if (address.size() > shownAddressLength)
-        address = address.left(shownAddressLength) + QStringLiteral("…");
-    return address;
+    return G_SettingMgr::Instance()->ConfigValue(QStringLiteral("read.keepcurrentzoom")).toBool();
 }
 
 // One list of actions on its way. What an action answers is the text of a note about it; empty when it was run or when
@@ -45,7 +31,7 @@ public:
     ActionRun(G_UIContext* context, G_DocView* view)
         : context(context)
         , view(view)
-        , keepsZoom(G_SettingMgr::Instance()->ConfigValue(QStringLiteral("read.keepcurrentzoom")).toBool())
+        , keepsZoom(KeepsZoom())
     {
     }
 
@@ -54,22 +40,19 @@ public:
         if (const auto* jump = dynamic_cast<const G_ActionGoto*>(&action))
             return Jump(*jump);
         if (const auto* address = dynamic_cast<const G_ActionUri*>(&action))
-            return Open(GQ_ToQStringFromUtf8(address->uri));
+            return Open(GQ_ToQStringFromUtf8(address->Address()));
+        if (action.actionType == G_Action::Sound || action.actionType == G_Action::Movie)
+            return G_ActionHandler::tr("Sounds and movies cannot be played.");
         return G_ActionHandler::tr("This kind of action is not supported.");
     }
 
 private:
-    // A bookmark's place is looked up now: it may have been moved, renamed or deleted since the document was read.
     QString Jump(const G_ActionGoto& jump) const
     {
-        const G_Dest* dest = jump.dest;
-        if (!jump.bookmarkName.IsEmpty()) {
-            const G_Bookmark* bookmark = FindBookmark(view->GDocument(), jump.bookmarkName);
-            if (!bookmark)
-                return G_ActionHandler::tr("The bookmark “%1” does not exist.")
-                    .arg(GQ_ToQStringFromUtf8(jump.bookmarkName));
-            dest = bookmark->dest;
-        }
+        const G_Dest* dest = PlaceOf(jump, view->GDocument());
+        if (!dest)
+            return G_ActionHandler::tr("The bookmark “%1” does not exist.")
+                .arg(ShownText(GQ_ToQStringFromUtf8(jump.bookmarkName)));
         return GoToDest(view, *dest, keepsZoom) ? QString() : G_ActionHandler::tr("This page does not exist.");
     }
 
@@ -80,7 +63,7 @@ private:
             return G_ActionHandler::tr("This kind of action is not supported.");
         const int answer = context->ShowQuestionBox(G_ActionHandler::tr("Open address"),
                                                     G_ActionHandler::tr("Do you want to open this address?") +
-                                                        QStringLiteral("\n\n") + Shortened(address),
+                                                        QStringLiteral("\n\n") + ShownAddress(address),
                                                     QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
         const bool isOpened = answer != QMessageBox::Ok || Utils::Safe::OV_SafeProcess::OpenUrl(address);
         return isOpened ? QString() : G_ActionHandler::tr("This address cannot be opened.");
@@ -113,10 +96,42 @@ void G_ActionHandler::DoActions(const CCA_ArrayTemplate<G_Action*>& actions, IG_
     for (const auto& action : copies) {
         if (!action || !host || !view || host->CurrentDocView() != view)
             continue;
-        const QString note = ActionRun(host, view).Run(*action);
+        const auto* attachment = dynamic_cast<const G_ActionAttachment*>(action.get());
+        const QString note =
+            attachment ? OfferAttachment(document, attachment->attachmentId) : ActionRun(host, view).Run(*action);
         if (!note.isEmpty() && !notes.contains(note))
             notes.append(note);
     }
     for (const QString& note : host ? notes : QStringList())
         host->FireEvent(new G_StringEvent(note, EventType::StatusText));
+}
+
+bool G_ActionHandler::FollowOpenActions(G_DocView* view)
+{
+    const std::shared_ptr<const G_ActionList> asked = view->GDocument()->GetOpenActions();
+    const bool keepsZoom = KeepsZoom();
+    for (int i = 0; asked && i < asked->Actions().GetSize(); ++i) {
+        const auto* jump = dynamic_cast<const G_ActionGoto*>(asked->Actions()[i]);
+        const G_Dest* dest = jump ? PlaceOf(*jump, view->GDocument()) : nullptr;
+        if (dest && GoToDest(view, *dest, keepsZoom))
+            return true;
+    }
+    return false;
+}
+
+void G_ActionHandler::SetAttachmentSaver(AttachmentSaver saver)
+{
+    attachmentSaver = std::move(saver);
+}
+
+// Answers with a note, empty when there is nothing to tell. This may be gone when it returns.
+QString G_ActionHandler::OfferAttachment(IG_Document* document, int attachmentId) const
+{
+    const int index = document->GetAttachmentIndexById(attachmentId);
+    if (index < 0)
+        return tr("This attachment does not exist.");
+    if (!document->MayExport())
+        return tr("The document does not allow its attachments to be saved.");
+    const AttachmentSaver saver = attachmentSaver; // a dialog's event loop may end the whole window
+    return saver ? saver(document, index) : tr("This kind of action is not supported.");
 }

@@ -30,11 +30,29 @@ G_Preferences::ZoomMode ViewZoomMode(int destinationMode)
 
 } // namespace
 
+int PageOf(const G_Dest& dest, IG_Document* document)
+{
+    const int page = dest.pageId == 0 ? dest.pageIndex : document->PageIndexFromId(dest.pageId);
+    return page < document->GetPageCount() ? qMax(page, -1) : -1;
+}
+
+const G_Dest* PlaceOf(const G_ActionGoto& jump, IG_Document* document)
+{
+    if (jump.bookmarkName.IsEmpty())
+        return jump.dest;
+    const G_TreeNode* root = document->GetBookmarkRoot();
+    for (int row = 0; root && row < root->SubNodeCount(); ++row) {
+        const auto* bookmark = dynamic_cast<const G_Bookmark*>(root->SubNode(row)->data);
+        if (bookmark && bookmark->name == jump.bookmarkName)
+            return bookmark->dest;
+    }
+    return nullptr;
+}
+
 bool GoToDest(G_DocView* view, const G_Dest& dest, bool keepZoom)
 {
-    IG_Document* document = view->GDocument();
-    const int page = dest.pageId == 0 ? dest.pageIndex : document->PageIndexFromId(dest.pageId);
-    if (page < 0 || page >= document->GetPageCount())
+    const int page = PageOf(dest, view->GDocument());
+    if (page < 0)
         return false;
     const G_Preferences::ZoomMode mode = ViewZoomMode(dest.zoomMode);
     if (!keepZoom) {

@@ -119,12 +119,23 @@ class FRAME_EXPORT G_ActionHandler : public QObject
 public:
     explicit G_ActionHandler(G_UIContext* context);
     // All actions in order, on the current view if it shows the document; nothing otherwise. `kind` 3 means a click in
-    // a pane. Go-to actions go, by way of a bookmark to where it is now; an address is opened when the user agrees;
-    // others are ignored. What could not be done is told in transient notes.
+    // a pane, 1 one on a page. Go-to actions go, by way of a bookmark to where it is now; an address is opened when the
+    // user agrees; an attachment is offered to be saved, and is never run. What could not be done is told in transient
+    // notes.
     void DoActions(const CCA_ArrayTemplate<G_Action*>& actions, IG_Document* document, int kind);
+    // Follows the first jump that leads somewhere of those that the view's document asks for on being opened; false
+    // when there is none. Nothing else that it asks for is done, not even asked about: a file must not open addresses,
+    // attachments or sounds by itself.
+    bool FollowOpenActions(G_DocView* view);
+    // What saves the attachment at that index where the user wants it, set by the host; it answers with a note about
+    // what came of it, empty when there is nothing to tell.
+    using AttachmentSaver = std::function<QString(IG_Document* document, int index)>;
+    void SetAttachmentSaver(AttachmentSaver saver);
 
 private:
+    QString OfferAttachment(IG_Document* document, int attachmentId) const;
     G_UIContext* context; // not owned
+    AttachmentSaver attachmentSaver;
 };
 
 // Switches the tool of the view to the one named by the parameter "name".
