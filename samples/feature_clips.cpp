@@ -21,8 +21,7 @@ QByteArray TextArea(const QByteArray& attributes = {})
 void AddClipped(Package& package, const QByteArray& clips, const QByteArray& attributes = {},
                 const QByteArray& flag = {})
 {
-    AddToFirstPage(package, FilledRectangle(900, QRectF(20, 100, 60, 60), PlainColor("47 111 222"), attributes,
-                                            "<ofd:Clips" + flag + ">" + clips + "</ofd:Clips>"));
+    AddSquare(package, PlainColor("47 111 222"), attributes, "<ofd:Clips" + flag + ">" + clips + "</ofd:Clips>");
 }
 
 QByteArray Clip(const QByteArray& areas)

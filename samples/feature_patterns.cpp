@@ -20,7 +20,7 @@ QByteArray PatternColor(const QByteArray& attributes, const QByteArray& cell)
 
 void AddPattern(Package& package, const QByteArray& attributes, const QByteArray& cell = Quarters())
 {
-    AddToFirstPage(package, FilledRectangle(900, QRectF(20, 100, 60, 60), PatternColor(attributes, cell)));
+    AddSquare(package, PatternColor(attributes, cell));
 }
 
 void Plain(Package& package)

@@ -17,8 +17,7 @@ const QByteArray kSegments = Colored("Segment", "Position=\"0\"", "255 0 0") +
 
 void AddShading(Package& package, const QByteArray& shading, const QByteArray& attributes = {})
 {
-    AddToFirstPage(package, FilledRectangle(900, QRectF(20, 100, 60, 60),
-                                            "<ofd:FillColor>" + shading + "</ofd:FillColor>", attributes));
+    AddSquare(package, "<ofd:FillColor>" + shading + "</ofd:FillColor>", attributes);
 }
 
 void AddAxial(Package& package, const QByteArray& attributes)
@@ -107,9 +106,7 @@ void Lattice(Package& package)
 
 void Unreadable(Package& package)
 {
-    AddToFirstPage(package, FilledRectangle(900, QRectF(20, 100, 60, 60),
-                                            "<ofd:FillColor Value=\"0 128 0\"><ofd:AxialShd StartPoint=\"nowhere\"/>"
-                                            "</ofd:FillColor>"));
+    AddSquare(package, "<ofd:FillColor Value=\"0 128 0\"><ofd:AxialShd StartPoint=\"nowhere\"/></ofd:FillColor>");
 }
 
 constexpr const char* kGroup = "Shadings";

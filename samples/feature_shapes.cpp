@@ -1,5 +1,7 @@
 #include "feature_shapes.h"
 
+#include "deviations.h"
+
 namespace samples {
 
 namespace {
@@ -28,6 +30,11 @@ QByteArray FilledRectangle(int id, const QRectF& rect, const QByteArray& fillCol
            Numbers({rect.x(), rect.y(), rect.width(), rect.height()}) + "\" Stroke=\"false\" Fill=\"true\" " +
            attributes + ">" + inside + fillColor + RectangleData(QRectF(QPointF(), rect.size())) +
            "</ofd:PathObject>\n";
+}
+
+void AddSquare(Package& package, const QByteArray& fillColor, const QByteArray& attributes, const QByteArray& inside)
+{
+    AddToFirstPage(package, FilledRectangle(900, QRectF(20, 100, 60, 60), fillColor, attributes, inside));
 }
 
 QByteArray PlainColor(const QByteArray& value, const QByteArray& attributes)
