@@ -1,6 +1,8 @@
 #include "features.h"
 #include "picture_kinds.h"
 #include "pictures.h"
+#include "profiled_pictures.h"
+#include "profiles.h"
 
 namespace samples {
 
@@ -73,6 +75,36 @@ void MarkedInkJpeg(Package& package)
     AddPicture(package, "inks.jpg", QuadrantsInkJpeg(true));
 }
 
+void ProfileInPng(Package& package)
+{
+    AddPicture(package, "linear.png", ProfiledPng(QColor(128, 0, 255), LinearRgbProfile()));
+}
+
+void ProfileInGrayPng(Package& package)
+{
+    AddPicture(package, "linear.png", ProfiledGrayPng(128, LinearGrayProfile()));
+}
+
+void ProfileInJpeg(Package& package)
+{
+    AddPicture(package, "linear.jpg", ProfiledJpeg(QColor(128, 0, 255), LinearRgbProfile()));
+}
+
+void ProfileInTiff(Package& package)
+{
+    AddPicture(package, "linear.tif", ProfiledTiff(QColor(128, 0, 255), LinearRgbProfile()));
+}
+
+void ProfileInInkJpeg(Package& package)
+{
+    AddPicture(package, "inks.jpg", ProfiledInkJpeg(true, InkProfile()));
+}
+
+void BrokenProfileInPng(Package& package)
+{
+    AddPicture(package, "linear.png", ProfiledPng(QColor(128, 0, 255), LinearRgbProfile().left(200)));
+}
+
 constexpr const char* kGroup = "Pictures";
 
 const Deviation kTable[] = {
@@ -88,6 +120,13 @@ const Deviation kTable[] = {
     {"image_jpeg_inks", kGroup, "a JPEG of four inks", "show it in its colours", InkJpeg},
     {"image_jpeg_inks_marked", kGroup, "a JPEG whose four inks are stored the other way round, and marked so",
      "show it in its colours", MarkedInkJpeg},
+    {"image_profile_png", kGroup, "a PNG file with a linear profile", "follow the profile", ProfileInPng},
+    {"image_profile_gray_png", kGroup, "a gray PNG file with a linear profile", "follow the profile", ProfileInGrayPng},
+    {"image_profile_jpeg", kGroup, "a JPEG with a linear profile in many pieces", "follow the profile", ProfileInJpeg},
+    {"image_profile_tiff", kGroup, "a TIFF file with a linear profile", "follow the profile", ProfileInTiff},
+    {"image_profile_inks", kGroup, "a JPEG of four inks with their profile", "follow the profile", ProfileInInkJpeg},
+    {"image_profile_broken", kGroup, "a PNG file with a profile that cannot be read", "show the numbers as they are",
+     BrokenProfileInPng},
 };
 
 } // namespace

@@ -6,8 +6,10 @@
 #include <QImage>
 #include <QPainter>
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 
 #include <jpeglib.h>
 
@@ -71,6 +73,41 @@ QByteArray TiffEntry(int tag, int type, int count, int value)
     return Little(tag, 2) + Little(type, 2) + Little(count, 4) + Little(value, 4);
 }
 
+using Inks = std::array<int, 4>; // 255 = full
+
+QByteArray InkJpeg(const QSize& size, bool isMarked, const std::function<Inks(int x, int y)>& inksAt)
+{
+    jpeg_compress_struct encoder = {};
+    jpeg_error_mgr errors = {};
+    encoder.err = jpeg_std_error(&errors);
+    jpeg_create_compress(&encoder);
+    unsigned char* bytes = nullptr; // owned
+    unsigned long length = 0;
+    jpeg_mem_dest(&encoder, &bytes, &length);
+    encoder.image_width = JDIMENSION(size.width());
+    encoder.image_height = JDIMENSION(size.height());
+    encoder.input_components = 4;
+    encoder.in_color_space = JCS_CMYK;
+    jpeg_set_defaults(&encoder);
+    jpeg_set_quality(&encoder, 95, TRUE);
+    encoder.write_Adobe_marker = isMarked;
+    jpeg_start_compress(&encoder, TRUE);
+    for (int y = 0; y < size.height(); ++y) {
+        QByteArray row;
+        for (int x = 0; x < size.width(); ++x) {
+            for (const int ink : inksAt(x, y))
+                row.append(char(isMarked ? 255 - ink : ink));
+        }
+        JSAMPROW rows[] = {reinterpret_cast<JSAMPROW>(row.data())};
+        jpeg_write_scanlines(&encoder, rows, 1);
+    }
+    jpeg_finish_compress(&encoder);
+    jpeg_destroy_compress(&encoder);
+    const QByteArray file(reinterpret_cast<const char*>(bytes), int(length));
+    std::free(bytes);
+    return file;
+}
+
 } // namespace
 
 QByteArray QuadrantsBmp()
@@ -117,36 +154,15 @@ QByteArray QuadrantsTiff()
 QByteArray QuadrantsInkJpeg(bool isMarked)
 {
     const QImage image = Quadrants();
-    jpeg_compress_struct encoder = {};
-    jpeg_error_mgr errors = {};
-    encoder.err = jpeg_std_error(&errors);
-    jpeg_create_compress(&encoder);
-    unsigned char* bytes = nullptr; // owned
-    unsigned long size = 0;
-    jpeg_mem_dest(&encoder, &bytes, &size);
-    encoder.image_width = JDIMENSION(image.width());
-    encoder.image_height = JDIMENSION(image.height());
-    encoder.input_components = 4;
-    encoder.in_color_space = JCS_CMYK;
-    jpeg_set_defaults(&encoder);
-    jpeg_set_quality(&encoder, 95, TRUE);
-    encoder.write_Adobe_marker = isMarked;
-    jpeg_start_compress(&encoder, TRUE);
-    for (int y = 0; y < image.height(); ++y) {
-        QByteArray row;
-        for (int x = 0; x < image.width(); ++x) {
-            const QRgb colour = image.pixel(x, y);
-            for (const int light : {qRed(colour), qGreen(colour), qBlue(colour), 255}) // no black ink
-                row.append(char(isMarked ? light : 255 - light));
-        }
-        JSAMPROW rows[] = {reinterpret_cast<JSAMPROW>(row.data())};
-        jpeg_write_scanlines(&encoder, rows, 1);
-    }
-    jpeg_finish_compress(&encoder);
-    jpeg_destroy_compress(&encoder);
-    const QByteArray file(reinterpret_cast<const char*>(bytes), int(size));
-    std::free(bytes);
-    return file;
+    return InkJpeg(image.size(), isMarked, [&image](int x, int y) {
+        const QRgb colour = image.pixel(x, y);
+        return Inks{255 - qRed(colour), 255 - qGreen(colour), 255 - qBlue(colour), 0};
+    });
+}
+
+QByteArray FirstInkJpeg(bool isMarked)
+{
+    return InkJpeg(QSize(64, 64), isMarked, [](int, int) { return Inks{255, 0, 0, 0}; });
 }
 
 QByteArray MaskPng()

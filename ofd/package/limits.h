@@ -35,6 +35,8 @@ constexpr int MaxStampsOnPage = 200;
 // A colour profile.
 constexpr qint64 MaxProfileBytes = qint64(16) << 20;
 constexpr qint64 MaxProfileBytesInAll = qint64(128) << 20; // of one list of resources
+// Pixels of a picture whose colours follow the profile that it carries. Quietly: larger ones keep their numbers.
+constexpr qint64 MaxProfiledPixels = 64'000'000;
 
 // --- XML -------------------------------------------------------------------------------------------------------------
 

@@ -7,8 +7,9 @@
 
 namespace ofd {
 
-// Decodes PNG, JPEG, BMP, GIF, TIFF, WebP and JBIG2. The kind is told by the bytes, never by a name. Null when the
-// picture is broken, unknown or larger than the limit. Any thread.
+// Decodes PNG, JPEG, BMP, GIF, TIFF, WebP and JBIG2. The kind is told by the bytes, never by a name. Colours
+// follow the profile that the file carries, which is that of its own numbers; without one they are those of the screen.
+// Null when the picture is broken, unknown or larger than the limit. Any thread.
 QImage DecodeImage(const QByteArray& bytes);
 // The same in so many eighths of its size, 1 to 8, for a picture that can be decoded smaller.
 QImage DecodeImage(const QByteArray& bytes, int eighths);

@@ -31,6 +31,7 @@ QImage ImageStore::GetImage(const Package& package, const QString& part, const Q
     const PartData data = package.Read(part);
     const QSize shrinkable = data.error ? QSize() : ShrinkableSize(data.bytes);
     const int eighths = EighthsFor(shrinkable, paintedPx);
+    const ProblemScope scope(part);
     const QImage image = data.error ? QImage() : DecodeImage(data.bytes, eighths);
     if (!data.error && image.isNull())
         ReportProblem(ProblemKind::BadImage, part,

@@ -92,6 +92,11 @@ const Probe Probes[] = {
     {"pattern_with_itself", 22.5, 105, Blue},
     {"pattern_with_itself", 27.5, 105, White},
     {"patterns_that_multiply", 50, 130, Red},
+    {"image_profile_png", 40, 120, QColor(188, 0, 255)},
+    {"image_profile_gray_png", 40, 120, QColor(188, 188, 188)},
+    {"image_profile_jpeg", 40, 120, QColor(188, 0, 255)},
+    {"image_profile_tiff", 40, 120, QColor(188, 0, 255)},
+    {"image_profile_broken", 40, 120, QColor(128, 0, 255)},
     {"blend_mode_darken", 45, 125, QColor(100, 100, 0)},
     {"blend_mode_darken", 65, 145, QColor(200, 100, 0)},
 };

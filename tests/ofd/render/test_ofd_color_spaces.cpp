@@ -1,5 +1,9 @@
 #include <ofd/model/color_profile.h>
 #include <ofd/ofd_document.h>
+#include <ofd/render/embedded_profile.h>
+#include <ofd/render/image_decoder.h>
+#include <ofd/render/picture_colors.h>
+#include <samples/profiled_pictures.h>
 #include <samples/profiles.h>
 #include <tests/ofd/document/page_painting.h>
 #include <tests/support/test_main.h>
@@ -22,6 +26,11 @@ private slots:
     void palettesCountInTheSpaceOfTheirBits();
     void stepsThatAreNoneCountAsEight();
     void brokenProfilesAreRefusedOrHarmless();
+    void picturesFollowTheProfileThatTheyCarry_data();
+    void picturesFollowTheProfileThatTheyCarry();
+    void aProfileLeavesTransparencyAlone();
+    void brokenProfilesOfPicturesAreToldAndLeaveThePicture();
+    void profilesOfPicturesAreFoundOnlyWhole();
 };
 
 namespace {
@@ -157,6 +166,86 @@ void TestOfdColorSpaces::brokenProfilesAreRefusedOrHarmless()
         if (const auto profile = ofd::ColorProfile::FromBytes(changed, 4))
             QVERIFY(profile->ColorOf({0.5, 0.5, 0.5, 0.5}).isValid());
     }
+}
+
+void TestOfdColorSpaces::picturesFollowTheProfileThatTheyCarry_data()
+{
+    QTest::addColumn<QByteArray>("picture");
+    QTest::addColumn<QColor>("expected");
+    using namespace samples;
+    const QByteArray gray = LinearGrayProfile(), rgb = LinearRgbProfile(), inks = InkProfile();
+    const QColor violet(128, 0, 255);
+    const QColor seen(188, 0, 255);
+    QTest::newRow("PNG") << ProfiledPng(violet, rgb) << seen;
+    QTest::newRow("PNG without") << ProfiledPng(violet, {}) << violet;
+    QTest::newRow("PNG with a palette") << ProfiledPalettePng(violet, rgb) << seen;
+    QTest::newRow("gray PNG") << ProfiledGrayPng(128, gray) << QColor(188, 188, 188);
+    QTest::newRow("gray PNG, white") << ProfiledGrayPng(255, gray) << QColor(255, 255, 255);
+    QTest::newRow("gray PNG with a profile of lights") << ProfiledGrayPng(128, rgb) << QColor(128, 128, 128);
+    QTest::newRow("PNG with a profile of grays") << ProfiledPng(violet, gray) << violet;
+    QTest::newRow("PNG with a profile of inks") << ProfiledPng(violet, inks) << violet;
+    QTest::newRow("JPEG") << ProfiledJpeg(violet, rgb) << seen;
+    QTest::newRow("gray JPEG") << ProfiledGrayJpeg(128, gray) << QColor(188, 188, 188);
+    QTest::newRow("TIFF") << ProfiledTiff(violet, rgb) << seen;
+    QTest::newRow("inks") << ProfiledInkJpeg(false, inks) << ScreenColourOf(InkLab);
+    QTest::newRow("marked inks") << ProfiledInkJpeg(true, inks) << ScreenColourOf(InkLab);
+    QTest::newRow("inks without") << ProfiledInkJpeg(true, {}) << QColor(0, 255, 255);
+    QTest::newRow("inks with a profile of lights") << ProfiledInkJpeg(true, rgb) << QColor(0, 255, 255);
+}
+
+void TestOfdColorSpaces::picturesFollowTheProfileThatTheyCarry()
+{
+    QFETCH(QByteArray, picture);
+    QFETCH(QColor, expected);
+    OfdFile file = OfdFile::WithPage("<ofd:ImageObject ID=\"1\" ResourceID=\"40\" Boundary=\"10 10 40 40\" "
+                                     "CTM=\"40 0 0 40 0 0\"/>");
+    file.Resources("<ofd:MultiMedias><ofd:MultiMedia ID=\"40\" Type=\"Image\"><ofd:MediaFile>a.dat</ofd:MediaFile>"
+                   "</ofd:MultiMedia></ofd:MultiMedias>");
+    file.Set(QStringLiteral("Doc_0/Res/a.dat"), picture);
+    const QColor found = ColourAt(PaintFile(file), 30, 30);
+    QVERIFY2(IsNear(found, expected, 3), qPrintable(found.name()));
+    const QColor small = ofd::DecodeImage(picture, 2).pixelColor(3, 3); // as for a small view
+    QVERIFY2(IsNear(small, expected, 3), qPrintable(small.name()));
+}
+
+void TestOfdColorSpaces::aProfileLeavesTransparencyAlone()
+{
+    QColor half(128, 0, 255);
+    half.setAlpha(128);
+    QImage image(8, 8, QImage::Format_ARGB32);
+    image.fill(half);
+    const auto colors = ofd::PictureColors::FromProfile(samples::LinearRgbProfile());
+    QVERIFY(colors);
+    colors->Convert(image);
+    QCOMPARE(image.pixelColor(3, 3).alpha(), 128);
+    QVERIFY(qAbs(image.pixelColor(3, 3).red() - 188) <= 2);
+}
+
+void TestOfdColorSpaces::brokenProfilesOfPicturesAreToldAndLeaveThePicture()
+{
+    ofd::ProblemLog log;
+    const ofd::ProblemScope scope(log, QStringLiteral("picture"));
+    const QByteArray whole = samples::ProfiledPng(QColor(128, 0, 255), samples::LinearRgbProfile().left(200));
+    QCOMPARE(ofd::DecodeImage(whole).pixelColor(3, 3), QColor(128, 0, 255));
+    QCOMPARE(log.GetProblems().size(), size_t(1));
+    QVERIFY(log.GetProblems().front().kind == ofd::ProblemKind::BadValue);
+}
+
+void TestOfdColorSpaces::profilesOfPicturesAreFoundOnlyWhole()
+{
+    const QByteArray profile = samples::LinearRgbProfile();
+    for (const QByteArray& picture : {samples::ProfiledPng(Qt::red, profile), samples::ProfiledJpeg(Qt::red, profile),
+                                      samples::ProfiledTiff(Qt::red, profile)}) {
+        QCOMPARE(ofd::EmbeddedProfile(picture), profile);
+        for (int length = 0; length < picture.size(); length += 7) {
+            const QByteArray part = ofd::EmbeddedProfile(picture.left(length));
+            QVERIFY(part.isEmpty() || part == profile);
+        }
+    }
+    QVERIFY(ofd::EmbeddedProfile(samples::ProfiledPng(Qt::red, {})).isEmpty());
+    // A few kilobytes that unpack to more than any profile has.
+    const QByteArray endless(64 << 20, '\0');
+    QVERIFY(ofd::EmbeddedProfile(samples::ProfiledPng(Qt::red, endless)).isEmpty());
 }
 
 TETO_TEST_MAIN(TestOfdColorSpaces)
