@@ -53,10 +53,32 @@ QString DecodeEntryName(const QByteArray& raw, bool isFlaggedUtf8)
     return text.isNull() ? DecodeCodePage437(raw) : text;
 }
 
+NameEncoding EncodingOfName(const QByteArray& raw)
+{
+    constexpr ushort LastOfTwoBytes = 0x7ff;
+    if (IsAscii(raw))
+        return NameEncoding::Ascii;
+    const QString text = DecodeStrictly("UTF-8", raw);
+    const bool isGb18030 = !DecodeStrictly("GB18030", raw).isNull();
+    if (text.isNull())
+        return isGb18030 ? NameEncoding::Gb18030 : NameEncoding::CodePage437;
+    // Longer sequences do not come about by chance.
+    const bool isOfPairs = std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() <= LastOfTwoBytes; });
+    return isOfPairs && isGb18030 ? NameEncoding::Utf8OrGb18030 : NameEncoding::Utf8;
+}
+
+QString DecodeGb18030Name(const QByteArray& raw)
+{
+    const QString text = DecodeStrictly("GB18030", raw);
+    return text.isNull() ? DecodeEntryName(raw, false) : text;
+}
+
 QString NormaliseEntryName(const QString& name)
 {
     QString result = name;
     result.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    while (result.contains(QLatin1String("//")))
+        result.replace(QLatin1String("//"), QLatin1String("/"));
     int begin = 0;
     for (;;) {
         if (result.midRef(begin).startsWith(QLatin1Char('/')))

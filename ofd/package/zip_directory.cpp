@@ -183,6 +183,23 @@ quint32 ParseRecord(const QByteArray& bytes, qint64 at, qint64 shift, ZipEntry& 
     return quint32(recordSize);
 }
 
+// The name in the record as it stands there; it lives as long as the directory's bytes.
+QByteArray RawName(const QByteArray& bytes, const ZipEntry& entry)
+{
+    const char* record = bytes.constData() + entry.recordOffset;
+    return QByteArray::fromRawData(record + zip::CentralSize, zip::Get16(record + zip::CentralNameLength));
+}
+
+// One program writes all names of an archive in one encoding: where some of them are GB18030 beyond doubt, those that
+// read as UTF-8 by chance are GB18030 too.
+void ReadDoubtfulNames(const QByteArray& bytes, const std::vector<quint32>& doubtful, ZipDirectory& directory)
+{
+    for (const quint32 index : doubtful) {
+        ZipEntry& entry = directory.entries[index];
+        entry.name = NormaliseEntryName(DecodeGb18030Name(RawName(bytes, entry)));
+    }
+}
+
 // Finds where each entry's region ends, and rejects what lies outside the file or over an earlier entry.
 void CheckRegions(ZipDirectory& directory)
 {
@@ -216,6 +233,8 @@ PackageError ParseRecords(const ByteSource& source, const EndRecord& end, ZipDir
     if (bytes.size() != directory.directorySize)
         return {PackageErrorKind::NotReadable, Tr("The file cannot be read to its end.")};
     directory.entries.reserve(size_t(std::min<quint64>(end.entryCount, quint64(bytes.size() / zip::CentralSize))));
+    std::vector<quint32> doubtful; // names that may be UTF-8 or GB18030
+    bool hasGb18030 = false;
     qint64 at = 0;
     while (at + zip::CentralSize <= bytes.size() && zip::Get32(bytes.constData() + at) == zip::CentralSignature) {
         if (directory.entries.size() == size_t(limits::MaxEntries))
@@ -225,12 +244,20 @@ PackageError ParseRecords(const ByteSource& source, const EndRecord& end, ZipDir
         if (taken == 0)
             break;
         at += taken;
+        if (!(entry.flags & zip::FlagUtf8)) {
+            const NameEncoding encoding = EncodingOfName(RawName(bytes, entry));
+            hasGb18030 = hasGb18030 || encoding == NameEncoding::Gb18030;
+            if (encoding == NameEncoding::Utf8OrGb18030)
+                doubtful.push_back(quint32(directory.entries.size()));
+        }
         directory.hasEncryptedEntries = directory.hasEncryptedEntries || entry.IsEncrypted();
         directory.entries.push_back(std::move(entry));
     }
     // More records than counted is fine: old writers let the 16-bit count run over.
     if (quint64(directory.entries.size()) < end.entryCount)
         return Damaged();
+    if (hasGb18030)
+        ReadDoubtfulNames(bytes, doubtful, directory);
     CheckRegions(directory);
     return {};
 }

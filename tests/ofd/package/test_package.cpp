@@ -70,6 +70,8 @@ private slots:
     void localNamesAndExtraBlocksOfOtherLengthAreSkipped();
     void utf8NamesReadWithAndWithoutTheirFlag();
     void namesInGb18030AreDecodedWhenTheyAreNoUtf8();
+    void namesThatReadAsUtf8ByChanceAreGb18030WhereAnotherNameIs();
+    void doubledSlashesInNamesAreOne();
     void namesInNeitherBecomeCodePage437();
     void backslashesAndLeadingSlashesAreNormalised();
     void ofDuplicateNamesTheLastHolds();
@@ -284,6 +286,33 @@ void TestPackage::namesInGb18030AreDecodedWhenTheyAreNoUtf8()
     const auto package = Open(zip);
     QVERIFY(package);
     QCOMPARE(package->Read(name).bytes, QByteArray("x"));
+}
+
+void TestPackage::namesThatReadAsUtf8ByChanceAreGb18030WhereAnotherNameIs()
+{
+    const QTextCodec* codec = QTextCodec::codecForName("GB18030"); // not owned
+    const QString doubtful = QStringLiteral("Doc_0/Res/图片.png");
+    const QString accented = QStringLiteral("Doc_0/Res/né.png");
+    RawZip zip = SmallRawZip();
+    zip.Add(codec->fromUnicode(doubtful), "picture");
+    const auto alone = Open(zip);
+    QVERIFY(alone);
+    QVERIFY(!alone->HasPart(doubtful)); // nothing tells that it is not UTF-8
+    zip.Add(accented.toUtf8(), "flagged").flags = Utf8Flag;
+    zip.Add(codec->fromUnicode(QStringLiteral("Doc_0/资源.xml")), "x");
+    const auto package = Open(zip);
+    QVERIFY(package);
+    QCOMPARE(package->Read(doubtful).bytes, QByteArray("picture"));
+    QCOMPARE(package->Read(accented).bytes, QByteArray("flagged"));
+}
+
+void TestPackage::doubledSlashesInNamesAreOne()
+{
+    RawZip zip = SmallRawZip();
+    zip.Add("Doc_0//Pages\\\\\\Page_1.xml", "x");
+    const auto package = Open(zip);
+    QVERIFY(package);
+    QCOMPARE(package->Read(QStringLiteral("Doc_0/Pages/Page_1.xml")).bytes, QByteArray("x"));
 }
 
 void TestPackage::namesInNeitherBecomeCodePage437()
