@@ -30,6 +30,7 @@ private slots:
     void everyCharacterFindsAFaceThatHasIt_data();
     void everyCharacterFindsAFaceThatHasIt();
     void weightsPickTheFace();
+    void aFaceThatTheSystemLeansOrThickensIsLeanedAndThickenedHere();
     void missingFontsAreReplacedByWhatLooksLikeThem_data();
     void missingFontsAreReplacedByWhatLooksLikeThem();
 };
@@ -200,6 +201,26 @@ void TestOfdFonts::weightsPickTheFace()
     QVERIFY(regular.face != bold.face);
     QVERIFY(ofd::FindInstalledFont(QStringLiteral("Liberation Sans"), 400, true).isItalic);
     QVERIFY(!ofd::FindInstalledFont(QStringLiteral("No Such Face"), 400, false).face);
+}
+
+void TestOfdFonts::aFaceThatTheSystemLeansOrThickensIsLeanedAndThickenedHere()
+{
+    const QString upright = QStringLiteral("Noto Sans CJK SC"); // has no italic face, and bold ones
+    const ofd::InstalledFont leaned = ofd::FindInstalledFont(upright, 700, true);
+    QVERIFY(leaned.face);
+    QVERIFY(!leaned.isItalic && leaned.isBold);
+    const ofd::InstalledFont thickened = ofd::FindInstalledFont(QStringLiteral("Droid Sans Fallback"), 700, false);
+    QVERIFY(thickened.face);
+    QVERIFY(!thickened.isBold); // it has one weight
+
+    QTemporaryDir folder;
+    const auto package = ofd::Package::Open(OfdFile::WithPages(1).Write(folder.filePath(QStringLiteral("page.ofd"))));
+    QVERIFY(package);
+    ofd::FontResource font;
+    font.fontName = QStringLiteral("黑体");
+    ofd::FontStore fonts;
+    QVERIFY(fonts.GetFont(*package, &font, 400, true).needsSlanting);
+    QVERIFY(!fonts.GetFont(*package, &font, 400, false).needsSlanting);
 }
 
 void TestOfdFonts::missingFontsAreReplacedByWhatLooksLikeThem_data()
