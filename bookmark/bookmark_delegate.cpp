@@ -17,8 +17,6 @@
 #include <QPainter>
 #include <QPointer>
 #include <QScrollBar>
-#include <QTextBlockFormat>
-#include <QTextFrame>
 #include <QToolTip>
 
 #include <cmath>
@@ -76,41 +74,6 @@ WrapStyle WrapStyleOf(const QTreeWidget* tree)
     style.afterLine = Scaled(4);
     return style;
 }
-
-// The editor of a row: its text stands where the row's text stands.
-class RowEditor : public BookmarkEnterMonitorTextEdit
-{
-public:
-    RowEditor(QWidget* parent, QTreeWidget* tree, const QFont& rowFont)
-        : BookmarkEnterMonitorTextEdit(parent, tree)
-    {
-        setFont(rowFont);
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        setWordWrapMode(QTextOption::WrapAnywhere);
-        setAcceptRichText(false); // a name has no looks, whatever is pasted
-        document()->setDocumentMargin(0);
-    }
-    // As high as its row: a text edit's own size would stretch the row to a page.
-    QSize sizeHint() const override { return QSize(0, 0); }
-    QSize minimumSizeHint() const override { return QSize(0, 0); }
-
-    // Shows the text, selected, with the row's space above it and between its lines.
-    void Show(const QString& text, qreal lineDistance)
-    {
-        setPlainText(text);
-        QTextFrameFormat frame = document()->rootFrame()->frameFormat();
-        frame.setTopMargin(qMax<qreal>(0, lineDistance - frameWidth()));
-        frame.setLeftMargin(Scaled(8) - frameWidth());
-        frame.setRightMargin(qMax<qreal>(0, Scaled(4) - frameWidth()));
-        document()->rootFrame()->setFrameFormat(frame);
-        selectAll();
-        QTextBlockFormat lines;
-        lines.setLineHeight(lineDistance, QTextBlockFormat::LineDistanceHeight);
-        textCursor().mergeBlockFormat(lines);
-        document()->clearUndoRedoStacks(); // Ctrl+Z takes back what was typed, not the looks
-    }
-};
 
 } // namespace
 
@@ -200,7 +163,8 @@ QSize BookMarkTreeItemDelegate::sizeHint(const QStyleOptionViewItem& option, con
 QWidget* BookMarkTreeItemDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                                                 const QModelIndex&) const
 {
-    auto* editor = new RowEditor(parent, Tree(), IsWrapped() ? WrappedFont() : LineFont(Tree()->font()));
+    auto* editor = new BookmarkEnterMonitorTextEdit(parent, Tree());
+    editor->setFont(IsWrapped() ? WrappedFont() : LineFont(Tree()->font()));
     editor->setAccessibleName(tr("bookmark name"));
     FitWidth(editor, option.rect);
     return editor;
@@ -208,10 +172,11 @@ QWidget* BookMarkTreeItemDelegate::createEditor(QWidget* parent, const QStyleOpt
 
 void BookMarkTreeItemDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const
 {
-    auto* edit = dynamic_cast<RowEditor*>(editor);
+    auto* edit = qobject_cast<RowTextEdit*>(editor);
     const QTreeWidgetItem* item = Tree()->topLevelItem(index.row());
     if (edit && item)
-        edit->Show(item->data(BookmarkItem::StoredNameColumn, Qt::UserRole).toString(), Scaled(4));
+        edit->Show(item->data(BookmarkItem::StoredNameColumn, Qt::UserRole).toString(),
+                   QMarginsF(Scaled(8), Scaled(4), Scaled(4), 0), Scaled(4));
 }
 
 void BookMarkTreeItemDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,

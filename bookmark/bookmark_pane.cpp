@@ -211,9 +211,7 @@ void NaviBookmarkWidget::OpenPendingEditor()
 bool NaviBookmarkWidget::IsMyAddition(G_Event* event) const
 {
     const auto* added = dynamic_cast<G_BookmarkAddEvent*>(event);
-    return added && document && added->TypeEnum() == EventType::NodeAdded &&
-           added->OperationName() == QLatin1String(BookmarkId::Add) &&
-           added->DocumentKey() == GQ_ToQStringFromUtf8(document->GetDocumentKey());
+    return added && added->Concerns(BookmarkId::Add, document);
 }
 
 void NaviBookmarkWidget::UpdateBookmarkAll(G_Event* event)
@@ -334,14 +332,8 @@ void NaviBookmarkWidget::popMenu(const QPoint& point)
 {
     if (!tree || !document->CheckRight(true) || document->IsReadOnly() || !tree->itemAt(point))
         return;
-    ContextMenuItemState wrap;
-    wrap.checked = wordWrap;
-    wrap.enabled = true;
-    wrap.visible = true;
-    wrap.hasIcon = true;
-    wrap.iconPath =
-        wordWrap ? QStringLiteral(":/nodeQrc/image/select.svg") : QStringLiteral(":/nodeQrc/image/unselect.svg");
-    context->ContextMenu()->PopupMenu(QLatin1String(BookmarkId::Open), {{QLatin1String(BookmarkId::Wrap), wrap}});
+    context->ContextMenu()->PopupMenu(QLatin1String(BookmarkId::Open),
+                                      {{QLatin1String(BookmarkId::Wrap), PaneStyle::MenuSwitch(wordWrap)}});
 }
 
 void NaviBookmarkWidget::UpdateNoContent()

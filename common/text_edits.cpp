@@ -4,12 +4,34 @@
 
 #include <QKeyEvent>
 #include <QPersistentModelIndex>
+#include <QTextBlockFormat>
+#include <QTextFrame>
 
 RowTextEdit::RowTextEdit(QWidget* parent, QTreeWidget* tree, bool cancelsPendingOnFocusOut)
     : QTextEdit(parent)
     , treeWidget(tree)
     , cancelsPendingOnFocusOut(cancelsPendingOnFocusOut)
 {
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setWordWrapMode(QTextOption::WrapAnywhere);
+    setAcceptRichText(false); // a name has no looks, whatever is pasted
+    document()->setDocumentMargin(0);
+}
+
+void RowTextEdit::Show(const QString& text, const QMarginsF& around, qreal lineDistance)
+{
+    setPlainText(text);
+    QTextFrameFormat frame = document()->rootFrame()->frameFormat();
+    frame.setLeftMargin(around.left() - frameWidth());
+    frame.setTopMargin(qMax<qreal>(0, around.top() - frameWidth()));
+    frame.setRightMargin(qMax<qreal>(0, around.right() - frameWidth()));
+    document()->rootFrame()->setFrameFormat(frame);
+    selectAll();
+    QTextBlockFormat lines;
+    lines.setLineHeight(lineDistance, QTextBlockFormat::LineDistanceHeight);
+    textCursor().mergeBlockFormat(lines);
+    document()->clearUndoRedoStacks(); // Ctrl+Z takes back what was typed, not the looks
 }
 
 bool RowTextEdit::event(QEvent* event)

@@ -1,14 +1,24 @@
 #pragma once
 
+#include <QMarginsF>
 #include <QPointer>
 #include <QTextEdit>
 #include <QTreeWidget>
 
 // The editor that a tree's delegate opens on a row: Enter, with any modifiers, ends the edit, and the tree tells so by
-// itemChanged even when the text is the same. Use one of the two classes below.
+// itemChanged even when the text is the same. Its plain text, without bars and wrapped anywhere, can be made to stand
+// where the row's own stands. Use one of the two classes below.
 class RowTextEdit : public QTextEdit
 {
     Q_OBJECT
+public:
+    // Shows the text, selected. `around` is the room that the row leaves about it, in pixels, the frame included; the
+    // distance is added between its lines.
+    void Show(const QString& text, const QMarginsF& around, qreal lineDistance);
+    // As high as its row: a text edit's own size would stretch the row to a page.
+    QSize sizeHint() const override { return QSize(0, 0); }
+    QSize minimumSizeHint() const override { return QSize(0, 0); }
+
 protected:
     RowTextEdit(QWidget* parent, QTreeWidget* tree, bool cancelsPendingOnFocusOut);
     bool event(QEvent* event) override;

@@ -9,8 +9,6 @@
 #include <QHelpEvent>
 #include <QPainter>
 #include <QScrollBar>
-#include <QTextBlockFormat>
-#include <QTextFrame>
 #include <QToolTip>
 
 #include <cmath>
@@ -70,40 +68,6 @@ void PaintGround(QPainter* painter, const QRect& rect, QStyle::State state)
     painter->setBrush(ground);
     painter->drawRoundedRect(rect, 2.0, 2.0);
 }
-
-// The editor of a title: its text stands where the row's text stands.
-class TitleEditor : public EnterMonitorTextEdit
-{
-public:
-    TitleEditor(QWidget* parent, QTreeWidget* tree)
-        : EnterMonitorTextEdit(parent, tree)
-    {
-        setFont(RowFont());
-        setAcceptRichText(false);
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        setWordWrapMode(QTextOption::WrapAnywhere);
-        document()->setDocumentMargin(0);
-    }
-    // As high as its row: a text edit's own size would stretch the row to a page.
-    QSize sizeHint() const override { return QSize(0, 0); }
-    QSize minimumSizeHint() const override { return QSize(0, 0); }
-
-    // Shows the text, selected, with space beside it, above it and between its lines.
-    void Show(const QString& text, int beside, qreal above, qreal lineDistance)
-    {
-        setPlainText(text);
-        QTextFrameFormat frame = document()->rootFrame()->frameFormat();
-        frame.setLeftMargin(beside - frameWidth());
-        frame.setTopMargin(qMax<qreal>(0, above - frameWidth()));
-        document()->rootFrame()->setFrameFormat(frame);
-        selectAll();
-        QTextBlockFormat lines;
-        lines.setLineHeight(lineDistance, QTextBlockFormat::LineDistanceHeight);
-        textCursor().mergeBlockFormat(lines);
-        document()->clearUndoRedoStacks(); // Ctrl+Z takes back what was typed, not the looks
-    }
-};
 
 } // namespace
 
@@ -189,14 +153,15 @@ QWidget* OutLineTreeItemDelegate::createEditor(QWidget* parent, const QStyleOpti
 {
     if (index.column() != OutlineColumn::Title)
         return nullptr;
-    auto* editor = new TitleEditor(parent, tree);
+    auto* editor = new EnterMonitorTextEdit(parent, tree);
+    editor->setFont(RowFont());
     editor->setAccessibleName(tr("outline title"));
     return editor;
 }
 
 void OutLineTreeItemDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const
 {
-    auto* edit = dynamic_cast<TitleEditor*>(editor);
+    auto* edit = qobject_cast<RowTextEdit*>(editor);
     const QTreeWidgetItem* item = tree->ItemAt(index);
     if (!edit || !item)
         return;
@@ -207,9 +172,9 @@ void OutLineTreeItemDelegate::setEditorData(QWidget* editor, const QModelIndex& 
     const qreal lineDistance = style.beforeLine + style.afterLine - metrics.leading();
     const int lineTop = (CeilScaled(25) - metrics.height()) / 2;
     if (IsWrapped())
-        edit->Show(title, qRound(style.left), style.top + style.beforeLine, lineDistance);
+        edit->Show(title, QMarginsF(qRound(style.left), style.top + style.beforeLine, 0, 0), lineDistance);
     else
-        edit->Show(title, CeilScaled(12), lineTop, lineDistance);
+        edit->Show(title, QMarginsF(CeilScaled(12), lineTop, 0, 0), lineDistance);
 }
 
 void OutLineTreeItemDelegate::setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex& index) const

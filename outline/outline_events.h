@@ -1,24 +1,11 @@
 #pragma once
 
-#include <frame/operation/event.h>
-
-#include <QString>
+#include <common/node_event.h>
 
 // Type 1000: asks the outline pane of the document with this key to perform the operation of this name, which is
-// "d_outline_add". Told apart from other panes' events of the type by its class.
-class G_OutlineAddEvent : public G_Event
+// "d_outline_add".
+class G_OutlineAddEvent : public NodeEvent
 {
 public:
-    G_OutlineAddEvent(const QString& operationName, const QString& documentKey, unsigned short type)
-        : G_Event(type)
-        , operationName(operationName)
-        , documentKey(documentKey)
-    {
-    }
-    const QString& OperationName() const { return operationName; }
-    const QString& DocumentKey() const { return documentKey; }
-
-private:
-    QString operationName;
-    QString documentKey;
+    using NodeEvent::NodeEvent;
 };

@@ -20,6 +20,7 @@
 #include <frame/view/doc_view.h>
 #include <frame/view/ui_context.h>
 #include <plugin/shell/no_content.h>
+#include <plugin/shell/style.h>
 #include <plugin/shell/undo_stack.h>
 
 #include <QDebug>
@@ -45,16 +46,6 @@ ContextMenuItemState Absent()
 {
     ContextMenuItemState state;
     state.visible = false;
-    return state;
-}
-
-ContextMenuItemState WrapState(bool wraps)
-{
-    ContextMenuItemState state;
-    state.checked = wraps;
-    state.hasIcon = true;
-    state.iconPath =
-        wraps ? QStringLiteral(":/nodeQrc/image/select.svg") : QStringLiteral(":/nodeQrc/image/unselect.svg");
     return state;
 }
 
@@ -426,11 +417,8 @@ void NaviOutlineWidget::RenameOutline()
 void NaviOutlineWidget::UpdateOutline(G_Event* event)
 {
     const auto* request = dynamic_cast<G_OutlineAddEvent*>(event);
-    if (!request || !document || request->TypeEnum() != EventType::NodeAdded)
-        return;
     // Named as the operation that the pane performs, and not as the one that asks for it.
-    if (request->OperationName() == QLatin1String(OutlineId::Add) &&
-        request->DocumentKey() == GQ_ToQStringFromUtf8(document->GetDocumentKey()))
+    if (request && request->Concerns(OutlineId::Add, document))
         Perform(OutlineId::Add);
 }
 
@@ -455,7 +443,7 @@ void NaviOutlineWidget::PopRequestMenu(const QPoint&)
     if (isSingle)
         expandSub.enabled = current->childCount() > 0;
     states.insert(QLatin1String(OutlineId::ExpandSub), expandSub);
-    states.insert(QLatin1String(OutlineId::Wordwrap), WrapState(wordWrap));
+    states.insert(QLatin1String(OutlineId::Wordwrap), PaneStyle::MenuSwitch(wordWrap));
     context->ContextMenu()->PopupMenu(QLatin1String(OutlineId::Open), states);
 }
 

@@ -34,4 +34,14 @@ void MakeToolButton(QAbstractButton* button, const QString& imageName, const QSt
     button->setAccessibleName(tooltip);
 }
 
+ContextMenuItemState MenuSwitch(bool isOn)
+{
+    ContextMenuItemState state;
+    state.checked = isOn;
+    state.hasIcon = true;
+    state.iconPath =
+        isOn ? QStringLiteral(":/nodeQrc/image/select.svg") : QStringLiteral(":/nodeQrc/image/unselect.svg");
+    return state;
+}
+
 } // namespace PaneStyle

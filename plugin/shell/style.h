@@ -1,5 +1,7 @@
 #pragma once
 
+#include <frame/view/context_menu.h>
+
 #include <QSize>
 #include <QString>
 
@@ -14,4 +16,6 @@ QString Separator();
 // A square tool button with an image for each state: images are ":/nodeQrc/image/<name>_normal.svg" and
 // "<name>_disabled.svg".
 void MakeToolButton(QAbstractButton* button, const QString& imageName, const QString& tooltip);
+// A line of a context menu that switches something on and off, with the picture of a ticked or an empty box.
+ContextMenuItemState MenuSwitch(bool isOn);
 } // namespace PaneStyle
