@@ -240,9 +240,11 @@ void OutlineBatchBaseCommand::KeepSubtree(const G_TreeNode* node)
     PublicMethod::CopyOutlineTree(node, subtrees.last());
 }
 
-void OutlineBatchBaseCommand::NoteOwnership()
+void OutlineBatchBaseCommand::EndStep(bool isChanged)
 {
     ownsItems = std::any_of(items.cbegin(), items.cend(), [](const G_OutlineItem* item) { return item != nullptr; });
+    if (isChanged)
+        FireDocumentChanged(context);
 }
 
 BatchAddOutlineCommand::BatchAddOutlineCommand(const QList<G_TreeNode*>& nodes, G_UIContext* context,
@@ -269,9 +271,7 @@ void BatchAddOutlineCommand::redo()
         else
             isChanged = true;
     }
-    NoteOwnership();
-    if (isChanged)
-        FireDocumentChanged(context);
+    EndStep(isChanged);
     RefreshPane(context);
 }
 
@@ -301,9 +301,7 @@ void BatchAddOutlineCommand::undo()
         items.last() = copies.at(i);
         isChanged = true;
     }
-    NoteOwnership();
-    if (isChanged)
-        FireDocumentChanged(context);
+    EndStep(isChanged);
     RefreshPane(context);
 }
 
@@ -322,9 +320,7 @@ void BatchDelOutlineCommand::redo()
     if (!FindNodes(parents, batchDelRedo))
         return;
     const bool isChanged = RemoveNodes(parents);
-    NoteOwnership();
-    if (isChanged)
-        FireDocumentChanged(context);
+    EndStep(isChanged);
     RefreshPane(context);
 }
 
@@ -369,9 +365,7 @@ void BatchDelOutlineCommand::undo()
         else
             isChanged = true;
     }
-    NoteOwnership();
-    if (isChanged)
-        FireDocumentChanged(context);
+    EndStep(isChanged);
     RefreshPane(context);
 }
 
@@ -417,9 +411,7 @@ void BatchMoveOutlineCommand::redo()
     if (!FindNodes(parents, batchMoveRedo))
         return;
     MoveNodes();
-    NoteOwnership();
-    if (movedCount > 0)
-        FireDocumentChanged(context);
+    EndStep(movedCount > 0);
     CaptureDestination(); // the move may have changed its row
     RefreshWidget();
 }
@@ -493,8 +485,6 @@ bool BatchMoveOutlineCommand::RestoreNodes()
         else
             LogFailure(batchMoveUndo, i);
     }
-    NoteOwnership();
-    if (isChanged)
-        FireDocumentChanged(context);
+    EndStep(isChanged);
     return true;
 }

@@ -69,8 +69,8 @@ protected:
     void ReleaseSubtrees();
     // Keeps a detached copy of what is below a node.
     void KeepSubtree(const G_TreeNode* node);
-    // Some records are the command's now.
-    void NoteOwnership();
+    // Ends a redo or an undo: notes which records are the command's now, and tells a change of the document.
+    void EndStep(bool isChanged);
 
     QList<G_OutlineItem*> items; // owned when ownsItems is set
     QList<G_TreeNode*> subtrees; // owned; detached roots
