@@ -5,9 +5,9 @@
 #include <bookmark/bookmark_tree.h>
 #include <tests/support/event_probe.h>
 #include <tests/support/test_main.h>
+#include <tests/support/unscaled_test.h>
 
 #include <frame/operation/event_manager.h>
-#include <frame/utils/dpi.h>
 #include <frame/view/settings.h>
 
 #include <QApplication>
@@ -26,12 +26,10 @@ QString OneBookmark(const QString& destination)
 
 } // namespace
 
-class TestBookmarkClicks : public QObject
+class TestBookmarkClicks : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     // Clicks
     void aClickOnAnotherPagesBookmarkDoesNotChangeTheSelectionWhenThePageChangeArrives();
     void pagingByHandSelectsTheFirstOfSeveralVisibleBookmarks();
@@ -56,16 +54,6 @@ private slots:
     void renamingResettingAndWrappingActOnTheCurrentDocumentOnly();
     void deletingAllAsksOnceAndActsOnTheCurrentDocumentOnly();
 };
-
-void TestBookmarkClicks::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestBookmarkClicks::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestBookmarkClicks::aClickOnAnotherPagesBookmarkDoesNotChangeTheSelectionWhenThePageChangeArrives()
 {

@@ -3,7 +3,9 @@
 #include <bookmark/bookmark_delegate.h>
 #include <bookmark/bookmark_pane.h>
 #include <bookmark/bookmark_tree.h>
+#include <tests/support/screens.h>
 #include <tests/support/test_main.h>
+#include <tests/support/unscaled_test.h>
 
 #include <frame/utils/dpi.h>
 
@@ -44,36 +46,15 @@ QString Row(const QString& name)
 
 QImage PaintRow(const DeskTab* tab, QStyle::State state, const QSize& size = QSize(200, 25))
 {
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::red);
-    QPainter painter(&image);
-    painter.setBackground(QColor(0xF5, 0xF7, 0xF9));
-    QStyleOptionViewItem option;
-    option.rect = QRect(QPoint(), size);
-    option.state = state;
-    tab->Tree()->itemDelegate()->paint(&painter, option, tab->Tree()->model()->index(0, 0));
-    return image;
-}
-
-QColor Blend(double alpha)
-{
-    const auto mix = [alpha](int ground, int colour) { return qRound(ground * (1 - alpha) + colour * alpha); };
-    return QColor(mix(0xF5, 198), mix(0xF7, 206), mix(0xF9, 214));
-}
-
-bool Near(const QColor& a, const QColor& b)
-{
-    return qAbs(a.red() - b.red()) <= 1 && qAbs(a.green() - b.green()) <= 1 && qAbs(a.blue() - b.blue()) <= 1;
+    return Screens::PaintCell(tab->Tree(), tab->Tree()->model()->index(0, 0), state, size);
 }
 
 } // namespace
 
-class TestBookmarkDelegate : public QObject
+class TestBookmarkDelegate : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     // Names
     void aNameOf120CharactersIsStoredByItsFirst100();
     void first100CharactersThatEqualAnotherNameAreADuplicate();
@@ -103,16 +84,6 @@ private slots:
     void rowHeightsFollowTheScale();
     void whatIsMeasuredIsWhatIsPainted();
 };
-
-void TestBookmarkDelegate::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestBookmarkDelegate::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestBookmarkDelegate::aNameOf120CharactersIsStoredByItsFirst100()
 {
@@ -374,23 +345,26 @@ void TestBookmarkDelegate::hoverAndSelectionTintTheRowAndAddUp()
     PaneDesk desk("page 210 297\n" + Row("A"));
     const QPoint ground(150, 3);
     QCOMPARE(PaintRow(desk.First(), QStyle::State_Enabled).pixelColor(ground), QColor(0xF5, 0xF7, 0xF9));
-    QVERIFY(Near(PaintRow(desk.First(), QStyle::State_MouseOver).pixelColor(ground), Blend(0.2)));
-    QVERIFY(Near(PaintRow(desk.First(), QStyle::State_Selected).pixelColor(ground), Blend(0.4)));
+    QVERIFY(
+        Screens::Near(PaintRow(desk.First(), QStyle::State_MouseOver).pixelColor(ground), Screens::TintedGround(0.2)));
+    QVERIFY(
+        Screens::Near(PaintRow(desk.First(), QStyle::State_Selected).pixelColor(ground), Screens::TintedGround(0.4)));
     const QColor both = PaintRow(desk.First(), QStyle::State_MouseOver | QStyle::State_Selected).pixelColor(ground);
-    QVERIFY(both.red() < Blend(0.4).red());
+    QVERIFY(both.red() < Screens::TintedGround(0.4).red());
 }
 
 void TestBookmarkDelegate::aRowWithoutAScrollBarLeavesAGapAtTheRight()
 {
     PaneDesk desk("page 210 297\n" + Row("A"));
     const QImage image = PaintRow(desk.First(), QStyle::State_Selected);
-    QVERIFY(Near(image.pixelColor(195, 12), Blend(0.4)));
+    QVERIFY(Screens::Near(image.pixelColor(195, 12), Screens::TintedGround(0.4)));
     QCOMPARE(image.pixelColor(196, 12), QColor(Qt::red)); // not touched
     QString text = QStringLiteral("page 210 297\n");
     for (int row = 0; row < 60; ++row)
         text += Row(QString::number(row));
     PaneDesk full(text);
-    QVERIFY(Near(PaintRow(full.First(), QStyle::State_Selected).pixelColor(199, 12), Blend(0.4)));
+    QVERIFY(
+        Screens::Near(PaintRow(full.First(), QStyle::State_Selected).pixelColor(199, 12), Screens::TintedGround(0.4)));
 }
 
 void TestBookmarkDelegate::aLongNameIsElidedOnOneLineAndWholeWhenWrapped()

@@ -4,8 +4,7 @@
 #include <bookmark/bookmark_tree.h>
 #include <tests/support/test_main.h>
 #include <tests/support/undo_verbs.h>
-
-#include <frame/utils/dpi.h>
+#include <tests/support/unscaled_test.h>
 
 #include <QApplication>
 #include <QMimeData>
@@ -43,12 +42,10 @@ void VerifyAlive(const DeskTab* tab)
 
 // What becomes of a row's edit, or of a drag, when something else happens meanwhile: a shortcut, another tab, a change
 // from elsewhere.
-class TestBookmarkInterruptions : public QObject
+class TestBookmarkInterruptions : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     void anAdditionKeepsWhatWasTypedInAnotherRowAndOpensTheNewOne();
     void anAdditionDuringAnUnchangedEditIsOneStep();
     void anAdditionDuringAnEditToATakenNameAsksOnceAndGoesOn();
@@ -67,16 +64,6 @@ private slots:
     void aRenameThatFindsNoRowForgetsTheOneCancelledBefore();
     void aListFilledAnewDuringADragTakesNoDropOfNodesThatMayBeGone();
 };
-
-void TestBookmarkInterruptions::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestBookmarkInterruptions::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestBookmarkInterruptions::anAdditionKeepsWhatWasTypedInAnotherRowAndOpensTheNewOne()
 {

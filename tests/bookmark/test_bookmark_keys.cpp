@@ -6,9 +6,9 @@
 #include <tests/support/event_probe.h>
 #include <tests/support/test_main.h>
 #include <tests/support/undo_verbs.h>
+#include <tests/support/unscaled_test.h>
 
 #include <frame/operation/event_manager.h>
-#include <frame/utils/dpi.h>
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -17,12 +17,10 @@
 #include <QUndoStack>
 #include <QtTest>
 
-class TestBookmarkKeys : public QObject
+class TestBookmarkKeys : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     // Keys
     void enterGoesToTheBookmarkAsAClickDoes();
     void f2OpensTheEditorOfTheCurrentRow();
@@ -42,16 +40,6 @@ private slots:
     // The whole way
     void addingRenamingAndDraggingWithRealEventsUndoesAndRedoesCompletely();
 };
-
-void TestBookmarkKeys::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestBookmarkKeys::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestBookmarkKeys::enterGoesToTheBookmarkAsAClickDoes()
 {

@@ -5,9 +5,9 @@
 #include <bookmark/bookmark_pane.h>
 #include <bookmark/bookmark_tree.h>
 #include <tests/support/test_main.h>
+#include <tests/support/unscaled_test.h>
 
 #include <frame/base/converters.h>
-#include <frame/utils/dpi.h>
 
 #include <QApplication>
 #include <QClipboard>
@@ -52,12 +52,10 @@ void End(const DeskTab* tab)
 } // namespace
 
 // Names nobody planned for, and very many of them.
-class TestBookmarkOddNames : public QObject
+class TestBookmarkOddNames : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     void namesOfEveryScriptAreListedPaintedAndUnharmedByAnEdit_data();
     void namesOfEveryScriptAreListedPaintedAndUnharmedByAnEdit();
     void aTypedNameIsNeverCutThroughACharacter();
@@ -68,16 +66,6 @@ private slots:
     void aRowJustAddedShowsItsNameAsStoredUntilTheNextRefill();
     void aHundredThousandBookmarksAreListedAddedToDeletedAndBroughtBack();
 };
-
-void TestBookmarkOddNames::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestBookmarkOddNames::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestBookmarkOddNames::namesOfEveryScriptAreListedPaintedAndUnharmedByAnEdit_data()
 {

@@ -3,7 +3,9 @@
 #include <bookmark/bookmark_events.h>
 #include <bookmark/bookmark_pane.h>
 #include <bookmark/bookmark_tree.h>
+#include <tests/support/editing_states.h>
 #include <tests/support/test_main.h>
+#include <tests/support/unscaled_test.h>
 
 #include <frame/base/converters.h>
 #include <frame/operation/event_manager.h>
@@ -31,12 +33,10 @@ int FlagBits(const DeskTab* tab, int row)
 
 } // namespace
 
-class TestBookmarkPane : public QObject
+class TestBookmarkPane : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     // The list
     void rowsAnswerTheNameTheDestinationTheStoredNameAndTheTooltip();
     void onlyBlanksAreTrimmedAndANameOfBlanksIsShownEmpty();
@@ -67,16 +67,6 @@ private slots:
     void aRefillKeepsTheCurrentRowAndThePlaceScrolledTo();
     void theDeleteButtonComesBackWithTheRows();
 };
-
-void TestBookmarkPane::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestBookmarkPane::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestBookmarkPane::rowsAnswerTheNameTheDestinationTheStoredNameAndTheTooltip()
 {
@@ -124,12 +114,7 @@ void TestBookmarkPane::whatIsSetOnARowStandsOverWhatTheBookmarkSays()
 
 void TestBookmarkPane::rowsKeepTheirDragFlagAndAreEditableOnlyWhereEditingIsAllowed_data()
 {
-    QTest::addColumn<QString>("state");
-    QTest::addColumn<int>("bits");
-    QTest::newRow("plain") << QString() << editableToo;
-    QTest::newRow("permissions that allow editing") << "rights edit=yes\n" << editableToo;
-    QTest::newRow("permissions that forbid editing") << "rights edit=no\n" << selectableAndEnabled;
-    QTest::newRow("read-only") << "readonly\n" << selectableAndEnabled;
+    AddEditingStates<int>("bits", editableToo, selectableAndEnabled);
 }
 
 void TestBookmarkPane::rowsKeepTheirDragFlagAndAreEditableOnlyWhereEditingIsAllowed()
@@ -383,14 +368,7 @@ void TestBookmarkPane::thePictureIsPlacedAnewOnAResize()
     PaneDesk desk(DocumentWithBookmarks(0));
     const DeskTab* tab = desk.First();
     QVERIFY(tab->pane->noContent);
-    for (const QSize& size : {QSize(300, 500), QSize(420, 260)}) {
-        tab->pane->resize(size);
-        ViewFixture::Settle();
-        const QRect place = tab->pane->noContent->PixRect();
-        QCOMPARE(place.size(), QSize(120, 112));
-        QCOMPARE(place.x(), (tab->Tree()->width() - 120) / 2);
-        QCOMPARE(place.y(), (tab->Tree()->height() - 70 - 112) / 2);
-    }
+    VerifyPicturePlaces(tab->pane, tab->Tree(), tab->pane->noContent);
 }
 
 void TestBookmarkPane::aPageStructureChangeRefillsOnlyWhenThePaneIsShown()

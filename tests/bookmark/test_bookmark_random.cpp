@@ -1,6 +1,7 @@
 #include <bookmark/bookmark_commands.h>
 #include <bookmark/bookmark_node.h>
 #include <frame/base/converters.h>
+#include <tests/support/random_seed.h>
 #include <tests/support/test_main.h>
 #include <tests/support/view_fixture.h>
 
@@ -194,8 +195,7 @@ private slots:
     void twoThousandRandomStepsKeepTheTreeEqualToAPlainList()
     {
         QLoggingCategory::setFilterRules(QStringLiteral("tetobaisfla.debug=false")); // a line for each dying command
-        const quint32 seed = Seed();
-        qInfo("seed %u (TETO_SEED repeats it)", seed);
+        const quint32 seed = RandomSeed();
         ViewFixture fixture("page 210 297\n");
         Player player(&fixture, seed);
         for (int step = 0; step < 2000; ++step) {
@@ -207,14 +207,6 @@ private slots:
         while (player.Stack()->canUndo())
             player.Stack()->undo();
         QVERIFY(player.Real().isEmpty());
-    }
-
-private:
-    static quint32 Seed()
-    {
-        bool isGiven = false;
-        const quint32 seed = qEnvironmentVariable("TETO_SEED").toUInt(&isGiven);
-        return isGiven ? seed : QRandomGenerator::global()->generate();
     }
 };
 

@@ -4,6 +4,7 @@
 #include <bookmark/bookmark_tree.h>
 #include <tests/support/screens.h>
 #include <tests/support/test_main.h>
+#include <tests/support/unscaled_test.h>
 
 #include <frame/utils/dpi.h>
 
@@ -34,19 +35,7 @@ QString TourText(int extraRows = 0)
 // A picture of the pane in this state, for the eye; a blank one fails.
 void Shoot(const DeskTab* tab, const QString& state)
 {
-    const QString name = QStringLiteral("bookmark-%1").arg(state);
-    if (qEnvironmentVariableIsSet("TETO_SCREENS"))
-        QVERIFY(!Screens::SaveScreen(tab->pane, name).isEmpty());
-    QVERIFY2(Screens::ColourCount(Screens::Grab(tab->pane)) > 8, qPrintable(name));
-}
-
-void HoverRow(const DeskTab* tab, int row)
-{
-    QWidget* viewport = tab->Tree()->viewport();
-    QHoverEvent enter(QEvent::HoverEnter, tab->RowPoint(row), QPoint(-1, -1));
-    QApplication::sendEvent(viewport, &enter);
-    QHoverEvent move(QEvent::HoverMove, tab->RowPoint(row), QPoint(0, 0));
-    QApplication::sendEvent(viewport, &move);
+    Screens::Shoot(tab->pane, QStringLiteral("bookmark-%1").arg(state));
 }
 
 // Leaves the drag hovering over the place: what is painted then is what the user sees.
@@ -63,12 +52,10 @@ void DragOver(const DeskTab* tab, const QMimeData* data, const QPoint& place)
 
 // Pictures of the pane in each state, below the folder that TETO_SCREENS names, with what can be told of them by
 // numbers.
-class TestBookmarkScreens : public QObject
+class TestBookmarkScreens : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     void filled();
     void oneLineARow();
     void empty();
@@ -85,16 +72,6 @@ private slots:
     void inEditAtTwiceTheScale();
     void focusOnAButton();
 };
-
-void TestBookmarkScreens::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestBookmarkScreens::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestBookmarkScreens::filled()
 {
@@ -125,7 +102,7 @@ void TestBookmarkScreens::hovered()
 {
     PaneDesk desk(TourText());
     const QImage before = Screens::Grab(desk.First()->pane);
-    HoverRow(desk.First(), 1);
+    Screens::Hover(desk.First()->Tree()->viewport(), desk.First()->RowPoint(1));
     QVERIFY(Screens::Grab(desk.First()->pane) != before);
     Shoot(desk.First(), QStringLiteral("hovered"));
 }
@@ -134,7 +111,7 @@ void TestBookmarkScreens::selected()
 {
     PaneDesk desk(TourText());
     desk.First()->Select({1, 2});
-    HoverRow(desk.First(), 2);
+    Screens::Hover(desk.First()->Tree()->viewport(), desk.First()->RowPoint(2));
     Shoot(desk.First(), QStringLiteral("selected"));
 }
 

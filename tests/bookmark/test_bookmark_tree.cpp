@@ -3,12 +3,14 @@
 #include <bookmark/bookmark_pane.h>
 #include <bookmark/bookmark_tree.h>
 #include <tests/support/drag.h>
+#include <tests/support/editing_states.h>
 #include <tests/support/event_probe.h>
+#include <tests/support/screens.h>
 #include <tests/support/test_main.h>
 #include <tests/support/undo_verbs.h>
+#include <tests/support/unscaled_test.h>
 
 #include <frame/operation/event_manager.h>
-#include <frame/utils/dpi.h>
 #include <frame/view/tool_handler.h>
 
 #include <QApplication>
@@ -35,12 +37,10 @@ int DragsBegun(const DeskTab* tab, int row)
 
 } // namespace
 
-class TestBookmarkTree : public QObject
+class TestBookmarkTree : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     // Drags
     void aMouseDragCarriesTheAddressOfTheFirstSelectedItemAndMovesItsRow();
     void aDropInTheTopPixelsMovesTheSelectionToTheTopWhateverRowLiesThere();
@@ -63,16 +63,6 @@ private slots:
     void aDragThatEndedElsewhereLeavesNothingForTheNext();
     void aDragOverTheListEndsTheSignatureToolAndOnlyThatTool();
 };
-
-void TestBookmarkTree::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestBookmarkTree::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestBookmarkTree::aMouseDragCarriesTheAddressOfTheFirstSelectedItemAndMovesItsRow()
 {
@@ -237,12 +227,7 @@ void TestBookmarkTree::anotherPanesDragIsRefusedAndAForgedAddressIsNeverFollowed
 
 void TestBookmarkTree::noDragBeginsWhereEditingIsNotAllowed_data()
 {
-    QTest::addColumn<QString>("state");
-    QTest::addColumn<int>("begun");
-    QTest::newRow("plain") << QString() << 1;
-    QTest::newRow("permissions that allow editing") << "rights edit=yes\n" << 1;
-    QTest::newRow("permissions that forbid editing") << "rights edit=no\n" << 0;
-    QTest::newRow("read-only") << "readonly\n" << 0;
+    AddEditingStates<int>("begun", 1, 0);
 }
 
 void TestBookmarkTree::noDragBeginsWhereEditingIsNotAllowed()
@@ -297,11 +282,7 @@ void TestBookmarkTree::theIndicatorIsPaintedWhileDraggingAndGoneOnceTheViewIsLef
     QApplication::sendEvent(viewport, &move);
     const QImage during = viewport->grab().toImage();
     QVERIFY(during != before);
-    const QLine line = tab->Tree()->line;
-    int dashes = 0;
-    for (int x = line.x1(); x <= line.x2(); ++x)
-        dashes += during.pixelColor(x, line.y1()) == QColor(100, 101, 106) ? 1 : 0;
-    QVERIFY(dashes > line.dx() / 4);
+    QVERIFY(Screens::ShowsIndicator(during, tab->Tree()->line));
     QDragLeaveEvent leave;
     QApplication::sendEvent(viewport, &leave);
     QVERIFY(tab->Tree()->leftView);

@@ -2,19 +2,15 @@
 
 #include "outline_operations_set.h"
 
-#include <frame/base/log.h>
 #include <frame/operation/event_manager.h>
 #include <outline/outline_node.h>
-#include <tests/support/event_probe.h>
-#include <tests/support/host_doubles.h>
+#include <tests/support/operations_fixture.h>
 #include <tests/support/tree_dump.h>
-#include <tests/support/view_fixture.h>
 
 #include <QUndoStack>
 #include <QtTest>
 
 #include <functional>
-#include <memory>
 
 inline const char twoPages[] = "page 210 297\npage 210 297 id=9\n";
 inline const char sample[] = "page 210 297\n"
@@ -26,38 +22,10 @@ inline const char sample[] = "page 210 297\n"
 
 using Rows = QList<int>;
 
-// The operations and a document without a pane; what is logged is kept.
-class OutlineOperationsFixture : public QObject
+// The operations and a document without a pane.
+class OutlineOperationsFixture : public OperationsFixture<OutlineOperations>
 {
-    Q_OBJECT
-private slots:
-    void init()
-    {
-        lines.clear();
-        SetFrameLogListener([this](const QByteArray& line) { lines.append(line); });
-        DeskNavigation::Forget();
-        operations = std::make_unique<OutlineOperations>();
-        navigation = std::make_unique<DeskNavigation>();
-        navigation->RegisterToGlobal();
-    }
-
-    void cleanup()
-    {
-        probe.reset();
-        fixture.reset();
-        operations.reset();
-        navigation.reset();
-        SetFrameLogListener({});
-    }
-
 protected:
-    void Open(const QString& text)
-    {
-        probe.reset();
-        fixture = std::make_unique<ViewFixture>(text);
-        probe = std::make_unique<EventProbe>(Context()->EventMgr());
-    }
-
     G_UIContext* Context() const { return fixture->Context(); }
     G_DocView* View() const { return fixture->View(); }
     QUndoStack* Stack() const { return View()->UndoStack(); }
@@ -93,10 +61,5 @@ protected:
         return isDone;
     }
 
-    QList<QByteArray> lines;
-    std::unique_ptr<OutlineOperations> operations;
-    std::unique_ptr<DeskNavigation> navigation;
-    std::unique_ptr<ViewFixture> fixture;
-    std::unique_ptr<EventProbe> probe;
     QVariant lastResult;
 };

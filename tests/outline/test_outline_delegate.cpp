@@ -4,6 +4,7 @@
 #include <common/wrap_layout.h>
 #include <outline/outline_pane.h>
 #include <outline/outline_tree.h>
+#include <tests/support/screens.h>
 #include <tests/support/test_main.h>
 
 #include <QHelpEvent>
@@ -17,31 +18,6 @@
 namespace {
 
 const QColor listGround(0xF5, 0xF7, 0xF9);
-
-// One cell as the delegate paints it, over red where it paints nothing.
-QImage PaintCell(const OutlineTab* tab, const QModelIndex& index, QStyle::State state, const QSize& size)
-{
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::red);
-    QPainter painter(&image);
-    painter.setBackground(listGround);
-    QStyleOptionViewItem option;
-    option.rect = QRect(QPoint(), size);
-    option.state = state;
-    tab->Tree()->itemDelegate()->paint(&painter, option, index);
-    return image;
-}
-
-QColor Blend(double alpha)
-{
-    const auto mix = [alpha](int ground, int colour) { return qRound(ground * (1 - alpha) + colour * alpha); };
-    return QColor(mix(0xF5, 198), mix(0xF7, 206), mix(0xF9, 214));
-}
-
-bool Near(const QColor& a, const QColor& b)
-{
-    return qAbs(a.red() - b.red()) <= 1 && qAbs(a.green() - b.green()) <= 1 && qAbs(a.blue() - b.blue()) <= 1;
-}
 
 // Shows the entry's tooltip and gives its text.
 QString TipOf(const OutlineTab* tab, const QString& title, int column)
@@ -99,12 +75,12 @@ void TestOutlineDelegate::hoverOrSelectionTintsTheCellAndSelectionWins()
     const OutlineTab* tab = desk.First();
     for (const int column : {0, 1}) {
         const auto groundOf = [&](QStyle::State state) {
-            return PaintCell(tab, Index(tab, "A", column), state, QSize(64, 25)).pixelColor(30, 3);
+            return Screens::PaintCell(tab->Tree(), Index(tab, "A", column), state, QSize(64, 25)).pixelColor(30, 3);
         };
         QCOMPARE(groundOf(QStyle::State_Enabled), listGround);
-        QVERIFY(Near(groundOf(QStyle::State_MouseOver), Blend(0.2)));
-        QVERIFY(Near(groundOf(QStyle::State_Selected), Blend(0.4)));
-        QVERIFY(Near(groundOf(QStyle::State_MouseOver | QStyle::State_Selected), Blend(0.4)));
+        QVERIFY(Screens::Near(groundOf(QStyle::State_MouseOver), Screens::TintedGround(0.2)));
+        QVERIFY(Screens::Near(groundOf(QStyle::State_Selected), Screens::TintedGround(0.4)));
+        QVERIFY(Screens::Near(groundOf(QStyle::State_MouseOver | QStyle::State_Selected), Screens::TintedGround(0.4)));
     }
 }
 
@@ -112,9 +88,9 @@ void TestOutlineDelegate::theGroundHasRoundCorners()
 {
     OutlineDesk desk(Page() + Entry("A"));
     const OutlineTab* tab = desk.First();
-    const QImage image = PaintCell(tab, Index(tab, "A", 1), QStyle::State_Selected, QSize(64, 25));
-    QVERIFY(!Near(image.pixelColor(0, 0), Blend(0.4)));
-    QVERIFY(Near(image.pixelColor(2, 2), Blend(0.4)));
+    const QImage image = Screens::PaintCell(tab->Tree(), Index(tab, "A", 1), QStyle::State_Selected, QSize(64, 25));
+    QVERIFY(!Screens::Near(image.pixelColor(0, 0), Screens::TintedGround(0.4)));
+    QVERIFY(Screens::Near(image.pixelColor(2, 2), Screens::TintedGround(0.4)));
 }
 
 void TestOutlineDelegate::aTitleCellEndsAtThePageColumnWhateverItsRectangle()
@@ -125,9 +101,10 @@ void TestOutlineDelegate::aTitleCellEndsAtThePageColumnWhateverItsRectangle()
     int depth = 0;
     for (const char* title : {"A", "B"}) {
         ++depth;
-        const QImage image = PaintCell(tab, Index(tab, title, 0), QStyle::State_Selected, QSize(width, 25));
+        const QImage image =
+            Screens::PaintCell(tab->Tree(), Index(tab, title, 0), QStyle::State_Selected, QSize(width, 25));
         const int end = width - depth * 20 - 64;
-        QVERIFY(Near(image.pixelColor(end - 3, 12), Blend(0.4)));
+        QVERIFY(Screens::Near(image.pixelColor(end - 3, 12), Screens::TintedGround(0.4)));
         QCOMPARE(image.pixelColor(end + 1, 12), QColor(Qt::red)); // not touched
         // That is what the view gives the cell.
         QCOMPARE(Gesture::TitleRect(tab, title).width(), end);
@@ -137,21 +114,24 @@ void TestOutlineDelegate::aTitleCellEndsAtThePageColumnWhateverItsRectangle()
 void TestOutlineDelegate::aPageCellWithoutAScrollBarLeavesAGapAtTheRight()
 {
     OutlineDesk desk(Page() + Entry("A"));
-    const QImage image = PaintCell(desk.First(), Index(desk.First(), "A", 1), QStyle::State_Selected, QSize(64, 25));
-    QVERIFY(Near(image.pixelColor(57, 3), Blend(0.4)));
+    const QImage image =
+        Screens::PaintCell(desk.First()->Tree(), Index(desk.First(), "A", 1), QStyle::State_Selected, QSize(64, 25));
+    QVERIFY(Screens::Near(image.pixelColor(57, 3), Screens::TintedGround(0.4)));
     QCOMPARE(image.pixelColor(61, 12), QColor(Qt::red));
     QString text = Page();
     for (int i = 0; i < 60; ++i)
         text += Entry(QString::number(i));
     OutlineDesk full(text);
-    const QImage wide = PaintCell(full.First(), Index(full.First(), "3", 1), QStyle::State_Selected, QSize(64, 25));
-    QVERIFY(Near(wide.pixelColor(62, 3), Blend(0.4)));
+    const QImage wide =
+        Screens::PaintCell(full.First()->Tree(), Index(full.First(), "3", 1), QStyle::State_Selected, QSize(64, 25));
+    QVERIFY(Screens::Near(wide.pixelColor(62, 3), Screens::TintedGround(0.4)));
 }
 
 void TestOutlineDelegate::thePageNumberStandsAtTheRight()
 {
     OutlineDesk desk(Page() + Entry("A"));
-    const QImage image = PaintCell(desk.First(), Index(desk.First(), "A", 1), QStyle::State_Enabled, QSize(64, 25));
+    const QImage image =
+        Screens::PaintCell(desk.First()->Tree(), Index(desk.First(), "A", 1), QStyle::State_Enabled, QSize(64, 25));
     const QRect ink = Ink(image);
     QVERIFY(!ink.isEmpty());
     QVERIFY2(ink.right() <= 64 - 4 - 8 && ink.right() > 64 - 4 - 8 - 5, qPrintable(QString::number(ink.right())));
@@ -163,9 +143,11 @@ void TestOutlineDelegate::aLongTitleIsElidedOnOneLineAndWholeWhenWrapped()
     const QString title(90, QLatin1Char('W'));
     OutlineDesk desk(Page() + Entry(title));
     const OutlineTab* tab = desk.First();
-    QVERIFY(Ink(PaintCell(tab, Index(tab, title, 0), QStyle::State_Enabled, QSize(254, 200))).height() > 60);
+    QVERIFY(
+        Ink(Screens::PaintCell(tab->Tree(), Index(tab, title, 0), QStyle::State_Enabled, QSize(254, 200))).height() >
+        60);
     tab->pane->SetWordWrap(false);
-    const QRect ink = Ink(PaintCell(tab, Index(tab, title, 0), QStyle::State_Enabled, QSize(254, 25)));
+    const QRect ink = Ink(Screens::PaintCell(tab->Tree(), Index(tab, title, 0), QStyle::State_Enabled, QSize(254, 25)));
     QVERIFY(ink.height() < 16);
     QVERIFY(ink.left() >= 12 && ink.left() < 16);
     QVERIFY(ink.right() < tab->Tree()->width() - 84);
@@ -174,7 +156,7 @@ void TestOutlineDelegate::aLongTitleIsElidedOnOneLineAndWholeWhenWrapped()
 void TestOutlineDelegate::nothingIsPaintedWithoutAnItem()
 {
     OutlineDesk desk(Page() + Entry("A"));
-    const QImage image = PaintCell(desk.First(), QModelIndex(), QStyle::State_Selected, QSize(64, 25));
+    const QImage image = Screens::PaintCell(desk.First()->Tree(), QModelIndex(), QStyle::State_Selected, QSize(64, 25));
     for (int x = 0; x < 64; ++x)
         QCOMPARE(image.pixelColor(x, 12), QColor(Qt::red));
 }
@@ -209,8 +191,8 @@ void TestOutlineDelegate::whatIsMeasuredIsWhatIsPaintedAtEveryDepthAndScale()
     QCOMPARE(tab->Tree()->verticalScrollBar()->isVisible(), entries > 0);
     for (const QString& title : qAsConst(titles)) {
         const int height = Height(tab, title);
-        const QRect ink =
-            Ink(PaintCell(tab, Index(tab, title, 0), QStyle::State_Enabled, QSize(qRound(260 * scale), height + 100)));
+        const QRect ink = Ink(Screens::PaintCell(tab->Tree(), Index(tab, title, 0), QStyle::State_Enabled,
+                                                 QSize(qRound(260 * scale), height + 100)));
         QVERIFY2(ink.bottom() < height, qPrintable(QStringLiteral("%1 %2").arg(ink.bottom()).arg(height)));
         // And no line more is measured than painted.
         QVERIFY2(ink.bottom() > height - 20 * scale, qPrintable(QStringLiteral("%1 %2").arg(ink.bottom()).arg(height)));

@@ -5,6 +5,7 @@
 #include <outline/outline_pane.h>
 #include <outline/outline_tree.h>
 #include <tests/support/test_main.h>
+#include <tests/support/unscaled_test.h>
 
 #include <frame/base/converters.h>
 #include <frame/document/payloads.h>
@@ -44,12 +45,10 @@ void AddLines(OutlineDesk& desk, const OutlineTab* tab, const QString& lines)
 
 } // namespace
 
-class TestOutlineDialog : public QObject
+class TestOutlineDialog : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     void theFormHasItsPartsTextsAndSizes();
     void atTwiceTheScaleEverythingIsTwiceAsLarge();
     void theDialogIsModelessInTheMiddleAndTheSameOneAgain();
@@ -69,16 +68,6 @@ private slots:
     void aDocumentClosedWhileTheDialogIsOpenTakesTheDialogAlong();
     void inAReadOnlyDocumentNothingIsAdded();
 };
-
-void TestOutlineDialog::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestOutlineDialog::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestOutlineDialog::theFormHasItsPartsTextsAndSizes()
 {

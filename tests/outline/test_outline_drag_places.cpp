@@ -1,9 +1,10 @@
 #include "outline_drops.h"
 #include "outline_gestures.h"
 
-#include <frame/utils/dpi.h>
 #include <outline/outline_tree.h>
+#include <tests/support/screens.h>
 #include <tests/support/test_main.h>
+#include <tests/support/unscaled_test.h>
 
 #include <QApplication>
 #include <QDragEnterEvent>
@@ -16,12 +17,10 @@ using Gesture::AsChild;
 using Gesture::AsSibling;
 
 // Where a drag may be dropped, and what the user sees of it.
-class TestOutlineDragPlaces : public QObject
+class TestOutlineDragPlaces : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     void theBorderBetweenSiblingAndChildIsTwentyTwoPixels_data();
     void theBorderBetweenSiblingAndChildIsTwentyTwoPixels();
     void aParentIsRefusedOnItsOwnChildAndOnAnotherSelectedEntryWithoutALine();
@@ -33,16 +32,6 @@ private slots:
     void theIndicatorIsPaintedWhileDraggingAndGoneOnceTheViewIsLeft();
     void besideTheRowsNoIndicatorIsLeft();
 };
-
-void TestOutlineDragPlaces::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestOutlineDragPlaces::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestOutlineDragPlaces::theBorderBetweenSiblingAndChildIsTwentyTwoPixels_data()
 {
@@ -160,11 +149,7 @@ void TestOutlineDragPlaces::theIndicatorIsPaintedWhileDraggingAndGoneOnceTheView
     const std::unique_ptr<QMimeData> data(tab->Tree()->PrepareDrag());
     Gesture::HoverDrag(tab, data.get(), AsSibling(tab, "A1"));
     const QImage during = viewport->grab().toImage();
-    const QLine line = tab->Tree()->line;
-    int dashes = 0;
-    for (int x = line.x1(); x <= line.x2(); ++x)
-        dashes += during.pixelColor(x, line.y1()) == QColor(100, 101, 106) ? 1 : 0;
-    QVERIFY(dashes > line.dx() / 4);
+    QVERIFY(Screens::ShowsIndicator(during, tab->Tree()->line));
     QDragLeaveEvent leave;
     QApplication::sendEvent(viewport, &leave);
     QVERIFY(tab->Tree()->leftView);

@@ -2,14 +2,15 @@
 #include "outline_gestures.h"
 
 #include <frame/operation/event_manager.h>
-#include <frame/utils/dpi.h>
 #include <frame/view/tool_handler.h>
 #include <outline/outline_pane.h>
 #include <outline/outline_tree.h>
+#include <tests/support/editing_states.h>
 #include <tests/support/event_probe.h>
 #include <tests/support/test_main.h>
 #include <tests/support/tree_dump.h>
 #include <tests/support/undo_verbs.h>
+#include <tests/support/unscaled_test.h>
 
 #include <QApplication>
 #include <QDrag>
@@ -44,12 +45,10 @@ std::function<QString()> DumpOf(const OutlineTab* tab)
 
 } // namespace
 
-class TestOutlineDrags : public QObject
+class TestOutlineDrags : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     void aMouseDragCarriesTheAddressOfTheFirstSelectedItemAndMovesItsEntry();
     void threeEntriesSelectedAsThreeOneTwoArePlacedAsOneTwoThree();
     void entriesOfSeveralParentsGatherInTheTreesOrder();
@@ -71,16 +70,6 @@ private slots:
     void aDropAfterTheRightsOrTheTabChangedMovesNoRows_data();
     void aDropAfterTheRightsOrTheTabChangedMovesNoRows();
 };
-
-void TestOutlineDrags::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestOutlineDrags::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestOutlineDrags::aMouseDragCarriesTheAddressOfTheFirstSelectedItemAndMovesItsEntry()
 {
@@ -219,12 +208,7 @@ void TestOutlineDrags::whatWasExpandedStaysExpandedOverADrag()
 
 void TestOutlineDrags::noDragBeginsWhereEditingIsNotAllowed_data()
 {
-    QTest::addColumn<QString>("state");
-    QTest::addColumn<int>("begun");
-    QTest::newRow("plain") << QString() << 1;
-    QTest::newRow("permissions that allow editing") << "rights edit=yes\n" << 1;
-    QTest::newRow("permissions that forbid editing") << "rights edit=no\n" << 0;
-    QTest::newRow("read-only") << "readonly\n" << 0;
+    AddEditingStates<int>("begun", 1, 0);
 }
 
 void TestOutlineDrags::noDragBeginsWhereEditingIsNotAllowed()

@@ -4,10 +4,10 @@
 #include <outline/outline_tree.h>
 #include <tests/support/event_probe.h>
 #include <tests/support/test_main.h>
+#include <tests/support/unscaled_test.h>
 
 #include <frame/document/payloads.h>
 #include <frame/operation/event_manager.h>
-#include <frame/utils/dpi.h>
 #include <frame/view/settings.h>
 
 #include <QTreeWidget>
@@ -46,12 +46,10 @@ G_OutlineItem* Record(const OutlineTab* tab, const QList<int>& rows)
 } // namespace
 
 // The view and the tree in step: clicks go to pages, page changes make entries current.
-class TestOutlineFollow : public QObject
+class TestOutlineFollow : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     void theFirstPageChangeAfterOpeningMovesNothing();
     void anOutlineWithoutDestinationsShowsDotsAndNeverMovesTheCurrentEntry();
     void aClickGoesToThePageWithoutThePaneJumpingToAnotherEntryOfThatPage();
@@ -70,16 +68,6 @@ private slots:
     void onlyTheCurrentDocumentsViewMoves();
     void afterAChangeThePageIsFollowedByTheNewDestinations();
 };
-
-void TestOutlineFollow::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestOutlineFollow::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestOutlineFollow::theFirstPageChangeAfterOpeningMovesNothing()
 {

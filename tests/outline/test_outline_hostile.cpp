@@ -5,11 +5,11 @@
 #include <outline/outline_pane.h>
 #include <outline/outline_tree.h>
 #include <tests/support/test_main.h>
+#include <tests/support/unscaled_test.h>
 
 #include <frame/base/converters.h>
 #include <frame/document/payloads.h>
 #include <frame/operation/event_manager.h>
-#include <frame/utils/dpi.h>
 
 #include <QApplication>
 #include <QPushButton>
@@ -62,12 +62,10 @@ void UseThePane(OutlineDesk& desk)
 } // namespace
 
 // Outlines that nobody would write by hand.
-class TestOutlineHostile : public QObject
+class TestOutlineHostile : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     void destinationsToNowhereAreShownAndHarmless();
     void emptyTitlesAreRowsLikeOthers();
     void aTitleOfTenThousandCharactersIsCutOnlyByARename();
@@ -78,16 +76,6 @@ private slots:
     void aHundredThousandSelectedEntriesAreDeletedInOneStep();
     void recordsOfAnotherKindAreRowsWithoutATitle();
 };
-
-void TestOutlineHostile::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestOutlineHostile::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestOutlineHostile::destinationsToNowhereAreShownAndHarmless()
 {

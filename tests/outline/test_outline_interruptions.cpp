@@ -4,10 +4,10 @@
 #include <outline/outline_tree.h>
 #include <tests/support/test_main.h>
 #include <tests/support/undo_verbs.h>
+#include <tests/support/unscaled_test.h>
 
 #include <frame/document/payloads.h>
 #include <frame/operation/event_manager.h>
-#include <frame/utils/dpi.h>
 
 #include <QApplication>
 #include <QMimeData>
@@ -44,12 +44,10 @@ void VerifyAlive(const OutlineTab* tab)
 
 // What becomes of a row's edit, of a drag or of a question when something else happens meanwhile: a shortcut, another
 // tab, a change from elsewhere.
-class TestOutlineInterruptions : public QObject
+class TestOutlineInterruptions : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     void anAdditionKeepsWhatWasTypedInAnotherEntryAndOpensTheNewOne_data();
     void anAdditionKeepsWhatWasTypedInAnotherEntryAndOpensTheNewOne();
     void anUndoEndsAnEditWithoutItsText();
@@ -68,16 +66,6 @@ private slots:
     void aTreeFilledAnewDuringADragTakesNoDropOfNodesThatMayBeGone();
     void aDragThatEndedElsewhereLeavesNothingBehind();
 };
-
-void TestOutlineInterruptions::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestOutlineInterruptions::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestOutlineInterruptions::anAdditionKeepsWhatWasTypedInAnotherEntryAndOpensTheNewOne_data()
 {

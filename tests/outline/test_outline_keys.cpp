@@ -4,8 +4,7 @@
 #include <outline/outline_tree.h>
 #include <tests/support/test_main.h>
 #include <tests/support/undo_verbs.h>
-
-#include <frame/utils/dpi.h>
+#include <tests/support/unscaled_test.h>
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -43,12 +42,10 @@ void CtrlClick(const OutlineTab* tab, const QStringList& titles)
 
 } // namespace
 
-class TestOutlineKeys : public QObject
+class TestOutlineKeys : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     void enterGoesToTheEntryAsAClickDoes();
     void arrowsWalkTheTreeAndOpenAndCloseIt();
     void f2OpensTheEditorOfTheCurrentEntry();
@@ -72,16 +69,6 @@ private slots:
     void withoutCtrlAReleaseSelectsNothingMore();
     void addingRenamingAndMovingWithRealEventsUndoesAndRedoesCompletely();
 };
-
-void TestOutlineKeys::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestOutlineKeys::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestOutlineKeys::enterGoesToTheEntryAsAClickDoes()
 {

@@ -6,6 +6,7 @@
 #include <outline/outline_commands.h>
 #include <outline/outline_json.h>
 #include <outline/outline_node.h>
+#include <tests/support/random_seed.h>
 #include <tests/support/test_main.h>
 #include <tests/support/view_fixture.h>
 
@@ -349,7 +350,6 @@ private:
     int at = 0; // the state the model is in
 };
 
-// The operations that the player performs, registered as long as it lives.
 } // namespace
 
 // The operations and commands against a plain tree, many steps in random order.
@@ -361,8 +361,7 @@ private slots:
     void twoThousandRandomStepsKeepTheOutlineEqualToAPlainTree()
     {
         QLoggingCategory::setFilterRules(QStringLiteral("tetobaisfla.debug=false")); // a line for each dying command
-        const quint32 seed = Seed();
-        qInfo("seed %u (TETO_SEED repeats it)", seed);
+        const quint32 seed = RandomSeed();
         const OutlineOperations operations;
         ViewFixture fixture("page 210 297\npage 210 297\n");
         Player player(fixture.Context(), seed);
@@ -375,8 +374,7 @@ private slots:
     void twoThousandRandomStepsOnAFileAreThereAfterSavingAndReopening()
     {
         QLoggingCategory::setFilterRules(QStringLiteral("tetobaisfla.debug=false"));
-        const quint32 seed = Seed();
-        qInfo("seed %u (TETO_SEED repeats it)", seed);
+        const quint32 seed = RandomSeed();
         const QTemporaryDir folder;
         QProcess maker;
         maker.start(qEnvironmentVariable("TETO_BIN") + "/make_samples", {folder.path(), "tour"});
@@ -420,12 +418,6 @@ private:
                 ViewFixture::Settle(); // lets the operations go
         }
         return true;
-    }
-    static quint32 Seed()
-    {
-        bool isGiven = false;
-        const quint32 seed = qEnvironmentVariable("TETO_SEED").toUInt(&isGiven);
-        return isGiven ? seed : QRandomGenerator::global()->generate();
     }
 };
 

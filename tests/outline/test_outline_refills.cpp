@@ -3,7 +3,6 @@
 
 #include <frame/base/converters.h>
 #include <frame/operation/event_manager.h>
-#include <frame/utils/dpi.h>
 #include <frame/utils/no_content.h>
 #include <outline/outline_events.h>
 #include <outline/outline_interceptors.h>
@@ -12,6 +11,7 @@
 #include <outline/outline_tree.h>
 #include <tests/support/event_probe.h>
 #include <tests/support/test_main.h>
+#include <tests/support/unscaled_test.h>
 
 #include <QPushButton>
 #include <QScrollBar>
@@ -22,12 +22,10 @@
 #include <QtTest>
 
 // What is expanded, and what a refill of the tree keeps and brings.
-class TestOutlineRefills : public QObject
+class TestOutlineRefills : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     void theTreeShowsWhatTheDocumentHasOverRefills();
     void aRefillTurnsButtonsOnByTheEntriesAlone();
     // Expansion
@@ -50,16 +48,6 @@ private slots:
     void twoDocumentsHaveTheirOwnPanesInterceptorsAndStacks();
     void undoRefreshesThePaneOfTheCurrentDocumentOnly();
 };
-
-void TestOutlineRefills::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestOutlineRefills::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestOutlineRefills::theTreeShowsWhatTheDocumentHasOverRefills()
 {
@@ -294,14 +282,7 @@ void TestOutlineRefills::thePictureIsPlacedAnewOnAResize()
     OutlineDesk desk(QStringLiteral("page 210 297"));
     const OutlineTab* tab = desk.First();
     QVERIFY(tab->pane->noContent);
-    for (const QSize& size : {QSize(300, 500), QSize(420, 260)}) {
-        tab->pane->resize(size);
-        ViewFixture::Settle();
-        const QRect place = tab->pane->noContent->PixRect();
-        QCOMPARE(place.size(), QSize(120, 112));
-        QCOMPARE(place.x(), (tab->Tree()->width() - 120) / 2);
-        QCOMPARE(place.y(), (tab->Tree()->height() - 70 - 112) / 2);
-    }
+    VerifyPicturePlaces(tab->pane, tab->Tree(), tab->pane->noContent);
 }
 
 void TestOutlineRefills::aPageStructureChangeRebuildsOnTheNextShowAndNotBefore()

@@ -6,6 +6,7 @@
 #include <outline/outline_tree.h>
 #include <tests/support/screens.h>
 #include <tests/support/test_main.h>
+#include <tests/support/unscaled_test.h>
 
 #include <frame/utils/dpi.h>
 
@@ -40,20 +41,7 @@ QString TourText(int extraEntries = 0)
 // A picture of a widget in this state, for the eye; a blank one fails.
 void Shoot(QWidget* widget, const QString& state)
 {
-    const QString name = QStringLiteral("outline-%1").arg(state);
-    if (qEnvironmentVariableIsSet("TETO_SCREENS"))
-        QVERIFY(!Screens::SaveScreen(widget, name).isEmpty());
-    QVERIFY2(Screens::ColourCount(Screens::Grab(widget)) > 8, qPrintable(name));
-}
-
-void HoverEntry(const OutlineTab* tab, const QString& title)
-{
-    QWidget* viewport = tab->Tree()->viewport();
-    const QPoint place = Gesture::AsSibling(tab, title);
-    QHoverEvent enter(QEvent::HoverEnter, place, QPoint(-1, -1));
-    QApplication::sendEvent(viewport, &enter);
-    QHoverEvent move(QEvent::HoverMove, place, QPoint(0, 0));
-    QApplication::sendEvent(viewport, &move);
+    Screens::Shoot(widget, QStringLiteral("outline-%1").arg(state));
 }
 
 void ShootDrag(const QString& state, QPoint (*place)(const OutlineTab*, const QString&))
@@ -87,12 +75,10 @@ BatchAddOutlineDlg* OpenDialog(OutlineDesk& desk)
 
 // Pictures of the pane in each state, below the folder that TETO_SCREENS names, with what can be told of them by
 // numbers.
-class TestOutlineScreens : public QObject
+class TestOutlineScreens : public UnscaledTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
     void wrapped();
     void oneLineARow();
     void collapsed();
@@ -115,16 +101,6 @@ private slots:
     void inEditAtTwiceTheScale();
     void theDialogAtTwiceTheScale();
 };
-
-void TestOutlineScreens::init()
-{
-    Utils::OVDpi::Instance()->OverrideScale(1); // whatever screen this runs on
-}
-
-void TestOutlineScreens::cleanup()
-{
-    Utils::OVDpi::Instance()->OverrideScale(0);
-}
 
 void TestOutlineScreens::wrapped()
 {
@@ -164,7 +140,7 @@ void TestOutlineScreens::hovered()
 {
     OutlineDesk desk(TourText());
     const QImage before = Screens::Grab(desk.First()->pane);
-    HoverEntry(desk.First(), QStringLiteral("1.1 Purpose"));
+    Screens::Hover(desk.First()->Tree()->viewport(), Gesture::AsSibling(desk.First(), QStringLiteral("1.1 Purpose")));
     QVERIFY(Screens::Grab(desk.First()->pane) != before);
     Shoot(desk.First()->pane, QStringLiteral("hovered"));
 }
@@ -173,7 +149,7 @@ void TestOutlineScreens::selected()
 {
     OutlineDesk desk(TourText());
     desk.First()->Select({QStringLiteral("1.1 Purpose"), QStringLiteral("1.2.1 Details")});
-    HoverEntry(desk.First(), QStringLiteral("1.2.1 Details"));
+    Screens::Hover(desk.First()->Tree()->viewport(), Gesture::AsSibling(desk.First(), QStringLiteral("1.2.1 Details")));
     Shoot(desk.First()->pane, QStringLiteral("selected"));
 }
 

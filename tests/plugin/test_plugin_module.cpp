@@ -221,12 +221,16 @@ void TestPluginModule::everyRegisteredNameIsMadeByNameAndCloned()
 void TestPluginModule::operationsThatChangeTheDocumentSaySo()
 {
     Instance()->ExtensionsReady();
-    const QStringList displayOnly{"vn_bookmark",        "d_bookmarkwrap",      "vn_outline",
-                                  "d_outline_wordwrap", "d_outline_expandsub", "d_outline_expandorcollapse"};
+    QStringList displayOnly;
     for (const QString& name : G_OperationRegistry::Instance().Names()) {
         const int authority = G_OperationRegistry::Instance().Find(name.toUtf8())->AuthorityType();
-        QVERIFY2(displayOnly.contains(name) ? authority == 0 : authority == changesDocument, qPrintable(name));
+        if (authority == 0)
+            displayOnly.append(name);
+        else
+            QVERIFY2(authority == changesDocument, qPrintable(name));
     }
+    QCOMPARE(displayOnly, (QStringList{"vn_outline", "vn_bookmark", "d_bookmarkwrap", "d_outline_wordwrap",
+                                       "d_outline_expandsub", "d_outline_expandorcollapse"}));
 }
 
 void TestPluginModule::aSecondExtensionsReadyMakesNothing()

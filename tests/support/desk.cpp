@@ -1,9 +1,11 @@
 #include "desk.h"
 
+#include <frame/utils/no_content.h>
 #include <frame/view/doc_view.h>
 
 #include <QApplication>
 #include <QTextEdit>
+#include <QtTest>
 
 QUndoStack* DeskTabBase::Stack() const
 {
@@ -30,6 +32,18 @@ void ActivatePane(QWidget* pane)
 {
     QApplication::setActiveWindow(pane);
     ViewFixture::Settle();
+}
+
+void VerifyPicturePlaces(QWidget* pane, const QWidget* list, const OVPaintNoContent* picture)
+{
+    for (const QSize& size : {QSize(300, 500), QSize(420, 260)}) {
+        pane->resize(size);
+        ViewFixture::Settle();
+        const QRect place = picture->PixRect();
+        QCOMPARE(place.size(), QSize(120, 112));
+        QCOMPARE(place.x(), (list->width() - 120) / 2);
+        QCOMPARE(place.y(), (list->height() - 70 - 112) / 2);
+    }
 }
 
 bool PerformByName(G_UIContext* context, const char* operation)

@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+class OVPaintNoContent;
 class QTextEdit;
 class QUndoStack;
 
@@ -27,6 +28,9 @@ struct DeskTabBase
 void ShowPane(QWidget* pane);
 // Makes the pane's window the active one.
 void ActivatePane(QWidget* pane);
+// Resizes a pane whose list is empty and looks where the picture of the empty list stands in `list`; a wrong place
+// fails the test.
+void VerifyPicturePlaces(QWidget* pane, const QWidget* list, const OVPaintNoContent* picture);
 // Performs an operation on the current document; what it answers, false for an unknown one.
 bool PerformByName(G_UIContext* context, const char* operation);
 

@@ -35,6 +35,8 @@ QVector<SampleFile> SamplesOf(const QString& folder)
         if (words.size() >= 4)
             samples.append({words[0], words[2], words[3], path + words[0] + QStringLiteral(".ofd")});
     }
+    if (samples.isEmpty()) // or a test over all of them would pass without one
+        qFatal("nothing in the index of %s", qPrintable(path));
     return samples;
 }
 
