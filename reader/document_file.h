@@ -29,6 +29,8 @@ public:
     virtual SaveOutcome Save(bool overwrites) = 0;
     // Writes to another file, which is the document's file afterwards.
     virtual SaveOutcome SaveAs(const QString& path) = 0;
+    // Writes the document as it is now to another file and stays with its own.
+    virtual SaveOutcome SaveCopy(const QString& path) = 0;
     // Whether saving now would make a signature of the document invalid.
     virtual bool BreaksSignatures() const = 0;
     // A name for the user; the title the document gives itself, empty when it gives none.

@@ -1,6 +1,7 @@
 #include "document_tab.h"
 
 #include "document_search.h"
+#include "view_history.h"
 
 #include <frame/document/ig_document.h>
 #include <frame/operation/event_manager.h>
@@ -19,6 +20,7 @@ DocumentTab::DocumentTab(std::unique_ptr<DocumentFile> openedFile, G_UIContext* 
     , context(uiContext)
     , view(new G_DocView(uiContext, file->Document(), viewParent))
     , search(std::make_unique<DocumentSearch>(view))
+    , history(std::make_unique<ViewHistory>(view))
     , watcher(new QFileSystemWatcher(this))
 {
     G_Application::Instance().DocumentOpened(Document());
@@ -34,6 +36,7 @@ DocumentTab::~DocumentTab()
 {
     emit Closing();
     search.reset();
+    history.reset();
     delete view;
     G_Application::Instance().DocumentClosed(Document());
 }

@@ -11,6 +11,7 @@ class G_DocView;
 class G_Event;
 class G_UIContext;
 class QFileSystemWatcher;
+class ViewHistory;
 
 // One open document of the window: its file, its view and whether it is dirty. Owned by the window. The view dies
 // before the document.
@@ -24,6 +25,7 @@ public:
     IG_Document* Document() const;
     G_DocView* View() const { return view; }
     DocumentSearch* Search() const { return search.get(); }
+    ViewHistory* History() const { return history.get(); }
     QString Path() const { return file->Path(); }
     PropertySection Properties(PropertyTopic topic) const { return file->Properties(topic); }
     // The file's name, with a star in front while dirty.
@@ -34,6 +36,8 @@ public:
     // `overwrites`: also when somebody else changed the file since it was opened.
     SaveOutcome Save(bool overwrites = false);
     SaveOutcome SaveAs(const QString& path);
+    // Writes the document as it is now to another file; the tab stays as dirty as it is.
+    SaveOutcome SaveCopy(const QString& path) { return file->SaveCopy(path); }
     // Whether a save would make signatures invalid and the user was not asked yet. Agreeing holds as long as the tab.
     bool MustAskAboutSignatures() const { return !mayBreakSignatures && file->BreaksSignatures(); }
     void AllowBreakingSignatures() { mayBreakSignatures = true; }
@@ -69,6 +73,7 @@ private:
     G_UIContext* context;                   // not owned
     G_DocView* view;                        // owned; deleted ahead of the file
     std::unique_ptr<DocumentSearch> search; // deleted ahead of the view
+    std::unique_ptr<ViewHistory> history;   // the same
     QFileSystemWatcher* watcher;            // owned by this
     FileStamp stamp;
     // Of the present turn of the event loop:

@@ -85,6 +85,8 @@ int RunWindow(const Options& options, SingleInstance& instance)
     MainWindow window;
     const bool hasPlugin = plugin.Load();
     window.SetUpNavigation();
+    if (options.paneFolder.isEmpty())
+        window.RestoreWindow();
     window.show();
     if (!hasPlugin)
         TellPluginFailure(&window, plugin.Error());

@@ -22,6 +22,7 @@ public:
     SaveOutcome Save(bool overwrites) override { return Outcome(document->Save(overwrites)); }
     bool BreaksSignatures() const override { return document->BreaksSignatures(); }
     SaveOutcome SaveAs(const QString& path) override { return Outcome(document->SaveAs(path)); }
+    SaveOutcome SaveCopy(const QString& path) override { return Outcome(document->SaveCopy(path)); }
 
 private:
     static SaveOutcome Outcome(const ofd::DocumentSaveResult& result)

@@ -60,6 +60,9 @@ StatusPanel::StatusPanel(QWidget* parent)
     connect(pageBox, QOverload<int>::of(&QSpinBox::valueChanged), this, &StatusPanel::GoToTypedPage);
     connect(zoomBox, QOverload<int>::of(&QComboBox::activated), this, &StatusPanel::ApplyZoomChoice);
     connect(zoomBox->lineEdit(), &QLineEdit::returnPressed, this, &StatusPanel::ApplyZoomText);
+    connect(zoomBox->lineEdit(), &QLineEdit::returnPressed, this, &StatusPanel::Typed);
+    connect(pageBox->findChild<QLineEdit*>(), &QLineEdit::returnPressed, this, &StatusPanel::Typed,
+            Qt::QueuedConnection); // the box takes the number first
     SetView(nullptr);
 }
 
@@ -81,6 +84,12 @@ void StatusPanel::SetView(G_DocView* newView)
     connect(view, &G_DocView::ZoomChanged, this, &StatusPanel::ShowZoom);
     ShowPage(view->CurrentPageIndex());
     ShowZoom(view->GetZoom());
+}
+
+void StatusPanel::EditPage()
+{
+    pageBox->setFocus(Qt::ShortcutFocusReason);
+    pageBox->selectAll();
 }
 
 void StatusPanel::ShowPage(int pageIndex)

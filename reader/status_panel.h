@@ -15,6 +15,12 @@ class StatusPanel : public QWidget
 public:
     explicit StatusPanel(QWidget* parent);
     void SetView(G_DocView* newView); // null greys the panel
+    // Puts the focus on the page box, ready for a number.
+    void EditPage();
+
+signals:
+    // The user ended typing in one of the boxes.
+    void Typed();
 
 private slots:
     void GoToTypedPage();

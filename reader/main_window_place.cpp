@@ -1,0 +1,108 @@
+// Where the window and its documents stand: full screen, what is remembered from one start to the next, tabs in turn.
+#include "main_window.h"
+
+#include "navigation_bar.h"
+#include "reader_context.h"
+#include "status_panel.h"
+#include "view_history.h"
+
+#include <frame/view/doc_view.h>
+#include <frame/view/settings.h>
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QToolBar>
+
+namespace {
+
+constexpr char geometryKey[] = "window.geometry";
+constexpr char paneKey[] = "window.pane";
+constexpr char paneWidthKey[] = "window.paneWidth";
+
+} // namespace
+
+void MainWindow::RestoreWindow()
+{
+    G_SettingMgr* settings = G_SettingMgr::Instance();
+    const QByteArray geometry = settings->ConfigValue(QLatin1String(geometryKey)).toByteArray();
+    if (!geometry.isEmpty())
+        restoreGeometry(geometry); // on a screen that is there
+    paneWidth = qBound(100, settings->ConfigValue(QLatin1String(paneWidthKey), paneWidth).toInt(), 2000);
+    const QString pane = settings->ConfigValue(QLatin1String(paneKey)).toString();
+    if (!pane.isEmpty())
+        ShowPane(pane, true);
+}
+
+void MainWindow::RememberWindow()
+{
+    SetFullScreen(false); // nobody wants to start in it
+    G_SettingMgr* settings = G_SettingMgr::Instance();
+    settings->SetConfigValue(QLatin1String(geometryKey), saveGeometry());
+    settings->SetConfigValue(QLatin1String(paneKey), CurrentPaneId());
+    settings->SetConfigValue(QLatin1String(paneWidthKey), PaneWidth());
+}
+
+void MainWindow::SetFullScreen(bool isWanted)
+{
+    if (isFullScreen() != isWanted)
+        setWindowState(windowState() ^ Qt::WindowFullScreen);
+}
+
+// Also when the window manager does it.
+void MainWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange && isFullScreen() == menuBar()->isVisibleTo(this))
+        ShowBars(!isFullScreen());
+}
+
+void MainWindow::ShowBars(bool areShown)
+{
+    menuBar()->setVisible(areShown);
+    toolBar->setVisible(areShown);
+    navigationBar->setVisible(areShown);
+    statusBar()->setVisible(areShown);
+    RefreshWindow();
+    if (!areShown)
+        context->ShowNote(tr("F11 or Esc leaves full screen."));
+}
+
+// What no other widget has a use for.
+void MainWindow::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape && isFullScreen())
+        SetFullScreen(false);
+    else
+        QMainWindow::keyPressEvent(event);
+}
+
+void MainWindow::GoToTypedPage()
+{
+    statusBar()->show(); // full screen hides it
+    statusPanel->EditPage();
+}
+
+void MainWindow::GoInHistory(bool isBack)
+{
+    DocumentTab* tab = CurrentTab();
+    if (tab && isBack)
+        tab->History()->GoBack();
+    else if (tab)
+        tab->History()->GoForward();
+}
+
+void MainWindow::RefreshHistory()
+{
+    const DocumentTab* tab = CurrentTab();
+    backAction->setEnabled(tab && tab->History()->CanGoBack());
+    forwardAction->setEnabled(tab && tab->History()->CanGoForward());
+}
+
+void MainWindow::ActivateNextTab(int step)
+{
+    if (TabCount() > 1)
+        ActivateTab((tabBar->currentIndex() + step + TabCount()) % TabCount());
+}
