@@ -1,5 +1,6 @@
 #include "host_operations.h"
 
+#include "link_operations.h"
 #include "main_window.h"
 #include "reader_context.h"
 
@@ -17,12 +18,6 @@ G_Operation* CloneOf(const Operation* original)
 }
 
 } // namespace
-
-MainWindow* ReaderContext::WindowOf(G_UIContext* context)
-{
-    auto* own = qobject_cast<ReaderContext*>(context);
-    return own ? own->Window() : nullptr;
-}
 
 G_Operation* GP_Navigation::Clone() const
 {
@@ -62,7 +57,7 @@ bool GP_ShowAnnotations::DoAction()
     G_DocView* view = DocView();
     if (!view)
         return false;
-    view->SetAnnotStatus(Params->Contains("checked") ? Params->GetBool("checked") : !view->AnnotStatus());
+    view->SetAnnotStatus(Params->Contains("isVisible") ? Params->GetBool("isVisible") : !view->AnnotStatus());
     view->UpdateView();
     return true;
 }
@@ -91,6 +86,8 @@ std::vector<std::unique_ptr<G_Operation>> RegisterHostOperations()
     operations.push_back(std::make_unique<GP_ShowAnnotations>());
     operations.push_back(std::make_unique<GP_WindowCommand>("e_copytext", &MainWindow::CopyText));
     operations.push_back(std::make_unique<GP_WindowCommand>("e_selectalltext", &MainWindow::SelectAllText));
+    operations.push_back(std::make_unique<GP_LinkCommand>(GP_LinkCommand::Open));
+    operations.push_back(std::make_unique<GP_LinkCommand>(GP_LinkCommand::CopyAddress));
     operations.push_back(std::make_unique<GP_WindowCommand>("e_find", &MainWindow::Find));
     operations.push_back(std::make_unique<GP_WindowCommand>("f_properties", &MainWindow::ShowProperties));
     for (const auto& operation : operations)

@@ -1,12 +1,16 @@
 #include "main_window.h"
 
 #include "find_bar.h"
+#include "job_bar.h"
+#include "link_operations.h"
 #include "menus.h"
 #include "navigation_bar.h"
 #include "pane_area.h"
 #include "reader_context.h"
 #include "recent_files.h"
+#include "remembered_views.h"
 #include "status_panel.h"
+#include "view_history.h"
 
 #include <frame/document/ig_document.h>
 #include <frame/navigation/icore.h>
@@ -39,6 +43,7 @@ MainWindow::MainWindow(ReaderContext* givenContext, QWidget* parent)
     : QMainWindow(parent)
     , context(givenContext ? givenContext : new ReaderContext)
     , recentFiles(std::make_unique<RecentFiles>())
+    , rememberedViews(std::make_unique<RememberedViews>())
     , paneMaker(new Core::G_PaneMaker(context, this))
     , undoGroup(new QUndoGroup(this))
 {
@@ -51,6 +56,7 @@ MainWindow::MainWindow(ReaderContext* givenContext, QWidget* parent)
     Core::ICore::SetContext(context);
     context->SetPaneMaker([this](IG_Document* document) { paneMaker->MakeAll(document); });
     FillContextMenus(context->ContextMenu());
+    OfferAttachments(context);
     MakeCentralArea();
     MakeActions();
     connect(paneMaker, &Core::G_PaneMaker::PaneMade, this,
@@ -96,14 +102,18 @@ bool MainWindow::OpenFile(const QString& path, bool readOnly)
     OpenOutcome outcome = OpenDocumentFile(path, readOnly);
     QGuiApplication::restoreOverrideCursor();
     if (!outcome.file) {
-        context->ShowMessageBox(tr("Open"),
-                                tr("%1 cannot be opened.\n%2").arg(QDir::toNativeSeparators(path), outcome.error),
-                                QMessageBox::Ok, QMessageBox::Ok);
+        ShowOpenError(path, outcome.error);
         return false;
     }
     AddTab(std::move(outcome.file));
     recentFiles->Add(QFileInfo(path).absoluteFilePath());
     return true;
+}
+
+void MainWindow::ShowOpenError(const QString& path, const QString& error)
+{
+    context->ShowMessageBox(tr("Open"), tr("%1 cannot be opened.\n%2").arg(QDir::toNativeSeparators(path), error),
+                            QMessageBox::Ok, QMessageBox::Ok);
 }
 
 void MainWindow::OpenWhenFree(const QStringList& paths)
@@ -128,6 +138,8 @@ void MainWindow::AddTab(std::unique_ptr<DocumentFile> file)
     const int position = tabBar->addTab(added->Label());
     tabBar->setTabToolTip(position, QDir::toNativeSeparators(added->Path()));
     ActivateTab(position);
+    if (!rememberedViews->Restore(added->Path(), *added->View()))
+        context->ActionHandler()->FollowOpenActions(added->View()); // where the document wants to be opened
     paneMaker->ViewOpened(added->View());
 }
 
@@ -135,6 +147,7 @@ void MainWindow::WatchTab(DocumentTab* tab)
 {
     connect(tab, &DocumentTab::DirtyChanged, this, [this, tab] { RefreshTab(tab); });
     connect(tab, &DocumentTab::FileChangedOnDisk, this, [this, tab] { ShowFileChanged(tab); });
+    connect(tab->History(), &ViewHistory::Changed, this, &MainWindow::RefreshHistory);
     WatchSearch(tab);
     WatchPageMenu(tab);
 }
@@ -197,6 +210,8 @@ int MainWindow::PositionOfPath(const QString& path) const
 
 bool MainWindow::MayClose(DocumentTab* tab)
 {
+    if (!MayStopJobOf(tab))
+        return false;
     if (!tab->IsDirty())
         return true;
     ActivateTab(PositionOf(tab));
@@ -224,6 +239,9 @@ void MainWindow::RemoveTab(int position)
 {
     const std::unique_ptr<DocumentTab> tab = std::move(tabs.at(position));
     tabs.erase(tabs.begin() + position);
+    if (jobBar->IsBusyFor(tab.get()))
+        jobBar->Stop();
+    rememberedViews->Remember(tab->Path(), *tab->View());
     paneArea->ShowPane(nullptr, nullptr);
     statusPanel->SetView(nullptr);
     findBar->SetSearch(nullptr);
@@ -329,11 +347,42 @@ bool MainWindow::ReportSave(DocumentTab* tab, const SaveOutcome& outcome)
     return true;
 }
 
-void MainWindow::ReloadTab(DocumentTab* tab)
+bool MainWindow::SaveTabCopy(DocumentTab* tab, const QString& path)
+{
+    if (QFileInfo(path) == QFileInfo(tab->Path())) {
+        context->ShowMessageBox(tr("Save a Copy"), tr("A copy needs another name than the document itself."),
+                                QMessageBox::Ok, QMessageBox::Ok);
+        return false;
+    }
+    return !IsOpenElsewhere(tab, path) && ReportSave(tab, tab->SaveCopy(path));
+}
+
+// The file is opened before the tab goes: another program may not have written all of it yet.
+bool MainWindow::ReloadTab(DocumentTab* tab)
 {
     const QString path = tab->Path();
-    RemoveTab(PositionOf(tab));
-    OpenFile(path);
+    OpenOutcome outcome = OpenDocumentFile(path, false);
+    if (!outcome.file) {
+        ShowOpenError(path, outcome.error);
+        return false;
+    }
+    const int position = PositionOf(tab);
+    RemoveTab(position);
+    AddTab(std::move(outcome.file));
+    tabBar->moveTab(TabCount() - 1, position);
+    return true;
+}
+
+void MainWindow::ReloadCurrent()
+{
+    DocumentTab* tab = CurrentTab();
+    if (!tab || context->IsModalRunning() || !MayStopJobOf(tab))
+        return;
+    const QString text = tr("Discard your changes in %1?").arg(QFileInfo(tab->Path()).fileName());
+    if (tab->IsDirty() && context->ShowQuestionBox(tr("Reload"), text, QMessageBox::Discard | QMessageBox::Cancel,
+                                                   QMessageBox::Cancel) != QMessageBox::Discard)
+        return;
+    ReloadTab(tab);
 }
 
 void MainWindow::SaveCurrent()
@@ -345,7 +394,20 @@ void MainWindow::SaveCurrent()
 // Empty when the user does not want to.
 QString MainWindow::ChooseSavePath(const DocumentTab* tab)
 {
-    return QFileDialog::getSaveFileName(this, tr("Save As"), tab->Path(), tr("OFD documents (*.ofd)"));
+    return context->AskSavePath(tr("Save As"), tab->Path(), tr("OFD documents (*.ofd)"));
+}
+
+void MainWindow::SaveCurrentCopy()
+{
+    DocumentTab* tab = CurrentTab();
+    if (!tab)
+        return;
+    const QFileInfo info(tab->Path());
+    const QString name = tr("%1 (copy).ofd").arg(info.completeBaseName());
+    const QString path =
+        context->AskSavePath(tr("Save a Copy"), info.dir().filePath(name), tr("OFD documents (*.ofd)"));
+    if (!path.isEmpty())
+        SaveTabCopy(tab, path);
 }
 
 void MainWindow::SaveCurrentAs()
@@ -384,6 +446,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
             return;
         }
     }
+    RememberWindow();
     event->accept();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "background_job.h"
 #include "document_tab.h"
 
 #include <QMainWindow>
@@ -10,6 +11,7 @@
 
 class FindBar;
 class G_DocView;
+class JobBar;
 class NavigationBar;
 class PaneArea;
 class QAction;
@@ -17,13 +19,16 @@ class QBoxLayout;
 class QFrame;
 class QLabel;
 class QMenu;
+class QPrinter;
 class QSplitter;
 class QStackedWidget;
 class QTabBar;
 class QUndoGroup;
 class ReaderContext;
 class RecentFiles;
+class RememberedViews;
 class StatusPanel;
+enum class PrintSize;
 
 namespace Core {
 class G_NavigationPage;
@@ -60,17 +65,34 @@ public:
     // False, after a message with the reason, when nothing was saved.
     bool SaveTab(DocumentTab* tab);
     bool SaveTabAs(DocumentTab* tab, const QString& path);
+    // Writes the document as it is now to another file; its tab stays with its own file.
+    bool SaveTabCopy(DocumentTab* tab, const QString& path);
+    // Opens the tab's file anew, in its place. False, after a message, when that fails: the tab then stays as it is.
+    bool ReloadTab(DocumentTab* tab);
+    // Begins to print on a printer that is set up, in the background; false, after a message with the reason, when the
+    // document's rights do not allow it or other work is under way. A message tells when it fails later.
+    bool PrintTab(DocumentTab* tab, std::shared_ptr<QPrinter> printer, PrintSize size);
+    // Begins to write a picture of a page; as PrintTab.
+    bool SavePagePictureAs(DocumentTab* tab, int page, const QString& path, int dotsPerInch);
+    // Whether something is being printed or written in the background.
+    bool IsWorking() const;
+    // Size, place and open pane as they were when the window was last closed.
+    void RestoreWindow();
     Core::G_PaneMaker* PaneMaker() const { return paneMaker; }
     // What operations reach by name; each works on the current tab and does nothing without one.
     void CopyText();
     void SelectAllText();
     void Find();
     void ShowProperties();
+    void Print();
+    void SavePagePicture();
     // A line that is shown in the window's status line for a while.
     void ShowNote(const QString& text);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
@@ -78,14 +100,16 @@ private slots:
     void ChooseFiles();
     void SaveCurrent();
     void SaveCurrentAs();
+    void SaveCurrentCopy();
+    void ReloadCurrent();
     void CloseCurrent();
     void OnTabChosen(int position);
     void OnTabMoved(int from, int to);
     void GoToFirstPage();
     void GoToLastPage();
-    void Rotate();
+    void Rotate(int degrees);
     void About();
-    void ShowPageMenu();
+    void ShowPageMenu(const QPoint& place);
 
 private:
     // Where an action stands in menus and on the tool bar.
@@ -95,6 +119,7 @@ private:
     void MakeFileActions();
     void MakeEditActions();
     void MakeViewActions();
+    void MakeGoActions();
     void MakeToolActions();
     QAction* AddAction(QMenu* menu, const QString& text, const char* icon, const QKeySequence& shortcut, Place place,
                        const std::function<void()>& run);
@@ -115,6 +140,7 @@ private:
     void ShowCurrentPane();
     bool MayClose(DocumentTab* tab);
     void RemoveTab(int position);
+    void ShowOpenError(const QString& path, const QString& error);
     bool ReportSave(DocumentTab* tab, const SaveOutcome& outcome);
     enum class SignatureWish { Break, Keep, SaveCopy };
     SignatureWish AskAboutSignatures(DocumentTab* tab, bool offersCopy);
@@ -123,10 +149,24 @@ private:
     bool SaveCopyOf(DocumentTab* tab);
     QString ChooseSavePath(const DocumentTab* tab);
     void ShowFileChanged(DocumentTab* tab);
-    void ReloadTab(DocumentTab* tab);
+    // main_window_output.cpp
+    void MakeJobBar();
+    bool StartJob(DocumentTab* tab, const QString& title, const QString& text, const BackgroundJob::Work& work);
+    bool MayStopJobOf(const DocumentTab* tab);
+    bool IsRefused(const QString& title, const QString& reason);
+    // main_window_place.cpp
+    void RememberWindow();
+    void SetFullScreen(bool isWanted);
+    void ShowBars(bool areShown);
+    void GoToTypedPage();
+    void GoInHistory(bool isBack);
+    void RefreshHistory();
+    void ActivateNextTab(int step);
+    int PaneWidth() const;
 
     ReaderContext* context; // owned by this
     std::unique_ptr<RecentFiles> recentFiles;
+    std::unique_ptr<RememberedViews> rememberedViews;
     Core::G_PaneMaker* paneMaker;                   // owned by this
     std::vector<std::unique_ptr<DocumentTab>> tabs; // in the tab bar's order
     Core::G_NavigationPage* currentPage = nullptr;  // not owned; null while no pane is open
@@ -146,7 +186,12 @@ private:
     QToolBar* toolBar = nullptr;
     QMenu* recentMenu = nullptr;
     QList<QAction*> documentActions; // enabled while a document is open
+    JobBar* jobBar = nullptr;
+    QString jobTitle; // of the work in the job bar
     QAction* saveAction = nullptr;
+    QAction* backAction = nullptr;
+    QAction* forwardAction = nullptr;
+    QAction* fullScreenAction = nullptr;
     QAction* handAction = nullptr;
     QAction* textAction = nullptr;
 };

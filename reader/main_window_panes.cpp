@@ -76,7 +76,9 @@ void MainWindow::MakeCentralArea()
     welcome = hint;
     viewStack->addWidget(welcome);
     statusPanel = new StatusPanel(this);
+    MakeJobBar();
     statusBar()->addPermanentWidget(statusPanel);
+    connect(statusPanel, &StatusPanel::Typed, this, [this] { viewStack->currentWidget()->setFocus(); });
 
     connect(tabBar, &QTabBar::currentChanged, this, &MainWindow::OnTabChosen);
     connect(tabBar, &QTabBar::tabCloseRequested, this, &MainWindow::CloseTab);
@@ -135,11 +137,18 @@ void MainWindow::RefreshWindow()
     for (QAction* action : qAsConst(documentActions))
         action->setEnabled(tab != nullptr);
     saveAction->setEnabled(tab && tab->IsDirty());
-    tabBar->setVisible(TabCount() > 0);
+    tabBar->setVisible(TabCount() > 0 && !isFullScreen());
     setWindowModified(tab && tab->IsDirty());
     setWindowTitle(tab ? QFileInfo(tab->Path()).fileName() + QStringLiteral("[*] - tetoreader")
                        : QStringLiteral("tetoreader"));
+    fullScreenAction->setChecked(isFullScreen());
+    RefreshHistory();
     UpdateToolActions();
+}
+
+int MainWindow::PaneWidth() const
+{
+    return currentPage && paneArea->isVisible() ? paneArea->width() : paneWidth;
 }
 
 void MainWindow::ShowNote(const QString& text)

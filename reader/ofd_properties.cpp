@@ -28,7 +28,9 @@ private:
     static PropertyGroup SignatureGroup(const ofd::SignatureFacts& signature, int number);
     static PropertyGroup ProblemGroup(const ofd::Problem& problem);
     static QString Period(const ofd::Permissions& permissions);
+    static QString Printing(const ofd::Permissions& permissions);
     static QString SizeText(qint64 bytes);
+    static QString Version(const ofd::VersionFacts& version);
     static QString YesOrNo(bool isSo) { return isSo ? tr("Yes") : tr("No"); }
 };
 
@@ -45,6 +47,21 @@ QString OfdTexts::SizeText(qint64 bytes)
     return tr("%1 (%2 bytes)").arg(locale.formattedDataSize(bytes), locale.toString(bytes));
 }
 
+// Which state of the document is shown and edited, of those that its file keeps; empty when it keeps none.
+QString OfdTexts::Version(const ofd::VersionFacts& version)
+{
+    const QLocale locale;
+    const QString count = locale.toString(version.count);
+    if (version.count == 0)
+        return QString();
+    if (version.shown == 0)
+        return tr("none of %1, but the document itself").arg(count);
+    const QString place = version.name.isEmpty()
+                              ? tr("%1 of %2").arg(locale.toString(version.shown), count)
+                              : tr("%1 of %2 (%3)").arg(locale.toString(version.shown), count, version.name);
+    return version.isNewest ? place : tr("%1, not the newest").arg(place);
+}
+
 PropertyGroup OfdTexts::File(const ofd::DocumentFacts& facts)
 {
     PropertyGroup group;
@@ -52,6 +69,7 @@ PropertyGroup OfdTexts::File(const ofd::DocumentFacts& facts)
     group.append({tr("Size"), SizeText(facts.bytes)});
     group.append({tr("Format"), facts.formatVersion.isEmpty() ? tr("OFD, version not given")
                                                               : tr("OFD, version %1").arg(facts.formatVersion)});
+    AddSaid(group, tr("Version shown"), Version(facts.version));
     group.append({tr("Pages"), QLocale().toString(facts.pages)});
     return group;
 }
@@ -88,6 +106,13 @@ QString OfdTexts::Period(const ofd::Permissions& permissions)
     return text;
 }
 
+QString OfdTexts::Printing(const ofd::Permissions& permissions)
+{
+    const bool isAllowed = permissions.print && permissions.copies != 0;
+    return isAllowed && permissions.copies > 0 ? tr("Yes, copies at a time: at most %1").arg(permissions.copies)
+                                               : YesOrNo(isAllowed);
+}
+
 PropertyGroup OfdTexts::Rights(const ofd::DocumentFacts& facts)
 {
     PropertyGroup group;
@@ -96,6 +121,7 @@ PropertyGroup OfdTexts::Rights(const ofd::DocumentFacts& facts)
         group.append({tr("May be edited"), YesOrNo(permissions.edit)});
         group.append({tr("May be annotated"), YesOrNo(permissions.annotate)});
         group.append({tr("May be exported"), YesOrNo(permissions.exportContent)});
+        group.append({tr("May be printed"), Printing(permissions)});
         AddSaid(group, tr("Permissions hold"), Period(permissions));
     } else {
         group.append({tr("Permissions"), tr("The document restricts nothing.")});
@@ -173,7 +199,7 @@ PropertyGroup OfdTexts::ProblemGroup(const ofd::Problem& problem)
     if (problem.offset >= 0)
         places += tr("byte %1").arg(problem.offset);
     if (problem.objectId != 0)
-        places += tr("object %1").arg(problem.objectId);
+        places += tr("object %1").arg(quint32(problem.objectId));
     AddSaid(group, tr("Position"), places.join(QStringLiteral(", ")));
     if (problem.more > 0)
         group.append({QString(), tr("Further ones of this kind in this part: %1").arg(problem.more)});

@@ -20,6 +20,7 @@ struct G_RenderRequest
     QRect region;                                 // the wanted part in physical pixels of the whole page; empty = all
     QSet<int> ignoredTemplates;                   // ids of templates not to paint on this page
     bool withAnnotations = true;                  // seals are painted either way: they belong to what was signed
+    bool isForPaper = false;                      // without the annotations that are not to be printed
     std::shared_ptr<std::atomic<bool>> cancelled; // may be null; set by the asker to give up
     // Called now and then with what is painted so far, on the thread that paints, when a page takes long. May be empty.
     std::function<void(const QImage& soFar)> partial;

@@ -17,8 +17,10 @@ struct AnnotationRecord
     QString subType;
     QString creator;
     QString date;
+    QString blankDate; // the same with the blanks around it; empty when there are none
     QString remark;
     bool isVisible = true;
+    bool isPrinted = true;
     bool isReadOnly = true;
     QRectF boundary;    // page mm; around the objects when the file gives none
     QPointF origin;     // of the appearance's space, page mm: the corner of the boundary that the file gives

@@ -31,10 +31,22 @@ struct Permissions
     bool edit = true;
     bool annotate = true;
     bool exportContent = true;
+    bool print = true;
+    int copies = -1; // that may be printed at a time; negative: any number
     QDate validFrom; // invalid: no bound
     QDate validUntil;
 
     bool IsValidOn(const QDate& day) const;
+};
+
+// Which of the states of a document that its file keeps is open. The others are neither shown nor edited.
+struct VersionFacts
+{
+    int count = 0;        // versions that the file lists; 0: it keeps none, and nothing else is said here
+    int shown = 0;        // place of the one that is open, from 1; 0: the document itself, no version
+    QString name;         // of the one that is open; its own number or its identifier when it has no name
+    bool isNewest = true; // of all that are listed
+    bool isWanted = true; // false: another one is said to be current, but cannot be read
 };
 
 // What the entry part and the document part say, read at opening and never changed afterwards. Part names are resolved.
@@ -56,6 +68,7 @@ struct DocumentStructure
     QString annotationsPart;
     QString customTagsPart;
     Permissions permissions;
+    VersionFacts version;
     bool isSigned = false;
     bool isEncrypted = false;
 };

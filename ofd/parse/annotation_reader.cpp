@@ -77,9 +77,13 @@ AnnotationRecord ReadAnnotation(const pugi::xml_node& element, const Resources& 
     annotation.typeWord = AttributeText(element, "Type").trimmed();
     annotation.subType = AttributeText(element, "Subtype");
     annotation.creator = AttributeText(element, "Creator");
-    annotation.date = AttributeText(element, "LastModDate").trimmed();
+    const QString date = AttributeText(element, "LastModDate");
+    annotation.date = date.trimmed();
+    if (annotation.date.size() != date.size())
+        annotation.blankDate = date;
     annotation.remark = ElementText(ChildElement(element, "Remark"));
     annotation.isVisible = BooleanAttribute(element, "Visible", true);
+    annotation.isPrinted = BooleanAttribute(element, "Print", true);
     annotation.isReadOnly = BooleanAttribute(element, "ReadOnly", true);
     const pugi::xml_node appearance = ChildElement(element, "Appearance");
     annotation.objects = ReadObjects(appearance, resources);
@@ -95,9 +99,9 @@ AnnotationRecord ReadAnnotation(const pugi::xml_node& element, const Resources& 
 void TellOfId(int id, QSet<int>& ids)
 {
     if (id != 0 && ids.contains(id))
-        ReportProblem(
-            ProblemKind::DuplicateIdentifier,
-            QCoreApplication::translate("OfdDocument", "More than one annotation of the page has the ID %1.").arg(id));
+        ReportProblem(ProblemKind::DuplicateIdentifier,
+                      QCoreApplication::translate("OfdDocument", "More than one annotation of the page has the ID %1.")
+                          .arg(quint32(id)));
     ids.insert(id);
 }
 

@@ -23,7 +23,7 @@ QString Tr(const char* text)
 
 void TellOfDuplicate(const QString& text, int id)
 {
-    ReportProblem(ProblemKind::DuplicateIdentifier, text.arg(id));
+    ReportProblem(ProblemKind::DuplicateIdentifier, text.arg(quint32(id)));
 }
 
 QString Resolve(const Package& package, const pugi::xml_node& holder, const LocationContext& context)
@@ -52,6 +52,11 @@ Permissions ReadPermissions(const pugi::xml_node& element)
     permissions.edit = flag("Edit");
     permissions.annotate = flag("Annot");
     permissions.exportContent = flag("Export");
+    const pugi::xml_node print = ChildElement(element, "Print");
+    permissions.print = BooleanAttribute(print, "Printable", true);
+    bool isNumber = false;
+    const int copies = AttributeText(print, "Copies").trimmed().toInt(&isNumber);
+    permissions.copies = isNumber ? copies : -1;
     const pugi::xml_node period = ChildElement(element, "ValidPeriod");
     permissions.validFrom = LeadingDate(AttributeText(period, "StartDate"));
     permissions.validUntil = LeadingDate(AttributeText(period, "EndDate"));
@@ -150,23 +155,80 @@ private:
     LocationContext context;
 };
 
-// The part that holds the document: that of the current version when there is one, else the body's own.
-QString FindDocumentPart(const Package& package, const pugi::xml_node& body, const LocationContext& context)
+// Whether no other version has a higher number; where they have none, the last one is the newest.
+bool IsNewestVersion(const std::vector<pugi::xml_node>& versions, size_t place)
 {
-    for (const pugi::xml_node& version : ChildElements(ChildElement(body, "Versions"), "Version")) {
-        if (!BooleanAttribute(version, "Current", false))
-            continue;
-        const QString part = ResolveLocation(package, AttributeText(version, "BaseLoc"), context).part;
-        const std::unique_ptr<XmlPart> xml = part.isEmpty() ? nullptr : XmlPart::Load(package, part);
-        if (!xml)
-            continue;
-        LocationContext inside = context;
-        inside.holderPart = part;
-        const QString root = Resolve(package, ChildElement(xml->GetRoot(), "DocRoot"), inside);
-        if (!root.isEmpty())
-            return root;
+    const auto number = [&](size_t i) { return IntegerAttribute(versions[i], "Index"); };
+    for (size_t i = 0; i < versions.size(); ++i) {
+        if (number(i) > number(place) || (number(i) == number(place) && i > place))
+            return false;
     }
+    return true;
+}
+
+// The document part of a version; empty, when it leads to none. `name` gets how people call it.
+QString PartOfVersion(const Package& package, const pugi::xml_node& version, const LocationContext& context,
+                      QString& name)
+{
+    LocationContext inside = context;
+    inside.holderPart = ResolveLocation(package, AttributeText(version, "BaseLoc"), context).part;
+    const std::unique_ptr<XmlPart> xml =
+        inside.holderPart.isEmpty() ? nullptr : XmlPart::Load(package, inside.holderPart);
+    if (!xml)
+        return QString();
+    for (const char* attribute : {"Name", "Version"}) {
+        if (name.isEmpty())
+            name = AttributeText(xml->GetRoot(), attribute).trimmed();
+    }
+    if (name.isEmpty())
+        name = AttributeText(version, "ID").trimmed();
+    return Resolve(package, ChildElement(xml->GetRoot(), "DocRoot"), inside);
+}
+
+// The part that holds the document: that of the current version when there is one, else the body's own.
+QString FindDocumentPart(const Package& package, const pugi::xml_node& body, const LocationContext& context,
+                         VersionFacts& facts)
+{
+    const std::vector<pugi::xml_node> versions = ChildElements(ChildElement(body, "Versions"), "Version");
+    facts.count = int(versions.size());
+    for (size_t i = 0; i < versions.size(); ++i) {
+        if (!BooleanAttribute(versions[i], "Current", false))
+            continue;
+        QString name;
+        const QString root = PartOfVersion(package, versions[i], context, name);
+        facts.isWanted = !root.isEmpty();
+        if (!facts.isWanted)
+            continue;
+        facts.shown = int(i) + 1;
+        facts.name = name;
+        facts.isNewest = IsNewestVersion(versions, i);
+        return root;
+    }
+    facts.isNewest = versions.empty();
     return Resolve(package, ChildElement(body, "DocRoot"), context);
+}
+
+// A file may keep several states of its document, of which one is open. Whoever edits it should know which.
+void TellOfVersion(const VersionFacts& facts)
+{
+    if (facts.count == 0)
+        return;
+    if (!facts.isWanted)
+        ReportProblem(ProblemKind::MissingPart, Tr("The current version of the document cannot be read."));
+    const QString number = QString::number(facts.shown);
+    const QString count = QString::number(facts.count);
+    if (facts.shown == 0)
+        ReportProblem(ProblemKind::VersionShown,
+                      Tr("The file lists %1 versions of the document; none of them is shown and edited, but what the "
+                         "file names as the document itself.")
+                          .arg(count));
+    else if (facts.isNewest)
+        ReportProblem(ProblemKind::VersionShown,
+                      Tr("Version %1 of %2 of the document is shown and edited.").arg(number, count));
+    else
+        ReportProblem(ProblemKind::VersionShown,
+                      Tr("Version %1 of %2 of the document is shown and edited, which is not the newest one.")
+                          .arg(number, count));
 }
 
 // A document counts as signed when it lists a signature, whether or not that can be found, when its list cannot be
@@ -199,7 +261,8 @@ bool ReadEntryPart(const Package& package, DocumentStructure& structure, QString
     const pugi::xml_node body = ChildElement(entry->GetRoot(), "DocBody");
     LocationContext context;
     context.holderPart = package.GetEntryPoint();
-    structure.documentPart = FindDocumentPart(package, body, context);
+    structure.documentPart = FindDocumentPart(package, body, context, structure.version);
+    TellOfVersion(structure.version);
     if (structure.documentPart.isEmpty()) {
         error = Tr("The file names no document, or the document it names is missing.");
         return false;

@@ -36,6 +36,7 @@ public:
         , view(store.GetSession().GetPageView(request.pageIndex))
         , watch(request, picture, wanted)
         , content(painter, store, store.GetPackage(), [this] { return watch.IsCancelled(); })
+        , isForPaper(request.isForPaper)
     {
         view.hiddenTemplates += request.ignoredTemplates;
     }
@@ -60,6 +61,8 @@ public:
         for (int i = 0; i < int(page.annotations.size()); ++i) {
             const AnnotationRecord& annotation = page.annotations[size_t(i)];
             if (!annotation.isVisible || view.hiddenAnnotations.contains(i))
+                continue;
+            if (isForPaper && !annotation.isPrinted)
                 continue;
             const ProblemScope scope(annotation.part);
             painter.save();
@@ -96,9 +99,9 @@ private:
             if (view.hiddenTemplates.contains(reference.id))
                 continue;
             if (openTemplates.contains(reference.id) || openTemplates.size() >= limits::MaxReferenceDepth) {
-                ReportProblem(
-                    ProblemKind::Cycle,
-                    QCoreApplication::translate("OfdDocument", "The template %1 contains itself.").arg(reference.id));
+                ReportProblem(ProblemKind::Cycle,
+                              QCoreApplication::translate("OfdDocument", "The template %1 contains itself.")
+                                  .arg(quint32(reference.id)));
                 continue;
             }
             if (++templateCount > limits::MaxTemplatesOnPage) {
@@ -122,7 +125,7 @@ private:
         const int position = structure.templateById.value(id, -1);
         if (position < 0)
             ReportProblem(ProblemKind::DanglingReference,
-                          QCoreApplication::translate("OfdDocument", "There is no template %1.").arg(id));
+                          QCoreApplication::translate("OfdDocument", "There is no template %1.").arg(quint32(id)));
         return position < 0 ? QString() : structure.templates.at(position).part;
     }
 
@@ -153,6 +156,7 @@ private:
     SessionState::PageView view;
     PaintingWatch watch;
     ContentPainter content;
+    const bool isForPaper;
     QVector<int> openTemplates; // being painted, against cycles
     int templateCount = 0;      // painted so far
 };

@@ -34,6 +34,32 @@ int ScriptedReaderContext::ShowQuestionBox(const QString&, const QString& text, 
     return Take(text);
 }
 
+bool ScriptedReaderContext::AskHowToPrint(QPrinter* printer, int pageCount, PrintSize* size)
+{
+    if (!printAnswer)
+        QTest::qFail("unexpected print dialog", __FILE__, __LINE__);
+    return printAnswer && printAnswer(printer, pageCount, size);
+}
+
+void ScriptedReaderContext::AnswerSavePath(const QString& path, int dotsPerInch)
+{
+    savePath = path;
+    dots = dotsPerInch;
+}
+
+QString ScriptedReaderContext::AskSavePath(const QString& title, const QString& path, const QString&)
+{
+    if (savePath.isEmpty())
+        QTest::qFail(qPrintable("unexpected file dialog: " + title), __FILE__, __LINE__);
+    proposedPath = path;
+    return savePath;
+}
+
+int ScriptedReaderContext::AskDotsPerInch(const QString&)
+{
+    return dots;
+}
+
 ReaderDesk::ReaderDesk(bool withPlugin)
 {
     G_SettingMgr::Instance()->UseFile(QString());

@@ -8,6 +8,8 @@
 #include <QList>
 #include <QTemporaryDir>
 
+#include <functional>
+
 // A reader context whose boxes are answered from a list; an unannounced box fails the test.
 class ScriptedReaderContext : public ReaderContext
 {
@@ -17,12 +19,25 @@ public:
                        const QMap<int, QString>& captions = {}, const QSize& size = {}) override;
     int ShowQuestionBox(const QString& title, const QString& text, int buttons, int defaultButton,
                         const QMap<int, QString>& captions = {}, const QSize& size = {}) override;
+    // Calls what the test set up; an unannounced question fails the test.
+    bool AskHowToPrint(QPrinter* printer, int pageCount, PrintSize* size) override;
+    QString AskSavePath(const QString& title, const QString& path, const QString& filter) override;
+    int AskDotsPerInch(const QString& title) override;
+    using PrintAnswer = std::function<bool(QPrinter*, int, PrintSize*)>;
+    void AnswerPrint(const PrintAnswer& answer) { printAnswer = answer; }
+    // One path, and a number of dots for an inch.
+    void AnswerSavePath(const QString& path, int dotsPerInch = 0);
+    QString ProposedPath() const { return proposedPath; }
     void Answer(int button) { answers << button; }
     QStringList Texts() const { return texts; }
     int PendingAnswers() const { return answers.size(); }
 
 private:
     int Take(const QString& text);
+    PrintAnswer printAnswer;
+    QString savePath;
+    QString proposedPath;
+    int dots = 0;
     QList<int> answers;
     QStringList texts;
 };

@@ -1,0 +1,28 @@
+#include "background_job.h"
+
+#include <QThread>
+
+BackgroundJob::BackgroundJob(const Work& work, QObject* parent)
+    : QObject(parent)
+    , cancelled(std::make_shared<std::atomic<bool>>(false))
+    , error(std::make_shared<QString>())
+{
+    const JobControl control{cancelled, [this](int done, int total) {
+                                 QMetaObject::invokeMethod(
+                                     this, [this, done, total] { emit Progress(done, total); }, Qt::QueuedConnection);
+                             }};
+    thread.reset(QThread::create([work, control, result = error] { *result = work(control); }));
+    connect(thread.get(), &QThread::finished, this, [this] { emit Ended(cancelled->load(), *error); });
+    thread->start();
+}
+
+BackgroundJob::~BackgroundJob()
+{
+    Cancel();
+    thread->wait();
+}
+
+void BackgroundJob::Cancel()
+{
+    cancelled->store(true);
+}
