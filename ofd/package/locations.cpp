@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QStringList>
+#include <QUrl>
 
 namespace ofd {
 
@@ -116,6 +117,13 @@ ResolvedLocation FindLocation(const Package& package, const QString& reference, 
 ResolvedLocation ResolveLocation(const Package& package, const QString& reference, const LocationContext& context)
 {
     ResolvedLocation result = FindLocation(package, reference, context);
+    if (!result && reference.contains(QLatin1Char('%'))) {
+        const QString plain = QUrl::fromPercentEncoding(reference.toUtf8());
+        if (const ResolvedLocation found = FindLocation(package, plain, context)) {
+            result.part = found.part;
+            result.step = LocationStep::Unescaped;
+        }
+    }
     TellOfReference(reference, result);
     return result;
 }

@@ -18,7 +18,8 @@ struct LocationContext
 };
 
 // Which step of the search found the part.
-enum class LocationStep { NotFound, Exact, IgnoringCase, FromRoot, FromDocumentFolder, ByFileName };
+// Unescaped: in any of the other ways, once "%20" and the like are read as characters.
+enum class LocationStep { NotFound, Exact, IgnoringCase, FromRoot, FromDocumentFolder, ByFileName, Unescaped };
 
 struct ResolvedLocation
 {

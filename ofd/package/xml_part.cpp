@@ -37,19 +37,79 @@ QByteArray DeclaredEncoding(const QByteArray& bytes, int* begin, int* end)
     return bytes.mid(open + 1, close - open - 1).trimmed().toUpper();
 }
 
-// Bytes in UTF-8. Everything in the wild is; a part in another encoding becomes UTF-8 when it is written again.
+// What the bytes beyond ASCII are when they are read as UTF-8.
+struct Utf8Count
+{
+    int pairs = 0; // characters of two bytes, as they come about by chance in other encodings
+    int longer = 0;
+    int strayBytes = 0; // parts of no character
+};
+
+Utf8Count CountUtf8(const QByteArray& bytes)
+{
+    Utf8Count count;
+    const auto isContinuation = [&](int at) { return at < bytes.size() && (uchar(bytes.at(at)) & 0xc0) == 0x80; };
+    for (int at = 0; at < bytes.size();) {
+        const uchar lead = uchar(bytes.at(at++));
+        if (lead < 0x80)
+            continue;
+        const int more = lead < 0xc2 || lead >= 0xf5 ? 0 : lead >= 0xf0 ? 3 : lead >= 0xe0 ? 2 : 1;
+        int read = 0;
+        while (read < more && isContinuation(at + read))
+            ++read;
+        at += read;
+        if (more == 0 || read < more)
+            ++count.strayBytes;
+        else if (more == 1)
+            ++count.pairs;
+        else
+            ++count.longer;
+    }
+    return count;
+}
+
+// Some writers call their parts UTF-8, or nothing, and write what their system writes: GB18030. That it is where hardly
+// anything reads as UTF-8; single damaged letters stay visible as such.
+QByteArray FromUnmarked(const QByteArray& bytes)
+{
+    const Utf8Count count = CountUtf8(bytes);
+    QTextCodec* codec = QTextCodec::codecForName("GB18030"); // not owned
+    if (count.strayBytes <= count.longer || count.strayBytes < count.pairs / 2 || !codec)
+        return bytes;
+    QTextCodec::ConverterState state;
+    const QString text = codec->toUnicode(bytes.constData(), bytes.size(), &state);
+    return state.invalidChars == 0 && state.remainingChars == 0 ? text.toUtf8() : bytes;
+}
+
+// The encoding that wide characters without a byte-order mark are in; null for bytes.
+const char* WideEncoding(const QByteArray& bytes)
+{
+    if (bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff"))
+        return "UTF-16"; // the mark tells which
+    if (bytes.startsWith(QByteArray::fromRawData("<\0", 2)))
+        return "UTF-16LE";
+    return bytes.startsWith(QByteArray::fromRawData("\0<", 2)) ? "UTF-16BE" : nullptr;
+}
+
+// Bytes in UTF-8. Everything in the wild is; a part in another encoding becomes UTF-8 when it is written again. Zero
+// bytes behind the end, from writers that wrote their whole buffer, are left out.
 QByteArray ToUtf8(const QByteArray& bytes)
 {
-    if (bytes.startsWith(Utf8Mark))
-        return bytes;
     QByteArray text = bytes;
-    if (bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff"))
-        text = QTextCodec::codecForName("UTF-16")->toUnicode(bytes).toUtf8();
+    if (const char* wide = WideEncoding(bytes))
+        text = QTextCodec::codecForName(wide)->toUnicode(bytes).toUtf8();
+    int size = text.size();
+    while (size > 0 && text.at(size - 1) == '\0')
+        --size;
+    if (size < text.size())
+        text.truncate(size);
+    if (bytes.startsWith(Utf8Mark))
+        return text;
     int begin = 0;
     int end = 0;
     const QByteArray encoding = DeclaredEncoding(text, &begin, &end);
     if (encoding.isEmpty() || encoding == "UTF-8" || encoding == "UTF8" || encoding == "US-ASCII")
-        return text;
+        return FromUnmarked(text);
     if (!encoding.startsWith("UTF-16")) {
         QTextCodec* codec = QTextCodec::codecForName(encoding); // not owned
         if (!codec)

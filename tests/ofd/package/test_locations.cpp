@@ -97,6 +97,12 @@ void TestLocations::referencesResolve_data()
         << "image.png" << resources << "Nowhere" << true << image << LocationStep::ByFileName;
     QTest::newRow("only media go by file name")
         << "image.png" << resources << "Nowhere" << false << "" << LocationStep::NotFound;
+    QTest::newRow("escaped") << "%50ublic%52es.xml" << document << "" << false << resources << LocationStep::Unescaped;
+    QTest::newRow("escaped, below BaseLoc")
+        << "%69mage.png" << resources << "Res" << true << image << LocationStep::Unescaped;
+    QTest::newRow("a bare percent sign") << "100%.png" << resources << "Res" << true << "" << LocationStep::NotFound;
+    QTest::newRow("climbs, escaped") << "%2e%2e/%2e%2e/Doc_0/Res/image.png" << resources << "" << false << ""
+                                     << LocationStep::NotFound;
     QTest::newRow("climbs") << "../../../image.png" << resources << "Res" << true << "" << LocationStep::NotFound;
     QTest::newRow("empty") << "" << resources << "Res" << true << "" << LocationStep::NotFound;
     QTest::newRow("missing") << "no.png" << resources << "Res" << true << "" << LocationStep::NotFound;

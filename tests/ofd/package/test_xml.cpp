@@ -44,6 +44,9 @@ private slots:
     void cdataCommentsAndReferencesMakeTheText();
     void aByteOrderMarkAndLineEndsAreRemembered();
     void otherEncodingsBecomeUtf8();
+    void bytesThatAreNoUtf8AreReadAsGb18030();
+    void singleDamagedLettersDoNotMakeGb18030();
+    void zeroBytesBehindTheEndAreLeftOut();
     void aDocTypeIsRefused();
     void aBareChildHasItsContentInTheBytesOnly();
     void theFirstChildOfTheNameIsBareAndNoOther();
@@ -154,6 +157,42 @@ void TestXml::otherEncodingsBecomeUtf8()
     const auto utf16 = Parse(QTextCodec::codecForName("UTF-16")->fromUnicode(wide));
     QVERIFY(utf16);
     QCOMPARE(ElementText(utf16->GetRoot()), QStringLiteral("目录"));
+}
+
+void TestXml::bytesThatAreNoUtf8AreReadAsGb18030()
+{
+    const QTextCodec* codec = QTextCodec::codecForName("GB18030"); // not owned
+    for (const char* head : {"", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>"}) {
+        const auto part = Parse(head + codec->fromUnicode(QStringLiteral("<a>图片、目录</a>")));
+        QVERIFY(part);
+        QCOMPARE(ElementText(part->GetRoot()), QStringLiteral("图片、目录"));
+        QVERIFY(part->GetBytes().contains(QStringLiteral("目录").toUtf8()));
+    }
+    const auto wide = Parse(QByteArray("<\0a\0/\0>\0", 8));
+    QVERIFY(wide);
+    QCOMPARE(wide->GetBytes(), QByteArray("<a/>"));
+    QVERIFY(Parse(QByteArray("\0<\0a\0/\0>", 8)));
+}
+
+void TestXml::singleDamagedLettersDoNotMakeGb18030()
+{
+    const QString accents = QStringLiteral("éàèùâêîôûç");
+    for (const QString& text : {QStringLiteral("目录"), accents}) {
+        const QByteArray bytes = "<a>" + text.toUtf8() + "\xc4\xbf\xc2 \xbc</a>";
+        const auto part = Parse(bytes);
+        QVERIFY(part);
+        QCOMPARE(part->GetBytes(), bytes);
+        QVERIFY(ElementText(part->GetRoot()).startsWith(text));
+    }
+}
+
+void TestXml::zeroBytesBehindTheEndAreLeftOut()
+{
+    const auto part = Parse(QByteArray("<a>x</a>\0\0\0", 11));
+    QVERIFY(part);
+    QCOMPARE(part->GetBytes(), QByteArray("<a>x</a>"));
+    QVERIFY(!Parse(QByteArray("<a>x\0</a>\0", 11)));
+    QVERIFY(!Parse(QByteArray(3, '\0')));
 }
 
 void TestXml::aDocTypeIsRefused()
