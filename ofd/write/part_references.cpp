@@ -78,7 +78,8 @@ private:
 
     bool Means(const QString& text) const
     {
-        return text.contains(fileName, Qt::CaseInsensitive) && ResolveLocation(package, text, context).part == wanted;
+        const bool mayMean = text.contains(fileName, Qt::CaseInsensitive) || text.contains(QLatin1Char('%'));
+        return mayMean && ResolveLocation(package, text, context).part == wanted;
     }
 
     const Package& package;
@@ -108,7 +109,8 @@ QStringList ReferredFrom(const Package& package, const PackageChanges& changes, 
     if (isEncrypted)
         return candidates; // what cannot be read may say anything
     const QByteArray folded = bytes.toLower();
-    const bool hasPlainText = !bytes.contains('\0') && !bytes.contains("&#"); // no wide characters, none by number
+    // No wide characters, none by number, none escaped as in a web address.
+    const bool hasPlainText = !bytes.contains('\0') && !bytes.contains("&#") && !bytes.contains('%');
     std::unique_ptr<XmlPart> xml;
     QStringList found;
     for (const QString& part : candidates) {

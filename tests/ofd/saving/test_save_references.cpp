@@ -96,6 +96,8 @@ void TestSaveReferences::aRemovedPartStaysWhileOthersNeedIt_data()
         << QStringLiteral("Doc_0/other.xml") << QTextCodec::codecForName("UTF-16")->fromUnicode(wide);
     QTest::newRow("a character by its number")
         << QStringLiteral("Doc_0/other.xml") << QByteArray("<a>Attachs/&#100;ata.bin</a>");
+    QTest::newRow("escaped as in a web address")
+        << QStringLiteral("Doc_0/other.xml") << QByteArray("<a>Attachs/%64ata.bin</a>");
     QTest::newRow("a part that names it and cannot be read")
         << QStringLiteral("Doc_0/broken.xml") << QByteArray("<a>data.bin");
 }
