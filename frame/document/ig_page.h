@@ -13,7 +13,7 @@ class G_TreeNode;
 class IG_Annot;
 class IG_Document;
 
-// A piece of text on a page with the box that encloses it.
+// A piece of text on a page with the box that encloses it. A blank may stand for a gap between words and be no glyph.
 struct G_TextRun
 {
     CCA_GRect rect; // page mm

@@ -15,10 +15,10 @@ constexpr qint64 mostCached = 16000000; // code units of all pages
 constexpr ushort softHyphen = 0x00ad;   // shown only at the end of a line
 constexpr ushort plainHyphen = 0x2010;  // beside the one of ASCII
 
-// Ideographic space is a character of its own: full-width forms are not folded.
-bool IsBlank(uint code)
+// Ideographic space is a character of its own where forms matter.
+bool IsBlank(uint code, bool keepsForm)
 {
-    return code != 0x3000 && QChar::isSpace(code);
+    return QChar::isSpace(code) && !(keepsForm && code == 0x3000);
 }
 
 // Characters of scripts that set no blanks between words, with their punctuation.
@@ -52,21 +52,26 @@ bool IsMark(uint code)
     return category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing;
 }
 
-// One character as it is compared; may become several.
-QString Folded(uint code, bool keepsCase)
+// One character as it is compared; may become several. Without regard to the form, full-width and half-width letters,
+// ligatures, circled digits, radicals and the like are what they stand for.
+QString Folded(uint code, bool keepsForm)
 {
+    constexpr uint firstFullWidth = 0xff01;
+    constexpr uint lastFullWidth = 0xff5e;
+    if (!keepsForm && code >= firstFullWidth && code <= lastFullWidth)
+        code -= firstFullWidth - '!';
     const QString text = QString::fromUcs4(&code, 1);
     if (code >= 0x3400 && code <= 0x9fff)
         return text;
     if (code < 0x80)
-        return keepsCase ? text : text.toLower();
-    const QString parts = text.normalized(QString::NormalizationForm_D);
-    if (keepsCase)
-        return parts;
+        return keepsForm ? text : text.toLower();
+    if (keepsForm)
+        return text.normalized(QString::NormalizationForm_D);
+    const QString parts = text.normalized(QString::NormalizationForm_KD);
     // Qt folds one to one; letters that fold to several, such as the sharp s, are the ones with long capitals.
     const QString capitals = parts.toUpper();
     const QString folded = capitals.size() > parts.size() ? capitals.toCaseFolded() : parts.toCaseFolded();
-    return folded.normalized(QString::NormalizationForm_D);
+    return folded.normalized(QString::NormalizationForm_KD);
 }
 
 QString Needle(const G_TextQuery& query)
@@ -76,7 +81,7 @@ QString Needle(const G_TextQuery& query)
     for (const uint code : codes) {
         if (IsIgnored(code))
             continue;
-        if (!IsBlank(code))
+        if (!IsBlank(code, query.matchesCase))
             needle += Folded(code, query.matchesCase);
         else if (!needle.endsWith(QLatin1Char(' ')))
             needle += QLatin1Char(' ');
@@ -89,8 +94,13 @@ void AppendSqueezed(const QString& text, QString& squeezed)
 {
     const QVector<uint> codes = text.toUcs4();
     for (const uint code : codes) {
-        if (!IsIgnored(code) && !IsBlank(code) && !IsHyphen(code))
-            squeezed += Folded(code, false);
+        if (IsIgnored(code) || IsBlank(code, false))
+            continue;
+        const QString folded = Folded(code, false);
+        for (const QChar letter : folded) { // a full-width hyphen is one only now
+            if (letter != QLatin1Char(' ') && !IsHyphen(letter.unicode()))
+                squeezed += letter;
+        }
     }
 }
 
@@ -98,9 +108,9 @@ void AppendSqueezed(const QString& text, QString& squeezed)
 class Haystack
 {
 public:
-    Haystack(const QList<G_TextGlyph>& pageGlyphs, bool keepsCase)
+    Haystack(const QList<G_TextGlyph>& pageGlyphs, bool keepsForm)
         : glyphs(pageGlyphs)
-        , keepsCase(keepsCase)
+        , keepsForm(keepsForm)
     {
         units.reserve(glyphs.size());
         for (int i = 0; i < glyphs.size(); ++i)
@@ -174,7 +184,7 @@ private:
             isSoftHyphenPending |= code == softHyphen;
             return;
         }
-        if (IsBlank(code)) {
+        if (IsBlank(code, keepsForm)) {
             if (!isBlankPending)
                 blankGlyph = glyph;
             isBlankPending = true;
@@ -182,7 +192,7 @@ private:
             return;
         }
         SettleBlanks(code);
-        const QString folded = Folded(code, keepsCase);
+        const QString folded = Folded(code, keepsForm);
         const int from = text.size();
         text += QString::fromUcs4(&code, 1);
         for (int i = 0; i < folded.size(); ++i)
@@ -282,7 +292,7 @@ private:
     }
 
     const QList<G_TextGlyph>& glyphs;
-    const bool keepsCase;
+    const bool keepsForm;
     QVector<Unit> units;
     QString text; // as it is read
     QBitArray wordEdges;
@@ -298,14 +308,19 @@ private:
 
 } // namespace
 
-void G_PageTextCache::Keep(int pageIndex, const QList<G_TextGlyph>& glyphs)
+QString G_PageTextCache::Squeezed(const QList<G_TextGlyph>& glyphs)
 {
-    if (Knows(pageIndex) || length >= mostCached)
-        return;
     QString text;
     for (const G_TextGlyph& glyph : glyphs)
         AppendSqueezed(glyph.text, text);
     text.squeeze();
+    return text;
+}
+
+void G_PageTextCache::Keep(int pageIndex, const QString& text)
+{
+    if (Knows(pageIndex) || length >= mostCached)
+        return;
     length += text.size();
     texts.insert(pageIndex, text);
 }
@@ -346,12 +361,17 @@ QList<G_TextMatch> G_TextSearch::FindIn(const IG_TextPage& page, int pageIndex, 
     return IsEmpty() ? QList<G_TextMatch>() : FindIn(page.AllGlyphs(), pageIndex, most);
 }
 
+bool G_TextSearch::IsRuledOut(IG_Document* document, int pageIndex, G_PageTextCache* cache) const
+{
+    cache->Follow(document);
+    const auto known = cache->texts.constFind(pageIndex);
+    return known != cache->texts.constEnd() && !known->contains(squeezed);
+}
+
 QList<G_TextMatch> G_TextSearch::FindOnPage(IG_Document* document, int pageIndex, int most, bool* isReadable,
                                             G_PageTextCache* cache) const
 {
-    if (cache)
-        cache->Follow(document);
-    if (cache && cache->Knows(pageIndex) && !cache->texts.value(pageIndex).contains(squeezed)) {
+    if (cache && IsRuledOut(document, pageIndex, cache)) {
         if (isReadable)
             *isReadable = true;
         return {};
@@ -365,7 +385,7 @@ QList<G_TextMatch> G_TextSearch::FindOnPage(IG_Document* document, int pageIndex
     const QList<G_TextGlyph> glyphs = isRead ? text->AllGlyphs() : QList<G_TextGlyph>();
     const QList<G_TextMatch> matches = FindIn(glyphs, pageIndex, most);
     if (cache && isRead)
-        cache->Keep(pageIndex, glyphs);
+        cache->Keep(pageIndex, G_PageTextCache::Squeezed(glyphs));
     if (page && !wasLoaded)
         document->ReleasePage(pageIndex, 0);
     return matches;

@@ -12,7 +12,7 @@ class IG_Document;
 struct G_TextQuery
 {
     QString text;
-    bool matchesCase = false;
+    bool matchesCase = false; // and the form of characters, such as their width
     // Both ends stand at the edge of a word. Between ideographs every place is such an edge.
     bool isWholeWord = false;
 
@@ -40,8 +40,10 @@ class FRAME_EXPORT G_PageTextCache
 {
 public:
     bool Knows(int pageIndex) const { return texts.contains(pageIndex); }
+    // What is kept of a page. Any thread.
+    static QString Squeezed(const QList<G_TextGlyph>& glyphs);
     // Nothing once it is full: pages that are not known are read again.
-    void Keep(int pageIndex, const QList<G_TextGlyph>& glyphs);
+    void Keep(int pageIndex, const QString& squeezed);
     void Clear();
 
 private:
@@ -54,10 +56,12 @@ private:
     qint64 length = 0;
 };
 
-// Finds one text on pages. Letters are compared by Unicode: case is folded unless it matters, composed and decomposed
-// forms are the same, full-width and half-width forms are not. Several blanks count as one. The end of a line counts as
-// a blank, and may count as nothing beside an ideograph, behind a hyphen and where a gap between glyphs stands for a
-// blank. Matches do not overlap. Keeps no page; may be copied to and used on any thread.
+// Finds one text on pages. Letters are compared by Unicode: composed and decomposed forms are the same. Unless case
+// matters, capital and small letters are the same too, and so are compatible forms: full-width and half-width ones,
+// ligatures and their letters, circled digits and digits; who types the digits of the keyboard finds those of an
+// official document. Accents always count. Several blanks count as one. The end of a line counts as a blank, and may
+// count as nothing beside an ideograph, behind a hyphen and where a gap between glyphs stands for a blank. Matches do
+// not overlap. Keeps no page; may be copied to and used on any thread.
 class FRAME_EXPORT G_TextSearch
 {
 public:
@@ -73,6 +77,9 @@ public:
     // With a cache, a page that cannot have the text by what the cache knows is not read.
     QList<G_TextMatch> FindOnPage(IG_Document* document, int pageIndex, int most = maxMatchesAPage,
                                   bool* isReadable = nullptr, G_PageTextCache* cache = nullptr) const;
+
+    // Whether the text cannot stand on the page by what the cache knows.
+    bool IsRuledOut(IG_Document* document, int pageIndex, G_PageTextCache* cache) const;
 
     static constexpr int maxMatchesAPage = 100000;
 

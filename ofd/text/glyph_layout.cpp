@@ -61,6 +61,8 @@ private:
             }
         }
         SetDirection(first);
+        if (first < layout.clusters.size())
+            layout.clusters[first].isFirst = true;
     }
 
     // The way from glyph to glyph where no distances tell it: that in which the text is read, else the way in which the

@@ -36,6 +36,7 @@ struct TextCluster
     QPointF along;      // the way the text runs, in the object's local space; 1 long
     int firstGlyph = 0; // in TextLayout::glyphs
     int glyphCount = 0;
+    bool isFirst = false; // of a piece that the file writes by itself
 };
 
 struct TextLayout

@@ -82,15 +82,49 @@ InstalledFont FontOf(FcPattern* font)
     return result;
 }
 
-} // namespace
+// What was found, or that nothing was, for all documents: the same names come again in each, and a search takes a
+// millisecond. It holds as long as the program runs, as does what fontconfig itself has read; fonts that are installed
+// meanwhile are seen after the next start. Files may make up names, so it is emptied when it gets long.
+class SearchesMade
+{
+public:
+    template <typename Search>
+    InstalledFont Find(const QString& question, const Search& search)
+    {
+        {
+            const std::lock_guard<std::mutex> lock(mutex);
+            const auto known = answers.constFind(question);
+            if (known != answers.constEnd())
+                return *known;
+        }
+        const InstalledFont found = search(); // not under the lock: others need not wait for it
+        const std::lock_guard<std::mutex> lock(mutex);
+        if (answers.size() >= MostAnswers)
+            answers.clear();
+        answers.insert(question, found);
+        return found;
+    }
 
-InstalledFont FindInstalledFont(const QString& family, int weight, bool wantsItalic)
+private:
+    static constexpr int MostAnswers = 4096;
+
+    std::mutex mutex;
+    QHash<QString, InstalledFont> answers;
+};
+
+SearchesMade& Searches()
+{
+    static SearchesMade searches;
+    return searches;
+}
+
+InstalledFont SearchByName(const QString& family, int weight, bool wantsItalic)
 {
     const PatternPointer match = BestMatch(MakePattern({family}, weight, wantsItalic));
     return match && HasFamily(match.get(), family) ? FontOf(match.get()) : InstalledFont();
 }
 
-InstalledFont FindInstalledFontFor(uint code, const QStringList& families, int weight)
+InstalledFont SearchByCharacter(uint code, const QStringList& families, int weight)
 {
     const PatternPointer pattern = MakePattern(families, weight, false);
     FcCharSet* characters = FcCharSetCreate();
@@ -100,6 +134,20 @@ InstalledFont FindInstalledFontFor(uint code, const QStringList& families, int w
     const PatternPointer match = BestMatch(pattern);
     const InstalledFont font = match ? FontOf(match.get()) : InstalledFont();
     return font.face && font.face->GlyphOf(code) ? font : InstalledFont();
+}
+
+} // namespace
+
+InstalledFont FindInstalledFont(const QString& family, int weight, bool wantsItalic)
+{
+    const QString question = QStringLiteral("%1\n%2\n%3").arg(weight).arg(int(wantsItalic)).arg(family);
+    return Searches().Find(question, [&] { return SearchByName(family, weight, wantsItalic); });
+}
+
+InstalledFont FindInstalledFontFor(uint code, const QStringList& families, int weight)
+{
+    const QString question = QStringLiteral("%1\n\n%2\n%3").arg(weight).arg(code).arg(families.join(QLatin1Char('\n')));
+    return Searches().Find(question, [&] { return SearchByCharacter(code, families, weight); });
 }
 
 } // namespace ofd

@@ -72,7 +72,8 @@ private:
         const TextLayout layout = LayOutText(text, resources, *package, store.GetFonts());
         for (const TextCluster& cluster : layout.clusters) {
             const QPolygonF cell = toPage.map(cluster.box);
-            texts.append({cell.boundingRect(), cluster.text, cell, MappedDirection(toPage, cluster.along)});
+            texts.append(
+                {cell.boundingRect(), cluster.text, cell, MappedDirection(toPage, cluster.along), cluster.isFirst});
         }
     }
 

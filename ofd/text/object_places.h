@@ -19,8 +19,9 @@ struct PlacedText
 {
     QRectF box; // page mm
     QString text;
-    QPolygonF cell; // page mm; turned as the text is
-    QPointF along;  // the way the text runs on the page; 1 long
+    QPolygonF cell;       // page mm; turned as the text is
+    QPointF along;        // the way the text runs on the page; 1 long
+    bool isFirst = false; // of what the file writes as one
 };
 
 // Where an object is painted.

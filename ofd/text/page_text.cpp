@@ -7,6 +7,7 @@ namespace ofd {
 
 namespace {
 
+constexpr double BlankGap = 0.2;    // of the height
 constexpr double AcrossWeight = 20; // beside a short line the pointer means it, not the longer one below
 
 double Dot(const QPointF& a, const QPointF& b)
@@ -30,6 +31,14 @@ double Beyond(double place, double from, double to)
     return std::max({from - place, place - to, 0.0});
 }
 
+// Scripts that set no blanks between words, with their punctuation.
+bool IsIdeographic(uint code)
+{
+    const QChar::Script script = QChar::script(code);
+    return script == QChar::Script_Han || script == QChar::Script_Hiragana || script == QChar::Script_Katakana ||
+           script == QChar::Script_Bopomofo || (code >= 0x3000 && code <= 0x303f) || (code >= 0xff00 && code <= 0xffef);
+}
+
 bool IsEmpty(const PlacedText& piece)
 {
     return piece.text.isEmpty();
@@ -43,13 +52,14 @@ PageText::PageText(std::shared_ptr<const PageContent> content, HiddenText hidden
 {
     QVector<PlacedText> pieces = InReadingOrder(texts.before, texts.own, texts.after);
     pieces.erase(std::remove_if(pieces.begin(), pieces.end(), IsEmpty), pieces.end());
-    QVector<double> middles;
-    middles.reserve(pieces.size());
-    runs = LinesOf(pieces, &middles);
+    QVector<PlaceOnLine> places;
+    places.reserve(pieces.size());
+    runs = LinesOf(pieces, &places);
     cells.reserve(pieces.size());
     for (int run = 0; run < runs.size(); ++run) {
         for (int i = runs.at(run).first; i < runs.at(run).end; ++i) {
-            cells.append({pieces.at(i).box, middles.at(i), run, letters.size()});
+            const bool hasGap = pieces.at(i).isFirst && places.at(i).gap > BlankGap;
+            cells.append({pieces.at(i).box, places.at(i).middle, run, letters.size(), hasGap});
             letters += pieces.at(i).text;
             bounds |= pieces.at(i).box;
         }
@@ -74,6 +84,28 @@ QString PageText::TextInRect(const CCA_GRect& rect) const
     return found;
 }
 
+bool PageText::IsGapABlank(int cell) const
+{
+    const int at = cells.at(cell).firstLetter;
+    if (!cells.at(cell).hasGap || at == 0)
+        return false;
+    const auto takesNone = [](QChar letter) { return letter.isSpace() || IsIdeographic(letter.unicode()); };
+    return !takesNone(letters.at(at - 1)) && !takesNone(letters.at(at));
+}
+
+QString PageText::TextOf(int from, int to) const
+{
+    QString text;
+    int first = cells.at(from).firstLetter;
+    for (int i = from + 1; i < to; ++i) {
+        if (!IsGapABlank(i))
+            continue;
+        text += letters.midRef(first, cells.at(i).firstLetter - first) + QLatin1Char(' ');
+        first = cells.at(i).firstLetter;
+    }
+    return text + letters.midRef(first, EndLetter(to - 1) - first);
+}
+
 QList<G_TextRun> PageText::RunsOf(int from, int to) const
 {
     QList<G_TextRun> found;
@@ -82,8 +114,7 @@ QList<G_TextRun> PageText::RunsOf(int from, int to) const
         QRectF box = cells.at(first).box;
         for (int i = first + 1; i < end; ++i)
             box |= cells.at(i).box;
-        const int firstLetter = cells.at(first).firstLetter;
-        found.append({ToRect(box), letters.mid(firstLetter, EndLetter(end - 1) - firstLetter)});
+        found.append({ToRect(box), TextOf(first, end)});
         first = end;
     }
     return found;

@@ -146,16 +146,18 @@ void AddPlaces(const QVector<PlacedText>& pieces, const QVector<TextLine>& own, 
 
 } // namespace
 
-QVector<TextLine> LinesOf(const QVector<PlacedText>& pieces, QVector<double>* middles)
+QVector<TextLine> LinesOf(const QVector<PlacedText>& pieces, QVector<PlaceOnLine>* places)
 {
     QVector<TextLine> lines;
     QRectF last; // as it lies on its line
     for (int i = 0; i < pieces.size(); ++i) {
         const PlacedText& piece = pieces.at(i);
         bool isSameLine = false;
+        double gap = 0;
         if (!lines.isEmpty() && Dot(lines.last().along, piece.along) > SameWayCosine) {
             const QRectF next = OnLine(piece.cell, lines.last().along);
             isSameLine = ContinuesRun(last, next);
+            gap = next.left() - last.right();
             last = next;
         }
         if (!isSameLine) {
@@ -166,8 +168,8 @@ QVector<TextLine> LinesOf(const QVector<PlacedText>& pieces, QVector<double>* mi
         line.onLine |= last;
         line.box = Around(line.box, piece.box);
         line.end = i + 1;
-        if (middles)
-            middles->append(last.center().x());
+        if (places)
+            places->append({last.center().x(), isSameLine && last.height() > 0 ? gap / last.height() : 0});
     }
     return lines;
 }

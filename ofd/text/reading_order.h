@@ -18,8 +18,15 @@ struct TextLine
     int end = 0;
 };
 
-// The lines that pieces form in their order. `middles` gets the middle of each piece along its line; may be null.
-QVector<TextLine> LinesOf(const QVector<PlacedText>& pieces, QVector<double>* middles = nullptr);
+// Where a piece stands on its line.
+struct PlaceOnLine
+{
+    double middle = 0;
+    double gap = 0; // behind the piece before it, in heights; 0 for the first one
+};
+
+// The lines that pieces form in their order. `places` gets one for each piece; may be null.
+QVector<TextLine> LinesOf(const QVector<PlacedText>& pieces, QVector<PlaceOnLine>* places = nullptr);
 
 // One list of a page's own text and that of its templates. The own text keeps its order, whatever comes between. A line
 // of a template stands beside the own text on its line (a form's label before what was filled in), else between the own

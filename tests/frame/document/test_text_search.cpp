@@ -65,7 +65,9 @@ private slots:
     void caseIsFoldedByUnicodeUnlessItMatters();
     void composedAndDecomposedFormsAreTheSame();
     void partsOfACharacterAreNotFound();
-    void fullWidthFormsAreLeftAsTheyAre();
+    void compatibleFormsAreTheSameUnlessCaseMatters_data();
+    void compatibleFormsAreTheSameUnlessCaseMatters();
+    void halfOfAFormIsNotFound();
     void wholeWordsEndWhereWordsEnd_data();
     void wholeWordsEndWhereWordsEnd();
     void linesAreJoined_data();
@@ -160,12 +162,42 @@ void TestTextSearch::partsOfACharacterAreNotFound()
     QCOMPARE(CountOf({QString::fromUtf8("각")}, Query(QString::fromUtf8("가"))), 0);
 }
 
-void TestTextSearch::fullWidthFormsAreLeftAsTheyAre()
+void TestTextSearch::compatibleFormsAreTheSameUnlessCaseMatters_data()
 {
-    QCOMPARE(CountOf({QString::fromUtf8("１２３")}, Query("123")), 0);
-    QCOMPARE(CountOf({"123"}, Query(QString::fromUtf8("１２３"))), 0);
-    QCOMPARE(CountOf({QString::fromUtf8("甲　乙")}, Query(QString::fromUtf8("甲 乙"))), 0);
-    QCOMPARE(CountOf({QString::fromUtf8("甲　乙")}, Query(QString::fromUtf8("甲　乙"))), 1);
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<QString>("wanted");
+    QTest::newRow("full-width digits") << QString::fromUtf8("共１２３元") << QString::fromUtf8("123元");
+    QTest::newRow("full-width letters") << QString::fromUtf8("ＡＢＣ") << "abc";
+    QTest::newRow("full-width signs") << QString::fromUtf8("（甲：乙）") << QString::fromUtf8("(甲:乙)");
+    QTest::newRow("full-width hyphen") << QString::fromUtf8("A－B") << "a-b";
+    QTest::newRow("ideographic space") << QString::fromUtf8("甲　乙") << QString::fromUtf8("甲 乙");
+    QTest::newRow("half-width kana") << QString::fromUtf8("ｶﾞｲﾄﾞ") << QString::fromUtf8("ガイド");
+    QTest::newRow("ligature") << QString::fromUtf8("ofﬁce") << "office";
+    QTest::newRow("circled digit") << QString::fromUtf8("第①条") << QString::fromUtf8("第1条");
+    QTest::newRow("radical") << QString::fromUtf8("⽂件") << QString::fromUtf8("文件");
+    QTest::newRow("square metres") << QString::fromUtf8("12㎡") << "12m2";
+}
+
+void TestTextSearch::compatibleFormsAreTheSameUnlessCaseMatters()
+{
+    QFETCH(QString, page);
+    QFETCH(QString, wanted);
+    QCOMPARE(CountOf({page}, Query(wanted)), 1);
+    QCOMPARE(CountOf({wanted}, Query(page)), 1);
+    QCOMPARE(CountOf({page}, Query(wanted, true)), 0);
+    QCOMPARE(CountOf({page}, Query(page, true)), 1);
+    const auto document = MemoryDocument::FromText("page 210 297\n  layer 1 Text\n  text 20 30 " + page + "\n");
+    QVERIFY(document);
+    G_PageTextCache cache; // hides none of them
+    for (int round = 0; round < 2; ++round)
+        QCOMPARE(G_TextSearch(Query(wanted)).FindOnPage(document.get(), 0, 10, nullptr, &cache).size(), 1);
+}
+
+void TestTextSearch::halfOfAFormIsNotFound()
+{
+    QCOMPARE(CountOf({QString::fromUtf8("㎡")}, Query("m")), 0);
+    QCOMPARE(CountOf({QString::fromUtf8("ofﬁce")}, Query("of")), 1);
+    QCOMPARE(CountOf({QString::fromUtf8("ofﬁce")}, Query("off")), 0);
 }
 
 void TestTextSearch::wholeWordsEndWhereWordsEnd_data()

@@ -43,8 +43,11 @@ private slots:
     void turnedTextIsOneRun_data();
     void turnedTextIsOneRun();
     void turnedCharactersRunTheWayTheyAreTurned();
+    void withoutDistancesTextRunsTheWayItIsRead_data();
+    void withoutDistancesTextRunsTheWayItIsRead();
     void singleCharactersBelowEachOtherJoinByTheirReadingDirection();
     void oneTextOfTwoLinesIsTwoRuns();
+    void aGapBetweenWordsThatStandApartIsABlank();
     void aWaveringLineIsOneRun();
     void columnsAreNotMixed();
     void placesBesideAndBetweenLinesBelongToTheNearestLine();
@@ -123,6 +126,48 @@ void TestOfdText::turnedCharactersRunTheWayTheyAreTurned()
     QVERIFY(page->AllRuns().first().rect.Height() > 15);
 }
 
+void TestOfdText::withoutDistancesTextRunsTheWayItIsRead_data()
+{
+    QTest::addColumn<QByteArray>("attributes");
+    QTest::addColumn<QPointF>("way"); // in which the characters follow each other
+    QTest::addColumn<double>("step"); // mm; 0: the widths of the font
+    QTest::newRow("down, upright") << QByteArray("ReadDirection=\"90\"") << QPointF(0, 1) << 5.0;
+    QTest::newRow("up, upright") << QByteArray("ReadDirection=\"270\"") << QPointF(0, -1) << 5.0;
+    QTest::newRow("down, turned with it")
+        << QByteArray("ReadDirection=\"90\" CharDirection=\"90\"") << QPointF(0, 1) << 0.0;
+    QTest::newRow("up, turned down") << QByteArray("ReadDirection=\"270\" CharDirection=\"90\"") << QPointF(0, -1)
+                                     << 0.0;
+    QTest::newRow("to the left, upright") << QByteArray("ReadDirection=\"180\"") << QPointF(-1, 0) << 0.0;
+    QTest::newRow("to the left, turned") << QByteArray("ReadDirection=\"180\" CharDirection=\"90\"") << QPointF(-1, 0)
+                                         << 5.0;
+}
+
+void TestOfdText::withoutDistancesTextRunsTheWayItIsRead()
+{
+    QFETCH(QByteArray, attributes);
+    QFETCH(QPointF, way);
+    QFETCH(double, step);
+    const IG_TextPage* page = Open(Text("50 50 6 30", "", "iMw", attributes));
+    QCOMPARE(Texts(page->AllRuns()), QStringList("iMw"));
+    const QList<G_TextGlyph> glyphs = page->AllGlyphs();
+    QCOMPARE(glyphs.size(), 3);
+    for (int i = 1; i < glyphs.size(); ++i) {
+        const CCA_GRect& last = glyphs.at(i - 1).rect;
+        const CCA_GRect& next = glyphs.at(i).rect;
+        const QPointF middles(double(next.left + next.right - last.left - last.right) / 2,
+                              double(next.top + next.bottom - last.top - last.bottom) / 2);
+        const double moved = QPointF::dotProduct(middles, way);
+        if (step > 0) {
+            const QPointF corners(double(next.left - last.left), double(next.top - last.top));
+            QVERIFY(qAbs(QPointF::dotProduct(corners, way) - step) < 0.01);
+        } else { // cell beside cell, however wide each is
+            const double half =
+                way.x() != 0 ? double(last.Width() + next.Width()) / 2 : double(last.Height() + next.Height()) / 2;
+            QVERIFY(qAbs(moved - half) < 0.01);
+        }
+    }
+}
+
 void TestOfdText::singleCharactersBelowEachOtherJoinByTheirReadingDirection()
 {
     QByteArray column;
@@ -138,6 +183,22 @@ void TestOfdText::oneTextOfTwoLinesIsTwoRuns()
     const IG_TextPage* page =
         Open(Text("10 10 40 20", "DeltaX=\"5 5 5 -15 5 5 5\" DeltaY=\"0 0 0 8 0 0 0\"", "frstscnd"));
     QCOMPARE(Texts(page->AllRuns()), (QStringList{"frst", "scnd"}));
+}
+
+void TestOfdText::aGapBetweenWordsThatStandApartIsABlank()
+{
+    const QByteArray deltas = "DeltaX=\"g 9 3\"";
+    const IG_TextPage* page = Open(Text("10 10 40 6", deltas, "Total") + Text("27 10 40 6", deltas, "12"));
+    QCOMPARE(Texts(page->AllRuns()), QStringList("Total 12"));
+    QCOMPARE(page->AllGlyphs().size(), 7);
+    QCOMPARE(Find(*page, "total 12").size(), 1);
+    QCOMPARE(Texts(page->RunsBetween({28, 12}, {60, 12})), QStringList("12"));
+    const QByteArray close = Text("10 10 40 6", deltas, "To") + Text("16 10 40 6", deltas, "tal");
+    QCOMPARE(Texts(Open(close)->AllRuns()), QStringList("Total"));
+    const QByteArray ideographs = Text("10 10 40 6", "DeltaX=\"5\"", "合同") + Text("22 10 40 6", deltas, "12");
+    QCOMPARE(Texts(Open(ideographs)->AllRuns()), QStringList(QStringLiteral("合同12")));
+    const QByteArray spaced = Text("10 10 60 6", "DeltaX=\"g 9 5\"", "Total");
+    QCOMPARE(Texts(Open(spaced)->AllRuns()), QStringList("Total"));
 }
 
 void TestOfdText::aWaveringLineIsOneRun()
