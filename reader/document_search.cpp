@@ -13,7 +13,8 @@
 
 namespace {
 
-constexpr int sliceMs = 10;  // what searching takes of a turn of the event loop
+constexpr int sliceMs = 10; // what searching takes of a turn of the event loop
+constexpr int pagesLookedAhead = 200;
 constexpr int marginPx = 24; // a match nearer to the edge of the view is not well in view
 const QColor matchColour(0xFF, 0xE0, 0x66);
 const QColor currentColour(0xFF, 0x9E, 0x2C);
@@ -49,6 +50,12 @@ DocumentSearch::DocumentSearch(G_DocView* view, QObject* parent)
     , document(view->GDocument())
     , search(G_TextQuery())
 {
+    if (IG_TextSource* source = document->TextSource()) {
+        reader = std::make_unique<G_TextReader>(source, [this](int) {
+            if (isSearching && !timer.isActive())
+                timer.start();
+        });
+    }
     timer.setInterval(0);
     connect(&timer, &QTimer::timeout, this, &DocumentSearch::SearchSome);
     connect(view->UIContext()->EventMgr(), &CRF_EventMgr::PageStructChanged, this, [this](IG_Document* changed) {
@@ -103,6 +110,10 @@ void DocumentSearch::Restart()
     pageCount = document->GetPageCount();
     beginPage = qBound(0, beginPage, qMax(0, pageCount - 1));
     isSearching = !search.IsEmpty() && pageCount > 0;
+    if (reader)
+        reader->SetDigest([search = search](int page, const std::shared_ptr<const IG_ReadText>& text) {
+            return SearchText(search, page, *text);
+        });
     if (isSearching)
         timer.start();
     else
@@ -119,8 +130,13 @@ void DocumentSearch::SearchSome()
     const int countBefore = count;
     do {
         const int page = (beginPage + searchedPages) % pageCount;
+        PageResult result;
+        if (!ResultOf(page, &result)) {
+            timer.stop(); // until it comes
+            break;
+        }
         ++searchedPages;
-        isNewInView |= SearchPage(page) && IsInView(page);
+        isNewInView |= Add(page, result) && IsInView(page);
         if (searchedPages == pageCount || isCut)
             Finish();
     } while (isSearching && !clock.hasExpired(sliceMs));
@@ -134,17 +150,64 @@ void DocumentSearch::SearchSome()
         emit Changed();
 }
 
-bool DocumentSearch::SearchPage(int page)
+std::shared_ptr<const DocumentSearch::PageResult> DocumentSearch::SearchText(const G_TextSearch& search, int page,
+                                                                             const IG_ReadText& text)
 {
-    bool isReadable = false;
-    const QList<G_TextMatch> matches = search.FindOnPage(document, page, maxMatches - count, &isReadable, &texts);
-    unreadablePages += isReadable ? 0 : 1;
-    if (matches.isEmpty())
+    const auto result = std::make_shared<PageResult>();
+    const QList<G_TextGlyph> glyphs = text.AllGlyphs();
+    result->isReadable = text.IsReadable();
+    result->squeezed = G_PageTextCache::Squeezed(glyphs);
+    const QList<G_TextMatch> matches = search.FindIn(glyphs, page, maxMatches);
+    for (const G_TextMatch& match : matches)
+        result->matches.append(match.rects);
+    return result;
+}
+
+bool DocumentSearch::ResultOf(int page, PageResult* result)
+{
+    if (!reader) {
+        const QList<G_TextMatch> matches =
+            search.FindOnPage(document, page, maxMatches - count, &result->isReadable, &texts);
+        for (const G_TextMatch& match : matches)
+            result->matches.append(match.rects);
+        return true;
+    }
+    if (search.IsRuledOut(document, page, &texts)) {
+        result->isReadable = true;
+        return true;
+    }
+    const std::shared_ptr<const void> found = reader->Take(page);
+    if (!found) {
+        WantResults();
+        return false;
+    }
+    *result = *static_cast<const PageResult*>(found.get());
+    if (result->isReadable)
+        texts.Keep(page, result->squeezed);
+    return true;
+}
+
+// The next pages that may have the text, as far as that is soon known.
+void DocumentSearch::WantResults()
+{
+    QVector<int> pages;
+    const int end = qMin(pageCount, searchedPages + pagesLookedAhead);
+    for (int i = searchedPages; i < end && pages.size() < G_TextReader::pagesAhead; ++i) {
+        const int page = (beginPage + i) % pageCount;
+        if (!search.IsRuledOut(document, page, &texts))
+            pages.append(page);
+    }
+    reader->Want(pages);
+}
+
+bool DocumentSearch::Add(int page, const PageResult& result)
+{
+    unreadablePages += result.isReadable ? 0 : 1;
+    if (result.matches.isEmpty())
         return false;
     PageMatches& boxes = found[page];
-    for (const G_TextMatch& match : matches)
-        boxes.append(match.rects);
-    count += matches.size();
+    boxes = result.matches.mid(0, maxMatches - count);
+    count += boxes.size();
     isCut = count >= maxMatches;
     return true;
 }
@@ -153,6 +216,8 @@ void DocumentSearch::Finish()
 {
     isSearching = false;
     timer.stop();
+    if (reader)
+        reader->Want({});
 }
 
 bool DocumentSearch::WasSearched(int page) const
@@ -191,6 +256,12 @@ bool DocumentSearch::ChooseFrom(int page, bool isBeginning)
 
 void DocumentSearch::Step(int direction)
 {
+    if (direction > 0 && (currentPage < 0 || isCurrentUnseen)) {
+        waitingStep = 0; // the first match is the next one, when it comes or when it came unseen
+        if (currentPage >= 0)
+            MakeCurrent(currentPage, currentIndex);
+        return;
+    }
     waitingStep = isSearching ? direction : 0;
     if (currentPage < 0)
         return; // the first match is yet to come
@@ -230,6 +301,7 @@ void DocumentSearch::MakeCurrent(int page, int index)
 {
     currentPage = page;
     currentIndex = index;
+    isCurrentUnseen = !isShown;
     if (isShown) // who has closed the bar reads on, and is not led away when a match comes late
         ShowCurrent();
     view->UpdateView();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <frame/document/text_search.h>
+#include <frame/view/text_reader.h>
 #include <frame/view/view_render.h>
 
 #include <QMap>
@@ -8,12 +9,15 @@
 #include <QRect>
 #include <QTimer>
 
+#include <memory>
+
 class G_DocView;
 class IG_Document;
 
 // The search in one open document: what is looked for, what was found so far, which match is the current one; paints
-// the matches on the pages that are shown. Pages are searched a few at a time between the events of the window, from
-// the page in view on and round to it. Belongs to a tab and dies before its view. Main thread only.
+// the matches on the pages that are shown. Pages are searched from the page in view on and round to it, on a thread of
+// their own where the document can be read there, else a few at a time between the events of the window. Belongs to a
+// tab and dies before its view. Main thread only.
 class DocumentSearch : public QObject, public G_DocViewRender
 {
     Q_OBJECT
@@ -58,8 +62,19 @@ private:
     void Restart();
     void RememberWhereToBegin();
     void SearchSome();
+    // What a page has, as it comes from the thread that searches.
+    struct PageResult
+    {
+        PageMatches matches;
+        bool isReadable = false;
+        QString squeezed;
+    };
+    // False, and it is on its way, when the page has still to be searched.
+    bool ResultOf(int page, PageResult* result);
+    void WantResults();
+    static std::shared_ptr<const PageResult> SearchText(const G_TextSearch& search, int page, const IG_ReadText& text);
     // True when there are matches on the page.
-    bool SearchPage(int page);
+    bool Add(int page, const PageResult& result);
     void Finish();
     bool WasSearched(int page) const;
     void ChooseFirst();
@@ -74,8 +89,9 @@ private:
     G_DocView* view;       // not owned
     IG_Document* document; // not owned
     G_TextSearch search;
-    G_PageTextCache texts; // so that one more letter reads few pages again
-    QTimer timer;          // fires while pages are left to search
+    G_PageTextCache texts;                // so that one more letter reads few pages again
+    std::unique_ptr<G_TextReader> reader; // null when the document is read on the main thread
+    QTimer timer;                         // fires while pages are left to search, and one is at hand
     QMap<int, PageMatches> found;
     int count = 0;
     int pageCount = 0;
@@ -90,4 +106,5 @@ private:
     bool isSearching = false;
     bool isCut = false;
     bool isShown = false;
+    bool isCurrentUnseen = false; // it became current while the bar was closed
 };

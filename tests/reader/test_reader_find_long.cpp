@@ -31,6 +31,7 @@ private slots:
     void newTypingCancelsTheSearchThatRuns();
     void goingBackWaitsForPagesThatWereNotSearchedYet();
     void aMatchThatComesAfterTheBarWasClosedMovesNothing();
+    void theFirstMatchIsNotPassedOverWhenTheBarWasClosedBeforeItCame();
     void closingATabDuringASearchIsSafe();
     void closingTheWindowDuringASearchIsSafe();
     void editsAndUndoDoNotDisturb();
@@ -104,6 +105,28 @@ void TestReaderFindLong::aMatchThatComesAfterTheBarWasClosedMovesNothing()
     QTest::keyClick(desk.Window(), Qt::Key_F3); // asked for again, it is shown
     QCOMPARE(desk.CurrentPage(), 998);
     QVERIFY(desk.IsCurrentInView());
+}
+
+void TestReaderFindLong::theFirstMatchIsNotPassedOverWhenTheBarWasClosedBeforeItCame()
+{
+    FindDesk desk(LongDocument());
+    desk.PressFind();
+    desk.Box()->setText("page 99"); // 99, 990 and those behind it
+    QTest::keyClick(desk.Box(), Qt::Key_Escape);
+    QTest::keyClick(desk.Window(), Qt::Key_F3); // in the middle of the search
+    desk.Wait();
+    QVERIFY(desk.Search()->MatchCount() > 2);
+    QCOMPARE(desk.Search()->CurrentNumber(), 1);
+    QVERIFY(desk.IsCurrentInView());
+    desk.Box()->setText("page 98");
+    QTest::keyClick(desk.Box(), Qt::Key_Escape);
+    desk.Wait();
+    QTest::keyClick(desk.Window(), Qt::Key_F3); // after it
+    QCOMPARE(desk.CurrentPage(), 98);
+    QVERIFY(desk.IsCurrentInView());
+    const int number = desk.Search()->CurrentNumber();
+    QTest::keyClick(desk.Window(), Qt::Key_F3);
+    QCOMPARE(desk.Search()->CurrentNumber(), number + 1);
 }
 
 void TestReaderFindLong::closingATabDuringASearchIsSafe()

@@ -3,6 +3,7 @@
 #include <tests/ofd/document/sample_files.h>
 #include <tests/support/test_main.h>
 
+#include <frame/document/text_source.h>
 #include <ofd/model/document_store.h>
 #include <ofd/ofd_document.h>
 #include <ofd/render/image_store.h>
@@ -139,6 +140,7 @@ private slots:
     void threadsThatWantOnePictureShareOneDecoding();
     void aPaintingOutlivesItsDocument();
     void allThreadsPaintTheSamePicture();
+    void textIsReadByThreadsWhileItIsHiddenAndShown();
 };
 
 void TestOfdThreads::pagesArePaintedWhileTheyAreReadHiddenEditedAndSaved()
@@ -239,6 +241,41 @@ void TestOfdThreads::allThreadsPaintTheSamePicture()
         for (const QImage& image : images)
             QCOMPARE(image, images.front());
     }
+}
+
+void TestOfdThreads::textIsReadByThreadsWhileItIsHiddenAndShown()
+{
+    const ofd::OpenResult opened = ofd::OfdDocument::Open(SamplePath(QStringLiteral("tour")));
+    QVERIFY(opened);
+    ofd::OfdDocument& document = *opened.document;
+    const int pageCount = document.GetPageCount();
+    std::atomic<bool> isStopped{false};
+    std::atomic<int> readPages{0};
+    std::atomic<int> failures{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < painterCount; ++i) {
+        threads.emplace_back([&, i] {
+            for (int page = i; !isStopped; page = (page + 1) % pageCount) {
+                const std::shared_ptr<const IG_ReadText> text = document.TextSource()->ReadText(page, isStopped);
+                if (text && !text->IsReadable())
+                    ++failures;
+                if (text)
+                    text->AllGlyphs();
+                ++readPages;
+            }
+        });
+    }
+    for (int round = 0; round < 10; ++round) {
+        for (int page = 0; page < pageCount; ++page)
+            ReadPage(document, page);
+        for (int i = 0; i < document.GetTemplateCount(); ++i)
+            document.SetTemplateVisible(document.GetTemplateIdAt(i), round % 2 != 0);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(readPages >= 200, 120'000);
+    isStopped = true;
+    for (std::thread& thread : threads)
+        thread.join();
+    QCOMPARE(failures.load(), 0);
 }
 
 } // namespace
