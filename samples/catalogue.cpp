@@ -49,11 +49,12 @@ std::vector<Sample> MakeList()
     list.push_back(
         Ordinary("report", "1,000 pages of 50 lines and 3,000 outline entries", [] { return MakeReport({}); }));
     for (const auto& group : {ContainerDeviations(), XmlDeviations(), ReferenceDeviations(), DocumentDeviations(),
-                              ContentDeviations(), ListDeviations(), SignatureDeviations()})
+                              ContentDeviations(), ListDeviations(), SignatureDeviations(), ProducerDeviations()})
         for (const Deviation& deviation : group)
             list.push_back(FromDeviation(deviation));
-    for (const auto& group : {ImageFeatures(), SealFeatures(), ColourFeatures(), FontFeatures(), PatternFeatures(),
-                              ShadingFeatures(), ClipFeatures(), TransparencyFeatures(), SharingFeatures()})
+    for (const auto& group :
+         {ImageFeatures(), SealFeatures(), ColourFeatures(), FontFeatures(), PatternFeatures(), ShadingFeatures(),
+          ClipFeatures(), TransparencyFeatures(), TextFeatures(), LinkFeatures(), SharingFeatures()})
         for (const Deviation& feature : group)
             list.push_back(FromDeviation(feature, QStringLiteral("features/")));
     for (const Damage& damage : Damages())

@@ -13,6 +13,8 @@ std::vector<Deviation> PatternFeatures();
 std::vector<Deviation> ShadingFeatures();
 std::vector<Deviation> ClipFeatures();
 std::vector<Deviation> TransparencyFeatures();
+std::vector<Deviation> TextFeatures();
+std::vector<Deviation> LinkFeatures();
 std::vector<Deviation> SharingFeatures();
 
 } // namespace samples
