@@ -1,5 +1,6 @@
 #include "main_window.h"
 
+#include "link_operations.h"
 #include "properties_dialog.h"
 #include "reader_context.h"
 
@@ -35,8 +36,9 @@ void MainWindow::WatchPageMenu(DocumentTab* tab)
     connect(page, &QWidget::customContextMenuRequested, this, &MainWindow::ShowPageMenu);
 }
 
-// The menu is that of the view's tool. While a drag is held no menu comes up: it would take the end of the drag.
-void MainWindow::ShowPageMenu()
+// The menu is that of the view's tool, with entries for the link that it comes up on. While a drag is held no menu
+// comes up: it would take the end of the drag.
+void MainWindow::ShowPageMenu(const QPoint& place)
 {
     G_DocView* view = context->CurrentDocView();
     G_ToolHandler* tool = view ? view->CurrentToolHandler() : nullptr;
@@ -45,5 +47,8 @@ void MainWindow::ShowPageMenu()
     const CCA_String name = tool->Name();
     ContextMenuItemState copy;
     copy.enabled = !view->SelectHighLightText().isEmpty();
-    context->ContextMenu()->PopupMenu(QString::fromUtf8(name.Bytes()), {{QStringLiteral("e_copytext"), copy}});
+    QMap<QString, ContextMenuItemState> states{{QStringLiteral("e_copytext"), copy}};
+    G_OperationParam params;
+    AddLinkToMenu(view, view->VisibleSceneRect().topLeft() + place, &states, &params);
+    context->ContextMenu()->PopupMenu(QString::fromUtf8(name.Bytes()), states, &params);
 }

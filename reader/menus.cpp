@@ -14,6 +14,9 @@ struct MenuRow
 };
 
 const MenuRow menuRows[] = {
+    {"t_handtool", "e_openlink", QT_TRANSLATE_NOOP("ContextMenu", "Open Link")},
+    {"t_handtool", "e_copylinkaddress", QT_TRANSLATE_NOOP("ContextMenu", "Copy Link Address")},
+    {"t_handtool", "", ""},
     {"t_handtool", "e_copytext", QT_TRANSLATE_NOOP("ContextMenu", "Copy")},
     {"t_handtool", "e_selectalltext", QT_TRANSLATE_NOOP("ContextMenu", "Select All")},
     {"t_handtool", "", ""},
@@ -21,6 +24,9 @@ const MenuRow menuRows[] = {
     {"t_handtool", "", ""},
     {"t_handtool", "f_properties", QT_TRANSLATE_NOOP("ContextMenu", "Properties…")},
 
+    {"t_textselect", "e_openlink", QT_TRANSLATE_NOOP("ContextMenu", "Open Link")},
+    {"t_textselect", "e_copylinkaddress", QT_TRANSLATE_NOOP("ContextMenu", "Copy Link Address")},
+    {"t_textselect", "", ""},
     {"t_textselect", "e_copytext", QT_TRANSLATE_NOOP("ContextMenu", "Copy")},
     {"t_textselect", "e_selectalltext", QT_TRANSLATE_NOOP("ContextMenu", "Select All")},
     {"t_textselect", "", ""},

@@ -112,6 +112,14 @@
         <source>Properties…</source>
         <translation>属性…</translation>
     </message>
+    <message>
+        <source>Open Link</source>
+        <translation>打开链接</translation>
+    </message>
+    <message>
+        <source>Copy Link Address</source>
+        <translation>复制链接地址</translation>
+    </message>
 </context>
 <context>
     <name>FindBar</name>
@@ -270,6 +278,21 @@
     </message>
 </context>
 <context>
+    <name>GP_LinkCommand</name>
+    <message>
+        <source>Save Attachment</source>
+        <translation>保存附件</translation>
+    </message>
+    <message>
+        <source>The attachment was saved.</source>
+        <translation>附件已保存。</translation>
+    </message>
+    <message>
+        <source>The attachment cannot be saved there.</source>
+        <translation>无法将附件保存到该位置。</translation>
+    </message>
+</context>
+<context>
     <name>GP_OutlineAdd</name>
     <message>
         <source>new outline</source>
@@ -309,6 +332,34 @@
         <source>This address cannot be opened.</source>
         <translation>无法打开此网址。</translation>
     </message>
+    <message>
+        <source>Page %1</source>
+        <translation>第 %1 页</translation>
+    </message>
+    <message>
+        <source>Attachment: %1</source>
+        <translation>附件：%1</translation>
+    </message>
+    <message>
+        <source>This attachment does not exist.</source>
+        <translation>该附件不存在。</translation>
+    </message>
+    <message>
+        <source>Sound</source>
+        <translation>声音</translation>
+    </message>
+    <message>
+        <source>Movie</source>
+        <translation>视频</translation>
+    </message>
+    <message>
+        <source>Sounds and movies cannot be played.</source>
+        <translation>无法播放声音和视频。</translation>
+    </message>
+    <message>
+        <source>The document does not allow its attachments to be saved.</source>
+        <translation>该文档不允许保存其附件。</translation>
+    </message>
 </context>
 <context>
     <name>G_DocView</name>
@@ -319,6 +370,10 @@
     <message>
         <source>no picture came</source>
         <translation>没有得到图像</translation>
+    </message>
+    <message>
+        <source>The text is copied as soon as all of it has been read. Esc stops that.</source>
+        <translation>全部文本读取完毕后即复制。按 Esc 停止。</translation>
     </message>
 </context>
 <context>
@@ -337,6 +392,17 @@
     <message>
         <source>The permissions of this document do not allow that.</source>
         <translation>此文档的权限不允许该操作。</translation>
+    </message>
+</context>
+<context>
+    <name>JobBar</name>
+    <message>
+        <source>Progress</source>
+        <translation>进度</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
     </message>
 </context>
 <context>
@@ -494,10 +560,6 @@
         <translation>缩小</translation>
     </message>
     <message>
-        <source>Rotate</source>
-        <translation>旋转</translation>
-    </message>
-    <message>
         <source>&amp;Go</source>
         <translation>转到(&amp;G)</translation>
     </message>
@@ -598,6 +660,114 @@ A reader of fixed-layout documents.</source>
     <message>
         <source>P&amp;roperties...</source>
         <translation>属性(&amp;R)...</translation>
+    </message>
+    <message>
+        <source>Save a Copy</source>
+        <translation>保存副本</translation>
+    </message>
+    <message>
+        <source>A copy needs another name than the document itself.</source>
+        <translation>副本的名称不能与文档本身相同。</translation>
+    </message>
+    <message>
+        <source>Discard your changes in %1?</source>
+        <translation>要放弃对 %1 所做的更改吗？</translation>
+    </message>
+    <message>
+        <source>%1 (copy).ofd</source>
+        <translation>%1（副本）.ofd</translation>
+    </message>
+    <message>
+        <source>Save a &amp;Copy...</source>
+        <translation>保存副本(&amp;C)...</translation>
+    </message>
+    <message>
+        <source>Re&amp;load</source>
+        <translation>重新加载(&amp;L)</translation>
+    </message>
+    <message>
+        <source>&amp;Print...</source>
+        <translation>打印(&amp;P)...</translation>
+    </message>
+    <message>
+        <source>Save Page as P&amp;icture...</source>
+        <translation>将页面另存为图片(&amp;I)...</translation>
+    </message>
+    <message>
+        <source>Rotate Right</source>
+        <translation>向右旋转</translation>
+    </message>
+    <message>
+        <source>Rotate Left</source>
+        <translation>向左旋转</translation>
+    </message>
+    <message>
+        <source>&amp;Full Screen</source>
+        <translation>全屏(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Go to Page...</source>
+        <translation>转到页面(&amp;G)...</translation>
+    </message>
+    <message>
+        <source>&amp;Back</source>
+        <translation>后退(&amp;B)</translation>
+    </message>
+    <message>
+        <source>&amp;Forward</source>
+        <translation>前进(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Next &amp;Tab</source>
+        <translation>下一个标签页(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Previous T&amp;ab</source>
+        <translation>上一个标签页(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Given up.</source>
+        <translation>已取消。</translation>
+    </message>
+    <message>
+        <source>Done.</source>
+        <translation>已完成。</translation>
+    </message>
+    <message>
+        <source>Wait for the work that is under way, or cancel it.</source>
+        <translation>请等待正在进行的工作完成，或将其取消。</translation>
+    </message>
+    <message>
+        <source>%1 is still being printed or saved as a picture. Give that up?</source>
+        <translation>%1 仍在打印或另存为图片。要放弃吗？</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>打印</translation>
+    </message>
+    <message>
+        <source>Printing</source>
+        <translation>正在打印</translation>
+    </message>
+    <message>
+        <source>Save Page as Picture</source>
+        <translation>将页面另存为图片</translation>
+    </message>
+    <message>
+        <source>PNG pictures (*.png);;JPEG pictures (*.jpg *.jpeg)</source>
+        <translation>PNG 图片 (*.png);;JPEG 图片 (*.jpg *.jpeg)</translation>
+    </message>
+    <message>
+        <source>Saving a picture</source>
+        <translation>正在保存图片</translation>
+    </message>
+    <message>
+        <source>F11 or Esc leaves full screen.</source>
+        <translation>按 F11 或 Esc 退出全屏。</translation>
+    </message>
+    <message>
+        <source>%1[*] (read-only)</source>
+        <translation>%1[*]（只读）</translation>
     </message>
 </context>
 <context>
@@ -844,6 +1014,22 @@ A reader of fixed-layout documents.</source>
     <message>
         <source>There is no font %1.</source>
         <translation>没有字体 %1。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no point of a region.</source>
+        <translation>“%1”不是区域中的点。</translation>
+    </message>
+    <message>
+        <source>The page has too many links.</source>
+        <translation>页面中的链接过多。</translation>
+    </message>
+    <message>
+        <source>The draw parameter %1 is painted with itself.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The colour profile of the picture cannot be used.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -1158,6 +1344,34 @@ A reader of fixed-layout documents.</source>
         <source>No signature is listed; the file carries a signed list of its parts instead.</source>
         <translation>没有列出签名，但文件带有一份经签名的部件清单。</translation>
     </message>
+    <message>
+        <source>none of %1, but the document itself</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 of %2 (%3)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, not the newest</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Version shown</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Yes, copies at a time: at most %1</source>
+        <translation>是，每次最多 %1 份</translation>
+    </message>
+    <message>
+        <source>May be printed</source>
+        <translation>允许打印</translation>
+    </message>
 </context>
 <context>
     <name>OpenDocumentFile</name>
@@ -1190,6 +1404,54 @@ A reader of fixed-layout documents.</source>
     </message>
 </context>
 <context>
+    <name>PagePicture</name>
+    <message>
+        <source>The document&apos;s rights do not allow pictures of its pages.</source>
+        <translation>文档权限不允许将页面保存为图片。</translation>
+    </message>
+    <message>
+        <source>Page %1 cannot be painted.
+%2</source>
+        <translation>无法绘制第 %1 页。
+%2</translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be written.
+%2</source>
+        <translation>无法写入文件 %1。
+%2</translation>
+    </message>
+</context>
+<context>
+    <name>PagePrinting</name>
+    <message>
+        <source>The printer, or the file, does not take the pages.</source>
+        <translation>打印机或文件无法接收页面。</translation>
+    </message>
+    <message>
+        <source>Page %1 has no size.</source>
+        <translation>第 %1 页没有大小。</translation>
+    </message>
+    <message>
+        <source>Page %1 cannot be painted.
+%2</source>
+        <translation>无法绘制第 %1 页。
+%2</translation>
+    </message>
+    <message>
+        <source>The document&apos;s rights do not allow printing.</source>
+        <translation>文档权限不允许打印。</translation>
+    </message>
+    <message>
+        <source>The document&apos;s rights do not allow so many copies. Copies at a time: at most %1.</source>
+        <translation>文档权限不允许打印这么多份。每次最多 %1 份。</translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be written.</source>
+        <translation>无法写入文件 %1。</translation>
+    </message>
+</context>
+<context>
     <name>PaneArea</name>
     <message>
         <source>Close the pane</source>
@@ -1205,6 +1467,33 @@ A reader of fixed-layout documents.</source>
     <message>
         <source>The module %1 does not start.</source>
         <translation>模块 %1 无法启动。</translation>
+    </message>
+</context>
+<context>
+    <name>PrintDialog</name>
+    <message>
+        <source>&amp;Fit to the paper</source>
+        <translation>适合纸张(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Actual size, in the middle of the paper</source>
+        <translation>实际大小，位于纸张中央(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Each page on a sheet of its own size</source>
+        <translation>每页使用与其大小相同的纸张(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>打印</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>大小</translation>
+    </message>
+    <message>
+        <source>The paper is turned to the orientation of each page.</source>
+        <translation>纸张方向随每页自动旋转。</translation>
     </message>
 </context>
 <context>
@@ -1267,6 +1556,13 @@ A reader of fixed-layout documents.</source>
     <message>
         <source>Open documents</source>
         <translation>已打开的文档</translation>
+    </message>
+</context>
+<context>
+    <name>ReaderContext</name>
+    <message>
+        <source>Dots per inch:</source>
+        <translation>每英寸点数：</translation>
     </message>
 </context>
 <context>

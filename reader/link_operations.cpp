@@ -1,0 +1,102 @@
+#include "link_operations.h"
+
+#include "reader_context.h"
+
+#include <frame/base/streams.h>
+#include <frame/document/ig_document.h>
+#include <frame/view/context_menu.h>
+#include <frame/view/doc_view.h>
+#include <frame/view/link_text.h>
+
+#include <QClipboard>
+#include <QDir>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QPointer>
+#include <QStandardPaths>
+
+namespace {
+
+// A name that any file system takes and that leads nowhere.
+QString SuggestedName(const G_AttachmentInfo& attachment)
+{
+    QString name = ShownText(FileNameOf(attachment));
+    for (QChar& c : name) {
+        if (QStringLiteral("/\\:*?\"<>|").contains(c))
+            c = QLatin1Char('_');
+    }
+    while (name.startsWith(QLatin1Char('.')))
+        name.remove(0, 1);
+    return name.isEmpty() ? QStringLiteral("attachment") : name;
+}
+
+bool WriteTo(const QString& path, IG_Document* document, int index)
+{
+    const std::unique_ptr<ICA_StreamWriter> writer(
+        ICA_StreamWriter::CreateFileStreamWriter(path.toStdWString().c_str(), 0));
+    if (!writer)
+        return false;
+    const bool isWritten = document->WriteAttachment(index, writer.get());
+    if (!isWritten)
+        writer->Abandon();
+    return isWritten;
+}
+
+// Only saves, whatever kind of file it is: nothing that came with a document is started.
+QString SaveAttachment(ReaderContext* context, IG_Document* document, int index)
+{
+    const G_AttachmentInfo attachment = document->GetAttachment(index);
+    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
+    const QString path = context->AskSavePath(GP_LinkCommand::tr("Save Attachment"),
+                                              folder.filePath(SuggestedName(attachment)), QString());
+    if (path.isEmpty())
+        return QString();
+    const int place = document->GetAttachmentIndexById(attachment.id); // the list may have changed meanwhile
+    const bool isWritten = place >= 0 && WriteTo(path, document, place) && QFileInfo::exists(path);
+    return isWritten ? GP_LinkCommand::tr("The attachment was saved.")
+                     : GP_LinkCommand::tr("The attachment cannot be saved there.");
+}
+
+} // namespace
+
+G_Operation* GP_LinkCommand::Clone() const
+{
+    auto* copy = new GP_LinkCommand(command);
+    copy->CopyFrom(this);
+    return copy;
+}
+
+bool GP_LinkCommand::DoAction()
+{
+    G_PageLink link;
+    if (!DocView() || !DocView()->LinkAt({Params->GetInt32("link_x"), Params->GetInt32("link_y")}, &link))
+        return false;
+    if (command == Open) {
+        UIContext()->ActionHandler()->DoActions(link.actions->Actions(), GDocument(), kClickOnPage);
+        return true;
+    }
+    const QString address = AddressOf(*link.actions);
+    if (!address.isEmpty())
+        QGuiApplication::clipboard()->setText(address);
+    return !address.isEmpty();
+}
+
+void AddLinkToMenu(G_DocView* view, const QPoint& scenePoint, QMap<QString, ContextMenuItemState>* states,
+                   G_OperationParam* params)
+{
+    G_PageLink link;
+    ContextMenuItemState open;
+    open.visible = view->LinkAt({scenePoint.x(), scenePoint.y()}, &link);
+    ContextMenuItemState copy;
+    copy.visible = open.visible && !AddressOf(*link.actions).isEmpty();
+    states->insert(QStringLiteral("e_openlink"), open);
+    states->insert(QStringLiteral("e_copylinkaddress"), copy);
+    params->Add("link_x", scenePoint.x());
+    params->Add("link_y", scenePoint.y());
+}
+
+void OfferAttachments(ReaderContext* context)
+{
+    context->ActionHandler()->SetAttachmentSaver(
+        [context](IG_Document* document, int index) { return SaveAttachment(context, document, index); });
+}
