@@ -27,6 +27,7 @@ std::vector<Deviation> DocumentDeviations();
 std::vector<Deviation> ContentDeviations();
 std::vector<Deviation> ListDeviations();
 std::vector<Deviation> SignatureDeviations();
+std::vector<Deviation> ProducerDeviations();
 
 // The plain document: a template, text, a path and a picture on the first page, text on the second, an outline of two
 // entries, a bookmark, a stamp with a remark, a visible and a hidden attachment, a tag file with two tags. The name

@@ -99,20 +99,26 @@ int QuarterTurns(const pugi::xml_node& element, const char* name)
 QVector<double> ExpandDeltas(std::string_view list, int limit)
 {
     QVector<double> deltas;
-    const std::vector<std::string_view> words = SplitWords(list);
-    for (size_t i = 0; i < words.size() && deltas.size() < limit; ++i) {
-        if (words[i] != "g" && words[i] != "G") {
-            deltas.append(NumberOf(words[i], 0));
+    std::string separated(list);
+    std::replace(separated.begin(), separated.end(), ',', ' ');
+    const std::vector<std::string_view> words = SplitWords(separated);
+    size_t next = 0;
+    while (next < words.size() && deltas.size() < limit) {
+        std::string_view word = words[next++];
+        if (word.front() != 'g' && word.front() != 'G') {
+            deltas.append(NumberOf(word, 0));
             continue;
         }
-        if (i + 2 >= words.size())
+        word.remove_prefix(1); // the count may stick to the letter
+        if (word.empty() && next < words.size())
+            word = words[next++];
+        if (next == words.size())
             break;
-        const double count = NumberOf(words[i + 1], limit); // beyond any number: as many as there are
-        const double value = NumberOf(words[i + 2], 0);
+        const double count = NumberOf(word, limit); // beyond any number: as many as there are
+        const double value = NumberOf(words[next++], 0);
         const int room = limit - deltas.size();
         for (int n = int(std::clamp(count, 0.0, double(room))); n > 0; --n)
             deltas.append(value);
-        i += 2;
     }
     return deltas;
 }

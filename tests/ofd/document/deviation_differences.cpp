@@ -64,6 +64,10 @@ const Difference table[] = {
                            "-bookmark \"Second page\" -> m0 p11/1 (0.0 20.0 0.0 0.0) x0\n"
                            "+outline \"Second page\" -> m0 p558/-1 (0.0 10.0 0.0 0.0) x0\n"
                            "+bookmark \"Second page\" -> m0 p558/-1 (0.0 20.0 0.0 0.0) x0\n"},
+    {"deltas_with_commas", "+  text FOUR\n"
+                           "+  text GLUE\n"
+                           "+  object 900\n"
+                           "+  object 901\n"},
     {"duplicate_unit_ids", "-  object 13\n"
                            "+  text duplicate_unit_ids\n"
                            "+  object 8\n"
@@ -75,6 +79,8 @@ const Difference table[] = {
                            "+  text Unknown\n"
                            "+  object 902\n"
                            "+  object 903\n"},
+    {"gb18030_called_utf8", "+  text 价税合计金额\n"
+                            "+  object 900\n"},
     {"glyph_clusters", "+  text BLOCKS 12\n"
                        "+  text MXZ\n"
                        "+  object 901\n"

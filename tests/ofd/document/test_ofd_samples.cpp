@@ -170,8 +170,10 @@ void TestOfdSamples::aDeviationSurvivesEditUndoAndSave()
     for (const QString& part : before->GetPartNames()) {
         if (part.endsWith(QLatin1String("xml"), Qt::CaseInsensitive) && !part.contains(QLatin1Char('/')))
             continue; // the entry part keeps the new date
-        if (sample.name == QLatin1String("character_references") && part == QLatin1String("Doc_0/Document.xml"))
-            continue; // a name that was saved as another cannot know how it was once spelled
+        // A name that was saved as another cannot know how it was once spelled, nor can a part that became UTF-8.
+        static const QSet<QString> spelledAnew = {"character_references", "wide_without_mark", "zero_bytes_behind"};
+        if (spelledAnew.contains(sample.name) && part == QLatin1String("Doc_0/Document.xml"))
+            continue;
         QVERIFY2(before->Read(part).bytes == undone->Read(part).bytes, qPrintable(part));
     }
 }
