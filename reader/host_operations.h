@@ -29,7 +29,7 @@ public:
     bool DoAction() override;
 };
 
-// "t_showannot": shows or hides the annotations of the current view; "checked" tells which, without it it toggles.
+// "t_showannot": shows or hides the annotations of the current view; "isVisible" tells which, without it it toggles.
 class GP_ShowAnnotations : public G_Operation
 {
 public:

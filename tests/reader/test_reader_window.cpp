@@ -37,6 +37,7 @@ private slots:
     void aFileThatIsNoDocumentGivesAMessageAndTheWindowLivesOn();
     void openingAnOpenFileActivatesItsTab();
     void fOpenOpensReadOnly();
+    void annotationsAreShownAndHiddenAsAskedOrTurnedOver();
     void droppedFilesAreOpened();
     void withoutTheModuleTheReaderWorksWithoutPanes();
     void aModuleThatIsNoPluginIsRefusedWithAReason();
@@ -156,6 +157,26 @@ void TestReaderWindow::fOpenOpensReadOnly()
     operation->DeleteLater();
     QVERIFY(desk.View()->GDocument()->IsReadOnly());
     QVERIFY(!desk.Context()->PerformOperation("d_addbookmark", QString()));
+}
+
+void TestReaderWindow::annotationsAreShownAndHiddenAsAskedOrTurnedOver()
+{
+    ReaderDesk desk;
+    QVERIFY(desk.Window()->OpenFile(desk.Sample("tour.ofd")));
+    const auto show = [&desk](const QVariant& isVisible) {
+        G_Operation* operation = desk.Context()->CreateOperationByName("t_showannot", QString());
+        if (isVisible.isValid())
+            operation->Params->Add("isVisible", isVisible.toBool());
+        const bool isDone = operation->PerformAction();
+        operation->DeleteLater();
+        return isDone && desk.View()->AnnotStatus();
+    };
+    QVERIFY(show(true));
+    QVERIFY(show(true)); // asked for again: they stay
+    QVERIFY(!show(false));
+    QVERIFY(!show(false));
+    QVERIFY(show({}));
+    QVERIFY(!show({}));
 }
 
 void TestReaderWindow::droppedFilesAreOpened()
