@@ -90,6 +90,7 @@ void TestDocViewPictures::tilesMeetWithoutSeamOrShift()
     const QRect seen = view->VisibleSceneRect();
     const QRect onPage = (seen & view->PageRect(0)).adjusted(1, 1, -1, -1).translated(-view->PageRect(0).topLeft());
     const QPoint toWidget = view->PageRect(0).topLeft() - seen.topLeft();
+    QVERIFY(onPage.width() > 300 && onPage.height() > 300);
     for (int y = onPage.top(); y <= onPage.bottom(); ++y) {
         for (int x = onPage.left(); x <= onPage.right(); ++x) {
             const QColor seenThere = image.pixelColor((QPoint(x, y) + toWidget) * ratio);

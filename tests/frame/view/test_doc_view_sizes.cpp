@@ -151,10 +151,14 @@ void TestDocViewSizes::pagesInViewHaveTheirTrueSize()
         measured.view->GoToPage(measured.view.get(), page, CCA_GRect(), false);
         ViewFixture::Settle();
         const QRect seen = measured.view->VisibleSceneRect();
+        int inView = 0;
         for (int i = page; i < page + 12; ++i) {
-            if (measured.view->PageRect(i).intersects(seen))
-                QCOMPARE(measured.view->PageRect(i).size(), ShownSize(*measured.view, i));
+            if (!measured.view->PageRect(i).intersects(seen))
+                continue;
+            ++inView;
+            QCOMPARE(measured.view->PageRect(i).size(), ShownSize(*measured.view, i));
         }
+        QVERIFY(inView > 1);
     }
 }
 
