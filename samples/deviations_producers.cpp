@@ -78,6 +78,12 @@ void DeltasWithCommas(Package& package)
                             "X=\"0\" Y=\"6\" DeltaX=\"g3 5\">GLUE</ofd:TextCode></ofd:TextObject>\n");
 }
 
+void ObjectsWithoutLayer(Package& package)
+{
+    package.Replace(kSecondPage, "<ofd:Layer ID=\"12\">", "");
+    package.Replace(kSecondPage, "</ofd:Layer>", "");
+}
+
 constexpr const char* kGroup = "Producers";
 
 const Deviation kTable[] = {
@@ -95,6 +101,8 @@ const Deviation kTable[] = {
      "the first character tells", WideWithoutMark},
     {"deltas_with_commas", kGroup, "distances between glyphs with commas, and a count that sticks to its letter",
      "read them as with blanks", DeltasWithCommas},
+    {"objects_without_layer", kGroup, "the second page's objects are in no layer", "take them as a body layer",
+     ObjectsWithoutLayer},
 };
 
 } // namespace

@@ -213,6 +213,10 @@ std::shared_ptr<PageContent> ReadPageContent(const pugi::xml_node& page,
             layer.objects = ObjectReader(*resources, int(IdAttribute(element, "DrawParam"))).ReadAll(element);
             content->layers.push_back(std::move(layer));
         }
+        Layer loose; // objects that a writer put into no layer
+        loose.objects = ObjectReader(*resources).ReadAll(holder);
+        if (!loose.objects.empty())
+            content->layers.push_back(std::move(loose));
     }
     return content;
 }
