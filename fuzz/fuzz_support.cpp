@@ -54,6 +54,8 @@ void ReadPage(ofd::OfdDocument& document, int index)
         return;
     page->Load();
     page->LoadAnnots();
+    for (const G_PageLink& link : page->GetLinks())
+        link.Contains({100, 150});
     if (IG_TextPage* text = page->GetTextPage()) {
         text->Parse(0);
         text->AllRuns();

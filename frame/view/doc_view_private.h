@@ -91,12 +91,13 @@ struct G_DocView::Private
 
     // doc_view_text.cpp
     void StartSelecting();
-    // Adds the text of the next pages to the selection, for about that long. Waits no longer for a page that takes long
-    // to read, unless everything is to be read now.
-    void SelectMore(int milliseconds, bool readsAllNow = false);
+    // How long pages that were not read yet are waited for.
+    enum class TextWait { None, Short, AsLongAsItTakes };
+    // Adds the text of the next pages to the selection, for about that long.
+    void SelectMore(int milliseconds, TextWait wait = TextWait::None);
     void EndSelecting();
     // Whether a page's text can be asked for without a wait; it is read when it cannot. Waits that long at the most,
-    // and once for each page.
+    // and not again for a page that did not come in time.
     bool IsTextReady(int page, int milliseconds);
     // Reads the text of pages that somebody waits for, then of those in view.
     void WantTexts();
@@ -107,6 +108,8 @@ struct G_DocView::Private
     CCA_Point Remember(const QPoint& viewportPoint);
     bool MouseEvent(QMouseEvent* event);
     bool WheelEvent(QWheelEvent* event);
+    // Something else may lie under a mouse that rests.
+    void HoverAgain(const QWheelEvent& event);
     bool KeyEvent(QKeyEvent* event);
     bool DefaultKey(QKeyEvent* event);
     // A screenful on or back, from page to page where whole pages fit.
@@ -176,6 +179,7 @@ struct G_DocView::Private
     QFutureWatcher<QString> copyWatcher; // a long text that is being put together
     std::unique_ptr<G_TextReader> textReader;
     QPair<int, int> askedText = {-1, -1}; // pages that a tool waits for
+    int lateText = -1;                    // a page that was waited for in vain
     bool readsTextAhead = false;
     bool isTextAheadDue = false; // the pictures in view are there
     QUndoStack* stack = nullptr; // owned by the view as its child

@@ -162,6 +162,12 @@ bool G_DocView::Private::WheelEvent(QWheelEvent* event)
     return true;
 }
 
+void G_DocView::Private::HoverAgain(const QWheelEvent& event)
+{
+    if (tool && event.buttons() == Qt::NoButton)
+        tool->OnMouseMove(static_cast<unsigned>(event.modifiers()), Remember(event.position().toPoint()));
+}
+
 bool G_DocView::Private::KeyEvent(QKeyEvent* event)
 {
     const auto flags = static_cast<unsigned>(event->modifiers());

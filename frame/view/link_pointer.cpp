@@ -19,9 +19,12 @@ void G_LinkPointer::Hover(CCA_Point point)
 {
     G_DocView* view = tool->DocView();
     G_PageLink link;
-    isOnLink = view->LinkAt(point, &link);
+    const bool isOnLink = view->LinkAt(point, &link);
     view->SetViewCursor(isOnLink ? int(Qt::PointingHandCursor) : cursor);
-    view->SetViewTip(isOnLink ? DescribeActions(*link.actions, view->GDocument()) : QString());
+    if (link.actions == shown)
+        return;
+    shown = link.actions;
+    view->SetViewTip(shown ? DescribeActions(*shown, view->GDocument()) : QString());
 }
 
 bool G_LinkPointer::Press(CCA_Point point)
@@ -55,9 +58,9 @@ bool G_LinkPointer::Release(CCA_Point point)
 void G_LinkPointer::Forget()
 {
     pressed = G_PageLink();
-    if (isOnLink)
+    if (shown)
         tool->DocView()->SetViewTip(QString());
-    isOnLink = false;
+    shown.reset();
 }
 
 QPoint G_LinkPointer::OnScreen(CCA_Point point) const

@@ -32,7 +32,7 @@ private:
 
     G_ToolHandler* tool; // not owned
     const int cursor;
-    bool isOnLink = false;
-    G_PageLink pressed; // invalid for none
-    QPoint pressPlace;  // in the view, so that pages may move below the mouse
+    std::shared_ptr<const G_ActionList> shown; // of the link under the mouse; null for none
+    G_PageLink pressed;                        // invalid for none
+    QPoint pressPlace;                         // in the view, so that pages may move below the mouse
 };

@@ -88,6 +88,8 @@ void G_PageWidget::wheelEvent(QWheelEvent* event)
         event->accept();
     else
         QAbstractScrollArea::wheelEvent(event); // NOLINT(bugprone-parent-virtual-call): the scene takes no wheel
+    if (view)
+        view->d->HoverAgain(*event);
 }
 
 void G_PageWidget::Key(QKeyEvent* event)

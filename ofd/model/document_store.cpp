@@ -75,9 +75,9 @@ void TellOfDuplicateIds(const PageContent& page)
         if (ids[i] != ids[i - 1] || (i > 1 && ids[i] == ids[i - 2]))
             continue;
         const ProblemPlace place(ids[i]);
-        ReportProblem(
-            ProblemKind::DuplicateIdentifier,
-            QCoreApplication::translate("OfdDocument", "More than one object of the page has the ID %1.").arg(ids[i]));
+        ReportProblem(ProblemKind::DuplicateIdentifier,
+                      QCoreApplication::translate("OfdDocument", "More than one object of the page has the ID %1.")
+                          .arg(quint32(ids[i])));
     }
 }
 
@@ -250,8 +250,12 @@ KeptBytes DocumentStore::GetKeptBytes()
     kept.images = images->GetKeptBytes();
     kept.stamps = stamps->GetKeptBytes();
     kept.texts = texts->GetKeptBytes();
-    kept.limit =
-        CachedContentBytes + CachedAnnotationBytes + images->GetLimit() + stamps->GetLimit() + texts->GetLimit();
+    {
+        const std::lock_guard<std::mutex> lock(linkMutex);
+        kept.links = links.totalCost();
+    }
+    kept.limit = CachedContentBytes + CachedAnnotationBytes + CachedLinkBytes + images->GetLimit() +
+                 stamps->GetLimit() + texts->GetLimit();
     return kept;
 }
 
@@ -324,9 +328,13 @@ std::shared_ptr<const PageAnnotations> DocumentStore::GetPageAnnotations(int pag
 // The mouse moves over the same few pages, so their links are placed once.
 std::shared_ptr<const PlacedLinks> DocumentStore::GetPageLinks(int pageIndex)
 {
-    if (const auto* known = links.object(pageIndex))
-        return *known;
+    {
+        const std::lock_guard<std::mutex> lock(linkMutex);
+        if (const auto* known = links.object(pageIndex))
+            return *known;
+    }
     const std::shared_ptr<const PlacedLinks> placed = PlaceLinks(*this, pageIndex);
+    const std::lock_guard<std::mutex> lock(linkMutex);
     links.insert(pageIndex, new std::shared_ptr<const PlacedLinks>(placed), CostOf(placed->bytes, CachedLinkBytes));
     return placed;
 }

@@ -42,9 +42,10 @@ struct KeptBytes
     qint64 images = 0;
     qint64 stamps = 0;
     qint64 texts = 0;
+    qint64 links = 0;
     qint64 limit = 0; // of all together
 
-    qint64 Sum() const { return contents + annotations + images + stamps + texts; }
+    qint64 Sum() const { return contents + annotations + images + stamps + texts + links; }
 };
 
 // Everything that is read from an open document at first use, shared by the main thread and the painting threads. What
@@ -129,7 +130,8 @@ private:
     bool isAnnotationListBroken = false;                                // known with the index
     QCache<int, std::shared_ptr<const PageAnnotations>> annotations;    // by page index; weighed in bytes
     QHash<int, std::shared_ptr<const PageAnnotations>> keptAnnotations; // by page index; never dropped
-    QCache<int, std::shared_ptr<const PlacedLinks>> links;              // by page index; weighed in bytes; main thread
+    std::mutex linkMutex;
+    QCache<int, std::shared_ptr<const PlacedLinks>> links; // by page index; weighed in bytes
 };
 
 } // namespace ofd

@@ -76,6 +76,9 @@ private:
                 continue;
             if (++templateCount > limits::MaxTemplatesOnPage)
                 return;
+            const DocumentStructure& structure = store.GetStructure();
+            const int position = structure.templateById.value(reference.id, -1);
+            const ProblemScope scope(position < 0 ? QString() : structure.templates.at(position).part);
             place.templates.append(reference.id);
             const std::shared_ptr<const PageContent> content = store.GetTemplateContent(reference.id);
             WalkLayers(*content, false);

@@ -6,7 +6,8 @@
 
 namespace ofd {
 
-// When an action is run.
+// When an action is meant to be run. Those of a page that comes into view are kept in the file and never run: a place
+// must not change under whoever scrolls, nor may a file open anything by itself.
 enum class ActionEvent { Click, DocumentOpen, PageOpen };
 
 // What an action element does, but for jumps inside the document; one that is not understood does nothing. Never null.

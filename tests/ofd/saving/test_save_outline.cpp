@@ -47,7 +47,7 @@ void TestSaveOutline::noEditSavesTheSameBytes()
     const auto document = desk->Open(path);
     QCOMPARE(DumpTree(document->GetOutlineRoot()),
              QStringLiteral("One closed -> 1/0 (5,0,0,0) x0 mode 0\n  One.One\n  One.Two\n"
-                            "Two -> http://a.b/?c&d -> action 0\nThree\n"));
+                            "Two -> http://a.b/?c&d -> action 5\nThree\n"));
     QVERIFY(!document->IsModified());
     QVERIFY(document->Save());
     QVERIFY(document->SaveAs(desk->Path(QStringLiteral("b.ofd"))));
