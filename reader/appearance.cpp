@@ -5,6 +5,7 @@
 #include <QFontDatabase>
 #include <QIcon>
 #include <QLibraryInfo>
+#include <QPalette>
 #include <QTranslator>
 
 namespace {
@@ -41,6 +42,18 @@ void InstallTranslator(QApplication& application, const QString& name, const QSt
 
 } // namespace
 
+void KeepWindowLight()
+{
+    constexpr int darkest = 128; // of 255
+    const QPalette palette = QApplication::palette();
+    if (palette.color(QPalette::Window).lightness() >= darkest && palette.color(QPalette::Base).lightness() >= darkest)
+        return;
+    QPalette light(QColor(0xEF, 0xEF, 0xEF));
+    light.setColor(QPalette::Highlight, QColor(0x2F, 0x6F, 0xDE));
+    light.setColor(QPalette::Link, QColor(0x2F, 0x6F, 0xDE));
+    QApplication::setPalette(light);
+}
+
 void SetUpAppearance(QApplication& application)
 {
     application.setApplicationName(QStringLiteral("tetoreader"));
@@ -51,4 +64,5 @@ void SetUpAppearance(QApplication& application)
     const QDir programs(QApplication::applicationDirPath());
     InstallTranslator(application, QStringLiteral("tetobaisfla"), programs.filePath(QStringLiteral("languages")));
     SubstituteNamedFont();
+    KeepWindowLight();
 }

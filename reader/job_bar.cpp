@@ -23,6 +23,7 @@ JobBar::JobBar(QWidget* parent)
         if (job)
             job->Cancel();
     });
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
     hide();
 }
 

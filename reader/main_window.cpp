@@ -11,6 +11,7 @@
 #include "remembered_views.h"
 #include "status_panel.h"
 #include "view_history.h"
+#include "welcome.h"
 
 #include <frame/document/ig_document.h>
 #include <frame/navigation/icore.h>
@@ -26,6 +27,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QLayout>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QSplitter>
@@ -136,8 +138,10 @@ void MainWindow::AddTab(std::unique_ptr<DocumentFile> file)
     undoGroup->addStack(added->View()->UndoStack());
     WatchTab(added);
     const int position = tabBar->addTab(added->Label());
+    MakeCloseButton(added, position);
     tabBar->setTabToolTip(position, QDir::toNativeSeparators(added->Path()));
     ActivateTab(position);
+    viewStack->layout()->activate(); // a place may keep the zoom, which fits the view only once that has its size
     if (!rememberedViews->Restore(added->Path(), *added->View()))
         context->ActionHandler()->FollowOpenActions(added->View()); // where the document wants to be opened
     paneMaker->ViewOpened(added->View());
@@ -422,7 +426,8 @@ void MainWindow::SaveCurrentAs()
 
 void MainWindow::ChooseFiles()
 {
-    const QString folder = CurrentTab() ? QFileInfo(CurrentTab()->Path()).path() : QDir::homePath();
+    const QString latest = CurrentTab() ? CurrentTab()->Path() : recentFiles->Paths().value(0);
+    const QString folder = latest.isEmpty() ? QDir::homePath() : QFileInfo(latest).path();
     const QStringList paths =
         QFileDialog::getOpenFileNames(this, tr("Open"), folder, tr("OFD documents (*.ofd);;All files (*)"));
     for (const QString& path : paths)

@@ -28,6 +28,7 @@ class ReaderContext;
 class RecentFiles;
 class RememberedViews;
 class StatusPanel;
+class Welcome;
 enum class PrintSize;
 
 namespace Core {
@@ -133,6 +134,7 @@ private:
     void FillRecentMenu();
     void AddTab(std::unique_ptr<DocumentFile> file);
     void WatchTab(DocumentTab* tab);
+    void MakeCloseButton(DocumentTab* tab, int position);
     int PositionOf(const DocumentTab* tab) const;
     int PositionOfPath(const QString& path) const;
     void RefreshTab(DocumentTab* tab);
@@ -178,7 +180,7 @@ private:
     NavigationBar* navigationBar = nullptr;
     PaneArea* paneArea = nullptr;
     QStackedWidget* viewStack = nullptr;
-    QWidget* welcome = nullptr;
+    Welcome* welcome = nullptr;
     QFrame* fileBar = nullptr;
     QLabel* fileBarText = nullptr;
     FindBar* findBar = nullptr;

@@ -5,6 +5,7 @@
 #include "reader_context.h"
 #include "recent_files.h"
 #include "status_panel.h"
+#include "welcome.h"
 
 #include <frame/document/ig_document.h>
 #include <frame/navigation/navigation_page.h>
@@ -21,13 +22,13 @@
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTabBar>
+#include <QToolButton>
 
 namespace {
 
 QTabBar* MakeTabBar(QWidget* parent)
 {
     auto* bar = new QTabBar(parent);
-    bar->setTabsClosable(true);
     bar->setMovable(true);
     bar->setExpanding(false);
     bar->setDocumentMode(true);
@@ -70,21 +71,36 @@ void MainWindow::MakeCentralArea()
     column->addLayout(row, 1);
     setCentralWidget(central);
 
-    auto* hint = new QLabel(tr("Open a document, or drop one here."), viewStack);
-    hint->setAlignment(Qt::AlignCenter);
-    hint->setStyleSheet(QStringLiteral("color:#7A8499;font-size:15px;"));
-    welcome = hint;
+    welcome = new Welcome(viewStack);
     viewStack->addWidget(welcome);
+    connect(welcome, &Welcome::OpenRequested, this, &MainWindow::ChooseFiles);
+    connect(
+        welcome, &Welcome::FileRequested, this, [this](const QString& path) { OpenFile(path); }, Qt::QueuedConnection);
     statusPanel = new StatusPanel(this);
     MakeJobBar();
     statusBar()->addPermanentWidget(statusPanel);
     connect(statusPanel, &StatusPanel::Typed, this, [this] { viewStack->currentWidget()->setFocus(); });
 
     connect(tabBar, &QTabBar::currentChanged, this, &MainWindow::OnTabChosen);
-    connect(tabBar, &QTabBar::tabCloseRequested, this, &MainWindow::CloseTab);
     connect(tabBar, &QTabBar::tabMoved, this, &MainWindow::OnTabMoved);
     connect(navigationBar, &NavigationBar::PageToggled, this, &MainWindow::ShowPane);
     connect(paneArea, &PaneArea::CloseRequested, this, [this] { ShowPane(CurrentPaneId(), false); });
+}
+
+// In place of Qt's own, which has no name and follows the desktop's icons.
+void MainWindow::MakeCloseButton(DocumentTab* tab, int position)
+{
+    auto* close = new QToolButton(tabBar);
+    close->setIcon(QIcon(QStringLiteral(":/reader/image/close.svg")));
+    close->setIconSize(QSize(12, 12));
+    close->setAutoRaise(true);
+    close->setFixedSize(18, 18);
+    close->setFocusPolicy(Qt::NoFocus);
+    close->setToolTip(tr("Close"));
+    close->setAccessibleName(tr("Close %1").arg(QFileInfo(tab->Path()).fileName()));
+    connect(
+        close, &QToolButton::clicked, tab, [this, tab] { CloseTab(PositionOf(tab)); }, Qt::QueuedConnection);
+    tabBar->setTabButton(position, QTabBar::RightSide, close);
 }
 
 QString MainWindow::CurrentPaneId() const
@@ -139,9 +155,12 @@ void MainWindow::RefreshWindow()
     saveAction->setEnabled(tab && tab->IsDirty());
     tabBar->setVisible(TabCount() > 0 && !isFullScreen());
     setWindowModified(tab && tab->IsDirty());
-    setWindowTitle(tab ? QFileInfo(tab->Path()).fileName() + QStringLiteral("[*] - tetoreader")
-                       : QStringLiteral("tetoreader"));
+    const QString name = tab ? QFileInfo(tab->Path()).fileName() : QString();
+    const QString title = tab && tab->Document()->IsReadOnly() ? tr("%1[*] (read-only)").arg(name) : name + "[*]";
+    setWindowTitle(tab ? title + QStringLiteral(" - tetoreader") : QStringLiteral("tetoreader"));
     fullScreenAction->setChecked(isFullScreen());
+    if (!tab)
+        welcome->ShowRecent(recentFiles->Paths());
     RefreshHistory();
     UpdateToolActions();
 }

@@ -12,12 +12,14 @@
 #include <QEvent>
 #include <QKeyEvent>
 #include <QMenuBar>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QToolBar>
 
 namespace {
 
+constexpr double ShareOfScreen = 0.92; // that a window takes at most when it is new
 constexpr char geometryKey[] = "window.geometry";
 constexpr char paneKey[] = "window.pane";
 constexpr char paneWidthKey[] = "window.paneWidth";
@@ -30,6 +32,8 @@ void MainWindow::RestoreWindow()
     const QByteArray geometry = settings->ConfigValue(QLatin1String(geometryKey)).toByteArray();
     if (!geometry.isEmpty())
         restoreGeometry(geometry); // on a screen that is there
+    else if (screen())
+        resize(size().boundedTo(screen()->availableSize() * ShareOfScreen));
     paneWidth = qBound(100, settings->ConfigValue(QLatin1String(paneWidthKey), paneWidth).toInt(), 2000);
     const QString pane = settings->ConfigValue(QLatin1String(paneKey)).toString();
     if (!pane.isEmpty())

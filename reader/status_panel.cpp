@@ -72,8 +72,13 @@ void StatusPanel::SetView(G_DocView* newView)
         disconnect(view, nullptr, this, nullptr);
     view = newView;
     setEnabled(view != nullptr);
-    if (!view)
+    if (!view) {
+        const QSignalBlocker quiet(pageBox);
+        pageBox->setSuffix(QString());
+        pageBox->clear();
+        zoomBox->clearEditText();
         return;
+    }
     const int pageCount = view->GDocument()->GetPageCount();
     {
         const QSignalBlocker quiet(pageBox);

@@ -610,10 +610,6 @@ A reader of fixed-layout documents.</source>
 版式文档阅读器。</translation>
     </message>
     <message>
-        <source>Open a document, or drop one here.</source>
-        <translation>打开文档，或将文档拖放到此处。</translation>
-    </message>
-    <message>
         <source>%1 was changed by another program.</source>
         <translation>%1 已被其他程序更改。</translation>
     </message>
@@ -768,6 +764,10 @@ A reader of fixed-layout documents.</source>
     <message>
         <source>%1[*] (read-only)</source>
         <translation>%1[*]（只读）</translation>
+    </message>
+    <message>
+        <source>Close %1</source>
+        <translation>关闭 %1</translation>
     </message>
 </context>
 <context>
@@ -1586,6 +1586,21 @@ A reader of fixed-layout documents.</source>
     <message>
         <source>Zoom</source>
         <translation>缩放</translation>
+    </message>
+</context>
+<context>
+    <name>Welcome</name>
+    <message>
+        <source>Open a document, or drop one here.</source>
+        <translation>打开一个文档，或将文档拖放到此处。</translation>
+    </message>
+    <message>
+        <source>&amp;Open...</source>
+        <translation>打开(&amp;O)...</translation>
+    </message>
+    <message>
+        <source>Recent documents</source>
+        <translation>最近的文档</translation>
     </message>
 </context>
 <context>

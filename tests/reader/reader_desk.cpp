@@ -47,8 +47,10 @@ void ScriptedReaderContext::AnswerSavePath(const QString& path, int dotsPerInch)
     dots = dotsPerInch;
 }
 
-QString ScriptedReaderContext::AskSavePath(const QString& title, const QString& path, const QString&)
+QString ScriptedReaderContext::AskSavePath(const QString& title, const QString& path, const QString& filter)
 {
+    if (hasRealFileDialog)
+        return ReaderContext::AskSavePath(title, path, filter);
     if (savePath.isEmpty())
         QTest::qFail(qPrintable("unexpected file dialog: " + title), __FILE__, __LINE__);
     proposedPath = path;

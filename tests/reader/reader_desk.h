@@ -27,6 +27,8 @@ public:
     void AnswerPrint(const PrintAnswer& answer) { printAnswer = answer; }
     // One path, and a number of dots for an inch.
     void AnswerSavePath(const QString& path, int dotsPerInch = 0);
+    // The real dialog asks for paths; the test answers that.
+    void UseRealFileDialog() { hasRealFileDialog = true; }
     QString ProposedPath() const { return proposedPath; }
     void Answer(int button) { answers << button; }
     QStringList Texts() const { return texts; }
@@ -35,6 +37,7 @@ public:
 private:
     int Take(const QString& text);
     PrintAnswer printAnswer;
+    bool hasRealFileDialog = false;
     QString savePath;
     QString proposedPath;
     int dots = 0;

@@ -221,6 +221,7 @@ void TestReaderTabs::insteadOfBreakingSignaturesACopyIsSaved()
     DocumentTab* tab = desk.Window()->CurrentTab();
     QVERIFY(AddBookmark(desk));
     Settle();
+    desk.Context()->UseRealFileDialog();
     QTimer chooser; // answers the dialog that asks for a name
     connect(&chooser, &QTimer::timeout, this, [&copy] {
         auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
