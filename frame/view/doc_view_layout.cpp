@@ -255,8 +255,11 @@ void G_DocView::GoToPage(G_DocView* /*sender*/, int pageIndex, const CCA_GRect& 
                                       page.left() + page.width() + margin - room.width());
         d->ScrollTo(QPointF(left, page.top() - PageLayout::gapPx), QPoint(0, 0));
     } else {
+        // Most destinations name a corner alone: what they leave out is 0 and says nothing.
         const CCA_Rect place = SceneRectFromDocRect(rect, pageIndex);
-        d->ScrollTo(QPointF(place.left, place.top), QPoint(0, 0));
+        const CCA_Point corner = rect.IsEmpty() ? ScenePointFromDocPoint({rect.left, rect.top}, pageIndex)
+                                                : CCA_Point{place.left, place.top};
+        d->ScrollTo(QPointF(corner.x, corner.y), QPoint(0, 0));
     }
     --d->moving;
     d->current = pageIndex;

@@ -158,6 +158,33 @@ private slots:
         QCOMPARE(probe->StatusTexts(), QStringList{"This page does not exist."});
     }
 
+    void aJumpToACornerGoesThereWhateverIsLeftOut_data()
+    {
+        QTest::addColumn<float>("left");
+        QTest::addColumn<float>("top");
+        QTest::newRow("top alone, as most do") << 0.0F << 120.0F;
+        QTest::newRow("left and top") << 60.0F << 120.0F;
+        QTest::newRow("left alone") << 60.0F << 0.0F;
+    }
+
+    void aJumpToACornerGoesThereWhateverIsLeftOut()
+    {
+        QFETCH(float, left);
+        QFETCH(float, top);
+        fixture->View()->SetZoom(300, false); // so that the page is larger than the view
+        G_ActionGoto jump;
+        jump.dest->pageIndex = 2;
+        jump.dest->left = left;
+        jump.dest->top = top;
+        Run({&jump});
+        int page = -1;
+        const QPoint corner = fixture->View()->VisibleSceneRect().topLeft();
+        const CCA_GPoint place = fixture->View()->DocPointFromScenePoint({corner.x(), corner.y()}, &page);
+        QCOMPARE(fixture->View()->CurrentPageIndex(), 2);
+        QVERIFY(qAbs(place.x - left) < 1 || left == 0);
+        QVERIFY(qAbs(place.y - top) < 1 || top == 0);
+    }
+
     void allActionsRunInOrderAndEachKindOfFailureIsToldOnce()
     {
         G_Action unknown;
