@@ -5,6 +5,7 @@
 #include <frame/document/ig_document.h>
 #include <frame/json/ovjson.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -102,7 +103,9 @@ RenderWish G_DocView::Private::UnderlayOf(int page, const PageLook& look) const
 {
     RenderWish wish{page, look, QRect()};
     const double pixels = double(look.whole.width()) * look.whole.height();
-    wish.look.pixelsPerMm *= std::sqrt(double(PageTiles::previewPixels) / pixels);
+    const double longest = std::max(look.whole.width(), look.whole.height());
+    wish.look.pixelsPerMm *= std::min(
+        {1.0, std::sqrt(double(PageTiles::previewPixels) / pixels), double(PageTiles::longestSidePx) / longest});
     wish.look.whole = layout.PagePixels(page, wish.look.pixelsPerMm);
     wish.region = QRect(QPoint(0, 0), wish.look.whole);
     return wish;

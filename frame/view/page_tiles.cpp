@@ -4,7 +4,8 @@
 
 bool PageTiles::IsTiled(const QSize& whole)
 {
-    return qint64(whole.width()) * whole.height() > mostWholePixels;
+    return qint64(whole.width()) * whole.height() > mostWholePixels ||
+           std::max(whole.width(), whole.height()) > longestSidePx;
 }
 
 QVector<QRect> PageTiles::Covering(const QRect& part, const QSize& whole)

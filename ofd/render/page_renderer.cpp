@@ -12,6 +12,7 @@
 #include <QCoreApplication>
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
 #include <new>
 
@@ -21,6 +22,9 @@ namespace {
 
 // Edges of the picture are not quite exact where outlines are cut off at them, which would show where tiles meet.
 constexpr int EdgePx = 8;
+
+// Painters reach 32767 pixels; what is painted at once stays well within.
+constexpr int LongestSidePx = 8192;
 
 constexpr LayerKind PaintingOrder[] = {LayerKind::Background, LayerKind::Body, LayerKind::Foreground};
 
@@ -218,6 +222,8 @@ G_RenderResult OfdPageRenderer::Paint(const G_RenderRequest& request)
         result.error = QCoreApplication::translate("OfdDocument", "The page is too large to be painted.");
         return result;
     }
+    if (std::max(region.width(), region.height()) > LongestSidePx)
+        return PaintInPieces(request, region);
     const QRect painted = isPart ? region.adjusted(-EdgePx, -EdgePx, EdgePx, EdgePx) : region;
     const QRect wanted(region.topLeft() - painted.topLeft(), region.size());
     QImage image(painted.size(), QImage::Format_RGB32);
@@ -240,6 +246,35 @@ G_RenderResult OfdPageRenderer::Paint(const G_RenderRequest& request)
     painter.end();
     if (isDone)
         result.image = isPart ? image.copy(wanted) : image;
+    return result;
+}
+
+// Very long pictures, of which a painter reaches the beginning alone.
+G_RenderResult OfdPageRenderer::PaintInPieces(const G_RenderRequest& request, const QRect& region)
+{
+    G_RenderResult result;
+    QImage image(region.size(), QImage::Format_RGB32);
+    if (image.isNull()) {
+        result.error = NoMemory();
+        return result;
+    }
+    for (int top = 0; top < image.height(); top += LongestSidePx) {
+        for (int left = 0; left < image.width(); left += LongestSidePx) {
+            const QRect place = QRect(left, top, LongestSidePx, LongestSidePx) & image.rect();
+            G_RenderRequest part = request;
+            part.region = place.translated(region.topLeft());
+            part.partial = nullptr;
+            const G_RenderResult piece = Paint(part);
+            if (!piece.error.isEmpty() && result.error.isEmpty())
+                result.error = piece.error;
+            if (piece.image.isNull())
+                return {QImage(), result.error};
+            for (int y = 0; y < place.height(); ++y)
+                std::copy_n(reinterpret_cast<const QRgb*>(piece.image.constScanLine(y)), place.width(),
+                            reinterpret_cast<QRgb*>(image.scanLine(top + y)) + left);
+        }
+    }
+    result.image = image;
     return result;
 }
 

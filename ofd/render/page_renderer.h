@@ -24,6 +24,7 @@ public:
 
 private:
     G_RenderResult Paint(const G_RenderRequest& request);
+    G_RenderResult PaintInPieces(const G_RenderRequest& request, const QRect& region);
     G_RenderResult EmptySheet(const G_RenderRequest& request);
 
     const std::shared_ptr<DocumentStore> store;

@@ -48,6 +48,7 @@ private slots:
     void tilesMeetWithoutSeamOrShift_data();
     void tilesMeetWithoutSeamOrShift();
     void noTileIsLargerThanAThousandAndTwentyFourPixels();
+    void aLongThinPageIsCutIntoTilesToo();
     void aSmallScrollAtHighZoomPaintsNothingThatIsThere();
     void tilesAroundTheViewAreThereBeforeTheyAreSeen();
     void theNextPageIsThereBeforeItIsSeen();
@@ -112,6 +113,28 @@ void TestDocViewPictures::noTileIsLargerThanAThousandAndTwentyFourPixels()
     for (const G_RenderRequest& request : painted.document.renderer.Requests()) {
         QVERIFY(request.region.width() <= 1024);
         QVERIFY(request.region.height() <= 1024);
+    }
+}
+
+void TestDocViewPictures::aLongThinPageIsCutIntoTilesToo()
+{
+    Painted painted(0);
+    painted.document.AddPage(10000, 5);
+    painted.view = std::make_unique<G_DocView>(&painted.context, &painted.document);
+    painted.view->Widget()->resize(600, 400);
+    painted.view->Widget()->show();
+    for (const double zoom : {100, 400}) {
+        painted.view->SetZoom(zoom, false);
+        painted.view->GoToPage(painted.view.get(), 0, CCA_GRect(9000, 1, 9000, 1), false);
+        painted.document.renderer.Forget();
+        const QImage picture = painted.Picture();
+        QVERIFY(!painted.document.renderer.Requests().isEmpty());
+        for (const G_RenderRequest& request : painted.document.renderer.Requests())
+            QVERIFY(request.region.width() <= 8192); // a painter reaches no more than 32767
+        int painting = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            painting += picture.pixelColor(picture.width() / 4, y) == painted.document.renderer.colour;
+        QVERIFY(painting > 10);
     }
 }
 

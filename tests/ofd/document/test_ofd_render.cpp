@@ -42,6 +42,7 @@ private slots:
     void embeddedFontsDrawTheirOwnGlyphs();
     void axialShadingsRunAlongTheirAxis();
     void transparencyMixes();
+    void aPageOfTenMetresIsPaintedToItsEnds();
 };
 
 void TestOfdRender::aRedSquareIsRedWhereItStands()
@@ -428,6 +429,32 @@ void TestOfdRender::transparencyMixes()
     QVERIFY(IsNear(ColourAt(image, 20, 20), QColor(127, 127, 127)));
     QVERIFY(IsNear(ColourAt(image, 50, 20), QColor(127, 127, 127)));
     QVERIFY(IsNear(ColourAt(image, 80, 20), QColor(191, 191, 191)));
+}
+
+void TestOfdRender::aPageOfTenMetresIsPaintedToItsEnds()
+{
+    const QString part = QStringLiteral("Doc_0/Pages/Page_0/Content.xml");
+    OfdFile file = OfdFile::WithPage("<ofd:PathObject ID=\"1\" Boundary=\"0 1 10000 2\" Stroke=\"false\" Fill=\"true\">"
+                                     "<ofd:FillColor Value=\"0 0 0\"/><ofd:AbbreviatedData>M 0 0 L 10000 0 L 10000 2 "
+                                     "L 0 2 C</ofd:AbbreviatedData></ofd:PathObject>" +
+                                     FilledSquare(9970, 3, "Value=\"255 0 0\""));
+    QByteArray page = file.Part(part);
+    const int content = page.indexOf("<ofd:Content");
+    QVERIFY(content > 0);
+    page.insert(content, "<ofd:Area><ofd:PhysicalBox>0 0 10000 5</ofd:PhysicalBox></ofd:Area>");
+    file.Set(part, page);
+    const QImage whole = PaintFile(file);
+    QCOMPARE(whole.size(), QSize(40000, 20));
+    for (int x = 0; x < whole.width(); ++x) {
+        QCOMPARE(QColor(whole.pixel(x, 8)), QColor(Qt::black)); // without a seam
+        QCOMPARE(QColor(whole.pixel(x, 1)), QColor(Qt::white));
+    }
+    QCOMPARE(ColourAt(whole, 9980, 4), QColor(Qt::red));
+    QCOMPARE(ColourAt(whole, 9960, 4), QColor(Qt::white));
+    QCOMPARE(ColourAt(whole, 9995, 4), QColor(Qt::white));
+    G_RenderRequest request;
+    request.region = QRect(39800, 0, 200, 20);
+    QCOMPARE(PaintFile(file, request), whole.copy(request.region));
 }
 
 TETO_TEST_MAIN(TestOfdRender)
