@@ -61,11 +61,13 @@ private:
     QPen PenOf(const StrokeStyle& style, const QPainterPath& outline) const;
     void StrokeWith(const QPen& pen, const QPainterPath& outline, const Paint& paint, const Around& around);
 
-    // What the pixels of the box get from a shading or a pattern; null when that cannot be painted.
-    QImage TextureOf(const Paint& paint, const Around& around, const QRect& box);
-    void PaintPattern(QImage& image, const Pattern& pattern, const Around& around, const QRect& box);
-    void PaintCells(QImage& image, const QRect& box, const Pattern& pattern, const Resources& resources,
-                    const QTransform& toPixels);
+    // What the pixels of the box get from a shading or a pattern; null when that cannot be painted. `filled` is around
+    // all that is filled, seen or not, in pixels of the device at hand.
+    QImage TextureOf(const Paint& paint, const Around& around, const QRect& box, const QRectF& filled);
+    void PaintPattern(QImage& image, const Pattern& pattern, const Around& around, const QRect& box,
+                      const QRectF& filled);
+    void PaintCells(QImage& image, const QRect& box, const QRectF& filled, const Pattern& pattern,
+                    const Resources& resources, const QTransform& toPixels);
     void PaintCellPictures(QImage& image, const QRect& box, const Pattern& pattern, const Resources& resources,
                            const QTransform& toPixels);
     void PaintCell(const Pattern& pattern, const Resources& resources, const QTransform& toPixels);

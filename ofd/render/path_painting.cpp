@@ -40,10 +40,11 @@ void ContentPainter::FillShape(const QPainterPath& outline, const Paint& paint, 
     }
     QPainterPath inPixels = painter->worldTransform().map(outline);
     inPixels.setFillRule(outline.fillRule());
-    const QRect box = PixelsWithin(inPixels.controlPointRect(), VisiblePixels(*painter));
+    const QRectF filled = inPixels.controlPointRect();
+    const QRect box = PixelsWithin(filled, VisiblePixels(*painter));
     if (box.isEmpty())
         return;
-    const QImage texture = TextureOf(paint, around, box);
+    const QImage texture = TextureOf(paint, around, box, filled);
     if (texture.isNull())
         return;
     const PainterScope scope(*painter);

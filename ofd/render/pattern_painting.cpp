@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace ofd {
 
@@ -20,6 +21,7 @@ constexpr double SmallestCellPx = 4;     // smaller cells are painted once and r
 constexpr double SmallestPeriodPx = 2;   // cells that repeat faster are seen as one colour
 constexpr double VanishingCellPx = 1e-6; // cells so small are as good as a transform that leaves nothing
 constexpr double MostCells = 1e15;       // in one direction
+constexpr double SlackPx = 0.01;         // ends so close to each other are one
 constexpr int LargestPicturePx = 2048;
 constexpr int SamplesOfPeriod = 16; // pixels in each direction that the one colour is the mean of
 
@@ -64,15 +66,35 @@ QTransform CellPlace(const Pattern& pattern, qint64 column, qint64 row)
            QTransform::fromTranslate(double(column) * pattern.step.width(), double(row) * pattern.step.height());
 }
 
+// The part of those cells that lies among others.
+CellRange Common(const CellRange& a, const CellRange& b)
+{
+    return {std::max(a.left, b.left), std::min(a.right, b.right), std::max(a.top, b.top), std::min(a.bottom, b.bottom)};
+}
+
+// From both ends of a cell to whole pixels. A cell that reaches to the end of what is filled covers the last pixel
+// there, though only a part of that is filled.
+std::pair<double, double> WholePixels(double from, double to, double filledFrom, double filledTo)
+{
+    double first = std::round(from);
+    double last = std::round(to);
+    if (from <= filledFrom + SlackPx && first > filledFrom)
+        first = std::floor(filledFrom);
+    if (to >= filledTo - SlackPx && last < filledTo)
+        last = std::ceil(filledTo);
+    return {first, last};
+}
+
 // Cells whose edges lie between pixels would show seams where they touch: unless they are turned, each is stretched to
 // whole pixels.
-QTransform Snapped(const QTransform& cellToPixels, const QSizeF& cell)
+QTransform Snapped(const QTransform& cellToPixels, const QSizeF& cell, const QRectF& filled)
 {
     if (cellToPixels.type() > QTransform::TxScale)
         return cellToPixels;
     const QRectF exact = cellToPixels.mapRect(QRectF(QPointF(), cell));
-    const QRectF whole(QPointF(std::round(exact.left()), std::round(exact.top())),
-                       QPointF(std::round(exact.right()), std::round(exact.bottom())));
+    const auto across = WholePixels(exact.left(), exact.right(), filled.left(), filled.right());
+    const auto down = WholePixels(exact.top(), exact.bottom(), filled.top(), filled.bottom());
+    const QRectF whole(QPointF(across.first, down.first), QPointF(across.second, down.second));
     QTransform stretch;
     stretch.translate(whole.left(), whole.top());
     stretch.scale(whole.width() / exact.width(), whole.height() / exact.height());
@@ -92,7 +114,7 @@ double RowScale(const QTransform& transform)
 
 } // namespace
 
-QImage ContentPainter::TextureOf(const Paint& paint, const Around& around, const QRect& box)
+QImage ContentPainter::TextureOf(const Paint& paint, const Around& around, const QRect& box, const QRectF& filled)
 {
     if (!TakePixels(box.size()))
         return QImage();
@@ -109,12 +131,13 @@ QImage ContentPainter::TextureOf(const Paint& paint, const Around& around, const
     else if (paint.mesh)
         PaintMesh(image, *paint.mesh, toPixels, isCancelled);
     else if (paint.pattern)
-        PaintPattern(image, *paint.pattern, around, box);
+        PaintPattern(image, *paint.pattern, around, box, filled);
     GiveBackPixels(box.size());
     return image;
 }
 
-void ContentPainter::PaintPattern(QImage& image, const Pattern& pattern, const Around& around, const QRect& box)
+void ContentPainter::PaintPattern(QImage& image, const Pattern& pattern, const Around& around, const QRect& box,
+                                  const QRectF& filled)
 {
     if (openPatterns >= limits::MaxReferenceDepth) {
         ReportProblem(ProblemKind::Cycle,
@@ -139,25 +162,30 @@ void ContentPainter::PaintPattern(QImage& image, const Pattern& pattern, const A
     const double cells = CellsIn(toPixels.inverted().mapRect(QRectF(image.rect())), pattern).GetCount();
     const bool areLarge = std::min(cellPx.width(), cellPx.height()) >= SmallestCellPx;
     if (areLarge && cells * std::max(1, CountObjects(pattern.objects)) <= limits::MaxPatternObjects)
-        PaintCells(image, box, pattern, around.resources, toPixels);
+        PaintCells(image, box, filled.translated(-box.topLeft()), pattern, around.resources, toPixels);
     else
         PaintCellPictures(image, box, pattern, around.resources, toPixels);
     --openPatterns;
 }
 
-// Paints the objects again for each cell that is seen.
-void ContentPainter::PaintCells(QImage& image, const QRect& box, const Pattern& pattern, const Resources& resources,
-                                const QTransform& toPixels)
+// Paints the objects again for each cell that is seen. Those that only touch the edge of what is filled are not: their
+// colour would show in the pixels there. `filled` is in pixels of the picture.
+void ContentPainter::PaintCells(QImage& image, const QRect& box, const QRectF& filled, const Pattern& pattern,
+                                const Resources& resources, const QTransform& toPixels)
 {
     QPainter inner(&image);
     SetPageHints(inner);
     const DeviceScope scope(*this, inner, box.topLeft());
-    const CellRange cells = CellsIn(toPixels.inverted().mapRect(QRectF(image.rect())), pattern);
+    const QTransform fromPixels = toPixels.inverted();
+    const QRectF within = filled.adjusted(SlackPx, SlackPx, -SlackPx, -SlackPx);
+    CellRange cells = CellsIn(fromPixels.mapRect(QRectF(image.rect())), pattern);
+    if (within.isValid())
+        cells = Common(cells, CellsIn(fromPixels.mapRect(within), pattern));
     for (qint64 row = cells.top; row <= cells.bottom; ++row) {
         for (qint64 column = cells.left; column <= cells.right; ++column) {
             if (isCancelled && isCancelled())
                 return;
-            PaintCell(pattern, resources, Snapped(CellPlace(pattern, column, row) * toPixels, pattern.cell));
+            PaintCell(pattern, resources, Snapped(CellPlace(pattern, column, row) * toPixels, pattern.cell, filled));
         }
     }
 }

@@ -44,6 +44,7 @@ private slots:
     void tinyCellsAreSeenAsTheirMeanColour();
     void smallCellsCoverTheirShareWhereverTheyBegin();
     void touchingCellsShowNoSeams();
+    void cellsThatOnlyTouchTheEdgeDoNotShow();
     void alphaOfObjectAndColourHoldsForPatterns();
     void aCellWithoutASizeFallsBackToTheValue();
     void drawParametersOfTheLayerDoNotReachTheCell();
@@ -220,6 +221,20 @@ void TestOfdPatterns::touchingCellsShowNoSeams()
         PaintPage(FilledBox(QRectF(10, 10, 60, 60), PatternFill("Width=\"3.33\" Height=\"3.33\"", full)));
     for (int i = 45; i < 275; ++i)
         QCOMPARE(image.pixelColor(i, i), Blue);
+}
+
+void TestOfdPatterns::cellsThatOnlyTouchTheEdgeDoNotShow()
+{
+    // Red begins where the box ends, between two pixels; what ends there reaches to it all the same.
+    const QByteArray halves =
+        FilledBox(QRectF(0, 0, 5, 10), Colour("255 0 0")) + FilledBox(QRectF(5, 0, 5, 10), Colour("0 0 255"));
+    const QImage image =
+        PaintPage(FilledBox(QRectF(10.1, 10.1, 20, 20), PatternFill("Width=\"10\" Height=\"10\"", halves)));
+    const double edgePx = 30.1 * PixelsPerMm; // 120.4
+    const QColor last = image.pixelColor(int(edgePx), 60);
+    QVERIFY2(IsNear(last, QColor(153, 153, 255), 8), qPrintable(last.name()));
+    const QColor first = image.pixelColor(int(10.1 * PixelsPerMm), 60); // six tenths of 40
+    QVERIFY2(IsNear(first, QColor(255, 102, 102), 8), qPrintable(first.name()));
 }
 
 void TestOfdPatterns::alphaOfObjectAndColourHoldsForPatterns()
