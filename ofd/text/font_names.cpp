@@ -2,6 +2,9 @@
 
 #include <ofd/model/resources.h>
 
+#include <algorithm>
+#include <initializer_list>
+
 namespace ofd {
 
 namespace {
@@ -68,6 +71,7 @@ const QVector<QStringList>& SameFaces()
             "ＭＳ ゴシック|MS Gothic|ＭＳ Ｐゴシック|MS PGothic",
             "바탕|Batang",
             "굴림|Gulim",
+            "Arial Narrow|ArialNarrow|Liberation Sans Narrow",
             "Arial|ArialMT|Helvetica|Liberation Sans",
             "Times New Roman|TimesNewRomanPSMT|TimesNewRomanPS|Times|Times-Roman|Liberation Serif",
             "Courier New|CourierNewPSMT|CourierNewPS|Courier|Liberation Mono",
@@ -95,6 +99,52 @@ bool ContainsAny(const QString& text, const QStringList& words)
             return true;
     }
     return false;
+}
+
+// What the end of a face's name says of its style.
+struct StyleWord
+{
+    bool isBold = false;
+    bool isItalic = false;
+    bool isRegular = false;
+    bool isAlone = false; // nothing but such words: "BoldItalic", not "BoldMT"
+
+    bool IsKnown() const { return isBold || isItalic || isRegular; }
+};
+
+StyleWord StyleOf(const QString& text)
+{
+    QString rest = Squeezed(text);
+    const auto take = [&rest](std::initializer_list<const char*> words) {
+        const int length = rest.size();
+        for (const char* word : words)
+            rest.remove(QString::fromUtf8(word));
+        return rest.size() < length;
+    };
+    StyleWord style;
+    style.isBold = take({"bold", "粗体", "加粗"});
+    style.isItalic = take({"italic", "oblique", "斜体", "倾斜"});
+    style.isRegular = take({"regular", "常规"});
+    style.isAlone = rest.isEmpty();
+    return style;
+}
+
+// Where the last word of a name that has more than one begins, with what is in front of it; -1 when there is none.
+int StyleBegin(const QString& family)
+{
+    return std::max(family.lastIndexOf(QLatin1Char('-')), family.lastIndexOf(QLatin1Char(' ')));
+}
+
+// Without the quotes that some writers put around a name, and the "@" of faces for text that runs down.
+QString WithoutMarks(const QString& name)
+{
+    static const QString marks = QStringLiteral("\"'@");
+    QString bare = name.trimmed();
+    while (!bare.isEmpty() && marks.contains(bare.at(0)))
+        bare.remove(0, 1);
+    while (!bare.isEmpty() && marks.contains(bare.at(bare.size() - 1)))
+        bare.chop(1);
+    return bare.trimmed();
 }
 
 } // namespace
@@ -186,17 +236,18 @@ QStringList SubstituteFamilies(FontStyleClass style, FontScript script)
 
 QString BareFamilyName(const QString& name, bool* isBold, bool* isItalic)
 {
-    QString family = name.section(QLatin1Char('+'), -1);
-    const int cut = family.indexOf(QLatin1Char(','));
-    const int dash = cut >= 0 ? cut : family.lastIndexOf(QLatin1Char('-'));
-    const QString style = dash > 0 ? family.mid(dash + 1).toLower() : QString();
-    const bool saysBold = style.contains(QLatin1String("bold"));
-    const bool saysItalic = style.contains(QLatin1String("italic")) || style.contains(QLatin1String("oblique"));
-    *isBold |= saysBold;
-    *isItalic |= saysItalic;
-    if (saysBold || saysItalic || style == QLatin1String("regular"))
-        family.truncate(dash);
-    return family.trimmed();
+    QString family = WithoutMarks(name.section(QLatin1Char('+'), -1));
+    const int comma = family.indexOf(QLatin1Char(','));
+    for (int cut = comma >= 0 ? comma : StyleBegin(family); cut > 0; cut = StyleBegin(family)) {
+        const StyleWord style = StyleOf(family.mid(cut + 1));
+        const bool isInName = family.at(cut) == QLatin1Char(' ') && !style.isAlone;
+        if (isInName || !style.IsKnown())
+            break;
+        *isBold |= style.isBold;
+        *isItalic |= style.isItalic;
+        family = family.left(cut).trimmed();
+    }
+    return family;
 }
 
 } // namespace ofd

@@ -22,8 +22,9 @@ QStringList SubstituteFamilies(FontStyleClass style, FontScript script = FontScr
 // The names under which the same face, or one made to take its place, goes elsewhere: in Chinese, in Latin letters, in
 // the names of other systems. Empty for most.
 QStringList OtherNamesOf(const QString& family);
-// A face name without a subset mark ("ABCDEF+") and without style words ("-Bold", ",Italic"); the words say what was
-// cut off.
+// A face name without a subset mark ("ABCDEF+"), quotes, and style words at its end ("-Bold", ",Italic", " Bold
+// Italic",
+// "-粗体"); the flags say which were cut off, and stay as they are without any.
 QString BareFamilyName(const QString& name, bool* isBold, bool* isItalic);
 
 } // namespace ofd

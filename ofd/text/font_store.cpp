@@ -45,9 +45,10 @@ int WeightOf(const FontResource* font, int weight)
 QStringList WantedFamilies(const FontResource& font, bool* saysBold, bool* saysItalic)
 {
     QStringList families;
-    for (const QString& name : {BareFamilyName(font.fontName, saysBold, saysItalic), font.familyName}) {
-        if (!name.isEmpty())
-            families += QStringList(name) + OtherNamesOf(name);
+    for (const QString& name : {font.fontName, font.familyName}) {
+        const QString bare = BareFamilyName(name, saysBold, saysItalic);
+        if (!bare.isEmpty())
+            families += QStringList(bare) + OtherNamesOf(bare);
     }
     return families + SubstituteFamilies(ClassifyFont(font), ScriptOf(font));
 }
@@ -150,9 +151,15 @@ int FontStore::MannerOf(const FontResource& font, int weight)
     const QString key = font.fontName + QLatin1Char('\n') + font.familyName + QLatin1Char('\n') + font.charset +
                         QLatin1Char(font.isSerif ? '1' : '0') + QLatin1Char(font.isFixedWidth ? '1' : '0');
     auto known = manners.constFind(key);
-    if (known == manners.constEnd())
-        known = manners.insert(key, int(ClassifyFont(font)) * StyleStep + int(ScriptOf(font)) * ScriptStep);
-    return *known + WeightOf(&font, weight);
+    if (known == manners.constEnd()) {
+        bool saysBold = false;
+        bool saysItalic = false;
+        BareFamilyName(font.fontName, &saysBold, &saysItalic);
+        known = manners.insert(key, int(ClassifyFont(font)) * StyleStep + int(ScriptOf(font)) * ScriptStep +
+                                        (saysBold ? BoldWeight : 0));
+    }
+    const int leastWeight = *known % ScriptStep;
+    return *known - leastWeight + std::max(leastWeight, WeightOf(&font, weight));
 }
 
 std::shared_ptr<const FontFace> FontStore::GetFallback(uint code, const FontResource* font, int weight)

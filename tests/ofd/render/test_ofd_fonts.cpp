@@ -26,6 +26,9 @@ private slots:
     void brokenFontsNeverLeadAstray_data();
     void brokenFontsNeverLeadAstray();
     void fontsAreKnownByTheirOtherNames();
+    void wordsOfStyleAreNoPartOfAName_data();
+    void wordsOfStyleAreNoPartOfAName();
+    void charactersThatABoldFontLacksAreBoldToo();
     void theScriptOfAFontDecidesWhatStandsIn();
     void everyCharacterFindsAFaceThatHasIt_data();
     void everyCharacterFindsAFaceThatHasIt();
@@ -153,6 +156,53 @@ void TestOfdFonts::fontsAreKnownByTheirOtherNames()
     QVERIFY(ofd::OtherNamesOf(QStringLiteral("Times New Roman")).contains(QStringLiteral("Liberation Serif")));
     QVERIFY(ofd::OtherNamesOf(QStringLiteral("KaiTi_GB2312")).contains(QString::fromUtf8("楷体")));
     QVERIFY(ofd::OtherNamesOf(QStringLiteral("No Such Face")).isEmpty());
+}
+
+void TestOfdFonts::wordsOfStyleAreNoPartOfAName_data()
+{
+    QTest::addColumn<QString>("family");
+    QTest::addColumn<bool>("bold");
+    QTest::addColumn<bool>("italic");
+    QTest::newRow("Arial") << QStringLiteral("Arial") << false << false;
+    QTest::newRow("Times New Roman") << QStringLiteral("Times New Roman") << false << false;
+    QTest::newRow("ABCDEF+Arial-BoldMT") << QStringLiteral("Arial") << true << false;
+    QTest::newRow("SimSun,BoldItalic") << QStringLiteral("SimSun") << true << true;
+    QTest::newRow("Times New Roman Bold Italic") << QStringLiteral("Times New Roman") << true << true;
+    QTest::newRow("Microsoft YaHei Bold") << QStringLiteral("Microsoft YaHei") << true << false;
+    QTest::newRow("Courier New Regular") << QStringLiteral("Courier New") << false << false;
+    QTest::newRow("Times-Roman") << QStringLiteral("Times-Roman") << false << false;
+    QTest::newRow("宋体-粗体") << QStringLiteral("宋体") << true << false;
+    QTest::newRow("'SimHei'") << QStringLiteral("SimHei") << false << false;
+    QTest::newRow("\"Arial Bold\"") << QStringLiteral("Arial") << true << false;
+    QTest::newRow("@SimSun") << QStringLiteral("SimSun") << false << false;
+    QTest::newRow("Bold") << QStringLiteral("Bold") << false << false;
+    QTest::newRow("Boldly Written Hand") << QStringLiteral("Boldly Written Hand") << false << false;
+    QTest::newRow("Some Boldface") << QStringLiteral("Some Boldface") << false << false;
+    QTest::newRow("") << QString() << false << false;
+}
+
+void TestOfdFonts::wordsOfStyleAreNoPartOfAName()
+{
+    QFETCH(QString, family);
+    QFETCH(bool, bold);
+    QFETCH(bool, italic);
+    bool isBold = false;
+    bool isItalic = false;
+    QCOMPARE(ofd::BareFamilyName(QString::fromUtf8(QTest::currentDataTag()), &isBold, &isItalic), family);
+    QCOMPARE(isBold, bold);
+    QCOMPARE(isItalic, italic);
+}
+
+void TestOfdFonts::charactersThatABoldFontLacksAreBoldToo()
+{
+    ofd::FontStore store;
+    ofd::FontResource plain;
+    plain.fontName = QStringLiteral("Arial");
+    ofd::FontResource bold;
+    bold.fontName = QStringLiteral("Arial Bold");
+    const auto face = store.GetFallback(0x56fd, &bold, 400);
+    QVERIFY(face && face != store.GetFallback(0x56fd, &plain, 400));
+    QCOMPARE(face, store.GetFallback(0x56fd, &plain, 700));
 }
 
 void TestOfdFonts::theScriptOfAFontDecidesWhatStandsIn()
