@@ -104,7 +104,13 @@ struct G_DocView::Private
     void TextRead(int page);
     void CopyText(const QString& text);
 
+    // doc_view_links.cpp
+    // The links of a page that are shown, once something of it has been painted.
+    QVector<G_PageLink> ShownLinks(int page);
+
     // doc_view_tools.cpp
+    // Tab, or Shift+Tab, before it goes to another widget. True when the tool took it.
+    bool TabKey(bool isForward);
     CCA_Point Remember(const QPoint& viewportPoint);
     bool MouseEvent(QMouseEvent* event);
     bool WheelEvent(QWheelEvent* event);

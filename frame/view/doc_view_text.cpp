@@ -78,13 +78,13 @@ void G_DocView::Private::StartSelecting()
     copiesWhenSelected = false;
     nextToSelect = selecting.fromPage;
     q->UpdateView(); // what was selected is no more
-    SelectMore(kFirstSliceMs);
+    SelectMore(kFirstSliceMs, TextWait::Short);
     if (hadSome && selection.isEmpty())
         emit q->SelectionChanged();
 }
 
 // Reading ten thousand pages takes many seconds, and one hostile page may: the window must not stand still for them.
-void G_DocView::Private::SelectMore(int milliseconds, bool readsAllNow)
+void G_DocView::Private::SelectMore(int milliseconds, TextWait wait)
 {
     if (nextToSelect < 0)
         return;
@@ -98,7 +98,8 @@ void G_DocView::Private::SelectMore(int milliseconds, bool readsAllNow)
     for (; nextToSelect <= range.toPage; ++nextToSelect) {
         if (nextToSelect >= atOnce && clock.hasExpired(milliseconds))
             break;
-        isWaiting = !readsAllNow && !IsTextReady(nextToSelect, milliseconds - int(clock.elapsed()));
+        const int mostWait = wait == TextWait::Short ? milliseconds - int(clock.elapsed()) : 0;
+        isWaiting = wait != TextWait::AsLongAsItTakes && !IsTextReady(nextToSelect, mostWait);
         if (isWaiting)
             break;
         G_PageHolds hold(document); // one page at a time: a long document must not be in memory as a whole
@@ -139,9 +140,12 @@ bool G_DocView::Private::IsTextReady(int page, int milliseconds)
 {
     if (!textReader || textReader->IsReady(page))
         return true;
-    const bool isNew = !textReader->IsWanted(page);
     WantTexts();
-    return isNew && milliseconds > 0 && textReader->WaitFor(page, milliseconds);
+    if (milliseconds <= 0 || page == lateText)
+        return false;
+    const bool hasCome = textReader->WaitFor(page, milliseconds);
+    lateText = hasCome ? -1 : page;
+    return hasCome;
 }
 
 void G_DocView::Private::WantTexts()
@@ -167,6 +171,8 @@ void G_DocView::Private::WantTexts()
 
 void G_DocView::Private::TextRead(int page)
 {
+    if (page == lateText)
+        lateText = -1;
     emit q->TextRead(page);
     if (nextToSelect >= 0 && !selectTimer.isActive() && textReader->IsReady(nextToSelect))
         SelectMore(kSliceMs);
@@ -201,7 +207,7 @@ QString G_DocView::SelectedText() const
 {
     if (d->nextToSelect >= 0) {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-        d->SelectMore(std::numeric_limits<int>::max(), true);
+        d->SelectMore(std::numeric_limits<int>::max(), Private::TextWait::AsLongAsItTakes);
         QGuiApplication::restoreOverrideCursor();
     }
     return TextOf(d->selection);

@@ -162,6 +162,11 @@ bool G_DocView::Private::WheelEvent(QWheelEvent* event)
     return true;
 }
 
+bool G_DocView::Private::TabKey(bool isForward)
+{
+    return tool && tool->OnKeyDown(isForward ? Qt::Key_Tab : Qt::Key_Backtab, 0) != 0;
+}
+
 void G_DocView::Private::HoverAgain(const QWheelEvent& event)
 {
     if (tool && event.buttons() == Qt::NoButton)
@@ -210,6 +215,10 @@ bool G_DocView::Private::DefaultKey(QKeyEvent* event)
 {
     if ((event->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier | Qt::ControlModifier)) != 0)
         return false;
+    if (event->key() == Qt::Key_Escape && q->IsSelecting()) {
+        q->SetHighLightText({});
+        return true;
+    }
     switch (event->key()) {
     case Qt::Key_PageDown:
         ScreenDown();

@@ -31,7 +31,7 @@ public:
     {
         if (!font)
             ReportProblem(ProblemKind::DanglingReference,
-                          QCoreApplication::translate("OfdDocument", "There is no font %1.").arg(text.fontId));
+                          QCoreApplication::translate("OfdDocument", "There is no font %1.").arg(quint32(text.fontId)));
         shape.rotate(text.characterDirection); // y down: positive turns clockwise
         shape.scale(text.size * text.horizontalScale, text.size);
     }

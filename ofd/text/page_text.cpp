@@ -70,7 +70,7 @@ PageText::PageText(std::shared_ptr<const PageContent> content, HiddenText hidden
 qint64 PageText::Bytes() const
 {
     return qint64(sizeof(PageText)) + qint64(sizeof(Cell)) * cells.size() + qint64(sizeof(TextLine)) * runs.size() +
-           qint64(sizeof(QChar)) * letters.size();
+           qint64(sizeof(QChar)) * letters.size() + (content ? content->bytes : 0);
 }
 
 QString PageText::TextInRect(const CCA_GRect& rect) const

@@ -52,7 +52,7 @@ public:
     QList<G_TextRun> AllRuns() const { return RunsOf(0, cells.size()); }
     const std::shared_ptr<const PageContent>& Content() const { return content; }
     const HiddenText& Hidden() const { return hidden; }
-    qint64 Bytes() const; // of memory, about, without the content
+    qint64 Bytes() const; // of memory, about, with the content that it holds
 
 private:
     // A character, or several that one drawing stands for.

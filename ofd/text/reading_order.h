@@ -30,8 +30,7 @@ QVector<TextLine> LinesOf(const QVector<PlacedText>& pieces, QVector<PlaceOnLine
 
 // One list of a page's own text and that of its templates. The own text keeps its order, whatever comes between. A line
 // of a template stands beside the own text on its line (a form's label before what was filled in), else between the own
-// lines above and below it; where the page's order has no such place it stands at the beginning when it is painted
-// before the page's own content, else at the end.
+// lines above and below it. Text of templates alone, and that of pages of thousands of lines, stays in painting order.
 QVector<PlacedText> InReadingOrder(const QVector<PlacedText>& before, const QVector<PlacedText>& own,
                                    const QVector<PlacedText>& after);
 

@@ -90,13 +90,18 @@ public:
     SlowDesk()
     {
         for (int i = 0; i < pageCount; ++i)
-            document.AddText(document.AddPage(210, 297), 20, 30, "some words");
+            AddPage(i);
         view = std::make_unique<G_DocView>(&context, &document);
         view->Widget()->resize(900, 700);
         view->Widget()->show();
         context.SetCurrentDocView(view.get());
         view->SetZoom(30, false);
         ViewFixture::Settle();
+    }
+    void AddPage(int index)
+    {
+        document.AddPage(210, 297);
+        document.AddText(index, 20, 30, "some words");
     }
     ~SlowDesk() { document.source.Block(false); }
     void ChooseTool()
@@ -135,6 +140,7 @@ private slots:
     void anotherPressForgetsTheDoubleClick();
     void allTextIsSelectedAsItComes();
     void theCopyComesWhenAllTextHasCome();
+    void escapeEndsTheSelectingAndTheCopy_data();
     void escapeEndsTheSelectingAndTheCopy();
     void selectedTextAskedForByACallIsReadAtOnce();
     void closingTheViewGivesUpThePageThatIsRead();
@@ -206,13 +212,27 @@ void TestTextReading::theCopyComesWhenAllTextHasCome()
     QTRY_COMPARE(QGuiApplication::clipboard()->text().split('\n').size(), SlowDesk::pageCount);
 }
 
+void TestTextReading::escapeEndsTheSelectingAndTheCopy_data()
+{
+    QTest::addColumn<bool>("isTextTool");
+    QTest::newRow("text") << true;
+    QTest::newRow("hand") << false;
+}
+
 void TestTextReading::escapeEndsTheSelectingAndTheCopy()
 {
+    QFETCH(bool, isTextTool);
     SlowDesk desk;
-    desk.ChooseTool();
     QGuiApplication::clipboard()->clear();
-    QTest::keyClick(desk.view->Widget(), Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClick(desk.view->Widget(), Qt::Key_C, Qt::ControlModifier);
+    if (isTextTool) {
+        desk.ChooseTool();
+        QTest::keyClick(desk.view->Widget(), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(desk.view->Widget(), Qt::Key_C, Qt::ControlModifier);
+    } else {
+        desk.view->SelectAllText();
+        desk.view->CopySelectedText();
+    }
+    QVERIFY(desk.view->IsSelecting());
     QTest::keyClick(desk.view->Widget(), Qt::Key_Escape);
     QVERIFY(!desk.view->IsSelecting());
     QSignalSpy spy(desk.view.get(), &G_DocView::TextRead);
