@@ -3,12 +3,15 @@
 #include "byte_source.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <vector>
 
@@ -26,11 +29,13 @@ namespace ofd {
 namespace {
 
 constexpr qint64 KernelCopyBytes = qint64(16) << 20;
-constexpr qint64 BlockBytes = qint64(512) << 10; // stays in the processor's cache between reading and writing
+// Stays in the processor's cache between reading and writing, and lets the system keep what is written in large pieces.
+constexpr qint64 BlockBytes = qint64(1) << 20;
 constexpr qint64 WritebackBytes = qint64(16) << 20;
 constexpr qint64 ReservedBytes = qint64(1) << 20; // ranges from this size on get their place on the disk at once
 constexpr qint64 PageBytes = 4096;
 constexpr int NameAttempts = 100;
+constexpr int MaxLinks = 40;          // in a row, as many as the system follows
 const char NamePrefix[] = ".saving-"; // then the process, a random word, and the ending
 const char NameEnding[] = ".tmp";
 
@@ -149,10 +154,33 @@ TargetFile::~TargetFile()
 std::unique_ptr<TargetFile> TargetFile::Create(const QString& targetPath, PackageError* error)
 {
     std::unique_ptr<TargetFile> file(new TargetFile);
-    const QString canonical = QFileInfo(targetPath).canonicalFilePath();
-    file->targetPath = canonical.isEmpty() ? QFileInfo(targetPath).absoluteFilePath() : canonical;
-    *error = file->PrepareTemporary();
+    file->targetPath = FollowLinks(targetPath);
+    if (QFileInfo(file->targetPath).isSymLink())
+        *error = {PackageErrorKind::NotWritable, Tr("The file name is a link that leads nowhere.")};
+    else
+        *error = file->PrepareTemporary();
     return *error ? nullptr : std::move(file);
+}
+
+// Step by step, since the system follows links to files that exist only; and not by the look of the path, in which ".."
+// behind a link means another folder.
+QString TargetFile::FollowLinks(const QString& path)
+{
+    QString at = QFileInfo(path).isAbsolute() ? path : QDir::currentPath() + QLatin1Char('/') + path;
+    for (int step = 0; step < MaxLinks; ++step) {
+        const int slash = at.lastIndexOf(QLatin1Char('/'));
+        const QString folder = QFileInfo(at.left(slash + 1)).canonicalFilePath();
+        if (folder.isEmpty()) // there is none
+            return at;
+        at = (folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/')) + at.mid(slash + 1);
+        std::array<char, PATH_MAX> target;
+        const ssize_t size = ::readlink(QFile::encodeName(at).constData(), target.data(), target.size());
+        if (size <= 0)
+            break;
+        const QString next = QFile::decodeName(QByteArray(target.data(), int(size)));
+        at = QFileInfo(next).isAbsolute() ? next : folder + QLatin1Char('/') + next;
+    }
+    return at;
 }
 
 PackageError TargetFile::PrepareTemporary()
@@ -322,8 +350,8 @@ PackageError TargetFile::CopyRange(const ByteSource& source, qint64 begin, qint6
 PackageError TargetFile::CopyByBlocks(const ByteSource& source, qint64 begin, qint64 end, const CopyProgress& progress)
 {
     const qint64 blockBytes = std::min(BlockBytes, std::max<qint64>(end - begin, 0));
-    std::vector<char> memory(size_t(blockBytes + 2 * PageBytes));
-    char* const firstPage = memory.data() + PageBytes - quintptr(memory.data()) % PageBytes;
+    const std::unique_ptr<char[]> memory(new char[size_t(blockBytes + 2 * PageBytes)]); // no need to clear it
+    char* const firstPage = memory.get() + PageBytes - quintptr(memory.get()) % PageBytes;
     for (qint64 at = begin; at < end;) {
         const qint64 toBoundary = BlockBytes - position % BlockBytes; // so that whole pages are written
         const qint64 wanted = std::min({blockBytes, toBoundary, end - at});

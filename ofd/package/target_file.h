@@ -25,6 +25,8 @@ public:
     ~TargetFile();
     // Links in the path are followed, so that the file is replaced and not the link.
     static std::unique_ptr<TargetFile> Create(const QString& targetPath, PackageError* error);
+    // Where a path leads when its links are followed, whether or not there is a file yet.
+    static QString FollowLinks(const QString& path);
 
     // For tests: whether new files get a name at once, as on file systems without unnamed files.
     static void SetAlwaysNamed(bool isAlwaysNamed);
