@@ -2,6 +2,7 @@
 
 #include <ofd/model/record_sources.h>
 #include <ofd/package/byte_source.h>
+#include <ofd/package/target_file.h>
 #include <ofd/package/xml_edit.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/parse/document_reader.h>
@@ -14,7 +15,6 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QFileInfo>
 
 #include <algorithm>
 
@@ -98,6 +98,14 @@ bool OfdDocument::Private::CollectDocumentPart(SavePlan& plan, PackageError& err
         return false;
     plan.changes.SetPart(documentPart->GetName(), bytes);
     return true;
+}
+
+bool OfdDocument::Private::MayAddTo(const QString& listPart) const
+{
+    PackageError error;
+    const std::shared_ptr<const Package> package = store->GetPackage();
+    LoadList(*package, listPart, error);
+    return !error;
 }
 
 bool OfdDocument::Private::CollectAttachments(SavePlan& plan, XmlEdit& edit, PackageError& error) const
@@ -306,9 +314,7 @@ DocumentSaveResult OfdDocument::Save(bool overwritesForeignChange)
 
 DocumentSaveResult OfdDocument::SaveAs(const QString& path)
 {
-    const QFileInfo info(path);
-    const QString known = info.canonicalFilePath();
-    const QString target = known.isEmpty() ? info.absoluteFilePath() : known;
+    const QString target = TargetFile::FollowLinks(path);
     DocumentSaveResult result = d->Write(target, target != d->path);
     if (result.isSaved)
         d->isReadOnly = false; // it could be written just now

@@ -279,7 +279,7 @@ void ResolvePage(G_Dest& dest, const DocumentStructure& structure)
     dest.pageIndex = structure.pageIndexById.value(dest.pageId, -1);
     if (dest.pageIndex < 0)
         ReportProblem(ProblemKind::DanglingReference,
-                      Tr("A destination leads to the page %1, which does not exist.").arg(dest.pageId));
+                      Tr("A destination leads to the page %1, which does not exist.").arg(quint32(dest.pageId)));
 }
 
 std::vector<pugi::xml_node> BookmarkLists(const pugi::xml_node& documentRoot)

@@ -27,6 +27,14 @@ QString TextOf(const CCA_String& text)
     return QString::fromUtf8(text.Bytes());
 }
 
+// A date that comes back comes back with the blanks that were around it.
+QString DateToWrite(OfdAnnot& annot)
+{
+    const QString date = TextOf(annot.GetDate());
+    const AnnotationRecord& record = annot.Record();
+    return date == record.date && !record.blankDate.isEmpty() ? record.blankDate : date;
+}
+
 } // namespace
 
 AnnotationWriter::AnnotationWriter(const Package& package, const QString& documentFolder, const QString& listPart,
@@ -131,7 +139,7 @@ void AnnotationWriter::EditAnnotation(XmlEdit& edit, const pugi::xml_node& eleme
         if (annot.GetDate().IsEmpty())
             edit.RemoveAttribute(element, "LastModDate");
         else
-            edit.SetAttribute(element, "LastModDate", TextOf(annot.GetDate()));
+            edit.SetAttribute(element, "LastModDate", DateToWrite(annot));
     }
     if (!annot.IsRemarkEdited())
         return;

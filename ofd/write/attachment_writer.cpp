@@ -53,11 +53,11 @@ bool AttachmentWriter::Write(const QVector<AttachmentEntry>& current, PackageCha
         listPart.clear();
         return true;
     }
-    if (listPart.isEmpty())
-        return MakeList(changes);
-    const std::unique_ptr<XmlPart> list = XmlPart::Load(package, listPart, &error);
-    if (!list)
+    const std::unique_ptr<XmlPart> list = LoadList(package, listPart, error);
+    if (error)
         return false;
+    if (!list)
+        return MakeList(changes);
     XmlEdit listEdit(*list);
     EditList(listEdit, list->GetRoot(), changes);
     const QByteArray bytes = listEdit.Apply(&error);
@@ -137,7 +137,7 @@ QByteArray AttachmentWriter::ElementOf(const AttachmentEntry& entry, const QByte
     return xml.Element("FileLoc", MakeReference(entry.part, listPart, isFromRoot)).Close().GetBytes();
 }
 
-// A document without a list gets one in a part of its own; an element that named a missing part is put right.
+// A document without a list gets one in a part of its own; an element that named a missing or broken part is put right.
 bool AttachmentWriter::MakeList(PackageChanges& changes)
 {
     const pugi::xml_node root = document.GetRoot();

@@ -11,8 +11,10 @@
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_part.h>
 #include <ofd/package/xml_text.h>
+#include <ofd/parse/outline_reader.h>
 
 #include <QHash>
+#include <QSet>
 
 namespace ofd {
 
@@ -80,6 +82,28 @@ std::vector<int> MatchElements(const BookmarkSources& saved, const std::vector<G
     return matches;
 }
 
+// A list that is left without a bookmark goes: the format wants none that is empty. What is new stands beside what
+// stays, or, when nothing stays, at the end of the last list.
+void RemoveEmptied(XmlEdit& edit, const std::vector<pugi::xml_node>& elements, const std::vector<int>& matches,
+                   const std::vector<bool>& stays)
+{
+    if (elements.empty())
+        return;
+    QSet<size_t> needed; // lists, by hash
+    for (size_t i = 0; i < matches.size(); ++i) {
+        if (stays[i])
+            needed.insert(elements[size_t(matches[i])].parent().hash_value());
+    }
+    if (needed.isEmpty())
+        needed.insert(elements.back().parent().hash_value());
+    pugi::xml_node seen;
+    for (const pugi::xml_node& element : elements) {
+        if (element.parent() != seen && !needed.contains(element.parent().hash_value()))
+            edit.Remove(element.parent());
+        seen = element.parent();
+    }
+}
+
 } // namespace
 
 bool AreBookmarksChanged(const BookmarkSources& saved, const std::vector<G_Bookmark*>& current)
@@ -99,13 +123,13 @@ void WriteBookmarks(XmlEdit& edit, const XmlPart& document, const DocumentStruct
                     const BookmarkSources& saved, const std::vector<G_Bookmark*>& current)
 {
     const pugi::xml_node root = document.GetRoot();
-    const pugi::xml_node list = ChildElement(root, "Bookmarks");
+    const std::vector<pugi::xml_node> lists = BookmarkLists(root);
     if (current.empty()) {
-        if (list && !saved.empty())
-            edit.Remove(list);
+        for (size_t i = 0; i < lists.size() && !saved.empty(); ++i)
+            edit.Remove(lists[i]);
         return;
     }
-    if (!list) {
+    if (lists.empty()) {
         XmlFragment xml(PrefixOf(root));
         xml.Open("Bookmarks");
         for (const G_Bookmark* bookmark : current)
@@ -113,11 +137,12 @@ void WriteBookmarks(XmlEdit& edit, const XmlPart& document, const DocumentStruct
         edit.InsertInOrder(root, "Bookmarks", xml.Close().GetBytes(), DocumentOrder());
         return;
     }
-    const std::vector<pugi::xml_node> elements = ChildElements(list, "Bookmark");
+    const std::vector<pugi::xml_node> elements = BookmarkElements(root);
     const std::vector<int> matches = MatchElements(saved, current);
-    const std::vector<bool> stays = ArrangeChildren(edit, list, elements, matches, [&](int i) {
-        return ElementBytes(*current[size_t(i)], structure, PrefixOf(list));
+    const std::vector<bool> stays = ArrangeChildren(edit, lists.front(), elements, matches, [&](int i) {
+        return ElementBytes(*current[size_t(i)], structure, PrefixOf(lists.front()));
     });
+    RemoveEmptied(edit, elements, matches, stays);
     for (size_t i = 0; i < current.size(); ++i) {
         const size_t place = size_t(matches[i]);
         if (stays[i])

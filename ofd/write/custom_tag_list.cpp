@@ -68,20 +68,20 @@ QString CustomTagListWriter::WriteTree(const TagTree& tree, PackageChanges& chan
 
 bool CustomTagListWriter::WriteList(const std::vector<TagTree>& trees, PackageChanges& changes, PackageError& error)
 {
-    if (listPart.isEmpty()) {
+    const std::unique_ptr<XmlPart> list = LoadList(package, listPart, error);
+    if (error)
+        return false;
+    if (!list) {
         MakeList(trees, changes);
         return true;
     }
-    const std::unique_ptr<XmlPart> list = XmlPart::Load(package, listPart, &error);
-    if (!list)
-        return false;
     XmlEdit listEdit(*list);
     EditList(listEdit, list->GetRoot(), trees);
     changes.SetPart(listPart, listEdit.Apply(&error));
     return !error;
 }
 
-// An element of the document part that named a missing list is put right.
+// An element of the document part that named a missing or broken list is put right.
 void CustomTagListWriter::MakeList(const std::vector<TagTree>& trees, PackageChanges& changes)
 {
     const pugi::xml_node root = document.GetRoot();

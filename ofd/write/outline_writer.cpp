@@ -188,7 +188,10 @@ bool WriteOutline(XmlEdit& edit, const XmlPart& document, const DocumentStructur
     const pugi::xml_node part = document.GetRoot();
     const pugi::xml_node list = ChildElement(part, "Outlines");
     if (!root || root->SubNodeCount() == 0) {
-        edit.Remove(list);
+        if (ChildElements(part, "Outlines").size() < 2)
+            edit.Remove(list);
+        else
+            edit.ReplaceContent(list, QByteArray()); // else the next one, which nobody saw, would take its place
         return true;
     }
     ElementSource top;

@@ -1,7 +1,10 @@
 #include "part_making.h"
 
+#include <ofd/package/package.h>
+#include <ofd/package/package_error.h>
 #include <ofd/package/xml_edit.h>
 #include <ofd/package/xml_names.h>
+#include <ofd/package/xml_part.h>
 #include <ofd/package/xml_text.h>
 #include <ofd/package/xml_values.h>
 
@@ -26,6 +29,18 @@ QByteArray NewPart(const pugi::xml_node& other, const QByteArray& rootName, cons
     const QByteArray name = PrefixOf(other) + rootName;
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<" + name + NamespaceDeclaration(other) + '>' + content + "</" +
            name + '>';
+}
+
+std::unique_ptr<XmlPart> LoadList(const Package& package, const QString& listPart, PackageError& error)
+{
+    if (listPart.isEmpty())
+        return nullptr;
+    PackageError reason;
+    std::unique_ptr<XmlPart> list = XmlPart::Load(package, listPart, &reason);
+    const bool isBroken = reason.kind == PackageErrorKind::BadXml || reason.kind == PackageErrorKind::Damaged;
+    if (!list && !isBroken)
+        error = reason;
+    return list;
 }
 
 bool RefersFromRoot(const pugi::xml_node& list)
