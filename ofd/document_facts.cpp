@@ -50,6 +50,7 @@ DocumentFacts OfdDocument::GetFacts()
     facts.templates = GetTemplateCount();
     facts.attachments = GetAttachmentCount();
     facts.permissions = d->Structure().permissions;
+    facts.version = d->Structure().version;
     facts.isSigned = IsSignProtected();
     facts.isEncrypted = IsEncrypted();
     const std::shared_ptr<const Package> package = d->store->GetPackage();

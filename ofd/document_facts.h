@@ -31,6 +31,7 @@ struct DocumentFacts
     int templates = 0;
     int attachments = 0;
     Permissions permissions;
+    VersionFacts version;
     bool isSigned = false;
     bool isEncrypted = false;
 };

@@ -28,9 +28,10 @@ CCA_String Utf8(const QString& text)
 
 } // namespace
 
-OfdAnnot::OfdAnnot(IG_Page* page, DocumentStore& store, std::shared_ptr<const PageAnnotations> list, int position,
-                   int id)
+OfdAnnot::OfdAnnot(IG_Page* page, bool isPageEditable, DocumentStore& store,
+                   std::shared_ptr<const PageAnnotations> list, int position, int id)
     : page(page)
+    , isOnLockedPage(!isPageEditable)
     , store(store)
     , list(std::move(list))
     , position(position)

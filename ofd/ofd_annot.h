@@ -15,8 +15,10 @@ class DocumentStore;
 class OfdAnnot : public IG_Annot
 {
 public:
-    // `position` is that in the page's list. The page, which is the owner, outlives it.
-    OfdAnnot(IG_Page* page, DocumentStore& store, std::shared_ptr<const PageAnnotations> list, int position, int id);
+    // `position` is that in the page's list. The page, which is the owner, outlives it. Without a page that can be
+    // edited the annotation is locked, whatever it says itself.
+    OfdAnnot(IG_Page* page, bool isPageEditable, DocumentStore& store, std::shared_ptr<const PageAnnotations> list,
+             int position, int id);
 
     IG_Page* GetOwnerPage() override { return page; }
     int GetId() override { return id; }
@@ -28,7 +30,7 @@ public:
     CCA_String GetDate() override { return date; }
     void SetVisible(bool visible, bool all) override;
     bool GetVisible(int which) override;
-    bool IsLocked() override { return Record().isReadOnly; }
+    bool IsLocked() override { return isOnLockedPage || Record().isReadOnly; }
     void SetRemark(const CCA_String& remark) override;
     CCA_String GetRemark() override { return remark; }
     CCA_GRect GetBoundary() override;
@@ -52,7 +54,8 @@ public:
 private:
     void UpdateSession();
 
-    IG_Page* page;        // not owned
+    IG_Page* page; // not owned
+    const bool isOnLockedPage;
     DocumentStore& store; // outlives the page
     const std::shared_ptr<const PageAnnotations> list;
     const int position;

@@ -67,12 +67,16 @@ bool OfdPage::Load()
         return true;
     }
     const ContentResult result = store->GetPageContent(index);
-    const bool isMissing = store->GetStructure().pages.at(index).part.isEmpty();
-    if (!result.error.isEmpty() && !isMissing)
+    if (!result.error.isEmpty() && IsEditable()) // the page that a missing part leaves is empty, not broken
         return false;
     content = result.content;
     MakeLayers();
     return true;
+}
+
+bool OfdPage::IsEditable() const
+{
+    return !store->GetStructure().pages.at(index).part.isEmpty();
 }
 
 void OfdPage::Unload()
@@ -80,6 +84,7 @@ void OfdPage::Unload()
     content.reset();
     textPage.reset();
     places.reset();
+    placeById.clear();
 }
 
 void OfdPage::MakeLayers()
@@ -125,7 +130,7 @@ int OfdPage::LoadAnnots()
         if (id == 0 || taken.contains(id))
             id = store->GetUnitIds().Take(*store->GetPackage()); // written when the annotation is edited
         taken.insert(id);
-        annots.push_back(std::make_unique<OfdAnnot>(this, *store, list, i, id));
+        annots.push_back(std::make_unique<OfdAnnot>(this, IsEditable(), *store, list, i, id));
     }
     areAnnotsRead = true;
     areAnnotsBroken = list->isBroken;
@@ -189,18 +194,20 @@ IG_TextPage* OfdPage::GetTextPage()
 
 const QVector<ObjectPlace>& OfdPage::Places()
 {
-    if (!places)
-        places = std::make_unique<QVector<ObjectPlace>>(PlaceObjects(*store->GetPageContent(index).content, *store));
+    if (places)
+        return *places;
+    places = std::make_unique<QVector<ObjectPlace>>(PlaceObjects(*store->GetPageContent(index).content, *store));
+    placeById.clear();
+    for (int i = places->size() - 1; i >= 0; --i) // from the last on, so that the first holds
+        placeById.insert(places->at(i).id, i);
     return *places;
 }
 
 const ObjectPlace* OfdPage::FindObject(int id)
 {
-    for (const ObjectPlace& place : Places()) {
-        if (place.id == id)
-            return &place;
-    }
-    return nullptr;
+    const QVector<ObjectPlace>& all = Places();
+    const auto found = placeById.constFind(id);
+    return found == placeById.constEnd() ? nullptr : &all.at(*found);
 }
 
 int OfdPage::CollectObjectsInRect(const CCA_GRect& rect, G_PageObjRef* ref)

@@ -6,6 +6,8 @@
 #include <ofd/model/content.h>
 #include <ofd/text/object_places.h>
 
+#include <QHash>
+
 #include <memory>
 #include <vector>
 
@@ -61,6 +63,8 @@ public:
     CCA_String GetTemplateRefZOrder(int position) override;
     QVector<G_PageLink> GetLinks() override;
 
+    // False for a page that only stands for one whose part is missing: nothing on it can be changed.
+    bool IsEditable() const;
     // Lets the content go.
     void Unload();
     // The object with that id, of a page that need not be loaded; null when there is none. Valid until Unload.
@@ -82,6 +86,7 @@ private:
     std::vector<std::unique_ptr<OfdPageLayer>> layers; // made at the first load, then kept
     std::unique_ptr<OfdTextPage> textPage;
     std::unique_ptr<QVector<ObjectPlace>> places; // made when asked for
+    QHash<int, int> placeById;                    // positions in `places`; of one identifier the first
     bool areAnnotsRead = false;
     bool areAnnotsBroken = false;
     std::vector<std::unique_ptr<OfdAnnot>> annots;

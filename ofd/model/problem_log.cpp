@@ -34,6 +34,7 @@ constexpr KindRow rows[] = {
     {ProblemKind::Cycle, "cycle", ProblemSeverity::Problem},
     {ProblemKind::Limit, "limit", ProblemSeverity::Problem},
     {ProblemKind::PageFailed, "page-failed", ProblemSeverity::Problem},
+    {ProblemKind::VersionShown, "version-shown", ProblemSeverity::Info},
 };
 
 const KindRow& RowOf(ProblemKind kind)

@@ -27,6 +27,7 @@ enum class ProblemKind {
     Cycle,               // something that contains itself
     Limit,               // more, deeper or larger than what is read
     PageFailed,          // a page that is shown as an empty sheet
+    VersionShown,        // no problem: the file keeps several states of the document, and one of them is open
 };
 
 enum class ProblemSeverity { Info, Problem };

@@ -154,7 +154,7 @@ void TestProblemLog::informationIsNoProblem()
 void TestProblemLog::everyKindHasAWordOfItsOwn()
 {
     QSet<QByteArray> words;
-    for (int kind = 0; kind <= int(ProblemKind::PageFailed); ++kind) {
+    for (int kind = 0; kind <= int(ProblemKind::VersionShown); ++kind) {
         const QByteArray word = WordOf(ProblemKind(kind));
         QVERIFY(!word.isEmpty() && !words.contains(word));
         words.insert(word);
