@@ -92,7 +92,7 @@ OVJson JsonOf(const ofd::Problem& problem)
     item.SetString("kind", QString::fromLatin1(ofd::WordOf(problem.kind)));
     item.SetString("part", problem.part);
     item.SetDouble("offset", double(problem.offset));
-    item.SetInt("objectId", problem.objectId);
+    item.SetDouble("objectId", double(quint32(problem.objectId)));
     item.SetString("text", problem.text);
     item.SetInt("more", problem.more);
     return item;
@@ -102,7 +102,7 @@ QString LineOf(const ofd::Problem& problem)
 {
     QString place = problem.part.isEmpty() ? QStringLiteral("-") : problem.part;
     if (problem.objectId)
-        place += QStringLiteral(" object %1").arg(problem.objectId);
+        place += QStringLiteral(" object %1").arg(quint32(problem.objectId));
     if (problem.offset >= 0)
         place += QStringLiteral(" byte %1").arg(problem.offset);
     QString line = QStringLiteral("%1\t%2\t%3\t%4")

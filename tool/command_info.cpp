@@ -72,10 +72,26 @@ void SetInformation(OVJson& json, const ofd::DocumentFacts& facts)
     json.SetString("keywords", facts.keywords.join(QStringLiteral(", ")));
 }
 
-void SetFlags(OVJson& json, const ofd::DocumentFacts& facts)
+// Which state of the document is read; nothing when the file keeps but one.
+void SetVersion(OVJson& json, const ofd::VersionFacts& version)
 {
-    json.SetBool("hasPermissions", facts.permissions.exist);
-    json.SetBool("mayEdit", facts.permissions.edit);
+    if (version.count == 0)
+        return;
+    json.SetInt("versions", version.count);
+    json.SetInt("versionShown", version.shown);
+    json.SetString("versionName", version.name);
+    json.SetBool("isNewestVersion", version.isNewest);
+}
+
+void SetFlags(OVJson& json, const ofd::DocumentFacts& facts, bool mayEdit)
+{
+    const ofd::Permissions& permissions = facts.permissions;
+    json.SetBool("hasPermissions", permissions.exist);
+    if (permissions.validFrom.isValid())
+        json.SetString("validFrom", permissions.validFrom.toString(Qt::ISODate));
+    if (permissions.validUntil.isValid())
+        json.SetString("validUntil", permissions.validUntil.toString(Qt::ISODate));
+    json.SetBool("mayEdit", mayEdit);
     json.SetBool("mayAnnotate", facts.permissions.annotate);
     json.SetBool("mayExport", facts.permissions.exportContent);
     json.SetBool("isSigned", facts.isSigned);
@@ -90,6 +106,7 @@ OVJson Facts(const QString& path, ofd::OfdDocument& document)
     json.SetString("file", path);
     json.SetDouble("bytes", double(facts.bytes));
     SetInformation(json, facts);
+    SetVersion(json, facts.version);
     json.SetInt("pages", facts.pages);
     json.SetObject("pageSizes", PageSizes(document));
     json.SetInt("templates", facts.templates);
@@ -97,7 +114,7 @@ OVJson Facts(const QString& path, ofd::OfdDocument& document)
     json.SetInt("bookmarks", CountNodes(document.GetBookmarkRoot()));
     json.SetInt("tags", CountTags(document));
     json.SetInt("attachments", facts.attachments);
-    SetFlags(json, facts);
+    SetFlags(json, facts, document.CheckRight(true));
     return json;
 }
 

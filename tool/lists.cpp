@@ -35,11 +35,17 @@ void Walk(const G_TreeNode* root, const std::function<void(const G_TreeNode& nod
     }
 }
 
+// Identifiers are numbers of 32 bits without a sign, which the model keeps in an int.
+void SetId(OVJson& item, const QByteArray& key, int id)
+{
+    item.SetDouble(key, double(quint32(id)));
+}
+
 void SetDestination(OVJson& item, const G_Dest& dest)
 {
     static const char* const types[] = {"XYZ", "Fit", "FitH", "FitV", "FitR"};
     item.SetInt("page", dest.pageIndex + 1);
-    item.SetInt("pageId", dest.pageId);
+    SetId(item, "pageId", dest.pageId);
     item.SetString("type", QString::fromLatin1(dest.zoomMode >= 0 && dest.zoomMode < 5 ? types[dest.zoomMode] : ""));
     item.SetDouble("left", Rounded(double(dest.left)));
     item.SetDouble("top", Rounded(double(dest.top)));
@@ -95,10 +101,10 @@ OVJson TagItem(const G_TreeNode& node, int tree)
         attributes.Append(Text(attribute));
     for (const G_PageObjRef* reference : tag->objects.Values()) {
         OVJson entry;
-        entry.SetInt("pageId", reference->pageId);
+        SetId(entry, "pageId", reference->pageId);
         OVJson ids = entry.AddArray("objectIds");
         for (const int id : reference->objectIds)
-            ids.Append(id);
+            ids.InsertUInt(-1, unsigned(id));
         objects.Append(entry);
     }
     return item;
@@ -108,7 +114,7 @@ OVJson AnnotationItem(IG_Annot& annot, int pageIndex)
 {
     OVJson item;
     item.SetInt("page", pageIndex + 1);
-    item.SetInt("id", annot.GetId());
+    SetId(item, "id", annot.GetId());
     item.SetString("type", Text(AnnotTypeToString(annot.GetType())));
     item.SetString("subtype", Text(annot.GetSubType()));
     item.SetString("creator", Text(annot.GetCreator()));
@@ -197,7 +203,7 @@ OVJson ListLayers(ofd::OfdDocument& document)
         for (int k = 0; k < page->GetTemplateRefCount(); ++k) {
             OVJson item;
             item.SetInt("page", i + 1);
-            item.SetInt("template", page->GetTemplateRefAt(k));
+            SetId(item, "template", page->GetTemplateRefAt(k));
             item.SetString("name", Text(document.GetTemplateName(page->GetTemplateRefAt(k))));
             item.SetString("kind", Text(page->GetTemplateRefZOrder(k)));
             items.Append(item);

@@ -58,7 +58,7 @@ ColorSpace SpaceFor(const pugi::xml_node& color, const Resources& resources, int
         return *space;
     if (id)
         ReportProblem(ProblemKind::DanglingReference,
-                      QCoreApplication::translate("OfdDocument", "There is no colour space %1.").arg(id));
+                      QCoreApplication::translate("OfdDocument", "There is no colour space %1.").arg(quint32(id)));
     ColorSpace guess;
     if (channelCount == 1)
         guess.kind = ColorSpace::Kind::Gray;

@@ -116,7 +116,7 @@ void DrawParamReader::TellOfCycle(const QVector<Step>& steps, int entry, bool is
     if (isPainted)
         ReportProblem(ProblemKind::Cycle,
                       QCoreApplication::translate("OfdDocument", "The draw parameter %1 is painted with itself.")
-                          .arg(entries.at(entry).id));
+                          .arg(quint32(entries.at(entry).id)));
 }
 
 void DrawParamReader::Read(Entry& entry)

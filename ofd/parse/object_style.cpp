@@ -74,7 +74,7 @@ QVector<double> UsableDashes(const QVector<double>& dashes)
 
 void TellOfDrawParam(ProblemKind kind, const char* text, int id)
 {
-    ReportProblem(kind, QCoreApplication::translate("OfdDocument", text).arg(id));
+    ReportProblem(kind, QCoreApplication::translate("OfdDocument", text).arg(quint32(id)));
 }
 
 } // namespace

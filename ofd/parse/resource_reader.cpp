@@ -74,7 +74,7 @@ private:
         ReportProblem(ProblemKind::DuplicateIdentifier,
                       QCoreApplication::translate("OfdDocument", "More than one %1 has the ID %2.")
                           .arg(QString::fromUtf8(element.name()))
-                          .arg(id));
+                          .arg(quint32(id)));
         return 0;
     }
 

@@ -118,6 +118,7 @@ private:
         if (found.empty())
             return;
         Stamp stamp;
+        stamp.part = part;
         stamp.sealPart = Resolve(TrimmedText(Descend(info, {"Seal", "BaseLoc"})), part);
         stamp.signedValuePart = Resolve(TrimmedText(ChildElement(xml->GetRoot(), "SignedValue")), part);
         for (const pugi::xml_node& element : found) {

@@ -28,6 +28,7 @@ std::optional<SealPicture> FindSealPicture(const QByteArray& bytes);
 // Where a signature puts its seal.
 struct Stamp
 {
+    QString part; // of the signature
     int pageId = 0;
     QRectF boundary;  // mm on the page; never empty
     QRectF clip;      // from the boundary's corner; empty when all of the picture shows

@@ -138,7 +138,7 @@ QImage ImagePainter::ImageOf(int mediaId, const Resources& resources, const QSiz
     const MediaResource* media = resources.FindMedia(mediaId);
     if (mediaId && !media)
         ReportProblem(ProblemKind::DanglingReference,
-                      QCoreApplication::translate("OfdDocument", "There is no picture %1.").arg(mediaId));
+                      QCoreApplication::translate("OfdDocument", "There is no picture %1.").arg(quint32(mediaId)));
     return media && !media->part.isEmpty() ? images.GetImage(package, media->part, sidesPx) : QImage();
 }
 

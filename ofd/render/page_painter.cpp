@@ -162,13 +162,13 @@ void ContentPainter::PaintComposite(const CompositeObject& object, const Around&
     if (!unit) {
         ReportProblem(
             ProblemKind::DanglingReference,
-            QCoreApplication::translate("OfdDocument", "There is no composite object %1.").arg(object.unitId));
+            QCoreApplication::translate("OfdDocument", "There is no composite object %1.").arg(quint32(object.unitId)));
         return;
     }
     if (openUnits.contains(unit) || openUnits.size() >= limits::MaxReferenceDepth) {
-        ReportProblem(
-            ProblemKind::Cycle,
-            QCoreApplication::translate("OfdDocument", "The composite object %1 contains itself.").arg(object.unitId));
+        ReportProblem(ProblemKind::Cycle,
+                      QCoreApplication::translate("OfdDocument", "The composite object %1 contains itself.")
+                          .arg(quint32(object.unitId)));
         return;
     }
     painter->setWorldTransform(object.toContainer, true);

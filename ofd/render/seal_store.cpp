@@ -54,7 +54,14 @@ QVector<Stamp> SealStore::GetStamps(const DocumentStore& store, int pageIndex)
     if (!areStampsRead) {
         const ProblemScope scope(store.GetPackage()->GetEntryPoint());
         for (const Stamp& stamp : ReadStamps(*store.GetPackage(), structure.documentFolder)) {
-            QVector<Stamp>& onPage = stampsByPage[structure.pageIndexById.value(stamp.pageId, -1)];
+            const int page = structure.pageIndexById.value(stamp.pageId, -1);
+            if (page < 0) {
+                ReportProblem(
+                    ProblemKind::DanglingReference, stamp.part,
+                    Tr("A seal is to be painted on the page %1, which does not exist.").arg(quint32(stamp.pageId)));
+                continue;
+            }
+            QVector<Stamp>& onPage = stampsByPage[page];
             if (onPage.size() < limits::MaxStampsOnPage)
                 onPage.append(stamp);
             else
