@@ -17,6 +17,7 @@
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -26,9 +27,37 @@
 
 namespace {
 
+constexpr int LeastTabWidth = 110; // that still tells documents apart; with more tabs the bar scrolls
+constexpr int MostTabWidth = 260;
+
+class TabBar : public QTabBar
+{
+public:
+    using QTabBar::QTabBar;
+
+protected:
+    QSize tabSizeHint(int position) const override
+    {
+        return QTabBar::tabSizeHint(position).boundedTo(QSize(MostTabWidth, QWIDGETSIZE_MAX));
+    }
+    QSize minimumTabSizeHint(int position) const override
+    {
+        return tabSizeHint(position).boundedTo(QSize(LeastTabWidth, QWIDGETSIZE_MAX));
+    }
+    // The middle button closes a tab, as everywhere.
+    void mouseReleaseEvent(QMouseEvent* event) override
+    {
+        const int position = tabAt(event->pos());
+        if (event->button() == Qt::MiddleButton && position >= 0)
+            emit tabCloseRequested(position);
+        else
+            QTabBar::mouseReleaseEvent(event);
+    }
+};
+
 QTabBar* MakeTabBar(QWidget* parent)
 {
-    auto* bar = new QTabBar(parent);
+    auto* bar = new TabBar(parent);
     bar->setMovable(true);
     bar->setExpanding(false);
     bar->setDocumentMode(true);
@@ -82,6 +111,7 @@ void MainWindow::MakeCentralArea()
     connect(statusPanel, &StatusPanel::Typed, this, [this] { viewStack->currentWidget()->setFocus(); });
 
     connect(tabBar, &QTabBar::currentChanged, this, &MainWindow::OnTabChosen);
+    connect(tabBar, &QTabBar::tabCloseRequested, this, &MainWindow::CloseTab);
     connect(tabBar, &QTabBar::tabMoved, this, &MainWindow::OnTabMoved);
     connect(navigationBar, &NavigationBar::PageToggled, this, &MainWindow::ShowPane);
     connect(paneArea, &PaneArea::CloseRequested, this, [this] { ShowPane(CurrentPaneId(), false); });

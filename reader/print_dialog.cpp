@@ -30,6 +30,7 @@ PrintDialog::PrintDialog(QPrinter* printer, int pageCount, QWidget* parent)
     setOption(PrintCurrentPage);
     setOption(PrintPageRange, pageCount > 1);
     setMinMax(1, pageCount);
+    setFromTo(1, pageCount);
     setOptionTabs({MakeSizeTab()});
 }
 

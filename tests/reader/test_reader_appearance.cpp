@@ -57,6 +57,8 @@ private slots:
     void commandsForDocumentsAreGreyWithoutOne();
     void theEmptyWindowOffersTheDocumentsOpenedLast();
     void closeButtonsOfTabsCloseTheirOwnTab();
+    void theMiddleButtonClosesATab();
+    void manyTabsKeepNamesThatCanBeRead();
     void theTitleSaysThatADocumentIsReadOnly();
 };
 
@@ -186,6 +188,29 @@ void TestReaderAppearance::closeButtonsOfTabsCloseTheirOwnTab()
     QTRY_COMPARE(desk.Window()->TabCount(), 2);
     QVERIFY(desk.Window()->TabAt(0)->Path().endsWith("b.ofd"));
     QVERIFY(desk.Window()->TabAt(1)->Path().endsWith("a.ofd"));
+}
+
+void TestReaderAppearance::theMiddleButtonClosesATab()
+{
+    ReaderDesk desk(false);
+    for (const char* name : {"a.ofd", "b.ofd"})
+        QVERIFY(desk.Window()->OpenFile(OfdFile::WithPages(1).Write(desk.Folder() + "/" + name)));
+    auto* tabs = desk.Window()->findChild<QTabBar*>();
+    QTest::mouseClick(tabs, Qt::MiddleButton, Qt::NoModifier, tabs->tabRect(0).center());
+    QCOMPARE(desk.Window()->TabCount(), 1);
+    QVERIFY(desk.Window()->TabAt(0)->Path().endsWith("b.ofd"));
+}
+
+void TestReaderAppearance::manyTabsKeepNamesThatCanBeRead()
+{
+    ReaderDesk desk(false);
+    for (int i = 0; i < 20; ++i)
+        QVERIFY(desk.Window()->OpenFile(
+            OfdFile::WithPages(1).Write(QStringLiteral("%1/quarterly report %2.ofd").arg(desk.Folder()).arg(i))));
+    const auto* tabs = desk.Window()->findChild<QTabBar*>();
+    for (int i = 0; i < 20; ++i)
+        QVERIFY(tabs->tabRect(i).width() >= 100);
+    QVERIFY(tabs->tabRect(19).intersects(tabs->rect())); // the present one is in view
 }
 
 void TestReaderAppearance::theTitleSaysThatADocumentIsReadOnly()

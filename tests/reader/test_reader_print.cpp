@@ -326,6 +326,8 @@ void TestReaderPrint::theDialogTellsHowLargePagesComeOut()
     QCOMPARE(pressed, 1);
     QCOMPARE(dialog.Size(), PrintSize::OwnSheet);
     QCOMPARE(dialog.maxPage(), 7);
+    QCOMPARE(dialog.toPage(), 7);
+    QCOMPARE(PagesToPrint(printer, 7, 0).size(), 7); // all, until a range is chosen
 }
 
 void TestReaderPrint::theWindowLivesWhileItPrintsAndCancelLeavesNoFile()
