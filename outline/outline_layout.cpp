@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QShortcut>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -108,6 +109,10 @@ QLayout* NaviOutlineWidget::BuildButtonRow()
     auto* menu = new QMenu(addButton);
     menu->addAction(tr("Batch add"));
     addButton->setMenu(menu);
+    // The arrow is the mouse's; without an entry there is no other way to the menu for the keyboard.
+    auto* menuKey = new QShortcut(Qt::ALT + Qt::Key_Down, addButton);
+    menuKey->setContext(Qt::WidgetShortcut);
+    connect(menuKey, &QShortcut::activated, addButton, &QToolButton::showMenu);
     DressAddButton(addButton);
     Name(addButton, tr("Add outline"));
     delButton = new QPushButton(this);

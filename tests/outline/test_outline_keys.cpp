@@ -8,9 +8,11 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTextEdit>
+#include <QTimer>
 #include <QToolButton>
 #include <QUndoStack>
 #include <QtTest>
@@ -27,6 +29,7 @@ QString Many(int count)
 
 void Alt(const OutlineTab* tab, Qt::Key key)
 {
+    tab->Tree()->setFocus(); // else Alt+Down would mean the add button, which has it at first
     QTest::keyClick(tab->Tree(), key, Qt::AltModifier);
 }
 
@@ -67,6 +70,8 @@ private slots:
     void ctrlClicksOnSeveralEntriesTakeWhatIsBelowThemAlong();
     void aCtrlSelectionOfAParentAndItsChildIsLeftAlone();
     void withoutCtrlAReleaseSelectsNothingMore();
+    void theTabKeyGoesThroughTheButtonsToTheTree();
+    void altAndDownOpensTheMenuOfTheAddButton();
     void addingRenamingAndMovingWithRealEventsUndoesAndRedoesCompletely();
 };
 
@@ -379,6 +384,35 @@ void TestOutlineKeys::withoutCtrlAReleaseSelectsNothingMore()
     Gesture::Click(tab, "A2");
     Gesture::Click(tab, "C", Qt::ShiftModifier);
     QCOMPARE(Gesture::Selected(tab), (QStringList{"A2", "B", "C"}));
+}
+
+void TestOutlineKeys::theTabKeyGoesThroughTheButtonsToTheTree()
+{
+    OutlineDesk desk(SmallOutline());
+    const NaviOutlineWidget* pane = desk.First()->pane;
+    pane->addButton->setFocus();
+    for (QWidget* next : std::initializer_list<QWidget*>{pane->delButton, pane->expandButton, pane->tree}) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), next);
+    }
+}
+
+void TestOutlineKeys::altAndDownOpensTheMenuOfTheAddButton()
+{
+    OutlineDesk desk(QStringLiteral("page 210 297\n"));
+    const NaviOutlineWidget* pane = desk.First()->pane;
+    pane->addButton->setFocus();
+    QStringList lines;
+    // The menu is open as long as the key's call lasts.
+    QTimer::singleShot(0, [&lines, pane] {
+        for (const QAction* action : pane->addButton->menu()->actions()) {
+            if (pane->addButton->menu()->isVisible())
+                lines.append(action->text());
+        }
+        pane->addButton->menu()->close();
+    });
+    QTest::keyClick(pane->addButton, Qt::Key_Down, Qt::AltModifier);
+    QCOMPARE(lines, QStringList{"Batch add"});
 }
 
 void TestOutlineKeys::addingRenamingAndMovingWithRealEventsUndoesAndRedoesCompletely()
