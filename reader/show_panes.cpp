@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QHeaderView>
 #include <QTextStream>
 #include <QTimer>
 
@@ -52,7 +53,7 @@ void PrintPane(QTextStream& out, Core::G_NavigationPage* page, const QWidget* pa
     const QList<QAbstractItemView*> lists = pane->findChildren<QAbstractItemView*>();
     for (const QAbstractItemView* list : lists) {
         const QAbstractItemModel* model = list->model();
-        if (!model)
+        if (!model || qobject_cast<const QHeaderView*>(list)) // a tree's header is a view of the same rows
             continue;
         int left = MostListedRows;
         out << "  " << model->rowCount() << (model->rowCount() == 1 ? " entry" : " entries") << '\n';
