@@ -1025,11 +1025,11 @@ A reader of fixed-layout documents.</source>
     </message>
     <message>
         <source>The draw parameter %1 is painted with itself.</source>
-        <translation type="unfinished"></translation>
+        <translation>绘制参数 %1 引用了自身。</translation>
     </message>
     <message>
         <source>The colour profile of the picture cannot be used.</source>
-        <translation type="unfinished"></translation>
+        <translation>图片的颜色配置文件无法使用。</translation>
     </message>
 </context>
 <context>
@@ -1346,23 +1346,23 @@ A reader of fixed-layout documents.</source>
     </message>
     <message>
         <source>none of %1, but the document itself</source>
-        <translation type="unfinished"></translation>
+        <translation>共 %1 个版本，显示的是文档本身</translation>
     </message>
     <message>
         <source>%1 of %2</source>
-        <translation type="unfinished"></translation>
+        <translation>第 %1 个，共 %2 个</translation>
     </message>
     <message>
         <source>%1 of %2 (%3)</source>
-        <translation type="unfinished"></translation>
+        <translation>第 %1 个，共 %2 个（%3）</translation>
     </message>
     <message>
         <source>%1, not the newest</source>
-        <translation type="unfinished"></translation>
+        <translation>%1，不是最新版本</translation>
     </message>
     <message>
         <source>Version shown</source>
-        <translation type="unfinished"></translation>
+        <translation>显示的版本</translation>
     </message>
     <message>
         <source>Yes, copies at a time: at most %1</source>
