@@ -7,7 +7,7 @@ namespace ofd {
 
 namespace {
 
-constexpr double BlankGap = 0.2;    // of the height
+constexpr double BlankGap = 0.15;   // of the height, more than between letters
 constexpr double AcrossWeight = 20; // beside a short line the pointer means it, not the longer one below
 
 double Dot(const QPointF& a, const QPointF& b)
@@ -39,6 +39,14 @@ bool IsIdeographic(uint code)
            script == QChar::Script_Bopomofo || (code >= 0x3000 && code <= 0x303f) || (code >= 0xff00 && code <= 0xffef);
 }
 
+// The gaps on both sides of the one before a piece: letters that are set wide apart have gaps everywhere.
+double SpacingAround(const QVector<PlaceOnLine>& places, int piece, const TextLine& line)
+{
+    const double before = piece - 1 > line.first ? places.at(piece - 1).gap : 0;
+    const double behind = piece + 1 < line.end ? places.at(piece + 1).gap : 0;
+    return std::max({before, behind, 0.0});
+}
+
 bool IsEmpty(const PlacedText& piece)
 {
     return piece.text.isEmpty();
@@ -58,7 +66,8 @@ PageText::PageText(std::shared_ptr<const PageContent> content, HiddenText hidden
     cells.reserve(pieces.size());
     for (int run = 0; run < runs.size(); ++run) {
         for (int i = runs.at(run).first; i < runs.at(run).end; ++i) {
-            const bool hasGap = pieces.at(i).isFirst && places.at(i).gap > BlankGap;
+            const double spacing = SpacingAround(places, i, runs.at(run));
+            const bool hasGap = pieces.at(i).isFirst && places.at(i).gap > spacing + BlankGap;
             cells.append({pieces.at(i).box, places.at(i).middle, run, letters.size(), hasGap});
             letters += pieces.at(i).text;
             bounds |= pieces.at(i).box;
