@@ -34,6 +34,14 @@ struct G_HighLightItem
     QList<G_HighLightItem> nested; // reserved
 };
 
+// A link of a page that is in view.
+struct G_LinkInView
+{
+    int pageIndex = 0;
+    G_PageLink link;
+    QPainterPath outline; // its area in scene units
+};
+
 // The view of one open document: pages in a column of a graphics view, tools, overlays, one undo stack. Owned by the
 // window that shows it; it dies before its document. Main thread only.
 //
@@ -131,6 +139,10 @@ public:
     // The link under a scene point; `link` may be null. False when there is none, or none is shown, and as long as
     // nothing of the page has been painted.
     bool LinkAt(const CCA_Point& point, G_PageLink* link) const;
+    // The links of which something is in view, page by page from the top down.
+    QVector<G_LinkInView> LinksInView() const;
+    // Runs a link's actions on behalf of a click, in the next turn of the event loop, unless the view has gone by then.
+    void RunLink(const std::shared_ptr<const G_ActionList>& actions);
     // A tool tip for all of the view, as plain text; empty for none.
     void SetViewTip(const QString& text);
 

@@ -1,6 +1,7 @@
 #include "host_tools.h"
 
 #include "doc_view.h"
+#include "link_keys.h"
 #include "link_pointer.h"
 #include "page_holds.h"
 
@@ -107,6 +108,7 @@ void RegisterHostTools()
 
 GT_HandTool::GT_HandTool()
     : links(std::make_unique<G_LinkPointer>(this, Qt::OpenHandCursor))
+    , linkKeys(std::make_unique<G_LinkKeys>(this))
 {
 }
 
@@ -131,11 +133,13 @@ void GT_HandTool::OnDeactivate()
 {
     isDragging = false;
     links->Forget();
+    linkKeys->Forget();
     DocView()->SetViewCursor(kArrowCursor);
 }
 
 int GT_HandTool::OnLButtonDown(unsigned /*flags*/, CCA_Point point)
 {
+    linkKeys->Forget();
     isDragging = true;
     grip = point;
     if (!links->Press(point))
@@ -174,8 +178,19 @@ int GT_HandTool::OnLeave()
     return 0;
 }
 
+int GT_HandTool::OnKeyDown(int key, unsigned flags)
+{
+    return linkKeys->KeyDown(key, flags) ? 1 : 0;
+}
+
+void GT_HandTool::PaintSceneEnd(QPainter* painter, G_DocView* /*view*/)
+{
+    linkKeys->Paint(painter);
+}
+
 GT_TextSelect::GT_TextSelect()
     : links(std::make_unique<G_LinkPointer>(this, Qt::IBeamCursor))
+    , linkKeys(std::make_unique<G_LinkKeys>(this))
 {
 }
 
@@ -206,6 +221,7 @@ void GT_TextSelect::OnDeactivate()
 {
     EndDrag();
     links->Forget();
+    linkKeys->Forget();
     DocView()->SetReadsTextAhead(false);
     DocView()->SetViewCursor(kArrowCursor);
 }
@@ -228,6 +244,7 @@ int GT_TextSelect::OnLButtonDown(unsigned flags, CCA_Point point)
         SelectTo(point);
         return 1;
     }
+    linkKeys->Forget();
     links->Press(point);
     DocView()->SetHighLightText({});
     startPage = DocView()->PageIndexByPoint(QPoint(point.x, point.y), true, false);
@@ -347,8 +364,15 @@ void GT_TextSelect::SelectWord(int page, const CCA_GPoint& place)
     DocView()->SetHighLightText({item});
 }
 
+void GT_TextSelect::PaintSceneEnd(QPainter* painter, G_DocView* /*view*/)
+{
+    linkKeys->Paint(painter);
+}
+
 int GT_TextSelect::OnKeyDown(int key, unsigned flags)
 {
+    if (linkKeys->KeyDown(key, flags))
+        return 1;
     const bool isControl = (flags & Qt::ControlModifier) != 0;
     if (isControl && key == Qt::Key_A) {
         DocView()->SelectAllText();

@@ -5,6 +5,7 @@
 
 #include <memory>
 
+class G_LinkKeys;
 class G_LinkPointer;
 class G_PageHolds;
 class QObject;
@@ -14,7 +15,7 @@ class QTimer;
 // Harmless when repeated.
 FRAME_EXPORT void RegisterHostTools();
 
-// Drags the pages, and follows links by a click. A view's tool when no other is chosen.
+// Drags the pages, and follows links by a click, or by Tab and Enter. A view's tool when no other is chosen.
 class FRAME_EXPORT GT_HandTool : public GT_Base
 {
 public:
@@ -28,9 +29,12 @@ public:
     int OnLButtonUp(unsigned flags, CCA_Point point) override;
     int OnMouseMove(unsigned flags, CCA_Point point) override;
     int OnLeave() override;
+    int OnKeyDown(int key, unsigned flags) override;
+    void PaintSceneEnd(QPainter* painter, G_DocView* view) override;
 
 private:
     const std::unique_ptr<G_LinkPointer> links;
+    const std::unique_ptr<G_LinkKeys> linkKeys;
     bool isDragging = false;
     CCA_Point grip; // the scene point that stays under the mouse
 };
@@ -54,6 +58,7 @@ public:
     int OnMouseMove(unsigned flags, CCA_Point point) override;
     int OnLeave() override;
     int OnKeyDown(int key, unsigned flags) override;
+    void PaintSceneEnd(QPainter* painter, G_DocView* view) override;
 
 private:
     void SelectTo(CCA_Point point);
@@ -62,6 +67,7 @@ private:
     void EndDrag();
 
     const std::unique_ptr<G_LinkPointer> links;
+    const std::unique_ptr<G_LinkKeys> linkKeys;
     bool isSelecting = false;
     CCA_Point mouse; // where the drag is, scene units
     // Runs while a drag is held beyond the edge of the view.

@@ -3,11 +3,9 @@
 #include "doc_view.h"
 #include "link_text.h"
 #include "tool_handler.h"
-#include "ui_context.h"
 
 #include <QGuiApplication>
 #include <QStyleHints>
-#include <QTimer>
 
 G_LinkPointer::G_LinkPointer(G_ToolHandler* tool, int cursor)
     : tool(tool)
@@ -51,7 +49,7 @@ bool G_LinkPointer::Release(CCA_Point point)
     G_PageLink below;
     if (!isHeld || !tool->DocView()->LinkAt(point, &below) || below.actions != link.actions)
         return false;
-    Run(link);
+    tool->DocView()->RunLink(link.actions);
     return true;
 }
 
@@ -66,14 +64,4 @@ void G_LinkPointer::Forget()
 QPoint G_LinkPointer::OnScreen(CCA_Point point) const
 {
     return QPoint(point.x, point.y) - tool->DocView()->VisibleSceneRect().topLeft();
-}
-
-// Later, since a question may come up, and the event of the mouse must have ended by then.
-void G_LinkPointer::Run(const G_PageLink& link) const
-{
-    G_DocView* view = tool->DocView();
-    QTimer::singleShot(0, view, [view, actions = link.actions] {
-        if (view->UIContext())
-            view->UIContext()->ActionHandler()->DoActions(actions->Actions(), view->GDocument(), kClickOnPage);
-    });
 }

@@ -28,7 +28,6 @@ public:
 
 private:
     QPoint OnScreen(CCA_Point point) const;
-    void Run(const G_PageLink& link) const;
 
     G_ToolHandler* tool; // not owned
     const int cursor;

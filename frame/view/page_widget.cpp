@@ -92,9 +92,17 @@ void G_PageWidget::wheelEvent(QWheelEvent* event)
         view->d->HoverAgain(*event);
 }
 
+bool G_PageWidget::focusNextPrevChild(bool isNext)
+{
+    return (view && view->d->TabKey(isNext)) || QGraphicsView::focusNextPrevChild(isNext);
+}
+
+// A plain Tab was offered to the view when the focus was to move.
 void G_PageWidget::Key(QKeyEvent* event)
 {
-    if (view && view->d->KeyEvent(event))
+    const bool isTab = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
+    const bool isPlain = (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) == 0;
+    if (view && !(isTab && isPlain) && view->d->KeyEvent(event))
         event->accept();
     else
         event->ignore();

@@ -86,6 +86,12 @@ private slots:
     void otherToolsFollowNoLinks();
     void leavingTheViewForgetsTheTip();
     void aViewThatClosesAfterTheClickRunsNothing();
+    void theKeysGoFromLinkToLinkAndOut_data() { AddTools(); }
+    void theKeysGoFromLinkToLinkAndOut();
+    void enterRunsTheLinkWithTheFrame_data() { AddTools(); }
+    void enterRunsTheLinkWithTheFrame();
+    void aLinkThatWasScrolledAwayIsNotRunByEnter();
+    void aScrollShowsWhatIsUnderTheMouseNow();
     void openingFollowsAJumpAndNothingElse();
     void openingFollowsTheFirstJumpThatLeadsSomewhere();
 
@@ -413,6 +419,77 @@ void TestDocViewLinks::aViewThatClosesAfterTheClickRunsNothing()
     fixture->SetCurrent(View());
     ViewFixture::Settle();
     QVERIFY(fixture->Context()->Asked().isEmpty());
+}
+
+void TestDocViewLinks::theKeysGoFromLinkToLinkAndOut()
+{
+    QFETCH(QByteArray, tool);
+    Choose(tool);
+    QWidget* widget = View()->Widget();
+    widget->setFocus();
+    QStringList heard;
+    const int count = View()->LinksInView().size();
+    QVERIFY(count >= 8);
+    for (int i = 0; i < count; ++i) {
+        QTest::keyClick(widget, Qt::Key_Tab);
+        heard << widget->accessibleDescription();
+    }
+    QCOMPARE(heard.mid(0, 3), (QStringList{"Page 3", "Attachment: note.txt", "Page 2"})); // the first row
+    QVERIFY(!heard.contains(QString()));
+    QTest::keyClick(widget, Qt::Key_Backtab);
+    QCOMPARE(widget->accessibleDescription(), heard.at(count - 2));
+    QTest::keyClick(widget, Qt::Key_Tab);
+    QTest::keyClick(widget, Qt::Key_Tab); // behind the last one
+    QVERIFY(widget->accessibleDescription().isEmpty());
+    QTest::keyClick(widget, Qt::Key_Tab);
+    QCOMPARE(widget->accessibleDescription(), heard.first());
+    QTest::keyClick(widget, Qt::Key_Escape);
+    QVERIFY(widget->accessibleDescription().isEmpty());
+}
+
+void TestDocViewLinks::enterRunsTheLinkWithTheFrame()
+{
+    QFETCH(QByteArray, tool);
+    Choose(tool);
+    QWidget* widget = View()->Widget();
+    widget->setFocus();
+    QTest::keyClick(widget, Qt::Key_Return); // without a frame: nothing
+    ViewFixture::Settle();
+    QCOMPARE(View()->CurrentPageIndex(), 0);
+    const QImage before = widget->grab().toImage();
+    QTest::keyClick(widget, Qt::Key_Tab);
+    QVERIFY(widget->grab().toImage() != before);
+    QTest::keyClick(widget, Qt::Key_Return);
+    ViewFixture::Settle();
+    QCOMPARE(View()->CurrentPageIndex(), 2);
+}
+
+void TestDocViewLinks::aLinkThatWasScrolledAwayIsNotRunByEnter()
+{
+    QWidget* widget = View()->Widget();
+    QTest::keyClick(widget, Qt::Key_Tab);
+    QVERIFY(!widget->accessibleDescription().isEmpty());
+    View()->GoToPage(View(), 3, CCA_GRect(), false);
+    View()->FinishRendering();
+    QTest::keyClick(widget, Qt::Key_Return);
+    ViewFixture::Settle();
+    QCOMPARE(View()->CurrentPageIndex(), 3);
+}
+
+void TestDocViewLinks::aScrollShowsWhatIsUnderTheMouseNow()
+{
+    const QPoint place = At(40, 29); // near the lower edge
+    Move(place);
+    QCOMPARE(Cursor(), Qt::PointingHandCursor);
+    const QString before = Viewport()->toolTip();
+    QWheelEvent wheel(place, Viewport()->mapToGlobal(place), QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(Viewport(), &wheel);
+    const CCA_Point scene{View()->CursorPosition().x(), View()->CursorPosition().y()};
+    QCOMPARE(View()->CursorPosition(), View()->VisibleSceneRect().topLeft() + place);
+    QCOMPARE(Cursor() == Qt::PointingHandCursor, View()->LinkAt(scene, nullptr));
+    QCOMPARE(Viewport()->toolTip().isEmpty(), !View()->LinkAt(scene, nullptr));
+    QVERIFY(Viewport()->toolTip() != before); // so far does a notch scroll
 }
 
 void TestDocViewLinks::openingFollowsAJumpAndNothingElse()
