@@ -58,6 +58,7 @@ G_TextReader::~G_TextReader()
 {
     Want({});
     pool.waitForDone();
+    const std::lock_guard<std::mutex> lock(shared->mutex); // the thread sanitizer does not see the wait
 }
 
 bool G_TextReader::IsReady(int page) const
