@@ -920,6 +920,14 @@ A reader of fixed-layout documents.</source>
         <translation>绘制参数 %1 继承自身。</translation>
     </message>
     <message>
+        <source>The draw parameter %1 is painted with itself.</source>
+        <translation>绘制参数 %1 用自身填充。</translation>
+    </message>
+    <message>
+        <source>The colour profile of the picture cannot be used.</source>
+        <translation>图片的颜色配置文件无法使用。</translation>
+    </message>
+    <message>
         <source>What the draw parameter %1 is relative to is not followed.</source>
         <translation>绘制参数 %1 所继承的参数未再向下追溯。</translation>
     </message>
