@@ -118,10 +118,17 @@ constexpr int MaxUnitedElements = 400;
 constexpr qint64 MaxImagePixels = 200'000'000;
 // The decoded picture in memory, looked at before decoding.
 constexpr qint64 MaxImageBytes = qint64(768) << 20;
+// Larger ones must take at least a byte in the file for so many: blank pictures without end pack into nothing.
+constexpr qint64 FreeImageBytes = qint64(320) << 20;
+constexpr qint64 MaxImageRatio = 2000;
 // Of a picture that is seen through a mask; larger ones get coarser.
 constexpr qint64 MaxMaskedPixels = 32'000'000;
 // Times that a JPEG file goes over its picture; a dozen is usual. Quietly: the picture is not drawn.
 constexpr int MaxJpegScans = 200;
+// Pixels of a JPEG file that goes over its picture more than once, which is then kept in memory twice; and the same
+// multiplied by how often.
+constexpr qint64 MaxScannedPixels = 96'000'000;
+constexpr qint64 MaxScannedPixelsInAll = 3'000'000'000;
 // Bilevel pictures, whose decoder cannot be interrupted: segments, symbols of all dictionaries, bytes of one symbol,
 // bytes that putting symbols into regions copies at the most, cells of halftones. Quietly: the picture is not drawn.
 constexpr size_t MaxJbig2Segments = 100'000;
@@ -143,6 +150,14 @@ constexpr double MaxScale = 1e6;
 // not drawn.
 constexpr qint64 MaxLayerPixels = 200'000'000;
 constexpr qint64 MaxLayerPixelsOnPage = 4'000'000'000;
+// What the objects of one page may ask of the painter, in units of about a nanosecond at 96 dpi: at least, for each
+// byte of the file, and at most. "The page asks for more painting than is done; not all of it is shown." A page of text
+// takes some millions, a map of 500,000 small shapes 2,000 millions.
+constexpr double PageWork = 3.5e9;
+constexpr double PageWorkPerByte = 2000;
+constexpr double MaxPageWork = 120e9;
+// Pixels that a page is counted as at the most, however large it says it is.
+constexpr double MaxCountedPagePixels = 16e6;
 // Objects that one filling of a pattern paints cell by cell. Quietly: a picture of the cell is repeated beyond.
 constexpr int MaxPatternObjects = 20'000;
 

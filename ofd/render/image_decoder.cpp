@@ -30,14 +30,16 @@ bool IsKnownKind(const QByteArray& format)
     return false;
 }
 
-bool IsWithinLimits(const QSize& size, QImage::Format format)
+bool IsWithinLimits(const QSize& size, QImage::Format format, qint64 packedBytes)
 {
     const qint64 pixels = qint64(size.width()) * size.height();
     const int bits = format == QImage::Format_Invalid ? 32 : QImage::toPixelFormat(format).bitsPerPixel();
-    return pixels <= limits::MaxImagePixels && pixels * bits / 8 <= limits::MaxImageBytes;
+    const qint64 bytes = pixels * bits / 8;
+    return pixels <= limits::MaxImagePixels && bytes <= limits::MaxImageBytes &&
+           (bytes <= limits::FreeImageBytes || bytes / limits::MaxImageRatio <= packedBytes);
 }
 
-QImage DecodeByReader(const QByteArray& bytes)
+QImage DecodeByReader(const QByteArray& bytes, qint64 packedBytes)
 {
     QBuffer buffer;
     buffer.setData(bytes);
@@ -48,7 +50,7 @@ QImage DecodeByReader(const QByteArray& bytes)
         return QImage();
     // The size stands in the header; a picture that does not tell it is not decoded on trust.
     const QSize size = reader.size();
-    if (!size.isValid() || size.isEmpty() || !IsWithinLimits(size, reader.imageFormat()))
+    if (!size.isValid() || size.isEmpty() || !IsWithinLimits(size, reader.imageFormat(), packedBytes))
         return QImage();
     return reader.read();
 }
@@ -57,10 +59,10 @@ QImage DecodeByReader(const QByteArray& bytes)
 
 QImage DecodeImage(const QByteArray& bytes)
 {
-    return DecodeImage(bytes, WholeInEighths);
+    return DecodeImage(bytes, WholeInEighths, bytes.size());
 }
 
-QImage DecodeImage(const QByteArray& bytes, int eighths)
+QImage DecodeImage(const QByteArray& bytes, int eighths, qint64 packedBytes)
 {
     if (IsJbig2(bytes))
         return DecodeJbig2(bytes);
@@ -72,7 +74,7 @@ QImage DecodeImage(const QByteArray& bytes, int eighths)
         return DecodeInkJpeg(bytes, colors && colors->IsForInks() ? colors.get() : nullptr);
     // Straight into the pixels of a picture, which takes four fifths of the time.
     const bool isPlainJpeg = components == Lights || (eighths < WholeInEighths && ShrinkableSize(bytes).isValid());
-    QImage image = isPlainJpeg ? DecodePlainJpeg(bytes, eighths) : DecodeByReader(bytes);
+    QImage image = isPlainJpeg ? DecodePlainJpeg(bytes, eighths) : DecodeByReader(bytes, packedBytes);
     if (colors && !image.isNull())
         colors->Convert(image);
     if (image.format() == QImage::Format_ARGB32) // as it is painted, which would be worked out again each time

@@ -1,7 +1,9 @@
 #include "image_painter.h"
 
 #include "image_store.h"
+#include "painting_costs.h"
 #include "painting_tools.h"
+#include "painting_work.h"
 
 #include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
@@ -139,7 +141,18 @@ QImage ImagePainter::ImageOf(int mediaId, const Resources& resources, const QSiz
     if (mediaId && !media)
         ReportProblem(ProblemKind::DanglingReference,
                       QCoreApplication::translate("OfdDocument", "There is no picture %1.").arg(quint32(mediaId)));
-    return media && !media->part.isEmpty() ? images.GetImage(package, media->part, sidesPx) : QImage();
+    if (!media || media->part.isEmpty() || work.IsExhausted())
+        return QImage();
+    const QImage image = images.GetImage(package, media->part, sidesPx);
+    return TakePicture(media->part) ? image : QImage();
+}
+
+// Pictures count by the size that they have in the file, decoded or already there.
+bool ImagePainter::TakePicture(const QString& part) const
+{
+    const QSize size = images.GetWholeSize(part);
+    const double pixels = double(size.width()) * size.height();
+    return work.Take(pixels * (work.IsDecodedFor(part, pixels) ? ShrunkPixel : DecodedPixel));
 }
 
 QImage ImagePainter::PictureOf(const ImageObject& object, const Resources& resources) const
@@ -155,7 +168,12 @@ QImage ImagePainter::PictureOf(const ImageObject& object, const Resources& resou
         return image;
     image = ShrunkTo(image, sidesPx);
     const QImage mask = ImageOf(object.maskId, resources, sidesPx); // one that cannot be read hides nothing
-    return mask.isNull() ? image : SeenThrough(image, ShrunkTo(mask, sidesPx));
+    if (mask.isNull())
+        return image;
+    const QSize size = image.size().expandedTo(mask.size());
+    return work.Take(std::min(double(size.width()) * size.height(), double(limits::MaxMaskedPixels)) * MaskedPixel)
+               ? SeenThrough(image, ShrunkTo(mask, sidesPx))
+               : QImage();
 }
 
 void ImagePainter::PaintPicture(const QImage& image, const ImageObject& object, double alpha)

@@ -8,6 +8,7 @@ namespace ofd {
 
 class ImageStore;
 class Package;
+class PaintingWork;
 struct Resources;
 
 // Averages a picture down to about the size in pixels that it is painted in; painting alone would only pick some of its
@@ -21,10 +22,11 @@ QSizeF SidesOf(const QTransform& transform);
 class ImagePainter
 {
 public:
-    ImagePainter(QPainter& painter, ImageStore& images, const Package& package)
+    ImagePainter(QPainter& painter, ImageStore& images, const Package& package, PaintingWork& work)
         : painter(painter)
         , images(images)
         , package(package)
+        , work(work)
     {
     }
 
@@ -36,6 +38,7 @@ public:
 
 private:
     QImage PictureOf(const ImageObject& object, const Resources& resources) const;
+    bool TakePicture(const QString& part) const;
     QImage ImageOf(int mediaId, const Resources& resources, const QSizeF& sidesPx) const;
     void PaintPicture(const QImage& image, const ImageObject& object, double alpha);
     void PaintBorder(const ImageObject& object, double alpha);
@@ -43,6 +46,7 @@ private:
     QPainter& painter;
     ImageStore& images;
     const Package& package;
+    PaintingWork& work;
 };
 
 } // namespace ofd

@@ -13,6 +13,12 @@ namespace {
 
 constexpr int CachedKilobytes = 256 << 10;
 
+qint64 PackedSizeOf(const Package& package, const QString& part)
+{
+    const int entry = package.FindEntry(part);
+    return entry < 0 ? 0 : package.GetDirectory().entries[size_t(entry)].compressedSize;
+}
+
 } // namespace
 
 ImageStore::ImageStore()
@@ -32,15 +38,22 @@ QImage ImageStore::GetImage(const Package& package, const QString& part, const Q
     const QSize shrinkable = data.error ? QSize() : ShrinkableSize(data.bytes);
     const int eighths = EighthsFor(shrinkable, paintedPx);
     const ProblemScope scope(part);
-    const QImage image = data.error ? QImage() : DecodeImage(data.bytes, eighths);
+    const QImage image = data.error ? QImage() : DecodeImage(data.bytes, eighths, PackedSizeOf(package, part));
     if (!data.error && image.isNull())
         ReportProblem(ProblemKind::BadImage, part,
                       QCoreApplication::translate("OfdDocument", "The picture cannot be decoded."));
     const int cost = int(image.sizeInBytes() / 1024) + 1;
     const std::lock_guard<std::mutex> lock(mutex);
     shrinkables.insert(part, shrinkable);
+    wholeSizes.insert(part, shrinkable.isValid() ? shrinkable : image.size());
     images.insert({part, eighths}, new QImage(image), cost);
     return image;
+}
+
+QSize ImageStore::GetWholeSize(const QString& part)
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    return wholeSizes.value(part, QSize(0, 0));
 }
 
 qint64 ImageStore::GetKeptBytes()

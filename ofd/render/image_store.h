@@ -26,6 +26,9 @@ public:
     // With the size in which it is painted, what decodes faster smaller comes smaller, though never below that size.
     QImage GetImage(const Package& package, const QString& part, const QSizeF& paintedPx = QSizeF());
 
+    // Of a part that was decoded before: its size when it is decoded whole. Else an empty size.
+    QSize GetWholeSize(const QString& part);
+
     qint64 GetKeptBytes();
     static qint64 GetLimit();
 
@@ -34,6 +37,7 @@ private:
     ReadingTurns turns;
     std::mutex mutex;
     QHash<QString, QSize> shrinkables;          // of the parts that were decoded; see ShrinkableSize
+    QHash<QString, QSize> wholeSizes;           // of the same parts
     QCache<QPair<QString, int>, QImage> images; // by part and eighths; weighed in KB
 };
 

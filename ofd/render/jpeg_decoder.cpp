@@ -127,6 +127,17 @@ void FillFrom(QImage& image, int top)
         std::fill_n(reinterpret_cast<QRgb*>(image.scanLine(y)), image.width(), qRgb(255, 255, 255));
 }
 
+bool IsFrame(int marker)
+{
+    return marker >= 0xc0 && marker <= 0xcf && marker != 0xc4 && marker != 0xc8 && marker != 0xcc;
+}
+
+bool IsTooMuch(qint64 scans, qint64 pixels)
+{
+    return scans > limits::MaxJpegScans || pixels > limits::MaxScannedPixels ||
+           scans * pixels > limits::MaxScannedPixelsInAll;
+}
+
 } // namespace
 
 bool HasTooManyScans(const QByteArray& bytes)
@@ -134,7 +145,8 @@ bool HasTooManyScans(const QByteArray& bytes)
     if (!bytes.startsWith("\xff\xd8"))
         return false;
     const auto at = [&bytes](int i) { return int(quint8(bytes.at(i))); };
-    int scans = 0;
+    qint64 scans = 0;
+    qint64 pixels = 0; // of the first picture in it
     for (int place = bytes.indexOf('\xff', 2); place >= 0 && place + 3 < bytes.size();) {
         const int marker = at(place + 1);
         if (marker == 0xd9)
@@ -144,7 +156,9 @@ bool HasTooManyScans(const QByteArray& bytes)
             next = place + 1;
         else if (marker > 0x01 && !(marker >= 0xd0 && marker <= 0xd8))
             next += at(place + 2) << 8 | at(place + 3);
-        if (marker == 0xda && ++scans > limits::MaxJpegScans)
+        if (pixels == 0 && IsFrame(marker) && place + 8 < bytes.size())
+            pixels = qint64(at(place + 5) << 8 | at(place + 6)) * (at(place + 7) << 8 | at(place + 8));
+        if (marker == 0xda && ++scans > 1 && IsTooMuch(scans, pixels))
             return true;
         place = bytes.indexOf('\xff', next);
     }
@@ -164,8 +178,7 @@ int JpegComponents(const QByteArray& bytes)
             ++place;
             continue;
         }
-        const bool isFrame = marker >= 0xc0 && marker <= 0xcf && marker != 0xc4 && marker != 0xc8 && marker != 0xcc;
-        if (isFrame)
+        if (IsFrame(marker))
             return at(place + 9);
         if (marker == 0xda || marker == 0xd9)
             return 0;

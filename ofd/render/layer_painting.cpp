@@ -1,6 +1,7 @@
 // How a page's painter paints objects apart before it lays them on the page, so that they are transparent as a whole.
 #include "page_painter.h"
 #include "painting_tools.h"
+#include "painting_work.h"
 
 #include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
@@ -56,15 +57,19 @@ bool HasBoth(bool isFilled, const Paint& fill, bool isStroked, const Paint& stro
 
 } // namespace
 
-ContentPainter::DeviceScope::DeviceScope(ContentPainter& owner, QPainter& other, const QPoint& topLeft)
+ContentPainter::DeviceScope::DeviceScope(ContentPainter& owner, QPainter& other, const QPoint& topLeft,
+                                         const QTransform& toThis)
     : owner(owner)
     , outerPainter(owner.painter)
     , outerOrigin(owner.origin)
     , outerAlpha(owner.groupAlpha)
+    , outerGround(owner.ground)
 {
     owner.painter = &other;
     owner.origin += topLeft;
     owner.groupAlpha = 1;
+    owner.ground.toStandard = toThis * QTransform::fromTranslate(topLeft.x(), topLeft.y()) * outerGround.toStandard;
+    owner.ground.clipEdges = 0;
 }
 
 ContentPainter::DeviceScope::~DeviceScope()
@@ -72,6 +77,7 @@ ContentPainter::DeviceScope::~DeviceScope()
     owner.painter = outerPainter;
     owner.origin = outerOrigin;
     owner.groupAlpha = outerAlpha;
+    owner.ground = outerGround;
 }
 
 // Whether parts of the object that lie over each other would show through when each was painted by itself.
@@ -97,11 +103,11 @@ bool ContentPainter::NeedsLayer(const GraphicObject& object)
     return false;
 }
 
-// The visible pixels that the object may paint. Texts and much of what composites hold paint beyond their boundaries.
-QRect ContentPainter::PixelsOf(const Around& around) const
+// What the object may paint, in pixels; nothing when that is not bounded. Texts and much of what composites hold paint
+// beyond their boundaries.
+std::optional<QRectF> ContentPainter::BoundsPx(const Around& around)
 {
     const GraphicObject& object = around.object;
-    const QRect visible = VisiblePixels(*painter);
     std::optional<QRectF> bounds;
     if (object.kind == GraphicObject::Kind::Composite) {
         const CompositeUnit* unit = around.resources.FindUnit(static_cast<const CompositeObject&>(object).unitId);
@@ -111,13 +117,20 @@ QRect ContentPainter::PixelsOf(const Around& around) const
     } else {
         bounds = BoundsOf(object);
     }
-    return bounds ? PixelsWithin(around.containerToPixels.mapRect(*bounds), visible) : visible;
+    if (bounds)
+        bounds = around.containerToPixels.mapRect(*bounds);
+    return bounds;
 }
 
 // The painter's clip and blend mode are those of the object; what is painted apart needs neither.
 void ContentPainter::PaintApart(const Around& around)
 {
-    const QRect box = PixelsOf(around);
+    const std::optional<QRectF> bounds = BoundsPx(around);
+    const double area = AreaOf(bounds ? ground.toStandard.mapRect(*bounds) & ground.reach : ground.reach);
+    if (!work.Take(area * (LayerPixel + PixelCostOf({}, around)) + ground.clipEdges))
+        return;
+    const QRect visible = VisiblePixels(*painter);
+    const QRect box = bounds ? PixelsWithin(*bounds, visible) : visible;
     if (box.isEmpty())
         return;
     const bool isWithin = TakePixels(box.size());

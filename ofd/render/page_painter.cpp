@@ -2,6 +2,7 @@
 
 #include "image_painter.h"
 #include "painting_tools.h"
+#include "painting_work.h"
 
 #include <ofd/model/document_store.h>
 #include <ofd/model/problem_log.h>
@@ -10,6 +11,7 @@
 #include <ofd/package/package.h>
 
 #include <QCoreApplication>
+#include <QScopedValueRollback>
 
 namespace ofd {
 
@@ -49,13 +51,16 @@ QPainter::CompositionMode CompositionOf(BlendMode mode)
 } // namespace
 
 ContentPainter::ContentPainter(QPainter& painter, DocumentStore& store, std::shared_ptr<const Package> package,
-                               std::function<bool()> isCancelled)
+                               PaintingWork& work, std::function<bool()> isCancelled)
     : painter(&painter)
     , store(store)
     , package(std::move(package))
+    , work(work)
     , isCancelled(std::move(isCancelled))
     , pageToPixels(painter.worldTransform())
 {
+    ground.toStandard = pageToPixels.inverted() * QTransform::fromScale(work.GetPixelsPerMm(), work.GetPixelsPerMm());
+    ground.reach = work.GetPageRect();
 }
 
 bool ContentPainter::PaintObjects(const ObjectList& objects, const Resources& resources)
@@ -63,6 +68,8 @@ bool ContentPainter::PaintObjects(const ObjectList& objects, const Resources& re
     for (const std::unique_ptr<const GraphicObject>& object : objects) {
         if (isCancelled && isCancelled())
             return false;
+        if (work.IsExhausted() || !work.Take(ObjectCost))
+            return true;
         if ((!openUnits.isEmpty() || openPatterns > 0) && !CountRepeated())
             return true;
         if (object->isVisible && object->alpha > 0)
@@ -98,9 +105,11 @@ void ContentPainter::PaintObject(const GraphicObject& object, const Resources& r
         return;
     }
     const PainterScope scope(*painter);
+    const QScopedValueRollback<WorkGround> groundAround(ground);
     if (object.blendMode != BlendMode::Normal)
         painter->setCompositionMode(CompositionOf(object.blendMode));
-    ClipTo(object.clips, resources);
+    if (!ClipTo(object.clips, resources))
+        return;
     const Around around{object, resources, object.alpha * groupAlpha, painter->worldTransform()};
     if (NeedsLayer(object))
         PaintApart(around);
@@ -133,10 +142,16 @@ void ContentPainter::PaintKind(const Around& around)
     }
 }
 
-void ContentPainter::ClipTo(const std::vector<Clip>& clips, const Resources& resources)
+// False when that is too much work, so that the object is not to be painted.
+bool ContentPainter::ClipTo(const std::vector<Clip>& clips, const Resources& resources)
 {
-    for (const Clip& clip : clips)
-        painter->setClipPath(OutlineOf(clip, resources), Qt::IntersectClip);
+    for (const Clip& clip : clips) {
+        const QPainterPath outline = OutlineOf(clip, resources);
+        if (!work.Take(ClipCost(outline, painter->worldTransform(), ground)))
+            return false;
+        painter->setClipPath(outline, Qt::IntersectClip);
+    }
+    return true;
 }
 
 // Cuts to the object's boundary where that is a box and what is painted reaches beyond it.
@@ -146,14 +161,19 @@ void ContentPainter::ClipToBoundary(const GraphicObject& object, const QRectF& p
         return;
     const double grow = object.stroke.widthMm * ScaleOf(object.toContainer) / 2;
     const QRectF box = object.boundary.adjusted(-grow, -grow, grow, grow);
-    if (!box.contains(painted))
-        painter->setClipRect(box, Qt::IntersectClip);
+    if (box.contains(painted))
+        return;
+    ground.reach &= (painter->worldTransform() * ground.toStandard).mapRect(box);
+    painter->setClipRect(box, Qt::IntersectClip);
 }
 
 void ContentPainter::PaintImage(const ImageObject& object, const Around& around)
 {
     ClipToBoundary(object, ImagePainter::BoxOf(object));
-    ImagePainter(*painter, store.GetImages(), *package).Paint(object, around.resources, around.alpha);
+    const QRectF box = (painter->worldTransform() * ground.toStandard).mapRect(ImagePainter::BoxOf(object));
+    if (!work.Take(AreaOf(box & ground.reach) * PicturePixel + ground.clipEdges))
+        return;
+    ImagePainter(*painter, store.GetImages(), *package, work).Paint(object, around.resources, around.alpha);
 }
 
 void ContentPainter::PaintComposite(const CompositeObject& object, const Around& around)

@@ -1,16 +1,20 @@
 #pragma once
 
+#include "painting_costs.h"
+
 #include <ofd/model/content.h>
 
 #include <QPainter>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace ofd {
 
 class DocumentStore;
 class Package;
+class PaintingWork;
 struct CompositeUnit;
 struct Pattern;
 struct Resources;
@@ -21,9 +25,9 @@ struct TextLayout;
 class ContentPainter
 {
 public:
-    // The painter's transform at this time is taken for that of the page. `isCancelled` is asked between objects;
-    // painting stops when it is true. May be empty.
-    ContentPainter(QPainter& painter, DocumentStore& store, std::shared_ptr<const Package> package,
+    // The painter's transform at this time is taken for that of the page. `work` outlives this; what is too much for it
+    // is not painted. `isCancelled` is asked between objects; painting stops when it is true. May be empty.
+    ContentPainter(QPainter& painter, DocumentStore& store, std::shared_ptr<const Package> package, PaintingWork& work,
                    std::function<bool()> isCancelled);
 
     // False when it was cancelled.
@@ -51,15 +55,17 @@ private:
     void PaintImage(const ImageObject& object, const Around& around);
     void PaintComposite(const CompositeObject& object, const Around& around);
 
-    void ClipTo(const std::vector<Clip>& clips, const Resources& resources);
-    QPainterPath OutlineOf(const Clip& clip, const Resources& resources) const;
+    bool ClipTo(const std::vector<Clip>& clips, const Resources& resources);
+    QPainterPath OutlineOf(const Clip& clip, const Resources& resources);
     void ClipToBoundary(const GraphicObject& object, const QRectF& painted);
 
     // In the painter's own space; the outline must not be shared with other threads.
     void FillShape(const QPainterPath& outline, const Paint& paint, const Around& around);
     void StrokeShape(const QPainterPath& outline, const StrokeStyle& style, const Paint& paint, const Around& around);
     QPen PenOf(const StrokeStyle& style, const QPainterPath& outline) const;
-    void StrokeWith(const QPen& pen, const QPainterPath& outline, const Paint& paint, const Around& around);
+    // The line counts as work with its own width, which the pen's may be above on the screen.
+    void StrokeWith(const QPen& pen, double width, const QPainterPath& outline, const Paint& paint,
+                    const Around& around);
 
     // What the pixels of the box get from a shading or a pattern; null when that cannot be painted. `filled` is around
     // all that is filled, seen or not, in pixels of the device at hand.
@@ -74,13 +80,17 @@ private:
 
     static bool NeedsLayer(const GraphicObject& object);
     void PaintApart(const Around& around);
-    QRect PixelsOf(const Around& around) const;
+    static std::optional<QRectF> BoundsPx(const Around& around);
+    double PixelCostOf(const Paint& paint, const Around& around) const;
+    double TextureCostOf(const Paint& paint, const Around& around, const QRectF& boxPx) const;
     bool TakePixels(const QSize& size);
     void GiveBackPixels(const QSize& size);
 
     QPainter* painter; // not owned; of the page, or of what is painted apart
     DocumentStore& store;
     const std::shared_ptr<const Package> package;
+    PaintingWork& work;
+    WorkGround ground; // of the device at hand
     const std::function<bool()> isCancelled;
     const QTransform pageToPixels;           // of the page's device
     QPoint origin;                           // of the device at hand, in pixels of the page's device
@@ -96,8 +106,8 @@ private:
 class ContentPainter::DeviceScope
 {
 public:
-    // `topLeft` is the place of the other device on the one at hand.
-    DeviceScope(ContentPainter& owner, QPainter& other, const QPoint& topLeft);
+    // `topLeft` is the place of the other device on the one at hand, and `toThis` maps its pixels to pixels from there.
+    DeviceScope(ContentPainter& owner, QPainter& other, const QPoint& topLeft, const QTransform& toThis = QTransform());
     ~DeviceScope();
     DeviceScope(const DeviceScope&) = delete;
     DeviceScope& operator=(const DeviceScope&) = delete;
@@ -107,6 +117,7 @@ private:
     QPainter* outerPainter; // not owned
     QPoint outerOrigin;
     double outerAlpha;
+    WorkGround outerGround;
 };
 
 } // namespace ofd

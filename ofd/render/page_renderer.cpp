@@ -2,10 +2,12 @@
 
 #include "page_painter.h"
 #include "painting_watch.h"
+#include "painting_work.h"
 #include "seal_painter.h"
 
 #include <ofd/model/document_store.h>
 #include <ofd/model/problem_log.h>
+#include <ofd/package/byte_source.h>
 #include <ofd/package/limits.h>
 #include <ofd/package/package.h>
 
@@ -33,13 +35,14 @@ class PagePainting
 {
 public:
     // `picture` is what the painter paints, whose wanted part is told of while it grows; null when it is not.
-    PagePainting(QPainter& painter, DocumentStore& store, const G_RenderRequest& request, const QImage* picture,
-                 const QRect& wanted)
+    PagePainting(QPainter& painter, DocumentStore& store, PaintingWork& work, const G_RenderRequest& request,
+                 const QImage* picture, const QRect& wanted)
         : painter(painter)
         , store(store)
+        , work(work)
         , view(store.GetSession().GetPageView(request.pageIndex))
         , watch(request, picture, wanted)
-        , content(painter, store, store.GetPackage(), [this] { return watch.IsCancelled(); })
+        , content(painter, store, store.GetPackage(), work, [this] { return watch.IsCancelled(); })
         , isForPaper(request.isForPaper)
     {
         view.hiddenTemplates += request.ignoredTemplates;
@@ -82,15 +85,15 @@ public:
     // Above everything else, whether or not annotations are shown: a seal is part of what was signed.
     bool PaintSealsOf(const G_RenderRequest& request)
     {
-        const auto paintDocument = [&request](QPainter& onto, DocumentStore& document) {
+        const auto paintDocument = [this, &request](QPainter& onto, DocumentStore& document) {
             G_RenderRequest first;
             first.cancelled = request.cancelled;
             const ProblemScope scope(document.GetProblems(), document.GetStructure().pages.value(0).part);
-            PagePainting painting(onto, document, first, nullptr, QRect());
+            PagePainting painting(onto, document, work, first, nullptr, QRect());
             return painting.PaintPage(*document.GetPageContent(0).content) &&
                    painting.PaintAnnotations(*document.GetPageAnnotations(0));
         };
-        return PaintSeals(painter, store, request.pageIndex, paintDocument,
+        return PaintSeals(painter, store, request.pageIndex, work, paintDocument,
                           [&request] { return IsCancelled(request); });
     }
 
@@ -157,6 +160,7 @@ private:
 
     QPainter& painter;
     DocumentStore& store;
+    PaintingWork& work;
     SessionState::PageView view;
     PaintingWatch watch;
     ContentPainter content;
@@ -238,7 +242,8 @@ G_RenderResult OfdPageRenderer::Paint(const G_RenderRequest& request)
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     painter.translate(-painted.topLeft());
     painter.scale(request.pixelsPerMm, request.pixelsPerMm);
-    PagePainting painting(painter, *store, request, &image, wanted);
+    PaintingWork work(sizeMm, store->GetPackage()->GetSource().GetSize());
+    PagePainting painting(painter, *store, work, request, &image, wanted);
     bool isDone = painting.PaintPage(*page.content);
     if (isDone && request.withAnnotations)
         isDone = painting.PaintAnnotations(*store->GetPageAnnotations(request.pageIndex));

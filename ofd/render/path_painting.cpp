@@ -1,18 +1,22 @@
 // How a page's painter paints paths, and fills and strokes outlines with whatever paint.
 #include "page_painter.h"
 #include "painting_tools.h"
+#include "painting_work.h"
 
 #include <ofd/package/limits.h>
 
 #include <QPainterPathStroker>
+#include <QScopedValueRollback>
 
 #include <cmath>
+#include <numeric>
 
 namespace ofd {
 
 namespace {
 
 constexpr double ThinnestLinePx = 0.7; // thinner lines would fade away on the screen
+constexpr int ManyElements = 1000;     // of a line that is painted piece by piece
 constexpr double DotLength = 1e-3;     // of a dash that only its caps show, in widths of the line
 
 // The length of all lines of the outline; of curves that of their control points.
@@ -28,10 +32,45 @@ double LengthOf(const QPainterPath& outline)
     return length;
 }
 
+// At the most.
+double DashesAlong(const QPainterPath& outline, const QPen& pen)
+{
+    const QVector<qreal> dashes = pen.dashPattern();
+    if (pen.style() == Qt::SolidLine || dashes.isEmpty())
+        return 0;
+    const double length = std::accumulate(dashes.begin(), dashes.end(), 0.0) * pen.widthF();
+    return std::min(LengthOf(outline) / length * dashes.size(), limits::MaxDashesInLine);
+}
+
+// The subpaths of an outline.
+QVector<QPainterPath> PiecesOf(const QPainterPath& outline)
+{
+    QVector<QPainterPath> pieces;
+    for (int i = 0; i < outline.elementCount(); ++i) {
+        const QPainterPath::Element element = outline.elementAt(i);
+        if (element.isMoveTo() || pieces.isEmpty())
+            pieces.append(QPainterPath(element));
+        else if (element.isLineTo())
+            pieces.last().lineTo(element);
+        else if (element.isCurveTo() && i + 2 < outline.elementCount())
+            pieces.last().cubicTo(element, outline.elementAt(i + 1), outline.elementAt(i + 2));
+    }
+    return pieces;
+}
+
 } // namespace
+
+double ContentPainter::PixelCostOf(const Paint& paint, const Around& around) const
+{
+    if (around.object.blendMode != BlendMode::Normal)
+        return ModePixel;
+    return paint.IsColor() && paint.color.alpha() == 255 && around.alpha >= 1 ? OpaquePixel : BlendedPixel;
+}
 
 void ContentPainter::FillShape(const QPainterPath& outline, const Paint& paint, const Around& around)
 {
+    if (!work.Take(FillCost(outline, painter->worldTransform(), ground, PixelCostOf(paint, around))))
+        return;
     if (paint.IsColor()) {
         QColor color = paint.color;
         color.setAlphaF(color.alphaF() * around.alpha);
@@ -41,6 +80,10 @@ void ContentPainter::FillShape(const QPainterPath& outline, const Paint& paint, 
     QPainterPath inPixels = painter->worldTransform().map(outline);
     inPixels.setFillRule(outline.fillRule());
     const QRectF filled = inPixels.controlPointRect();
+    if (!work.Take(TextureCostOf(paint, around, filled)))
+        return;
+    const QScopedValueRollback<WorkGround> groundAround(ground);
+    ground.reach &= ground.toStandard.mapRect(filled);
     const QRect box = PixelsWithin(filled, VisiblePixels(*painter));
     if (box.isEmpty())
         return;
@@ -81,17 +124,28 @@ QPen ContentPainter::PenOf(const StrokeStyle& style, const QPainterPath& outline
 void ContentPainter::StrokeShape(const QPainterPath& outline, const StrokeStyle& style, const Paint& paint,
                                  const Around& around)
 {
-    StrokeWith(PenOf(style, outline), outline, paint, around);
+    StrokeWith(PenOf(style, outline), style.widthMm, outline, paint, around);
 }
 
-void ContentPainter::StrokeWith(const QPen& pen, const QPainterPath& outline, const Paint& paint, const Around& around)
+void ContentPainter::StrokeWith(const QPen& pen, double width, const QPainterPath& outline, const Paint& paint,
+                                const Around& around)
 {
+    const double cost = StrokeCost(outline, width, DashesAlong(outline, pen), painter->worldTransform(), ground,
+                                   PixelCostOf(paint, around));
+    if (!work.Take(cost))
+        return;
     if (paint.IsColor()) {
         QPen colored = pen;
         QColor color = paint.color;
         color.setAlphaF(color.alphaF() * around.alpha);
         colored.setBrush(color);
-        painter->strokePath(outline, colored);
+        // The rasterizer's time grows with what crosses a row of pixels, and in pieces an opaque line looks the same.
+        if (outline.elementCount() < ManyElements || PixelCostOf(paint, around) > OpaquePixel) {
+            painter->strokePath(outline, colored);
+            return;
+        }
+        for (const QPainterPath& piece : PiecesOf(outline))
+            painter->strokePath(piece, colored);
         return;
     }
     QPainterPathStroker stroker(pen);

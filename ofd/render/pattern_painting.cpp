@@ -1,6 +1,7 @@
 // How a page's painter fills with shadings and patterns.
 #include "page_painter.h"
 #include "painting_tools.h"
+#include "painting_work.h"
 #include "shading_raster.h"
 
 #include <ofd/model/pattern.h>
@@ -8,6 +9,7 @@
 #include <ofd/package/limits.h>
 
 #include <QCoreApplication>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 #include <cmath>
@@ -114,6 +116,16 @@ double RowScale(const QTransform& transform)
 
 } // namespace
 
+double ContentPainter::TextureCostOf(const Paint& paint, const Around& around, const QRectF& boxPx) const
+{
+    const QRectF box = ground.toStandard.mapRect(boxPx) & ground.reach;
+    if (!paint.mesh)
+        return AreaOf(box) * (paint.shading ? GradientPixel : LayerPixel);
+    const QRectF& boundary = around.object.boundary;
+    const QTransform toPixels = QTransform::fromTranslate(boundary.x(), boundary.y()) * around.containerToPixels;
+    return MeshCost(*paint.mesh, toPixels * ground.toStandard, box);
+}
+
 QImage ContentPainter::TextureOf(const Paint& paint, const Around& around, const QRect& box, const QRectF& filled)
 {
     if (!TakePixels(box.size()))
@@ -181,10 +193,18 @@ void ContentPainter::PaintCells(QImage& image, const QRect& box, const QRectF& f
     CellRange cells = CellsIn(fromPixels.mapRect(QRectF(image.rect())), pattern);
     if (within.isValid())
         cells = Common(cells, CellsIn(fromPixels.mapRect(within), pattern));
+    // The first cell counts for all that the object has on the page, of which only some may be seen now.
+    const QTransform toPage = toPixels * ground.toStandard;
+    const double most = double(limits::MaxPatternObjects) / std::max(1, CountObjects(pattern.objects));
+    const double times =
+        std::clamp(CellsIn(toPage.inverted().mapRect(ground.reach), pattern).GetCount(), 1.0, std::max(1.0, most));
+    bool isFirst = true;
     for (qint64 row = cells.top; row <= cells.bottom; ++row) {
         for (qint64 column = cells.left; column <= cells.right; ++column) {
             if (isCancelled && isCancelled())
                 return;
+            const PaintingWork::TimesScope scope(work, isFirst ? times : 0);
+            isFirst = false;
             PaintCell(pattern, resources, Snapped(CellPlace(pattern, column, row) * toPixels, pattern.cell, filled));
         }
     }
@@ -193,6 +213,10 @@ void ContentPainter::PaintCells(QImage& image, const QRect& box, const QRectF& f
 void ContentPainter::PaintCell(const Pattern& pattern, const Resources& resources, const QTransform& toPixels)
 {
     const PainterScope scope(*painter);
+    const QScopedValueRollback<WorkGround> groundAround(ground);
+    const QRectF cell = (toPixels * ground.toStandard).mapRect(QRectF(QPointF(), pattern.cell));
+    if (AreaOf(cell) < AreaOf(ground.reach)) // whole, wherever it is: one cell counts for others
+        ground.reach = cell;
     painter->setWorldTransform(toPixels);
     painter->setClipRect(QRectF(QPointF(), pattern.cell), Qt::IntersectClip);
     PaintObjects(pattern.objects, resources);
@@ -217,7 +241,7 @@ void ContentPainter::PaintCellPictures(QImage& image, const QRect& box, const Pa
     {
         QPainter inner(&picture);
         SetPageHints(inner);
-        const DeviceScope scope(*this, inner, box.topLeft());
+        const DeviceScope scope(*this, inner, box.topLeft(), toPicture.inverted() * toPixels);
         for (int row = 0; row < rows; ++row) {
             for (int column = 0; column < columns; ++column)
                 PaintCell(pattern, resources, CellPlace(pattern, column, row) * toPicture);

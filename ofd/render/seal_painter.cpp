@@ -1,6 +1,8 @@
 #include "seal_painter.h"
 
 #include "image_painter.h"
+#include "painting_costs.h"
+#include "painting_work.h"
 #include "seal_store.h"
 
 #include <ofd/model/document_store.h>
@@ -29,12 +31,14 @@ bool PaintDocument(QPainter& painter, DocumentStore& document, const QRectF& bou
 
 } // namespace
 
-bool PaintSeals(QPainter& painter, DocumentStore& store, int pageIndex, const FirstPagePainting& paintDocument,
-                const std::function<bool()>& isCancelled)
+bool PaintSeals(QPainter& painter, DocumentStore& store, int pageIndex, PaintingWork& work,
+                const FirstPagePainting& paintDocument, const std::function<bool()>& isCancelled)
 {
     for (const Stamp& stamp : store.GetSeals().GetStamps(store, pageIndex)) {
         if (isCancelled())
             return false;
+        if (work.IsExhausted())
+            return true;
         const SealFace face = store.GetSeals().GetFace(store, stamp);
         painter.save();
         if (!stamp.clip.isEmpty())
@@ -42,7 +46,7 @@ bool PaintSeals(QPainter& painter, DocumentStore& store, int pageIndex, const Fi
         bool isDone = true;
         if (face.document)
             isDone = PaintDocument(painter, *face.document, stamp.boundary, paintDocument);
-        else if (!face.image.isNull())
+        else if (!face.image.isNull() && work.Take(double(face.image.width()) * face.image.height() * DecodedPixel))
             PaintPicture(painter, face.image, stamp.boundary);
         painter.restore();
         if (!isDone)

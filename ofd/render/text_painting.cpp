@@ -2,6 +2,7 @@
 #include "glyph_stamps.h"
 #include "page_painter.h"
 #include "painting_tools.h"
+#include "painting_work.h"
 
 #include <ofd/model/document_store.h>
 #include <ofd/package/limits.h>
@@ -14,6 +15,8 @@
 namespace ofd {
 
 namespace {
+
+constexpr double ClipLetterCost = 20'000; // as a part of one outline, which is walked again and again
 
 // Each glyph is a path of its own where the paint covers what it overlaps: the rasterizer's time grows with the square
 // of what crosses a row of pixels. Translucent glyphs are one path, since overlaps would show.
@@ -40,12 +43,27 @@ QPainterPath UnitedIfSmall(const QPainterPath& shape, const QPainterPath& more)
     return both;
 }
 
+double CountLetters(const TextObject& object)
+{
+    double count = 0;
+    for (const TextCode& code : object.codes) {
+        count += code.codes.size();
+        for (const GlyphMapping& mapping : code.mappings)
+            count += mapping.glyphs.size();
+    }
+    return count;
+}
+
 } // namespace
 
 void ContentPainter::PaintText(const TextObject& object, const Around& around)
 {
     // Never cut to the boundary, which is often empty.
     painter->setWorldTransform(object.toContainer, true);
+    const double lettersPx = object.size * ScaleOf(painter->worldTransform() * ground.toStandard);
+    const double letterArea = std::min(lettersPx * lettersPx, AreaOf(ground.reach));
+    if (!work.Take(CountLetters(object) * (GlyphCost + letterArea)))
+        return;
     const TextLayout layout = LayOutText(object, around.resources, *package, store.GetFonts());
     const Paint& fill = object.fillPaint;
     const bool isStroked = object.isStroked && object.strokePaint.IsVisible();
@@ -97,7 +115,7 @@ void ContentPainter::FillGlyphs(const TextLayout& layout, const TextObject& obje
         if (isFilled)
             FillShape(outline, object.fillPaint, around);
         if (isFilled && extraWeight > 0)
-            StrokeWith(QPen(Qt::black, extraWeight), outline, object.fillPaint, around);
+            StrokeWith(QPen(Qt::black, extraWeight), extraWeight, outline, object.fillPaint, around);
     }
     for (const QPainterPath& outline : qAsConst(outlines)) {
         if (isStroked)
@@ -106,11 +124,13 @@ void ContentPainter::FillGlyphs(const TextLayout& layout, const TextObject& obje
 }
 
 // Letters count with their line where they have one.
-QPainterPath ContentPainter::OutlineOf(const Clip& clip, const Resources& resources) const
+QPainterPath ContentPainter::OutlineOf(const Clip& clip, const Resources& resources)
 {
     QPainterPath all = PrivateCopy(clip.outline);
     for (const ClipText& part : clip.texts) {
         QPainterPath letters;
+        if (!work.Take(CountLetters(*part.text) * ClipLetterCost))
+            continue;
         letters.setFillRule(Qt::WindingFill);
         const TextLayout layout = LayOutText(*part.text, resources, *package, store.GetFonts());
         for (const PlacedGlyph& glyph : layout.glyphs) {

@@ -1,0 +1,178 @@
+#include "painting_costs.h"
+
+#include "painting_tools.h"
+
+#include <ofd/model/paint.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace ofd {
+
+namespace {
+
+constexpr int FewElements = 8; // outlines of no more are taken for as long as their box lets them be
+constexpr double ElementCost = 60;
+constexpr double StrokeElementCost = 400;
+constexpr double RowCost = 20;
+constexpr double EdgeRowCost = 50;      // a row that an edge crosses
+constexpr double CrossingCost = 25;     // the same for each other edge in that row
+constexpr double LongCrossingCost = 45; // and so much more when edges are long
+constexpr double LongEdgeRows = 100;
+constexpr double MostCrossings = 100;
+constexpr double ThinLinePx = 1.2;
+constexpr double ThinPixelCost = 40; // along a thin line, which needs no outline of its own
+constexpr double ClipEdgeCost = 2;
+constexpr int MeshCornersAsked = 128;
+constexpr double MeshLayers = 64;
+
+// An outline in standard pixels.
+struct Measure
+{
+    QRectF box;       // as far as it is within reach
+    double rows = 0;  // that all edges cross, at the most; one is counted as often as there are edges
+    double along = 0; // pixels along all edges, at the most
+    double area = 0;  // at the most
+    int elements = 0;
+};
+
+// Walks the edges of an outline.
+class EdgeWalk
+{
+public:
+    EdgeWalk(const QTransform& toStandard, const QRectF& box)
+        : toStandard(toStandard)
+        , box(box)
+    {
+    }
+
+    void Walk(const QPainterPath& outline)
+    {
+        QPointF start;
+        QPointF last;
+        for (int i = 0; i < outline.elementCount(); ++i) {
+            const QPainterPath::Element element = outline.elementAt(i);
+            const QPointF point = toStandard.map(QPointF(element.x, element.y));
+            if (element.isMoveTo()) {
+                Add(last, start);
+                start = point;
+            } else {
+                Add(last, point);
+            }
+            last = point;
+        }
+        Add(last, start);
+    }
+
+    double rows = 0;
+    double along = 0;
+    double twiceArea = 0; // of the triangles from the middle of the box, which cover whatever the outline encloses
+
+private:
+    void Add(const QPointF& from, const QPointF& to)
+    {
+        const QPointF step = to - from;
+        const double down = std::min(std::abs(step.y()), box.height());
+        rows += down + 1;
+        along += down + std::min(std::abs(step.x()), box.width());
+        const QPointF arm = from - box.center();
+        twiceArea += std::abs(arm.x() * step.y() - arm.y() * step.x());
+    }
+
+    const QTransform& toStandard;
+    const QRectF& box;
+};
+
+Measure MeasureOf(const QPainterPath& outline, const QTransform& toStandard, const QRectF& reach, double grow)
+{
+    Measure measure;
+    measure.elements = outline.elementCount();
+    if (measure.elements == 0)
+        return measure;
+    const QRectF all = toStandard.mapRect(outline.controlPointRect()).adjusted(-grow, -grow, grow, grow);
+    measure.box = all & reach;
+    const double boxArea = AreaOf(measure.box);
+    if (measure.elements <= FewElements) {
+        measure.rows = measure.elements * (measure.box.height() + 1);
+        measure.along = measure.rows + measure.elements * measure.box.width();
+        measure.area = boxArea;
+        return measure;
+    }
+    EdgeWalk walk(toStandard, measure.box);
+    walk.Walk(outline);
+    measure.rows = walk.rows;
+    measure.along = walk.along;
+    measure.area = std::min(boxArea, walk.twiceArea / 2);
+    return measure;
+}
+
+// Edges are sorted into the rows that they cross, among those that are there.
+double EdgesCost(double rows, int elements, const QRectF& box)
+{
+    const double inRow = std::min(rows / std::max(1.0, box.height()), MostCrossings);
+    const double longShare = std::min(rows / std::max(1, elements) / LongEdgeRows, 1.0);
+    return rows * (EdgeRowCost + (CrossingCost + LongCrossingCost * longShare) * inRow);
+}
+
+double CostOf(const Measure& measure, const WorkGround& ground, double pixelCost)
+{
+    if (measure.box.isEmpty())
+        return measure.elements * ElementCost;
+    return measure.elements * ElementCost + measure.box.height() * RowCost +
+           EdgesCost(measure.rows, measure.elements, measure.box) + measure.area * pixelCost +
+           ground.clipEdges * ClipEdgeCost;
+}
+
+} // namespace
+
+double AreaOf(const QRectF& rect)
+{
+    return rect.isEmpty() ? 0 : rect.width() * rect.height();
+}
+
+double FillCost(const QPainterPath& outline, const QTransform& toPixels, const WorkGround& ground, double pixelCost)
+{
+    return CostOf(MeasureOf(outline, toPixels * ground.toStandard, ground.reach, 0), ground, pixelCost);
+}
+
+double StrokeCost(const QPainterPath& outline, double width, double dashes, const QTransform& toPixels,
+                  const WorkGround& ground, double pixelCost)
+{
+    const QTransform toStandard = toPixels * ground.toStandard;
+    const double widthPx = std::max(1.0, width * ScaleOf(toStandard));
+    Measure line = MeasureOf(outline, toStandard, ground.reach, widthPx);
+    const double around = line.box.width() + line.box.height();
+    const double pieces = line.elements + 2 * dashes;
+    if (widthPx <= ThinLinePx)
+        return line.along * (ThinPixelCost + pixelCost) + pieces * StrokeElementCost;
+    // Two sides, and at each corner and end of a dash as much again as the line is wide.
+    const double ends = pieces * std::min(2 * widthPx, around);
+    line.area = std::min(AreaOf(line.box), (line.along + ends) * widthPx);
+    line.rows = 2 * line.rows + ends;
+    return CostOf(line, ground, pixelCost) + pieces * StrokeElementCost;
+}
+
+double ClipCost(const QPainterPath& outline, const QTransform& toPixels, WorkGround& ground)
+{
+    const Measure measure = MeasureOf(outline, toPixels * ground.toStandard, ground.reach, 0);
+    const double cost = CostOf(measure, ground, 0) + ground.reach.height() * RowCost;
+    ground.clipEdges += measure.elements <= FewElements ? measure.box.height() : measure.rows;
+    ground.reach = measure.box;
+    return cost;
+}
+
+double MeshCost(const Mesh& mesh, const QTransform& toStandard, const QRectF& box)
+{
+    const double area = AreaOf(box);
+    double triangles = 0;
+    for (int i = 0; i + 2 < mesh.corners.size() && triangles < MeshLayers * area; i += 3) {
+        QPolygonF triangle;
+        for (int k = 0; k < 3; ++k)
+            triangle.append(toStandard.map(mesh.vertices.at(mesh.corners.at(i + k)).at));
+        triangles += AreaOf(triangle.boundingRect() & box);
+    }
+    const int asked = mesh.extends ? std::min(MeshCornersAsked, mesh.vertices.size()) : 1;
+    return area * asked * 3 + triangles * 14 + double(mesh.corners.size()) * 100;
+}
+
+} // namespace ofd
