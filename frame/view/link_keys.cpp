@@ -43,8 +43,10 @@ bool G_LinkKeys::KeyDown(int key, unsigned flags)
 
 int G_LinkKeys::Position() const
 {
+    if (!chosen) // nothing is looked for at each repaint
+        return -1;
     const QVector<G_LinkInView> links = tool->DocView()->LinksInView();
-    for (int i = 0; chosen && i < links.size(); ++i) {
+    for (int i = 0; i < links.size(); ++i) {
         if (links.at(i).pageIndex == page && links.at(i).link.actions == chosen)
             return i;
     }
