@@ -92,6 +92,10 @@ private:
             const QByteArray record = oldRecords.mid(int(entry.recordOffset), int(entry.recordSize));
             placed.rawName = record.mid(zip::CentralSize, zip::Get16(record.constData() + zip::CentralNameLength));
             isUtf8 = entry.flags & zip::FlagUtf8;
+            if (entry.isNamedByOthers) {
+                placed.rawName = entry.name.toUtf8();
+                isUtf8 = true;
+            }
         } else {
             placed.rawName = step.partName.toUtf8();
             isUtf8 = !IsAscii(step.partName);
@@ -218,6 +222,27 @@ SaveResult FinishSave(TargetFile& file, const PackageChanges& changes)
     return result;
 }
 
+// Names that are read as another one is would be read differently when that one goes. Such parts are written anew, with
+// names that need no other.
+PackageChanges KeepingNames(const Package& source, const PackageChanges& changes)
+{
+    const std::vector<ZipEntry>& entries = source.GetDirectory().entries;
+    const auto goes = [&](const ZipEntry& entry) { return changes.GetChanges().value(entry.name).isRemoval; };
+    const auto tells = [&](const ZipEntry& entry) { return entry.isGb18030 && !goes(entry); };
+    const auto asks = [](const ZipEntry& entry) { return entry.isNamedByOthers; };
+    if (std::none_of(entries.begin(), entries.end(), asks) || std::any_of(entries.begin(), entries.end(), tells))
+        return changes;
+    PackageChanges all = changes;
+    for (const ZipEntry& entry : entries) {
+        if (!asks(entry) || entry.isFolder || changes.GetChanges().contains(entry.name))
+            continue;
+        const PartData part = source.Read(entry.name);
+        if (!part.error)
+            all.SetPart(entry.name, part.bytes);
+    }
+    return all;
+}
+
 // The whole file as it is, prefix and all.
 PackageError CopyWhole(const Package& source, TargetFile& file, const SaveOptions& options)
 {
@@ -247,7 +272,8 @@ SaveResult SavePackage(const Package& source, const PackageChanges& changes, con
         return result;
     if (!options.waitsForDisk)
         file->LeaveFlushToSystem();
-    const SplicePlan plan = MakeSplicePlan(source, changes);
+    const PackageChanges all = KeepingNames(source, changes);
+    const SplicePlan plan = MakeSplicePlan(source, all);
     if (plan.changesNothing)
         result.error = CopyWhole(source, *file, options);
     else
@@ -257,7 +283,7 @@ SaveResult SavePackage(const Package& source, const PackageChanges& changes, con
         result.error = CheckSource(source, targetPath, options);
     if (result.error)
         return result;
-    return FinishSave(*file, changes);
+    return FinishSave(*file, all);
 }
 
 SaveResult CreatePackage(const PackageChanges& parts, const QString& targetPath)

@@ -197,6 +197,7 @@ void ReadDoubtfulNames(const QByteArray& bytes, const std::vector<quint32>& doub
     for (const quint32 index : doubtful) {
         ZipEntry& entry = directory.entries[index];
         entry.name = NormaliseEntryName(DecodeGb18030Name(RawName(bytes, entry)));
+        entry.isNamedByOthers = true;
     }
 }
 
@@ -246,7 +247,8 @@ PackageError ParseRecords(const ByteSource& source, const EndRecord& end, ZipDir
         at += taken;
         if (!(entry.flags & zip::FlagUtf8)) {
             const NameEncoding encoding = EncodingOfName(RawName(bytes, entry));
-            hasGb18030 = hasGb18030 || encoding == NameEncoding::Gb18030;
+            entry.isGb18030 = encoding == NameEncoding::Gb18030;
+            hasGb18030 = hasGb18030 || entry.isGb18030;
             if (encoding == NameEncoding::Utf8OrGb18030)
                 doubtful.push_back(quint32(directory.entries.size()));
         }

@@ -24,7 +24,9 @@ struct ZipEntry
     quint16 method = 0;
     quint16 flags = 0;
     bool isFolder = false;
-    bool isUsable = true; // false: lies outside the file or over another entry
+    bool isGb18030 = false;       // the name, beyond doubt
+    bool isNamedByOthers = false; // the name reads as UTF-8 too, and is GB18030 because another one is
+    bool isUsable = true;         // false: lies outside the file or over another entry
 
     bool IsEncrypted() const { return flags & 1; }
 };

@@ -6,6 +6,7 @@
 
 #include <QBuffer>
 #include <QDir>
+#include <QTextCodec>
 #include <QUuid>
 #include <QtTest>
 
@@ -95,6 +96,7 @@ private slots:
     void anEditKeepsTheRawBytesOfEveryOtherEntry_data();
     void anEditKeepsTheRawBytesOfEveryOtherEntry();
     void anotherLibraryReadsWhatWasSaved();
+    void namesKeepTheirReadingWhenTheOneThatTellsItGoes();
     void aChangedPartKeepsItsPlaceNameAndAttributes();
     void newPartsGoToTheEndAndAreFlaggedWhenNotAscii();
     void removedPartsGoAndTheOthersStay();
@@ -198,6 +200,29 @@ void TestPackageSave::anotherLibraryReadsWhatWasSaved()
     QVERIFY2(result, qPrintable(result.error.text));
     QCOMPARE(result.package->GetPartNames().size(), 5);
     CompareWithReferee(desk->Path(), *result.package);
+}
+
+void TestPackageSave::namesKeepTheirReadingWhenTheOneThatTellsItGoes()
+{
+    const QTextCodec* codec = QTextCodec::codecForName("GB18030"); // not owned
+    const QString doubtful = QStringLiteral("Doc_0/Res/图片.png");
+    const QString clear = QStringLiteral("Doc_0/说明.txt");
+    RawZip zip = SmallRawZip();
+    zip.Add(codec->fromUnicode(doubtful), "picture");
+    zip.Add(codec->fromUnicode(clear), "note");
+    const auto source = desk->OpenZip(zip);
+    QVERIFY(source);
+    PackageChanges changes = DocumentChange();
+    const SaveResult edited = SavePackage(*source, changes, desk->Path("edited.ofd"));
+    QVERIFY2(edited, qPrintable(edited.error.text));
+    QCOMPARE(edited.package->GetPartNames(), source->GetPartNames());
+    QVERIFY(ReadFile(desk->Path("edited.ofd")).contains(codec->fromUnicode(doubtful)));
+    changes.RemovePart(clear);
+    const SaveResult removed = SavePackage(*source, changes, desk->Path("removed.ofd"));
+    QVERIFY2(removed, qPrintable(removed.error.text));
+    QCOMPARE(removed.package->Read(doubtful).bytes, QByteArray("picture"));
+    QVERIFY(!removed.package->HasPart(clear));
+    QCOMPARE(removed.package->GetPartNames().size(), source->GetPartNames().size() - 1);
 }
 
 void TestPackageSave::aChangedPartKeepsItsPlaceNameAndAttributes()
