@@ -24,6 +24,8 @@ QByteArray WithNamesOfTwoReadings(const Package& package)
     named.Replace(kDocumentRes, "quadrants.png", QByteArray("图片.png"));
     named.Rename("Doc_0/Attachs/note.txt", note);
     named.Replace(kAttachmentList, "note.txt", QByteArray("说明.txt"));
+    named.Rename(kTagFile, QString::fromUtf8("Doc_0/Tags/标签.xml"));
+    named.Replace(kTagList, "Sample.xml", QByteArray("标签.xml"));
     RawZip zip(named);
     for (RawEntry& entry : zip.entries) {
         entry.name = InGb18030(QString::fromUtf8(entry.name));
