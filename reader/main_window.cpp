@@ -144,6 +144,7 @@ void MainWindow::AddTab(std::unique_ptr<DocumentFile> file)
     viewStack->layout()->activate(); // a place may keep the zoom, which fits the view only once that has its size
     if (!rememberedViews->Restore(added->Path(), *added->View()))
         context->ActionHandler()->FollowOpenActions(added->View()); // where the document wants to be opened
+    RefreshWindow();                                                // two pages may have come back
     paneMaker->ViewOpened(added->View());
 }
 

@@ -194,6 +194,7 @@ private:
     QAction* backAction = nullptr;
     QAction* forwardAction = nullptr;
     QAction* fullScreenAction = nullptr;
+    QAction* twoPagesAction = nullptr;
     QAction* handAction = nullptr;
     QAction* textAction = nullptr;
 };

@@ -141,6 +141,12 @@ void MainWindow::MakeViewActions()
                                      [this, mode] { WithView([mode](G_DocView* view) { view->SetZoomMode(mode); }); });
     }
     menu->addSeparator();
+    twoPagesAction = AddAction(menu, tr("&Two Pages"), "", QKeySequence(Qt::CTRL | Qt::Key_4), MenuOnly, [this] {
+        WithView([](G_DocView* view) { view->SetTwoPages(!view->HasTwoPages()); });
+        RefreshWindow();
+    });
+    twoPagesAction->setCheckable(true);
+    documentActions << twoPagesAction;
     documentActions << AddAction(menu, tr("Rotate Right"), "", QKeySequence(Qt::CTRL | Qt::Key_R), MenuOnly,
                                  [this] { Rotate(90); });
     documentActions << AddAction(menu, tr("Rotate Left"), "", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R), MenuOnly,

@@ -189,6 +189,7 @@ void MainWindow::RefreshWindow()
     const QString title = tab && tab->Document()->IsReadOnly() ? tr("%1[*] (read-only)").arg(name) : name + "[*]";
     setWindowTitle(tab ? title + QStringLiteral(" - tetoreader") : QStringLiteral("tetoreader"));
     fullScreenAction->setChecked(isFullScreen());
+    twoPagesAction->setChecked(tab && tab->View()->HasTwoPages());
     if (!tab)
         welcome->ShowRecent(recentFiles->Paths());
     RefreshHistory();

@@ -26,11 +26,13 @@ QVariantMap Described(const QString& path, const G_DocView& view)
             {QStringLiteral("y"), place.cornerMm.y()},
             {QStringLiteral("mode"), int(view.ZoomMode())},
             {QStringLiteral("zoom"), double(view.GetZoom())},
+            {QStringLiteral("twoPages"), view.HasTwoPages()},
             {QStringLiteral("rotation"), view.Rotation()}};
 }
 
 void Show(const QVariantMap& remembered, G_DocView& view)
 {
+    view.SetTwoPages(remembered.value(QStringLiteral("twoPages")).toBool());
     view.SetRotation(remembered.value(QStringLiteral("rotation")).toInt());
     const int mode = remembered.value(QStringLiteral("mode")).toInt();
     if (mode >= G_Preferences::ActualSize && mode <= G_Preferences::FitPage)

@@ -4,7 +4,7 @@
 
 class G_DocView;
 
-// How documents were last looked at: the place, the zoom and the rotation, by file, kept in the settings for the
+// How documents were last looked at: the place, the zoom, the rotation and the layout, by file, kept in the settings for the
 // documents closed last.
 class RememberedViews
 {

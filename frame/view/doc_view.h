@@ -72,6 +72,9 @@ public:
     void SetZoomMode(G_Preferences::ZoomMode mode);
     int Rotation() const; // 0, 90, 180, 270 clockwise
     void SetRotation(int degrees);
+    // Rows of two pages in place of a column of single ones; fitting modes fit the row.
+    bool HasTwoPages() const;
+    void SetTwoPages(bool isWanted);
     // Of a long document, pages that have not been in view are taken to be like the first one until their sizes are
     // read; the layout is then corrected without moving what is in view.
     QRect PageRect(int pageIndex) const;        // scene units

@@ -177,10 +177,15 @@ void G_DocView::Private::Resized()
 
 double G_DocView::Private::FittingZoom(G_Preferences::ZoomMode wanted) const
 {
-    const QSizeF page = layout.TurnedSizeMm(qMax(0, current)) * PixelsPerMmAt100();
+    QSizeF page = layout.TurnedSizeMm(qMax(0, layout.RowStart(current))) * PixelsPerMmAt100();
     if (layout.Count() == 0 || page.isEmpty())
         return zoom;
-    const QSize room = widget->viewport()->size() - QSize(2 * PageLayout::gapPx, 2 * PageLayout::gapPx);
+    QSize room = widget->viewport()->size() - QSize(2 * PageLayout::gapPx, 2 * PageLayout::gapPx);
+    if (layout.IsPaired()) {
+        page = page.expandedTo(layout.TurnedSizeMm(layout.RowEnd(qMax(0, current))) * PixelsPerMmAt100());
+        page.rwidth() *= 2;
+        room.rwidth() -= PageLayout::gapPx;
+    }
     const double byWidth = room.width() / page.width() * 100;
     const double byHeight = room.height() / page.height() * 100;
     if (wanted == G_Preferences::FitWidth)
@@ -192,7 +197,8 @@ void G_DocView::Private::ApplyMode()
 {
     if (!widget || isFitting)
         return;
-    MeasurePage(current);
+    MeasurePage(layout.RowStart(current));
+    MeasurePage(layout.RowEnd(current));
     isFitting = true; // a scroll bar that comes or goes resizes the viewport again
     switch (mode) {
     case G_Preferences::ActualSize:
@@ -213,7 +219,7 @@ void G_DocView::Private::ApplyMode()
 // Across only: beside a wider page, the column is wider than the page that was fitted.
 void G_DocView::Private::CenterCurrentPage()
 {
-    const QRect page = layout.IsValid(current) ? layout.PageRect(current) : QRect();
+    const QRect page = layout.IsValid(current) ? layout.RowRect(current) : QRect();
     const int room = widget->viewport()->width();
     if (page.isEmpty() || page.width() > room)
         return;
@@ -246,7 +252,8 @@ void G_DocView::GoToPage(G_DocView* /*sender*/, int pageIndex, const CCA_GRect& 
         const QPointF middle((place.left + place.right) / 2.0, (place.top + place.bottom) / 2.0);
         d->ScrollTo(middle, QPoint(room.width() / 2, room.height() / 2));
     } else if (IsAllZero(rect)) {
-        const QRect page = PageRect(pageIndex);
+        const int roomOfRow = d->layout.RowRect(pageIndex).width() + 2 * PageLayout::gapPx;
+        const QRect page = roomOfRow <= room.width() ? d->layout.RowRect(pageIndex) : PageRect(pageIndex);
         // Across, the place stays as long as it shows the page.
         const int margin = PageLayout::gapPx;
         const int left = page.width() + 2 * margin <= room.width()
@@ -313,6 +320,27 @@ void G_DocView::SetRotation(int degrees)
     d->UpdateCurrentAfterLayout();
 }
 
+bool G_DocView::HasTwoPages() const
+{
+    return d->layout.IsPaired();
+}
+
+void G_DocView::SetTwoPages(bool isWanted)
+{
+    if (d->layout.IsPaired() == isWanted)
+        return;
+    const int page = d->current;
+    ++d->moving;
+    d->layout.SetPaired(isWanted);
+    d->Arrange();
+    d->ApplyMode();
+    if (page >= 0)
+        d->ScrollTo(QPointF(VisibleSceneRect().left(), PageRect(page).top() - PageLayout::gapPx), QPoint(0, 0));
+    d->CenterCurrentPage();
+    --d->moving;
+    d->UpdateCurrentAfterLayout();
+}
+
 void G_DocView::ScrollBy(int dx, int dy)
 {
     if (!d->widget)
@@ -332,10 +360,10 @@ void G_DocView::Private::StepTo(int page)
 
 void G_DocView::NextPage()
 {
-    d->StepTo(d->current + 1);
+    d->StepTo(d->layout.RowEnd(d->current) + 1);
 }
 
 void G_DocView::PreviousPage()
 {
-    d->StepTo(d->current - 1);
+    d->StepTo(d->layout.RowStart(d->layout.RowStart(d->current) - 1));
 }

@@ -192,9 +192,9 @@ int G_DocView::Private::ScreenStep() const
 void G_DocView::Private::ScreenDown()
 {
     const QRect seen = VisibleRect();
-    const QRect page = layout.PageRect(current);
+    const QRect page = layout.RowRect(current);
     const bool isEndSeen = page.top() + page.height() <= seen.top() + seen.height();
-    if (isEndSeen && layout.IsValid(current + 1))
+    if (isEndSeen && layout.IsValid(layout.RowEnd(current) + 1))
         q->NextPage();
     else
         q->ScrollBy(0, ScreenStep());
@@ -204,8 +204,9 @@ void G_DocView::Private::ScreenUp()
 {
     const QRect seen = VisibleRect();
     const bool isTopSeen = layout.PageRect(current).top() >= seen.top();
-    const bool fitsAbove = layout.PageRect(current - 1).height() + 2 * PageLayout::gapPx <= seen.height();
-    if (isTopSeen && fitsAbove && layout.IsValid(current - 1))
+    const int above = layout.RowStart(current) - 1;
+    const bool fitsAbove = layout.RowRect(above).height() + 2 * PageLayout::gapPx <= seen.height();
+    if (isTopSeen && fitsAbove && layout.IsValid(above))
         q->PreviousPage();
     else
         q->ScrollBy(0, -ScreenStep());

@@ -15,13 +15,19 @@ void PageLayout::Arrange(double zoomPercent, int rotationDegrees, double pixelsP
     tops.resize(sizes.size());
     int widest = 0;
     int y = gapPx;
+    int highest = 0; // of the row
     for (int page = 0; page < sizes.size(); ++page) {
         const QSize size = PagePixels(page, scale);
         tops[page] = y;
         widest = qMax(widest, size.width());
-        y += size.height() + gapPx;
+        highest = qMax(highest, size.height());
+        if (page < RowEnd(page))
+            continue;
+        y += highest + gapPx;
+        highest = 0;
     }
-    width = sizes.isEmpty() ? 0 : widest + 2 * gapPx;
+    const int across = isPaired ? 2 : 1;
+    width = sizes.isEmpty() ? 0 : across * widest + (across + 1) * gapPx;
     height = sizes.isEmpty() ? 0 : y;
 }
 
@@ -42,7 +48,30 @@ QRect PageLayout::PageRect(int page) const
     if (!IsValid(page) || tops.size() != sizes.size())
         return {};
     const QSize size = PagePixels(page, scale);
-    return QRect(QPoint((width - size.width()) / 2, tops.at(page)), size);
+    if (!isPaired)
+        return QRect(QPoint((width - size.width()) / 2, tops.at(page)), size);
+    const int inner = (width - gapPx) / 2; // where left pages end
+    return QRect(QPoint(page == RowStart(page) ? inner - size.width() : inner + gapPx, tops.at(page)), size);
+}
+
+int PageLayout::RowEnd(int page) const
+{
+    return isPaired ? qMin(RowStart(page) + 1, Count() - 1) : page;
+}
+
+QRect PageLayout::RowRect(int page) const
+{
+    const QRect first = PageRect(RowStart(page));
+    if (!isPaired || first.isEmpty())
+        return first;
+    const QRect last = PageRect(RowEnd(page));
+    const int half = qMax(first.width(), last.width());
+    return QRect((width - gapPx) / 2 - half, first.top(), 2 * half + gapPx, qMax(first.height(), last.height()));
+}
+
+int PageLayout::BesideAt(int page, int sceneX) const
+{
+    return sceneX < width / 2 ? RowStart(page) : RowEnd(page);
 }
 
 QTransform PageLayout::PageMatrix(int page) const
@@ -79,7 +108,8 @@ int PageLayout::PageStartingAbove(int sceneY) const
 int PageLayout::PageAt(const QPoint& scenePoint) const
 {
     const auto below = std::upper_bound(tops.cbegin(), tops.cend(), scenePoint.y());
-    const int page = static_cast<int>(below - tops.cbegin()) - 1;
+    const int last = static_cast<int>(below - tops.cbegin()) - 1;
+    const int page = last < 0 ? -1 : BesideAt(last, scenePoint.x());
     return page >= 0 && PageRect(page).contains(scenePoint) ? page : -1;
 }
 
@@ -90,21 +120,23 @@ int PageLayout::NearestPage(const QPoint& scenePoint) const
     const auto below = std::upper_bound(tops.cbegin(), tops.cend(), scenePoint.y());
     const int above = static_cast<int>(below - tops.cbegin()) - 1;
     if (above < 0)
-        return 0;
-    const QRect rect = PageRect(above);
-    const bool isInGap = scenePoint.y() >= rect.top() + rect.height();
-    const bool isCloserToNext = isInGap && above + 1 < sizes.size() &&
-                                tops.at(above + 1) - scenePoint.y() < scenePoint.y() - (rect.top() + rect.height());
-    return isCloserToNext ? above + 1 : above;
+        return BesideAt(0, scenePoint.x());
+    const QRect rect = RowRect(above);
+    const int next = RowEnd(above) + 1;
+    const int bottom = rect.top() + rect.height();
+    const bool isInGap = scenePoint.y() >= bottom;
+    const bool isCloserToNext =
+        isInGap && next < sizes.size() && tops.at(next) - scenePoint.y() < scenePoint.y() - bottom;
+    return BesideAt(isCloserToNext ? next : above, scenePoint.x());
 }
 
 QPair<int, int> PageLayout::PagesIn(const QRect& sceneRect) const
 {
     const int end = sceneRect.top() + sceneRect.height();
     int first = static_cast<int>(std::upper_bound(tops.cbegin(), tops.cend(), sceneRect.top()) - tops.cbegin()) - 1;
-    first = qMax(0, first);
-    if (first < sizes.size() && PageRect(first).bottom() < sceneRect.top())
-        ++first;
+    first = RowStart(qMax(0, first));
+    if (first < sizes.size() && RowRect(first).bottom() < sceneRect.top())
+        first = RowEnd(first) + 1;
     const int last = static_cast<int>(std::lower_bound(tops.cbegin(), tops.cend(), end) - tops.cbegin()) - 1;
     return first <= last ? qMakePair(first, last) : qMakePair(0, -1);
 }

@@ -7,8 +7,9 @@
 #include <QSizeF>
 #include <QVector>
 
-// Where the pages of a document lie in the scene: a column with gaps, each page in the middle of the widest. Pure
-// geometry: scene units are device-independent pixels at the zoom that was set.
+// Where the pages of a document lie in the scene: a column with gaps, each page in the middle of the widest, or rows of
+// two pages that meet in the middle. A row is one page where pages are not paired. Pure geometry: scene units are
+// device-independent pixels at the zoom that was set.
 class PageLayout
 {
 public:
@@ -17,6 +18,14 @@ public:
     void SetSize(int page, const QSizeF& sizeMm) { sizes[page] = sizeMm; }
     // `pixelsPerMm` at 100 percent. Places all pages anew.
     void Arrange(double zoomPercent, int rotationDegrees, double pixelsPerMmAt100);
+
+    // Arrange places the pages anew.
+    void SetPaired(bool isWanted) { isPaired = isWanted; }
+    bool IsPaired() const { return isPaired; }
+    int RowStart(int page) const { return isPaired && page > 0 ? page - page % 2 : page; }
+    int RowEnd(int page) const; // the last page of its row
+    // The room of a page and those beside it, as wide on either side of the middle; empty when out of range.
+    QRect RowRect(int page) const;
 
     int Count() const { return sizes.size(); }
     bool IsValid(int page) const { return page >= 0 && page < sizes.size(); }
@@ -50,10 +59,13 @@ public:
     static constexpr int gapPx = 12; // around and between pages
 
 private:
+    int BesideAt(int page, int sceneX) const; // the page of its row that lies at this side
+
     QVector<QSizeF> sizes; // mm
     QVector<int> tops;
     int width = 0;
     int height = 0;
     double scale = 1;
     int rotation = 0;
+    bool isPaired = false;
 };

@@ -769,6 +769,10 @@ A reader of fixed-layout documents.</source>
         <source>Close %1</source>
         <translation>关闭 %1</translation>
     </message>
+    <message>
+        <source>&amp;Two Pages</source>
+        <translation>双页(&amp;T)</translation>
+    </message>
 </context>
 <context>
     <name>NaviBookmark</name>
@@ -1032,12 +1036,8 @@ A reader of fixed-layout documents.</source>
         <translation>页面中的链接过多。</translation>
     </message>
     <message>
-        <source>The draw parameter %1 is painted with itself.</source>
-        <translation>绘制参数 %1 引用了自身。</translation>
-    </message>
-    <message>
-        <source>The colour profile of the picture cannot be used.</source>
-        <translation>图片的颜色配置文件无法使用。</translation>
+        <source>The page asks for more painting than is done; not all of it is shown.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>

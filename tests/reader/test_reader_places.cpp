@@ -60,6 +60,7 @@ private slots:
     void jumpsToWhereOneIsArePassedOver();
     void backOfOneTabLeavesTheOtherAlone();
     void aDocumentOpensWhereItWasLeft();
+    void twoPagesSideBySideComeBackToo();
     void aDocumentThatLostItsPagesOpensAtItsBeginning();
     void theWindowComesBackWithItsSizeAndPane();
     void fullScreenHidesTheBarsAndEscapeBringsThemBack();
@@ -175,6 +176,24 @@ void TestReaderPlaces::aDocumentOpensWhereItWasLeft()
     QCOMPARE(desk.View()->GetZoom(), 70.0F);
     QVERIFY(qAbs(desk.View()->VisibleSceneRect().top() - top) <= 1);
     QVERIFY(!desk.Window()->CurrentTab()->IsDirty());
+}
+
+void TestReaderPlaces::twoPagesSideBySideComeBackToo()
+{
+    ReaderDesk desk(false);
+    const QString path = LongFile(desk);
+    QVERIFY(desk.Window()->OpenFile(path));
+    QAction* twoPages = ActionOf(desk.Window(), QKeySequence(Qt::CTRL | Qt::Key_4));
+    QVERIFY(twoPages && !twoPages->isChecked());
+    twoPages->trigger();
+    QVERIFY(twoPages->isChecked() && desk.View()->HasTwoPages());
+    QVERIFY(desk.Window()->OpenFile(LongFile(desk, "other.ofd")));
+    QVERIFY(!twoPages->isChecked());
+    QVERIFY(desk.Window()->CloseTab(0));
+    QVERIFY(desk.Window()->OpenFile(path));
+    QVERIFY(twoPages->isChecked() && desk.View()->HasTwoPages());
+    twoPages->trigger();
+    QVERIFY(!desk.View()->HasTwoPages());
 }
 
 void TestReaderPlaces::aDocumentThatLostItsPagesOpensAtItsBeginning()
