@@ -26,6 +26,7 @@ constexpr Finding findings[] = {
     {"deviations/draw_param_is_font", "dangling-reference"},
     {"deviations/duplicate_names", "duplicate-identifier"},
     {"deviations/duplicate_unit_ids", "duplicate-identifier"},
+    {"deviations/escaped_references", "misspelt-reference"},
     {"deviations/folder_in_two_cases", "misspelt-reference"},
     {"deviations/image_without_resource", "dangling-reference"},
     {"deviations/media_in_other_folder", "misspelt-reference"},
