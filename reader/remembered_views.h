@@ -4,8 +4,8 @@
 
 class G_DocView;
 
-// How documents were last looked at: the place, the zoom, the rotation and the layout, by file, kept in the settings for the
-// documents closed last.
+// How documents were last looked at: the place, the zoom, the rotation and the layout, by file, kept in the settings
+// for the documents closed last.
 class RememberedViews
 {
 public:
