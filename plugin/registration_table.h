@@ -11,6 +11,7 @@ struct Registration
     int teardown;           // position in the order of teardown, from 1; gaps belong to panes to come
 };
 
+// All rows, made once.
 const std::vector<Registration>& RegistrationTable();
 
 // Where the plugin's spare pointer stands in the order of teardown.

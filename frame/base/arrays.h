@@ -3,7 +3,7 @@
 #include <QMutex>
 #include <QVector>
 
-// A growable array of plain values, with the contract's names over QVector.
+// A growable array of plain values, with the contract's names over QVector. Positions must be in range.
 template <typename T>
 class CCA_ArrayTemplate
 {
@@ -53,6 +53,7 @@ public:
         const QMutexLocker lock(&mutex);
         return items.value(position);
     }
+    // At the end.
     void Add(const T& value)
     {
         const QMutexLocker lock(&mutex);
@@ -63,6 +64,7 @@ public:
         const QMutexLocker lock(&mutex);
         items.clear();
     }
+    // A copy of all values, taken at one moment.
     QVector<T> Values() const
     {
         const QMutexLocker lock(&mutex);

@@ -11,10 +11,13 @@
 #include <QRectF>
 #include <QString>
 
+// Between the contract's value types and Qt's. Callable from any thread.
+
 FRAME_EXPORT QString GQ_ToQStringFromUtf8(const CCA_String& text);
 FRAME_EXPORT QString GQ_ToQString(const CCA_WString& text);
 // To UTF-8, or to the local 8-bit encoding when `utf8` is false.
 FRAME_EXPORT CCA_String GQ_ToCAS(const QString& text, bool utf8 = true);
+// The same numbers, in whatever unit they are.
 FRAME_EXPORT QRectF GQ_ToQRectF(const CCA_GRect& rect);
 FRAME_EXPORT CCA_GRect GQ_ToCAGRect(const QRectF& rect);
 FRAME_EXPORT QPoint GQ_ToQPoint(const CCA_Point& point);

@@ -36,6 +36,7 @@ struct CCA_GRect
     float Height() const { return bottom - top; }
     // True when the rectangle encloses no area.
     bool IsEmpty() const { return right <= left || bottom <= top; }
+    // The borders belong to it.
     bool Contains(const CCA_GPoint& point) const
     {
         return point.x >= left && point.x <= right && point.y >= top && point.y <= bottom;
@@ -80,7 +81,7 @@ public:
         , f(f)
     {
     }
-    explicit CCA_Matrix(const QTransform& transform);
+    explicit CCA_Matrix(const QTransform& transform); // its affine part
 
     // Moves by (dx, dy) in the target space, after what the matrix did so far.
     void Translate(double dx, double dy);

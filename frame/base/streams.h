@@ -13,7 +13,7 @@ public:
     virtual qint64 GetSize() = 0;
     // Reads at most `size` bytes from the present position; returns how many came, 0 at the end, -1 on an error.
     virtual qint64 Read(void* buffer, qint64 size) = 0;
-    // Opens a file for reading; null when it cannot be opened. The flags are reserved and are 0.
+    // Opens a file for reading, owned by the caller; null when it cannot be opened. The flags are reserved and are 0.
     static ICA_StreamReader* CreateFileStreamReader(const wchar_t* path, int flags);
 };
 
@@ -23,11 +23,12 @@ class FRAME_EXPORT ICA_StreamWriter
 {
 public:
     virtual ~ICA_StreamWriter();
-    // Writes all bytes or fails.
+    // Writes all bytes; false when that failed, and for all that is written afterwards.
     virtual bool Write(const void* data, qint64 size) = 0;
     // Gives up: nothing of what was written becomes visible, and later writes fail. For a source that broke half-way.
     virtual void Abandon() = 0;
-    // Opens a file for writing; null when it cannot be made or when it is the file of an open document.
+    // Opens a file for writing, owned by the caller; null when it cannot be made or when it is the file of an open
+    // document. The flags are reserved and are 0.
     static ICA_StreamWriter* CreateFileStreamWriter(const wchar_t* path, int flags);
     // What answers whether a native path belongs to an open document; set once by the application, null lets all pass.
     static void SetOpenFileTest(bool (*isOpenDocument)(const wchar_t* path));

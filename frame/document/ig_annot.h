@@ -27,9 +27,9 @@ class FRAME_EXPORT IG_Annot
 public:
     virtual ~IG_Annot();
     virtual IG_Page* GetOwnerPage() = 0; // not owned; lives as long as the document
-    virtual int GetId() = 0;
-    virtual bool IsHiddenFromList() = 0;
-    virtual int GetType() = 0; // a G_AnnotType
+    virtual int GetId() = 0;             // unique in the document
+    virtual bool IsHiddenFromList() = 0; // not to be shown in lists of annotations
+    virtual int GetType() = 0;           // a G_AnnotType
     virtual CCA_String GetSubType() = 0;
     virtual CCA_String GetCreator() = 0;
     virtual void SetDate(const CCA_String& date) = 0;

@@ -10,7 +10,7 @@ class ICA_StreamWriter;
 class IG_TextSource;
 
 // An open document. Whoever opened it owns it; it owns its trees, pages and annotations. Main thread only, except the
-// attachment calls, which are guarded inside and may come from a worker thread, and the renderer.
+// attachment calls, which are guarded inside and may come from a worker thread, the renderer and the text source.
 class FRAME_EXPORT IG_Document
 {
 public:
@@ -58,8 +58,8 @@ public:
     virtual bool CheckRight(bool edit) = 0;
 
     virtual int GetAttachmentCount() = 0;
-    virtual int GetAttachmentIndexById(int id) = 0; // negative when not found
-    virtual G_AttachmentInfo GetAttachment(int index) = 0;
+    virtual int GetAttachmentIndexById(int id) = 0;        // negative when not found
+    virtual G_AttachmentInfo GetAttachment(int index) = 0; // a default one when out of range
     // Streams the content; false when the index is out of range or the content cannot be read or written.
     virtual bool WriteAttachment(int index, ICA_StreamWriter* writer) = 0;
     // Takes the reader over. All texts UTF-8. False when nothing was added.

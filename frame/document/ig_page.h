@@ -33,7 +33,7 @@ class FRAME_EXPORT IG_TextPage
 {
 public:
     virtual ~IG_TextPage();
-    virtual bool IsParsed() const = 0;
+    virtual bool IsParsed() const = 0; // the text is at hand
     // The flags are reserved and are 0. False when the page has no readable content; the text is then empty.
     virtual bool Parse(int flags) = 0;
     // Text whose glyph boxes' centres lie in the rectangle (page mm), in reading order. Always sets `text` to a

@@ -20,11 +20,12 @@ struct OVJsonConfig
 // A JSON value that keeps the order of an object's keys. A handle: copies name the same value, so that what AddArray
 // returns can be filled in place. Wrong-typed writes do nothing, and so do writes that would put a value into itself;
 // reads of what is absent give defaults (for a value: one that is neither object nor array nor text nor number).
+// Used from one thread at a time, with all its copies.
 class FRAME_EXPORT OVJson
 {
 public:
-    OVJson(); // an empty object
-    static OVJson MakeArray();
+    OVJson();                  // an empty object
+    static OVJson MakeArray(); // an empty one
 
     // Writers on an object; an earlier value of the key is replaced in place.
     void SetString(const QByteArray& key, const QString& value);
@@ -32,7 +33,7 @@ public:
     void SetDouble(const QByteArray& key, double value); // a value that is no finite number is written as 0
     void SetBool(const QByteArray& key, bool value);
     void SetObject(const QByteArray& key, const OVJson& value);
-    OVJson AddArray(const QByteArray& key);
+    OVJson AddArray(const QByteArray& key); // a new, empty one
 
     // Writers on an array; position -1 appends.
     void InsertUInt(int position, unsigned value);
@@ -41,6 +42,7 @@ public:
     void Append(int value);
     void Append(const QString& value);
 
+    // What kind of value it is; a truth value and a null are none of these.
     bool IsObject() const;
     bool IsArray() const;
     bool IsString() const;

@@ -11,8 +11,8 @@ namespace Core {
 class FRAME_EXPORT ICore
 {
 public:
-    static QWidget* dialogParent(); // null before a main window stands
-    static G_UIContext* context();
+    static QWidget* dialogParent();               // null before a main window stands
+    static G_UIContext* context();                // null before a main window stands and after it died
     static void SetContext(G_UIContext* context); // not owned; null when the window dies
 };
 

@@ -19,7 +19,7 @@ public:
     } // NOLINT(google-explicit-constructor): ids are written as literals
     bool IsValid() const { return !name.isEmpty(); }
     QString ToString() const { return QString::fromUtf8(name); }
-    static Id FromString(const QString& text);
+    static Id FromString(const QString& text); // as ToString gives it
     friend bool operator==(const Id& a, const Id& b) { return a.name == b.name; }
     friend bool operator!=(const Id& a, const Id& b) { return a.name != b.name; }
     friend uint qHash(const Id& id, uint seed = 0) { return ::qHash(id.name, seed); }

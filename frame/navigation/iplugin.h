@@ -15,8 +15,9 @@ class FRAME_EXPORT IPlugin : public QObject
 public:
     IPlugin();
     ~IPlugin() override;
-    virtual bool Initialize() = 0;
+    virtual bool Initialize() = 0; // false: the module is not used and is unloaded
     virtual void ExtensionsReady() = 0;
+    // The base does nothing in these three; the last one is for hosts that start further instances of themselves.
     virtual void DelayedInitialize();
     virtual void AboutToShutdown();
     virtual void MainInstanceInitialized();

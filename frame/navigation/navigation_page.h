@@ -41,9 +41,10 @@ public:
 
     // The frame's record of the pane of each document; null when none was made or it is gone.
     QWidget* WidgetFor(IG_Document* document) const;
-    void SetWidgetFor(IG_Document* document, QWidget* pane);
-    void ForgetDocument(IG_Document* document);
+    void SetWidgetFor(IG_Document* document, QWidget* pane); // not owned
+    void ForgetDocument(IG_Document* document);              // deletes nothing
 
+    // What the bar shows, translated, and the path of the picture; pages stand in the order of their positions.
     QString Title() const { return title; }
     QString Tooltip() const { return tooltip; }
     QString IconPath() const { return iconPath; }

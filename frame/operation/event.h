@@ -124,6 +124,7 @@ struct CommandBarSettingData
     bool value = false;
 };
 
+// Type 260: operations changed state.
 class FRAME_EXPORT G_CommandBarOpChangedEvent : public G_Event
 {
 public:

@@ -46,13 +46,14 @@ signals:
     void PageChange(G_DocView* view);
     // Another screen of the same document became active.
     void ActivedScreenChanged(G_DocView* view);
-    void EventFired(G_Event* event);
+    void EventFired(G_Event* event); // deleted when the last listener has returned
     // The current tab changed; null when none is left.
     void SwitchDocView(G_DocView* view);
+    // Annotations of the document changed; `view` is the current one.
     void AnnotModify(G_DocView* view, IG_Document* document);
-    void AnnotCreate(IG_Annot* annot, IG_Document* document);
+    void AnnotCreate(IG_Annot* annot, IG_Document* document); // by one of the host's tools
     void AnnotSelected(IG_Annot* annot, IG_Document* document, bool selected);
-    void ToolHandlerChange(G_ToolHandler* handler);
+    void ToolHandlerChange(G_ToolHandler* handler); // another tool became the current one
 
 private slots:
     void DeliverNext();

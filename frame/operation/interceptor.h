@@ -27,7 +27,7 @@ public:
     // Told the outcome; read it in the operation's Result.
     virtual void AfterDoActionHandle(G_Operation* op);
 
-    IG_Document* Tag() const { return tag; }
+    IG_Document* Tag() const { return tag; } // null: it takes part for every document
 
 private:
     Q_DISABLE_COPY(G_OperationInterceptor)
@@ -41,7 +41,7 @@ class FRAME_EXPORT G_InterceptorScope
 public:
     explicit G_InterceptorScope(IG_Document* document);
     ~G_InterceptorScope();
-    static IG_Document* Current();
+    static IG_Document* Current(); // of the innermost scope; null without one
 
 private:
     Q_DISABLE_COPY(G_InterceptorScope)

@@ -37,16 +37,17 @@ public:
     // The registered name, lower case.
     virtual const char* Name() const = 0;
     virtual int AuthorityType() const;
-    virtual QString ListenerParamsJson() const;
+    virtual QString ListenerParamsJson() const; // empty in the base
     // The base adds each member of a JSON object to Params; a malformed text adds nothing.
     virtual void ParseParamJson(const QString& json);
-    virtual void ResetParams();
+    virtual void ResetParams(); // takes all out
     // Does the work; true means done.
     virtual bool DoAction() = 0;
 
     G_OperationParam* Params; // owned, never null
     int Result = 0;           // of the last DoAction; 1 while the before-handlers are asked
 
+    // What the copy is bound to; null for a prototype, and once it has died. Callable from any thread.
     G_DocView* DocView() const;
     G_UIContext* UIContext() const;
     IG_Document* GDocument() const;

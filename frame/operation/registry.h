@@ -30,6 +30,7 @@ class FRAME_EXPORT G_OperationRegistry
 public:
     static G_OperationRegistry& Instance();
 
+    // The caller keeps owning it. Replaces an earlier one of the name, with a warning in the log.
     void Register(G_Operation* prototype);
     // Takes the object out only if it is the registered prototype of its name.
     void Unregister(G_Operation* prototype);
@@ -40,6 +41,7 @@ public:
     // Appends to that log; tool handlers use it too.
     void LogDeregistration(const QByteArray& name);
 
+    // Called by an interceptor for itself, when it is made and when it is destroyed.
     void Enrol(G_OperationInterceptor* interceptor);
     void Leave(G_OperationInterceptor* interceptor);
     bool IsEnrolled(G_OperationInterceptor* interceptor) const;

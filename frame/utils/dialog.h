@@ -24,6 +24,7 @@ public:
     void SetDefaultBtn(QAbstractButton* button);
 
 signals:
+    // Enter was pressed; the default button is clicked afterwards. Whoever hears of it may delete the dialog.
     void PressEnter();
 
 protected:

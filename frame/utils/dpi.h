@@ -10,7 +10,7 @@ namespace Utils {
 class FRAME_EXPORT OVDpi
 {
 public:
-    static OVDpi* Instance();
+    static OVDpi* Instance(); // never null; main thread only
     // Logical DPI of the primary screen divided by 96, at least 1.
     float DpiScale() const;
     float ScaleSize(float size) const { return size * DpiScale(); }
@@ -25,6 +25,7 @@ private:
 };
 
 namespace DPI {
+// The style sheet scaled by OVDpi's instance.
 class FRAME_EXPORT OV_Util
 {
 public:

@@ -15,7 +15,7 @@ class FRAME_EXPORT OVPaintNoContent : public QWidget
 public:
     // The rectangle is in the widget's coordinates; the pixmap is copied.
     static OVPaintNoContent* ShowPixmap(QWidget* widget, const QRect& rect, QPixmap* pixmap);
-    void SetPixRect(const QRect& rect);
+    void SetPixRect(const QRect& rect); // moves the picture
     QRect PixRect() const { return geometry(); }
 
 protected:

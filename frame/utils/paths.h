@@ -10,7 +10,7 @@ namespace Utils {
 class FRAME_EXPORT OV_Path
 {
 public:
-    static QString AppPath();
+    static QString AppPath();  // of the program
     static QString TempPath(); // private to this process's user; made when missing
 };
 

@@ -16,8 +16,9 @@ class FRAME_EXPORT OV_Popup : public QWidget
 public:
     explicit OV_Popup(QWidget* parent);
     ~OV_Popup() override;
-    // Kept on the screen that holds the position.
+    // Kept on the screen that holds the position. Does nothing while it is open.
     void exec(const QPoint& globalPosition);
+    // Takes the style sheet, scaled to the screen.
     void ScalePopup(const QString& styleSheet);
 
 protected:

@@ -15,7 +15,7 @@ class IG_Document;
 class FRAME_EXPORT G_Application
 {
 public:
-    static G_Application& Instance();
+    static G_Application& Instance(); // made at the first call, lives until the process ends
 
     // One line to the log. Callable from any thread.
     void Log(const QByteArray& line);
@@ -27,6 +27,7 @@ public:
     // The second check holds and the first does not: the document may not be edited under its rights.
     bool IsRestricted(IG_Document* document) const;
 
+    // Told by whoever opens and closes documents; not owned.
     void DocumentOpened(IG_Document* document);
     void DocumentClosed(IG_Document* document);
     QList<IG_Document*> OpenDocuments() const;

@@ -14,7 +14,8 @@ class QSettings;
 class FRAME_EXPORT G_SettingMgr
 {
 public:
-    static G_SettingMgr* Instance();
+    static G_SettingMgr* Instance(); // never null
+    // What was set for the key, else the default.
     QVariant ConfigValue(const QString& key, const QVariant& defaultValue = QVariant());
     void SetConfigValue(const QString& key, const QVariant& value);
     // Keeps values in this file from now on; an empty path keeps them in memory only (tests).

@@ -19,11 +19,13 @@ class FRAME_EXPORT G_ToolHandler : public G_DocViewRender
 public:
     G_ToolHandler() = default;
     ~G_ToolHandler() override;
-    virtual G_ToolHandler* Clone() = 0;
-    virtual CCA_String Name() = 0; // the registered name
+    virtual G_ToolHandler* Clone() = 0; // owned by the caller
+    virtual CCA_String Name() = 0;      // the registered name
+    // The clone's view dies; the tool became, or is no longer, the view's current one.
     virtual void OnDestroy() = 0;
     virtual void OnActivate() = 0;
     virtual void OnDeactivate() = 0;
+    // Of the current tool. `flags` are the Qt::MouseButtons that are down and the Qt::KeyboardModifiers.
     virtual int OnLButtonDown(unsigned flags, CCA_Point point) = 0;
     virtual int OnLButtonUp(unsigned flags, CCA_Point point) = 0;
     virtual int OnLButtonDblClk(unsigned flags, CCA_Point point) = 0;

@@ -13,6 +13,7 @@ class FRAME_EXPORT G_DocViewRender
 {
 public:
     virtual ~G_DocViewRender();
+    // Below all pages, above all pages, and ahead of each visible page. The base paints nothing.
     virtual void PaintSceneStart(QPainter* painter, G_DocView* view);
     virtual void PaintSceneEnd(QPainter* painter, G_DocView* view);
     virtual void PaintBeforePage(QPainter* painter, GR_PageGraphicItem* page);

@@ -15,5 +15,5 @@ public:
     bool DoAction() override;
 
 protected:
-    virtual const char* PaneId() const = 0;
+    virtual const char* PaneId() const = 0; // as the page's
 };
