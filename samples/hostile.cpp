@@ -260,6 +260,36 @@ QByteArray HugeCounts()
     return PackedBytes(package);
 }
 
+// Lines that cross each other on all of the page.
+QByteArray CrossingEdges()
+{
+    Package package = Plain();
+    QByteArray star = "M 0 0";
+    for (int i = 0; i < 500; ++i)
+        star += " L " + QByteArray::number(i * 37 % 210) + (i % 2 ? " 297" : " 0");
+    const QByteArray path = "<ofd:PathObject ID=\"900\" Boundary=\"0 0 210 297\" Fill=\"true\" Stroke=\"false\">"
+                            "<ofd:AbbreviatedData>" +
+                            star + "</ofd:AbbreviatedData></ofd:PathObject>";
+    AddToFirstPage(package, path.repeated(200));
+    return PackedBytes(package);
+}
+
+QByteArray ClipsAndShadings()
+{
+    Package package = Plain();
+    const QByteArray path =
+        "<ofd:PathObject ID=\"900\" Boundary=\"0 0 210 297\" Fill=\"true\" Stroke=\"false\" Alpha=\"128\"><ofd:Clips>"
+        "<ofd:Clip><ofd:Area><ofd:Path Boundary=\"0 0 210 297\" Fill=\"true\"><ofd:AbbreviatedData>M 0 0 B 300 90 -90 "
+        "200 210 297 L 0 297 C</ofd:AbbreviatedData></ofd:Path></ofd:Area></ofd:Clip></ofd:Clips><ofd:FillColor>"
+        "<ofd:RadialShd StartPoint=\"9 9\" StartRadius=\"1\" EndPoint=\"99 99\" EndRadius=\"50\" Extend=\"3\">"
+        "<ofd:Segment Position=\"0\"><ofd:Color Value=\"255 0 0\"/></ofd:Segment><ofd:Segment Position=\"1\">"
+        "<ofd:Color Value=\"0 0 255\"/></ofd:Segment></ofd:RadialShd></ofd:FillColor><ofd:AbbreviatedData>M 0 0 L 210 "
+        "0 "
+        "L 210 297 L 0 297 C</ofd:AbbreviatedData></ofd:PathObject>";
+    AddToFirstPage(package, path.repeated(3000));
+    return PackedBytes(package);
+}
+
 QByteArray BrokenFont()
 {
     Package package = Plain();
@@ -306,6 +336,10 @@ const Damage kTable[] = {
      OnePageManyTimes},
     {"highest_ids", "identifiers that are the highest number there is, or above it", "open", HighestIds},
     {"huge_counts", "a text and a shading that count two thousand million of everything", "open", HugeCounts},
+    {"crossing_edges", "two hundred outlines of five hundred lines across the page",
+     "open; paint what is within the limit", CrossingEdges},
+    {"clips_and_shadings", "three thousand shadings of the whole page, each cut to a clip",
+     "open; paint what is within the limit", ClipsAndShadings},
     {"broken_font", "an embedded font whose tables lie outside of it", "open; draw with another font", BrokenFont},
     {"huge_jbig2", "a bilevel picture of 4,294,967,295 by 4,294,967,295", "open; draw nothing for it", HugeJbig2},
 };

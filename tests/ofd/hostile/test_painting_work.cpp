@@ -1,0 +1,135 @@
+#include <ofd/ofd_document.h>
+#include <tests/ofd/document/page_painting.h>
+#include <tests/support/test_main.h>
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <algorithm>
+
+namespace {
+
+constexpr char LimitText[] = "The page asks for more painting than is done; not all of it is shown.";
+
+QByteArray SmallShapes(int count)
+{
+    QByteArray shapes;
+    for (int i = 0; i < count; ++i)
+        shapes += "<ofd:PathObject ID=\"1\" Boundary=\"" + QByteArray::number(i % 50) + ' ' +
+                  QByteArray::number(i / 50 % 90) +
+                  " 2 2\" Fill=\"true\"><ofd:FillColor Value=\"0 0 255\"/><ofd:AbbreviatedData>M 0 0 L 2 0 L 2 2 L 0 2 "
+                  "C</ofd:AbbreviatedData></ofd:PathObject>";
+    return shapes;
+}
+
+// Lines that cross the page again and again.
+QByteArray Star(int lines)
+{
+    QByteArray data = "M 0 0";
+    for (int i = 0; i < lines; ++i)
+        data += " L " + QByteArray::number(i * 37 % 50) + (i % 2 ? " 100" : " 0");
+    return "<ofd:PathObject ID=\"1\" Boundary=\"0 0 50 100\" Fill=\"true\" Stroke=\"false\"><ofd:FillColor Value=\"0 "
+           "255 "
+           "0\"/><ofd:AbbreviatedData>" +
+           data + "</ofd:AbbreviatedData></ofd:PathObject>";
+}
+
+// A document of one page, which is painted as often as a test asks.
+class OpenPage
+{
+public:
+    explicit OpenPage(const QByteArray& objects)
+    {
+        OfdFile file = OfdFile::WithPages(1);
+        file.Set(QStringLiteral("Doc_0/Pages/Page_0/Content.xml"), PageXml(objects));
+        document = ofd::OfdDocument::Open(file.Write(folder.filePath(QStringLiteral("work.ofd")))).document;
+        if (!document)
+            qFatal("the document does not open");
+    }
+
+    QImage Paint(double pixelsPerMm, const QRect& region = QRect())
+    {
+        G_RenderRequest request;
+        request.pixelsPerMm = pixelsPerMm;
+        request.region = region;
+        return document->Renderer()->RenderPage(request).image;
+    }
+
+    bool IsCut() const
+    {
+        const std::vector<ofd::Problem> problems = document->GetProblems();
+        return std::any_of(problems.begin(), problems.end(), [](const ofd::Problem& problem) {
+            return problem.kind == ofd::ProblemKind::Limit && problem.text == QLatin1String(LimitText);
+        });
+    }
+
+private:
+    QTemporaryDir folder;
+    std::shared_ptr<ofd::OfdDocument> document;
+};
+
+} // namespace
+
+// How much one page may ask of the painter.
+class TestPaintingWork : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aPageOfVeryManySmallShapesIsPaintedWhole();
+    void crossingLinesWithoutEndAreCutAndTold();
+    void everyZoomAndEveryTileStopAtTheSameObject();
+    void oneEnormousObjectIsLeftOutAloneAndTheRestIsPainted();
+};
+
+void TestPaintingWork::aPageOfVeryManySmallShapesIsPaintedWhole()
+{
+    OpenPage page(SmallShapes(60'000) + FilledSquare(70, 70, "Value=\"255 0 0\""));
+    QCOMPARE(ColourAt(page.Paint(PixelsPerMm), 80, 80), QColor(Qt::red));
+    QVERIFY(!page.IsCut());
+}
+
+void TestPaintingWork::crossingLinesWithoutEndAreCutAndTold()
+{
+    const QByteArray square = FilledSquare(70, 70, "Value=\"255 0 0\"");
+    OpenPage page(square + Star(400).repeated(200) + FilledSquare(70, 40, "Value=\"255 0 0\""));
+    const QImage image = page.Paint(PixelsPerMm);
+    QCOMPARE(ColourAt(image, 80, 80), QColor(Qt::red));
+    QCOMPARE(ColourAt(image, 80, 50), QColor(Qt::white)); // it comes behind too much
+    QVERIFY(page.IsCut());
+}
+
+void TestPaintingWork::everyZoomAndEveryTileStopAtTheSameObject()
+{
+    // Each group of lines is followed by a mark in its own place.
+    QByteArray objects;
+    for (int i = 0; i < 100; ++i)
+        objects +=
+            Star(400) +
+            FilledSquare(0, 0, "Value=\"255 0 0\"").replace("0 0 20 20", "60 " + QByteArray::number(i) + " 10 1");
+    OpenPage page(objects);
+    const auto marksIn = [](const QImage& image, double pixelsPerMm, int left) {
+        int marks = 0;
+        while (marks < 100 &&
+               QColor(image.pixel(int(65 * pixelsPerMm) - left, int((marks + 0.5) * pixelsPerMm))) == QColor(Qt::red))
+            ++marks;
+        return marks;
+    };
+    const int marks = marksIn(page.Paint(2), 2, 0);
+    QVERIFY2(marks > 2 && marks < 100, qPrintable(QString::number(marks)));
+    QCOMPARE(marksIn(page.Paint(4), 4, 0), marks);
+    QCOMPARE(marksIn(page.Paint(4, QRect(220, 0, 80, 400)), 4, 220), marks);
+}
+
+void TestPaintingWork::oneEnormousObjectIsLeftOutAloneAndTheRestIsPainted()
+{
+    OpenPage page(Star(60'000) + FilledSquare(70, 70, "Value=\"255 0 0\""));
+    const QImage image = page.Paint(PixelsPerMm);
+    QCOMPARE(ColourAt(image, 80, 80), QColor(Qt::red));
+    QCOMPARE(ColourAt(image, 25, 50), QColor(Qt::white));
+    QVERIFY(page.IsCut());
+}
+
+TETO_TEST_MAIN(TestPaintingWork)
+
+#include "test_painting_work.moc"
