@@ -268,7 +268,7 @@ QByteArray CrossingEdges()
     for (int i = 0; i < 500; ++i)
         star += " L " + QByteArray::number(i * 37 % 210) + (i % 2 ? " 297" : " 0");
     const QByteArray path = "<ofd:PathObject ID=\"900\" Boundary=\"0 0 210 297\" Fill=\"true\" Stroke=\"false\">"
-                            "<ofd:AbbreviatedData>" +
+                            "<ofd:FillColor Value=\"255 0 0\"/><ofd:AbbreviatedData>" +
                             star + "</ofd:AbbreviatedData></ofd:PathObject>";
     AddToFirstPage(package, path.repeated(200));
     return PackedBytes(package);
