@@ -1037,7 +1037,7 @@ A reader of fixed-layout documents.</source>
     </message>
     <message>
         <source>The page asks for more painting than is done; not all of it is shown.</source>
-        <translation type="unfinished"></translation>
+        <translation>此页面要求的绘制量过大，未全部显示。</translation>
     </message>
 </context>
 <context>
