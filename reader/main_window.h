@@ -72,7 +72,7 @@ public:
     bool ReloadTab(DocumentTab* tab);
     // Begins to print on a printer that is set up, in the background; false, after a message with the reason, when the
     // document's rights do not allow it or other work is under way. A message tells when it fails later.
-    bool PrintTab(DocumentTab* tab, std::shared_ptr<QPrinter> printer, PrintSize size);
+    bool PrintTab(DocumentTab* tab, const std::shared_ptr<QPrinter>& printer, PrintSize size);
     // Begins to write a picture of a page; as PrintTab.
     bool SavePagePictureAs(DocumentTab* tab, int page, const QString& path, int dotsPerInch);
     // Whether something is being printed or written in the background.

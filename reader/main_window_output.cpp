@@ -69,12 +69,12 @@ void MainWindow::Print()
     DocumentTab* tab = CurrentTab();
     if (!tab || IsRefused(tr("Print"), PrintRefusal(*tab->Document(), 1)))
         return;
-    auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
     printer->setOutputFileName(BesideFile(tab->Path(), QStringLiteral(".pdf")));
     printer->setOutputFormat(QPrinter::NativeFormat);
     PrintSize size = PrintSize::FitPaper;
     if (context->AskHowToPrint(printer.get(), tab->Document()->GetPageCount(), &size))
-        PrintTab(tab, std::move(printer), size);
+        PrintTab(tab, printer, size);
 }
 
 bool MainWindow::IsRefused(const QString& title, const QString& reason)
@@ -84,7 +84,7 @@ bool MainWindow::IsRefused(const QString& title, const QString& reason)
     return !reason.isEmpty();
 }
 
-bool MainWindow::PrintTab(DocumentTab* tab, std::shared_ptr<QPrinter> printer, PrintSize size)
+bool MainWindow::PrintTab(DocumentTab* tab, const std::shared_ptr<QPrinter>& printer, PrintSize size)
 {
     IG_PageRenderer* renderer = tab->Document()->Renderer();
     if (!renderer || IsRefused(tr("Print"), PrintRefusal(*tab->Document(), printer->copyCount())))

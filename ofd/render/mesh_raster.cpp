@@ -187,7 +187,7 @@ private:
     {
         const auto mix = [&](int (*part)(QRgb)) {
             const double value = share[0] * part(color[0]) + share[1] * part(color[1]) + share[2] * part(color[2]);
-            return std::clamp(int(value + 0.5), 0, 255);
+            return std::clamp(int(std::lround(value)), 0, 255);
         };
         return qRgba(mix(qRed), mix(qGreen), mix(qBlue), mix(qAlpha));
     }
