@@ -1,10 +1,10 @@
 // What a click on an entry runs: jumps, addresses, bookmarks, and what cannot be run.
 #include <tests/support/event_probe.h>
+#include <tests/support/opened_addresses.h>
 #include <tests/support/test_main.h>
 #include <tests/support/view_fixture.h>
 
 #include <frame/operation/event_manager.h>
-#include <frame/utils/safe_process.h>
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -17,21 +17,6 @@ constexpr int okAndCancel = 4195328;
 
 const QString document = QStringLiteral("page 210 297\n").repeated(5) +
                          QStringLiteral("bookmark \"mark\" page=3 rect=0,0,100,50 zoom=1.5 mode=0\n");
-
-// Keeps what would have been opened, for as long as it lives.
-class Opened
-{
-public:
-    Opened()
-    {
-        Utils::Safe::OV_SafeProcess::SetOpener([this](const QUrl& url) {
-            urls.append(url.toString());
-            return true;
-        });
-    }
-    ~Opened() { Utils::Safe::OV_SafeProcess::SetOpener({}); }
-    QStringList urls;
-};
 
 } // namespace
 

@@ -1,10 +1,10 @@
 // Links of pages under the mouse: what is shown over them, what a click runs, and what is no click.
 #include <tests/support/event_probe.h>
+#include <tests/support/opened_addresses.h>
 #include <tests/support/test_main.h>
 #include <tests/support/view_fixture.h>
 
 #include <frame/operation/event_manager.h>
-#include <frame/utils/safe_process.h>
 #include <frame/view/host_tools.h>
 #include <frame/view/link_text.h>
 
@@ -35,21 +35,6 @@ const QString pages = QStringLiteral("page 210 297\n"
                                      "template 101 Background Letterhead\n"
                                      "bookmark mark page=4\n"
                                      "attachment note txt 1 31\n");
-
-// Keeps what would have been opened, for as long as it lives.
-class Opened
-{
-public:
-    Opened()
-    {
-        Utils::Safe::OV_SafeProcess::SetOpener([this](const QUrl& url) {
-            urls.append(url.toString());
-            return true;
-        });
-    }
-    ~Opened() { Utils::Safe::OV_SafeProcess::SetOpener({}); }
-    QStringList urls;
-};
 
 } // namespace
 
