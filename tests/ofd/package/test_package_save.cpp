@@ -5,7 +5,6 @@
 #include <tests/support/test_main.h>
 
 #include <QBuffer>
-#include <QDir>
 #include <QTextCodec>
 #include <QUuid>
 #include <QtTest>
@@ -13,8 +12,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include <sys/stat.h>
-#include <unistd.h>
 #include <zip.h>
 
 using namespace ofd;
