@@ -22,11 +22,6 @@ namespace ofd {
 
 namespace {
 
-QString Tr(const char* text)
-{
-    return QCoreApplication::translate("OfdDocument", text);
-}
-
 // The bookmarks below a node, parents before children: the format knows a flat list only.
 void CollectBookmarks(const G_TreeNode* node, std::vector<G_Bookmark*>& list)
 {
@@ -301,7 +296,8 @@ DocumentSaveResult OfdDocument::Save(bool overwritesForeignChange)
 {
     DocumentSaveResult result;
     if (d->isReadOnly) {
-        result.error = Tr("The document is read-only. Save it under another name.");
+        result.error =
+            QCoreApplication::translate("OfdDocument", "The document is read-only. Save it under another name.");
         return result;
     }
     if (!IsModified() && !IsChangedOnDisk()) // the file is what it should be
@@ -367,7 +363,7 @@ QStringList OfdDocument::GetUnsavableChanges() const
     const bool hasMore =
         std::any_of(d->tags.begin(), d->tags.end(), [](const TagTree& tree) { return tree.root->SubNodeCount() > 1; });
     if (hasMore)
-        kinds.append(Tr("custom tags"));
+        kinds.append(QCoreApplication::translate("OfdDocument", "custom tags"));
     return kinds;
 }
 

@@ -24,11 +24,6 @@ constexpr int Zip64SizesExtra = 20; // id, length and two sizes
 // Deflating may make data a little longer, so room for big sizes is taken well before four gigabytes.
 constexpr qint64 SmallPartBytes = qint64(0xf0000000);
 
-QString Tr(const char* text)
-{
-    return QCoreApplication::translate("OfdPackage", text);
-}
-
 // Date and time of day as the format packs them: two seconds are the unit, 1980 the first year.
 quint32 DosTime(const QDateTime& moment)
 {
@@ -79,7 +74,8 @@ public:
     PackageError Put(const char* bytes, qint64 count, bool isLast)
     {
         if (!isReady)
-            return {PackageErrorKind::WriteFailed, Tr("There is not enough memory to pack a part.")};
+            return {PackageErrorKind::WriteFailed,
+                    QCoreApplication::translate("OfdPackage", "There is not enough memory to pack a part.")};
         written.size += count;
         written.checksum =
             quint32(crc32(written.checksum, reinterpret_cast<const Bytef*>(bytes), static_cast<uInt>(count)));
@@ -120,13 +116,14 @@ PackageError WriteDevice(TargetFile& file, QIODevice& data, const std::function<
         if (got == 0 && data.isSequential() && data.waitForReadyRead(30'000))
             continue;
         if (got < 0 && !data.isSequential())
-            return {PackageErrorKind::NotReadable, Tr("The data of a new part cannot be read.")};
+            return {PackageErrorKind::NotReadable,
+                    QCoreApplication::translate("OfdPackage", "The data of a new part cannot be read.")};
         if (PackageError error = entry.Put(chunk.data(), std::max<qint64>(got, 0), got <= 0))
             return error;
         if (got <= 0)
             return {};
         if (progress && !progress(got))
-            return {PackageErrorKind::Cancelled, Tr("Saving was cancelled.")};
+            return {PackageErrorKind::Cancelled, QCoreApplication::translate("OfdPackage", "Saving was cancelled.")};
     }
 }
 
@@ -145,7 +142,8 @@ PackageError WriteOnce(TargetFile& file, const PartChange& change, const QByteAr
 {
     const std::unique_ptr<QIODevice> data = OpenData(change);
     if (!data || !data->isReadable())
-        return {PackageErrorKind::NotReadable, Tr("The data of a new part cannot be read.")};
+        return {PackageErrorKind::NotReadable,
+                QCoreApplication::translate("OfdPackage", "The data of a new part cannot be read.")};
     written.headerOffset = file.GetPosition();
     written.hasZip64Sizes = data->isSequential() || data->size() > SmallPartBytes;
     // Sizes and checksum are known only behind the data; the header is put right then.
@@ -154,7 +152,8 @@ PackageError WriteOnce(TargetFile& file, const PartChange& change, const QByteAr
     if (PackageError error = WriteDevice(file, *data, progress, written))
         return error;
     if (!written.hasZip64Sizes && std::max(written.size, written.compressedSize) >= qint64(zip::Saturated32))
-        return {PackageErrorKind::WriteFailed, Tr("The data of a new part grew while it was being read.")};
+        return {PackageErrorKind::WriteFailed,
+                QCoreApplication::translate("OfdPackage", "The data of a new part grew while it was being read.")};
     return file.WriteAt(written.headerOffset, LocalHeader(written, rawName));
 }
 

@@ -21,11 +21,6 @@ namespace ofd {
 
 namespace {
 
-QString Tr(const char* text)
-{
-    return QCoreApplication::translate("OfdPackage", text);
-}
-
 bool IsAscii(const QString& text)
 {
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
@@ -101,7 +96,8 @@ private:
             isUtf8 = !IsAscii(step.partName);
         }
         if (placed.rawName.size() > zip::Saturated16)
-            return {PackageErrorKind::WriteFailed, Tr("The name of a part is too long.")};
+            return {PackageErrorKind::WriteFailed,
+                    QCoreApplication::translate("OfdPackage", "The name of a part is too long.")};
         const PackageError error = WriteEntry(
             file, *step.change, placed.rawName, isUtf8, [this](qint64 n) { return Advance(n); }, placed.written);
         layout.placed.push_back(placed);
@@ -122,8 +118,10 @@ private:
 PackageError SourceChanged(bool isGone)
 {
     if (isGone)
-        return {PackageErrorKind::SourceChanged, Tr("The opened file was moved or deleted by another program.")};
-    return {PackageErrorKind::SourceChanged, Tr("The opened file was changed by another program.")};
+        return {PackageErrorKind::SourceChanged,
+                QCoreApplication::translate("OfdPackage", "The opened file was moved or deleted by another program.")};
+    return {PackageErrorKind::SourceChanged,
+            QCoreApplication::translate("OfdPackage", "The opened file was changed by another program.")};
 }
 
 // Whether the target is the file that the package was opened from.
@@ -154,7 +152,8 @@ PackageError CheckSource(const Package& source, const QString& targetPath, const
 
 PackageError CheckFailed(const QString& name)
 {
-    return {PackageErrorKind::CheckFailed, Tr("The part \"%1\" was not written correctly.").arg(name)};
+    return {PackageErrorKind::CheckFailed,
+            QCoreApplication::translate("OfdPackage", "The part \"%1\" was not written correctly.").arg(name)};
 }
 
 PackageError CheckPart(const Package& saved, const QString& name, const PartChange& change)
@@ -250,7 +249,9 @@ PackageError CopyWhole(const Package& source, TargetFile& file, const SaveOption
     const qint64 size = source.GetSource().GetSize();
     if (file.CloneWhole(source.GetSource())) {
         const bool goesOn = !options.progress || options.progress(size, size);
-        return goesOn ? PackageError() : PackageError{PackageErrorKind::Cancelled, Tr("Saving was cancelled.")};
+        return goesOn ? PackageError()
+                      : PackageError{PackageErrorKind::Cancelled,
+                                     QCoreApplication::translate("OfdPackage", "Saving was cancelled.")};
     }
     return file.CopyRange(source.GetSource(), 0, size, [&](qint64 count) {
         done += count;

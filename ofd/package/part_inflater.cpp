@@ -20,19 +20,16 @@ namespace {
 constexpr qint64 ChunkBytes = 256 * 1024;
 constexpr qint64 FirstPieceBytes = 4 * 1024; // who looks at the beginning of a part alone need not inflate all of it
 
-QString Tr(const char* text)
-{
-    return QCoreApplication::translate("OfdPackage", text);
-}
-
 PackageError DamagedPart(const ZipEntry& entry)
 {
-    return {PackageErrorKind::Damaged, Tr("The part \"%1\" is damaged.").arg(entry.name)};
+    return {PackageErrorKind::Damaged,
+            QCoreApplication::translate("OfdPackage", "The part \"%1\" is damaged.").arg(entry.name)};
 }
 
 PackageError TooBigPart(const ZipEntry& entry)
 {
-    return {PackageErrorKind::TooBig, Tr("The part \"%1\" is too big when unpacked.").arg(entry.name)};
+    return {PackageErrorKind::TooBig,
+            QCoreApplication::translate("OfdPackage", "The part \"%1\" is too big when unpacked.").arg(entry.name)};
 }
 
 // Reads the compressed bytes of one entry from front to back.
@@ -51,7 +48,8 @@ public:
     {
         held = source.ReadAt(entry.headerOffset, buffer.data(), qint64(buffer.size()));
         if (held < 0)
-            return {PackageErrorKind::NotReadable, Tr("The file cannot be read.")};
+            return {PackageErrorKind::NotReadable,
+                    QCoreApplication::translate("OfdPackage", "The file cannot be read.")};
         if (held < zip::LocalSize || zip::Get32(buffer.data()) != zip::LocalSignature)
             return DamagedPart(entry);
         const int skip = zip::LocalSize + zip::Get16(buffer.data() + 26) + zip::Get16(buffer.data() + 28);
@@ -111,7 +109,9 @@ public:
             return TooBigPart(entry);
         checksum = crc32(checksum, reinterpret_cast<const Bytef*>(bytes), uInt(count));
         if (!sink(bytes, count))
-            return {PackageErrorKind::WriteFailed, Tr("The part \"%1\" cannot be written out.").arg(entry.name)};
+            return {
+                PackageErrorKind::WriteFailed,
+                QCoreApplication::translate("OfdPackage", "The part \"%1\" cannot be written out.").arg(entry.name)};
         return {};
     }
 
@@ -192,10 +192,13 @@ PackageError CheckEntry(const ZipEntry& entry, bool isHeldInMemory)
     if (!entry.isUsable)
         return DamagedPart(entry);
     if (entry.IsEncrypted())
-        return {PackageErrorKind::Encrypted, Tr("The part \"%1\" is encrypted.").arg(entry.name)};
+        return {PackageErrorKind::Encrypted,
+                QCoreApplication::translate("OfdPackage", "The part \"%1\" is encrypted.").arg(entry.name)};
     if (entry.method != zip::MethodStored && entry.method != zip::MethodDeflated)
         return {PackageErrorKind::Unsupported,
-                Tr("The part \"%1\" is packed in an unknown way (%2).").arg(entry.name).arg(entry.method)};
+                QCoreApplication::translate("OfdPackage", "The part \"%1\" is packed in an unknown way (%2).")
+                    .arg(entry.name)
+                    .arg(entry.method)};
     if (entry.method == zip::MethodStored && entry.size != entry.compressedSize)
         return DamagedPart(entry);
     if (isHeldInMemory && entry.size > limits::MaxPartBytes)

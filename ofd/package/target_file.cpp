@@ -41,37 +41,36 @@ const char NameEnding[] = ".tmp";
 
 bool alwaysNamed = false;
 
-QString Tr(const char* text)
-{
-    return QCoreApplication::translate("OfdPackage", text);
-}
-
 PackageError WriteError(int code)
 {
     switch (code) {
     case ENOSPC:
     case EDQUOT:
-        return {PackageErrorKind::DiskFull, Tr("The disk is full.")};
+        return {PackageErrorKind::DiskFull, QCoreApplication::translate("OfdPackage", "The disk is full.")};
     case EACCES:
     case EPERM:
     case EROFS:
-        return {PackageErrorKind::NotWritable, Tr("The folder or the file is write-protected.")};
+        return {PackageErrorKind::NotWritable,
+                QCoreApplication::translate("OfdPackage", "The folder or the file is write-protected.")};
     case ENOENT:
     case ENOTDIR:
-        return {PackageErrorKind::NotWritable, Tr("The folder does not exist.")};
+        return {PackageErrorKind::NotWritable, QCoreApplication::translate("OfdPackage", "The folder does not exist.")};
     default:
-        return {PackageErrorKind::WriteFailed, Tr("The file cannot be written: %1.").arg(qt_error_string(code))};
+        return {
+            PackageErrorKind::WriteFailed,
+            QCoreApplication::translate("OfdPackage", "The file cannot be written: %1.").arg(qt_error_string(code))};
     }
 }
 
 PackageError SourceEnded()
 {
-    return {PackageErrorKind::SourceChanged, Tr("The opened file was made shorter by another program.")};
+    return {PackageErrorKind::SourceChanged,
+            QCoreApplication::translate("OfdPackage", "The opened file was made shorter by another program.")};
 }
 
 PackageError Cancelled()
 {
-    return {PackageErrorKind::Cancelled, Tr("Saving was cancelled.")};
+    return {PackageErrorKind::Cancelled, QCoreApplication::translate("OfdPackage", "Saving was cancelled.")};
 }
 
 bool MayCopyOtherwise(int code)
@@ -156,7 +155,8 @@ std::unique_ptr<TargetFile> TargetFile::Create(const QString& targetPath, Packag
     std::unique_ptr<TargetFile> file(new TargetFile);
     file->targetPath = FollowLinks(targetPath);
     if (QFileInfo(file->targetPath).isSymLink())
-        *error = {PackageErrorKind::NotWritable, Tr("The file name is a link that leads nowhere.")};
+        *error = {PackageErrorKind::NotWritable,
+                  QCoreApplication::translate("OfdPackage", "The file name is a link that leads nowhere.")};
     else
         *error = file->PrepareTemporary();
     return *error ? nullptr : std::move(file);
@@ -189,7 +189,8 @@ PackageError TargetFile::PrepareTemporary()
     struct stat facts = {};
     isReplacing = ::stat(target.constData(), &facts) == 0;
     if (isReplacing && !S_ISREG(facts.st_mode))
-        return {PackageErrorKind::NotWritable, Tr("The target is no ordinary file.")};
+        return {PackageErrorKind::NotWritable,
+                QCoreApplication::translate("OfdPackage", "The target is no ordinary file.")};
     if (isReplacing && ::access(target.constData(), W_OK) != 0)
         return WriteError(errno);
     // Nobody else may look into the copy of a protected file; a fresh file gets what the user's mask says.
@@ -359,7 +360,8 @@ PackageError TargetFile::CopyByBlocks(const ByteSource& source, qint64 begin, qi
         char* const block = firstPage + position % PageBytes;
         const qint64 got = source.ReadAt(at, block, wanted);
         if (got < 0)
-            return {PackageErrorKind::NotReadable, Tr("The opened file cannot be read any more.")};
+            return {PackageErrorKind::NotReadable,
+                    QCoreApplication::translate("OfdPackage", "The opened file cannot be read any more.")};
         if (got == 0)
             return SourceEnded();
         if (PackageError error = Write(block, got))

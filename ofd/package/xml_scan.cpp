@@ -91,9 +91,9 @@ qint64 XmlScanner::TagEnd(qint64 from) const
 
 namespace {
 
-PackageError BadXml(const char* reason)
+PackageError BadXml(const QString& reason)
 {
-    return {PackageErrorKind::BadXml, QCoreApplication::translate("OfdPackage", reason)};
+    return {PackageErrorKind::BadXml, reason};
 }
 
 } // namespace
@@ -134,19 +134,20 @@ XmlRange ContentOfChild(const QByteArray& bytes, std::string_view localName)
 PackageError CheckXml(const QByteArray& bytes)
 {
     if (std::memchr(bytes.constData(), 0, size_t(bytes.size())))
-        return BadXml("The XML holds a zero byte.");
+        return BadXml(QCoreApplication::translate("OfdPackage", "The XML holds a zero byte."));
     XmlScanner scanner(bytes, 0);
     int depth = 0;
     int elements = 0;
     for (XmlToken token = scanner.Next(); token.kind != XmlToken::End; token = scanner.Next()) {
         switch (token.kind) {
         case XmlToken::DocType:
-            return BadXml("The XML has a document type declaration, which is not allowed.");
+            return BadXml(QCoreApplication::translate(
+                "OfdPackage", "The XML has a document type declaration, which is not allowed."));
         case XmlToken::Bad:
-            return BadXml("The XML ends in the middle of a tag.");
+            return BadXml(QCoreApplication::translate("OfdPackage", "The XML ends in the middle of a tag."));
         case XmlToken::StartTag:
             if (++depth > limits::MaxXmlDepth)
-                return BadXml("The XML is nested too deep.");
+                return BadXml(QCoreApplication::translate("OfdPackage", "The XML is nested too deep."));
             ++elements;
             break;
         case XmlToken::EmptyTag:
@@ -159,7 +160,7 @@ PackageError CheckXml(const QByteArray& bytes)
             break;
         }
         if (elements > limits::MaxXmlElements)
-            return BadXml("The XML has too many elements.");
+            return BadXml(QCoreApplication::translate("OfdPackage", "The XML has too many elements."));
     }
     return {};
 }

@@ -16,14 +16,10 @@ namespace ofd {
 
 namespace {
 
-QString Tr(const char* text)
-{
-    return QCoreApplication::translate("OfdPackage", text);
-}
-
 PackageError Damaged()
 {
-    return {PackageErrorKind::Damaged, Tr("The file is damaged: its directory contradicts itself.")};
+    return {PackageErrorKind::Damaged,
+            QCoreApplication::translate("OfdPackage", "The file is damaged: its directory contradicts itself.")};
 }
 
 // Numbers of the end records before anything is checked.
@@ -232,14 +228,16 @@ PackageError ParseRecords(const ByteSource& source, const EndRecord& end, ZipDir
 {
     const QByteArray bytes = source.ReadAt(directory.directoryOffset, directory.directorySize);
     if (bytes.size() != directory.directorySize)
-        return {PackageErrorKind::NotReadable, Tr("The file cannot be read to its end.")};
+        return {PackageErrorKind::NotReadable,
+                QCoreApplication::translate("OfdPackage", "The file cannot be read to its end.")};
     directory.entries.reserve(size_t(std::min<quint64>(end.entryCount, quint64(bytes.size() / zip::CentralSize))));
     std::vector<quint32> doubtful; // names that may be UTF-8 or GB18030
     bool hasGb18030 = false;
     qint64 at = 0;
     while (at + zip::CentralSize <= bytes.size() && zip::Get32(bytes.constData() + at) == zip::CentralSignature) {
         if (directory.entries.size() == size_t(limits::MaxEntries))
-            return {PackageErrorKind::TooBig, Tr("The file has too many entries.")};
+            return {PackageErrorKind::TooBig,
+                    QCoreApplication::translate("OfdPackage", "The file has too many entries.")};
         ZipEntry entry;
         const quint32 taken = ParseRecord(bytes, at, directory.offsetShift, entry);
         if (taken == 0)
@@ -268,8 +266,9 @@ PackageError NoEndError(const ByteSource& source)
 {
     const bool beginsAsZip = HasSignature(source, 0, zip::LocalSignature);
     if (beginsAsZip)
-        return {PackageErrorKind::Truncated, Tr("The file is incomplete: its end is missing.")};
-    return {PackageErrorKind::NotAPackage, Tr("This is no OFD file.")};
+        return {PackageErrorKind::Truncated,
+                QCoreApplication::translate("OfdPackage", "The file is incomplete: its end is missing.")};
+    return {PackageErrorKind::NotAPackage, QCoreApplication::translate("OfdPackage", "This is no OFD file.")};
 }
 
 } // namespace
@@ -278,14 +277,15 @@ PackageError ReadZipDirectory(const ByteSource& source, ZipDirectory& directory)
 {
     directory = {};
     if (source.GetSize() == 0)
-        return {PackageErrorKind::Empty, Tr("The file is empty.")};
+        return {PackageErrorKind::Empty, QCoreApplication::translate("OfdPackage", "The file is empty.")};
     const std::optional<EndRecord> end = FindEnd(source);
     if (!end)
         return NoEndError(source);
     if (end->isSplit)
-        return {PackageErrorKind::Unsupported, Tr("The file is one piece of a split archive.")};
+        return {PackageErrorKind::Unsupported,
+                QCoreApplication::translate("OfdPackage", "The file is one piece of a split archive.")};
     if (end->entryCount > quint64(limits::MaxEntries) || end->directorySize > quint64(limits::MaxDirectoryBytes))
-        return {PackageErrorKind::TooBig, Tr("The file has too many entries.")};
+        return {PackageErrorKind::TooBig, QCoreApplication::translate("OfdPackage", "The file has too many entries.")};
     if (end->entryCount > end->directorySize / zip::CentralSize)
         return Damaged();
     directory.directoryOffset = *LocateDirectory(source, *end);

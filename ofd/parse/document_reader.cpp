@@ -16,11 +16,6 @@ namespace ofd {
 
 namespace {
 
-QString Tr(const char* text)
-{
-    return QCoreApplication::translate("OfdDocument", text);
-}
-
 void TellOfDuplicate(const QString& text, int id)
 {
     ReportProblem(ProblemKind::DuplicateIdentifier, text.arg(quint32(id)));
@@ -125,7 +120,8 @@ private:
         entry.name = AttributeText(element, "Name");
         entry.zOrder = AttributeText(element, "ZOrder").trimmed();
         if (structure.templateById.contains(entry.id))
-            TellOfDuplicate(Tr("More than one template has the ID %1."), entry.id);
+            TellOfDuplicate(QCoreApplication::translate("OfdDocument", "More than one template has the ID %1."),
+                            entry.id);
         else
             structure.templateById.insert(entry.id, structure.templates.size());
         structure.templates.append(entry);
@@ -142,7 +138,8 @@ private:
             const ProblemPlace place(page.id, document.PlaceOf(child));
             page.part = ResolveLocation(package, AttributeText(child, "BaseLoc"), context).part;
             if (structure.pageIndexById.contains(page.id))
-                TellOfDuplicate(Tr("More than one page has the ID %1."), page.id);
+                TellOfDuplicate(QCoreApplication::translate("OfdDocument", "More than one page has the ID %1."),
+                                page.id);
             else
                 structure.pageIndexById.insert(page.id, structure.pages.size());
             structure.pages.append(page);
@@ -214,21 +211,29 @@ void TellOfVersion(const VersionFacts& facts)
     if (facts.count == 0)
         return;
     if (!facts.isWanted)
-        ReportProblem(ProblemKind::MissingPart, Tr("The current version of the document cannot be read."));
+        ReportProblem(
+            ProblemKind::MissingPart,
+            QCoreApplication::translate("OfdDocument", "The current version of the document cannot be read."));
     const QString number = QString::number(facts.shown);
     const QString count = QString::number(facts.count);
     if (facts.shown == 0)
         ReportProblem(ProblemKind::VersionShown,
-                      Tr("The file lists %1 versions of the document; none of them is shown and edited, but what the "
-                         "file names as the document itself.")
+                      QCoreApplication::translate(
+                          "OfdDocument",
+                          "The file lists %1 versions of the document; none of them is shown and edited, but what the "
+                          "file names as the document itself.")
                           .arg(count));
     else if (facts.isNewest)
-        ReportProblem(ProblemKind::VersionShown,
-                      Tr("Version %1 of %2 of the document is shown and edited.").arg(number, count));
+        ReportProblem(
+            ProblemKind::VersionShown,
+            QCoreApplication::translate("OfdDocument", "Version %1 of %2 of the document is shown and edited.")
+                .arg(number, count));
     else
-        ReportProblem(ProblemKind::VersionShown,
-                      Tr("Version %1 of %2 of the document is shown and edited, which is not the newest one.")
-                          .arg(number, count));
+        ReportProblem(
+            ProblemKind::VersionShown,
+            QCoreApplication::translate(
+                "OfdDocument", "Version %1 of %2 of the document is shown and edited, which is not the newest one.")
+                .arg(number, count));
 }
 
 // A document counts as signed when it lists a signature, whether or not that can be found, when its list cannot be
@@ -254,8 +259,9 @@ bool ReadEntryPart(const Package& package, DocumentStructure& structure, QString
     const std::unique_ptr<XmlPart> entry = XmlPart::Load(package, package.GetEntryPoint(), &xmlError);
     if (!entry) {
         error = xmlError.kind == PackageErrorKind::Encrypted
-                    ? Tr("The document is encrypted and cannot be opened.")
-                    : Tr("The document's entry part cannot be read: %1").arg(xmlError.text);
+                    ? QCoreApplication::translate("OfdDocument", "The document is encrypted and cannot be opened.")
+                    : QCoreApplication::translate("OfdDocument", "The document's entry part cannot be read: %1")
+                          .arg(xmlError.text);
         return false;
     }
     const pugi::xml_node body = ChildElement(entry->GetRoot(), "DocBody");
@@ -264,7 +270,8 @@ bool ReadEntryPart(const Package& package, DocumentStructure& structure, QString
     structure.documentPart = FindDocumentPart(package, body, context, structure.version);
     TellOfVersion(structure.version);
     if (structure.documentPart.isEmpty()) {
-        error = Tr("The file names no document, or the document it names is missing.");
+        error = QCoreApplication::translate("OfdDocument",
+                                            "The file names no document, or the document it names is missing.");
         return false;
     }
     structure.documentFolder = FolderOf(structure.documentPart);
@@ -306,14 +313,16 @@ DocumentParts ReadDocument(const Package& package)
     PackageError xmlError;
     std::unique_ptr<XmlPart> document = LoadDocumentPart(package, structure.documentPart, &xmlError);
     if (!document) {
-        parts.error = structure.isEncrypted ? Tr("The document is encrypted and cannot be opened.")
-                                            : Tr("The document part cannot be read: %1").arg(xmlError.text);
+        parts.error =
+            structure.isEncrypted
+                ? QCoreApplication::translate("OfdDocument", "The document is encrypted and cannot be opened.")
+                : QCoreApplication::translate("OfdDocument", "The document part cannot be read: %1").arg(xmlError.text);
         return parts;
     }
     const ProblemScope scope(structure.documentPart);
     StructureReader(package, *document, structure).Read();
     if (structure.pages.isEmpty()) {
-        parts.error = Tr("The document has no pages.");
+        parts.error = QCoreApplication::translate("OfdDocument", "The document has no pages.");
         return parts;
     }
     parts.document = std::move(document);

@@ -32,11 +32,6 @@ int ZoomModeOf(const char* type)
     return 0;
 }
 
-QString Tr(const char* text)
-{
-    return QCoreApplication::translate("OfdDocument", text);
-}
-
 CCA_String Utf8(const QString& text)
 {
     QByteArray bytes = text.toUtf8();
@@ -48,7 +43,9 @@ double NumberOf(const char* value)
 {
     const std::optional<double> number = ParseNumber(value);
     if (!number)
-        ReportProblem(ProblemKind::BadValue, Tr("\"%1\" is no place on a page.").arg(QString::fromUtf8(value)));
+        ReportProblem(
+            ProblemKind::BadValue,
+            QCoreApplication::translate("OfdDocument", "\"%1\" is no place on a page.").arg(QString::fromUtf8(value)));
     return number.value_or(0);
 }
 
@@ -211,7 +208,8 @@ private:
         if (const pugi::xml_node element = BookmarkCalled(name))
             *action->dest = ReadDestination(ChildElement(element, "Dest"), structure);
         else
-            ReportProblem(ProblemKind::DanglingReference, Tr("There is no bookmark \"%1\".").arg(name));
+            ReportProblem(ProblemKind::DanglingReference,
+                          QCoreApplication::translate("OfdDocument", "There is no bookmark \"%1\".").arg(name));
         return action;
     }
 
@@ -278,8 +276,10 @@ void ResolvePage(G_Dest& dest, const DocumentStructure& structure)
 {
     dest.pageIndex = structure.pageIndexById.value(dest.pageId, -1);
     if (dest.pageIndex < 0)
-        ReportProblem(ProblemKind::DanglingReference,
-                      Tr("A destination leads to the page %1, which does not exist.").arg(quint32(dest.pageId)));
+        ReportProblem(
+            ProblemKind::DanglingReference,
+            QCoreApplication::translate("OfdDocument", "A destination leads to the page %1, which does not exist.")
+                .arg(quint32(dest.pageId)));
 }
 
 std::vector<pugi::xml_node> BookmarkLists(const pugi::xml_node& documentRoot)
@@ -303,7 +303,9 @@ TreeRoot ReadBookmarks(const XmlPart& document, const DocumentStructure& structu
     const std::vector<pugi::xml_node> lists = BookmarkLists(document.GetRoot());
     if (lists.empty())
         return nullptr;
-    TellOfFurther(document, lists, Tr("The document has more than one list of bookmarks; they are read as one."));
+    TellOfFurther(document, lists,
+                  QCoreApplication::translate(
+                      "OfdDocument", "The document has more than one list of bookmarks; they are read as one."));
     const XmlEdit edit(document);
     TreeRoot root(G_TreeNode::CreateRoot());
     for (const pugi::xml_node& element : BookmarkElements(document.GetRoot())) {
@@ -334,8 +336,9 @@ TreeRoot ReadOutline(const XmlPart& document, const DocumentStructure& structure
     const pugi::xml_node list = ChildElement(document.GetRoot(), "Outlines");
     if (!list)
         return nullptr;
-    TellOfFurther(document, ChildElements(document.GetRoot(), "Outlines"),
-                  Tr("The document has more than one outline; the first is shown."));
+    TellOfFurther(
+        document, ChildElements(document.GetRoot(), "Outlines"),
+        QCoreApplication::translate("OfdDocument", "The document has more than one outline; the first is shown."));
     *elements = std::make_shared<const ElementTree>(document.GetPackedBytes(), IsOutlineEntry, document.PlaceOf(list));
     TreeRoot root(G_TreeNode::CreateRoot());
     OutlineReader(document, structure, *elements).ReadInto(root.get());

@@ -18,17 +18,13 @@ namespace {
 constexpr int CachedKilobytes = 128 << 10;
 constexpr int DocumentWeight = 8; // a nested document's caches over its packed bytes
 
-QString Tr(const char* text)
-{
-    return QCoreApplication::translate("OfdDocument", text);
-}
-
 std::optional<SealPicture> PictureIn(const Package& package, const QString& part)
 {
     if (part.isEmpty())
         return std::nullopt;
     if (package.GetPartSize(part) > limits::MaxSealBytes) {
-        ReportProblem(ProblemKind::Limit, part, Tr("The seal is too large to be shown."));
+        ReportProblem(ProblemKind::Limit, part,
+                      QCoreApplication::translate("OfdDocument", "The seal is too large to be shown."));
         return std::nullopt;
     }
     const PartData data = package.Read(part);
@@ -56,16 +52,19 @@ QVector<Stamp> SealStore::GetStamps(const DocumentStore& store, int pageIndex)
         for (const Stamp& stamp : ReadStamps(*store.GetPackage(), structure.documentFolder)) {
             const int page = structure.pageIndexById.value(stamp.pageId, -1);
             if (page < 0) {
-                ReportProblem(
-                    ProblemKind::DanglingReference, stamp.part,
-                    Tr("A seal is to be painted on the page %1, which does not exist.").arg(quint32(stamp.pageId)));
+                ReportProblem(ProblemKind::DanglingReference, stamp.part,
+                              QCoreApplication::translate(
+                                  "OfdDocument", "A seal is to be painted on the page %1, which does not exist.")
+                                  .arg(quint32(stamp.pageId)));
                 continue;
             }
             QVector<Stamp>& onPage = stampsByPage[page];
             if (onPage.size() < limits::MaxStampsOnPage)
                 onPage.append(stamp);
             else
-                ReportProblem(ProblemKind::Limit, Tr("More than %1 seals are on one page.").arg(onPage.size()));
+                ReportProblem(ProblemKind::Limit,
+                              QCoreApplication::translate("OfdDocument", "More than %1 seals are on one page.")
+                                  .arg(onPage.size()));
         }
         areStampsRead = true;
     }
@@ -102,7 +101,7 @@ SealFace SealStore::ReadFace(const DocumentStore& store, const Stamp& stamp) con
             return face;
     }
     ReportProblem(ProblemKind::BadImage, stamp.sealPart.isEmpty() ? stamp.signedValuePart : stamp.sealPart,
-                  Tr("The seal has no picture that can be read."));
+                  QCoreApplication::translate("OfdDocument", "The seal has no picture that can be read."));
     return SealFace();
 }
 
