@@ -5,6 +5,7 @@
 #include <ofd/package/limits.h>
 #include <ofd/package/locations.h>
 #include <ofd/package/package.h>
+#include <ofd/package/wide_xml.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_part.h>
 #include <ofd/parse/annotation_reader.h>
@@ -86,7 +87,7 @@ private:
         budget -= std::max<qint64>(package.GetPartSize(part), 0);
         if (budget < 0)
             return {};
-        const QByteArray bytes = package.Read(part).bytes;
+        const QByteArray bytes = NarrowXml(package.Read(part).bytes);
         highest = std::max(highest, HighestIdIn(bytes));
         return bytes;
     }

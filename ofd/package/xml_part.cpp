@@ -2,6 +2,7 @@
 
 #include "limits.h"
 #include "package.h"
+#include "wide_xml.h"
 
 #include <ofd/model/problem_log.h>
 
@@ -81,23 +82,11 @@ QByteArray FromUnmarked(const QByteArray& bytes)
     return state.invalidChars == 0 && state.remainingChars == 0 ? text.toUtf8() : bytes;
 }
 
-// The encoding that wide characters without a byte-order mark are in; null for bytes.
-const char* WideEncoding(const QByteArray& bytes)
-{
-    if (bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff"))
-        return "UTF-16"; // the mark tells which
-    if (bytes.startsWith(QByteArray::fromRawData("<\0", 2)))
-        return "UTF-16LE";
-    return bytes.startsWith(QByteArray::fromRawData("\0<", 2)) ? "UTF-16BE" : nullptr;
-}
-
 // Bytes in UTF-8. Everything in the wild is; a part in another encoding becomes UTF-8 when it is written again. Zero
 // bytes behind the end, from writers that wrote their whole buffer, are left out.
 QByteArray ToUtf8(const QByteArray& bytes)
 {
-    QByteArray text = bytes;
-    if (const char* wide = WideEncoding(bytes))
-        text = QTextCodec::codecForName(wide)->toUnicode(bytes).toUtf8();
+    QByteArray text = NarrowXml(bytes);
     int size = text.size();
     while (size > 0 && text.at(size - 1) == '\0')
         --size;

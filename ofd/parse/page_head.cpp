@@ -6,6 +6,7 @@
 #include <ofd/package/limits.h>
 #include <ofd/package/package.h>
 #include <ofd/package/part_inflater.h>
+#include <ofd/package/wide_xml.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_values.h>
 #include <ofd/package/zip_records.h>
@@ -145,7 +146,7 @@ PageHead ReadPageHead(const Package& package, const QString& part)
         if (head.areaSize.isValid())
             return head;
     }
-    const QByteArray bare = WithoutContent(package.Read(part).bytes);
+    const QByteArray bare = WithoutContent(NarrowXml(package.Read(part).bytes));
     PageHead head = bare.size() <= limits::MaxPageHeadBytes ? ParseHead(bare) : PageHead();
     head.tookWholePart = true;
     return head;
@@ -153,9 +154,7 @@ PageHead ReadPageHead(const Package& package, const QString& part)
 
 bool HasPageResources(const Package& package, const QString& part)
 {
-    const QByteArray bytes = package.Read(part).bytes;
-    const bool isWide = bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff"); // not searched
-    return isWide || FindTag(bytes, "PageRes", false) >= 0;
+    return FindTag(NarrowXml(package.Read(part).bytes), "PageRes", false) >= 0;
 }
 
 } // namespace ofd

@@ -1,10 +1,10 @@
 #include "seal_reader.h"
 
 #include "der_reader.h"
+#include "signature_parts.h"
 
 #include <ofd/model/problem_log.h>
 #include <ofd/package/limits.h>
-#include <ofd/package/locations.h>
 #include <ofd/package/package.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_part.h>
@@ -80,7 +80,7 @@ public:
         const std::unique_ptr<XmlPart> entry = XmlPart::Load(package, package.GetEntryPoint());
         const pugi::xml_node list =
             entry ? ChildElement(ChildElement(entry->GetRoot(), "DocBody"), "Signatures") : pugi::xml_node();
-        const QString part = list ? Resolve(TrimmedText(list), package.GetEntryPoint()) : QString();
+        const QString part = list ? PartAt(TrimmedText(list), package.GetEntryPoint()) : QString();
         const std::unique_ptr<XmlPart> signatures = part.isEmpty() ? nullptr : XmlPart::Load(package, part);
         if (!signatures)
             return stamps;
@@ -90,7 +90,7 @@ public:
         for (const pugi::xml_node& signature : ChildElements(signatures->GetRoot(), "Signature")) {
             if (++count > limits::MaxSignatures)
                 break;
-            const QString signaturePart = Resolve(AttributeText(signature, "BaseLoc"), part);
+            const QString signaturePart = PartAt(AttributeText(signature, "BaseLoc"), part);
             if (!read.contains(signaturePart))
                 ReadSignature(signaturePart);
             read.insert(signaturePart);
@@ -99,12 +99,9 @@ public:
     }
 
 private:
-    QString Resolve(const QString& reference, const QString& holder) const
+    QString PartAt(const QString& reference, const QString& holder) const
     {
-        LocationContext context;
-        context.holderPart = holder;
-        context.documentFolder = documentFolder;
-        return reference.isEmpty() ? QString() : ResolveLocation(package, reference, context).part;
+        return SignaturePart(package, reference, holder, documentFolder);
     }
 
     void ReadSignature(const QString& part)
@@ -119,8 +116,8 @@ private:
             return;
         Stamp stamp;
         stamp.part = part;
-        stamp.sealPart = Resolve(TrimmedText(Descend(info, {"Seal", "BaseLoc"})), part);
-        stamp.signedValuePart = Resolve(TrimmedText(ChildElement(xml->GetRoot(), "SignedValue")), part);
+        stamp.sealPart = PartAt(TrimmedText(Descend(info, {"Seal", "BaseLoc"})), part);
+        stamp.signedValuePart = PartAt(TrimmedText(ChildElement(xml->GetRoot(), "SignedValue")), part);
         for (const pugi::xml_node& element : found) {
             stamp.pageId = int(IdAttribute(element, "PageRef"));
             stamp.boundary = BoxAttribute(element, "Boundary").value_or(QRectF());

@@ -1,5 +1,6 @@
+#include "signature_parts.h"
+
 #include <ofd/document_facts.h>
-#include <ofd/package/locations.h>
 #include <ofd/package/package.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_part.h>
@@ -22,7 +23,7 @@ public:
         SignatureList list;
         const std::unique_ptr<XmlPart> entry = XmlPart::Load(package, package.GetEntryPoint());
         const pugi::xml_node place = entry ? Descend(entry->GetRoot(), {"DocBody", "Signatures"}) : pugi::xml_node();
-        const QString part = place ? Resolve(TrimmedText(place), package.GetEntryPoint()) : QString();
+        const QString part = place ? PartAt(TrimmedText(place), package.GetEntryPoint()) : QString();
         const std::unique_ptr<XmlPart> xml = part.isEmpty() ? nullptr : XmlPart::Load(package, part);
         if (!xml)
             return list;
@@ -36,12 +37,9 @@ public:
     }
 
 private:
-    QString Resolve(const QString& reference, const QString& holder) const
+    QString PartAt(const QString& reference, const QString& holder) const
     {
-        LocationContext context;
-        context.holderPart = holder;
-        context.documentFolder = documentFolder;
-        return reference.isEmpty() ? QString() : ResolveLocation(package, reference, context).part;
+        return SignaturePart(package, reference, holder, documentFolder);
     }
 
     SignatureFacts ReadSignature(const pugi::xml_node& signature, const QString& listPart) const
@@ -49,7 +47,7 @@ private:
         SignatureFacts facts;
         facts.id = AttributeText(signature, "ID").trimmed();
         facts.isSeal = AttributeText(signature, "Type").trimmed().compare(QLatin1String("Sign"), Qt::CaseInsensitive);
-        const QString part = Resolve(AttributeText(signature, "BaseLoc"), listPart);
+        const QString part = PartAt(AttributeText(signature, "BaseLoc"), listPart);
         const std::unique_ptr<XmlPart> xml = part.isEmpty() ? nullptr : XmlPart::Load(package, part);
         const pugi::xml_node info = xml ? ChildElement(xml->GetRoot(), "SignedInfo") : pugi::xml_node();
         if (!info)

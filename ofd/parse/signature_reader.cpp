@@ -1,7 +1,8 @@
 #include "signature_reader.h"
 
+#include "signature_parts.h"
+
 #include <ofd/package/entry_names.h>
-#include <ofd/package/locations.h>
 #include <ofd/package/package.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_part.h>
@@ -34,19 +35,16 @@ public:
     }
 
 private:
-    QString Resolve(const QString& reference, const QString& holder) const
+    QString PartAt(const QString& reference, const QString& holder) const
     {
-        LocationContext context;
-        context.holderPart = holder;
-        context.documentFolder = documentFolder;
-        return ResolveLocation(package, reference, context).part;
+        return SignaturePart(package, reference, holder, documentFolder);
     }
 
     void ReadBody(const pugi::xml_node& body)
     {
-        documentFolder = FolderOf(Resolve(TrimmedText(ChildElement(body, "DocRoot")), package.GetEntryPoint()));
+        documentFolder = FolderOf(PartAt(TrimmedText(ChildElement(body, "DocRoot")), package.GetEntryPoint()));
         const pugi::xml_node signatures = ChildElement(body, "Signatures");
-        const QString listPart = signatures ? Resolve(TrimmedText(signatures), package.GetEntryPoint()) : QString();
+        const QString listPart = signatures ? PartAt(TrimmedText(signatures), package.GetEntryPoint()) : QString();
         const std::unique_ptr<XmlPart> list = listPart.isEmpty() ? nullptr : XmlPart::Load(package, listPart);
         if (!list) { // one that is not there names no signature, but one that cannot be read may
             result.coversAll |= !listPart.isEmpty();
@@ -54,7 +52,7 @@ private:
         }
         QSet<QString> read; // a list may name one part again and again
         for (const pugi::xml_node& signature : ChildElements(list->GetRoot(), "Signature")) {
-            const QString part = Resolve(AttributeText(signature, "BaseLoc"), listPart);
+            const QString part = PartAt(AttributeText(signature, "BaseLoc"), listPart);
             if (!read.contains(part))
                 ReadSignature(part);
             read.insert(part);
@@ -85,7 +83,7 @@ private:
     // What is not there cannot be changed; what is not even named may be anything.
     void Add(const QString& reference, const QString& holder)
     {
-        const QString part = reference.trimmed().isEmpty() ? QString() : Resolve(reference, holder);
+        const QString part = PartAt(reference, holder);
         if (!part.isEmpty())
             result.parts.insert(part);
         else if (reference.trimmed().isEmpty())

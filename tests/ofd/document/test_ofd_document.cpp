@@ -7,6 +7,7 @@
 #include <tests/support/test_main.h>
 
 #include <QTemporaryDir>
+#include <QTextCodec>
 #include <QtTest>
 
 namespace {
@@ -52,6 +53,8 @@ private slots:
     void theKeyIsTheFilesPath();
     void pageSizesComeFromTheNearestArea_data();
     void pageSizesComeFromTheNearestArea();
+    void aPageInWideCharactersHasItsOwnSize_data();
+    void aPageInWideCharactersHasItsOwnSize();
     void outlineActionsAreKept();
     void bookmarksInActionsAreResolved();
     void permissionsAndTheirPeriodAreKept_data();
@@ -162,6 +165,28 @@ void TestOfdDocument::pageSizesComeFromTheNearestArea()
     QCOMPARE(document->PageSizeMm(0), size);
     QCOMPARE(document->GetPage(0)->GetPageWidth(), float(size.width()));
     QCOMPARE(document->GetPage(0)->GetPageHeight(), float(size.height()));
+}
+
+void TestOfdDocument::aPageInWideCharactersHasItsOwnSize_data()
+{
+    QTest::addColumn<QByteArray>("encoding");
+    QTest::addColumn<bool>("hasMark");
+    QTest::newRow("with a mark") << QByteArray("UTF-16") << true;
+    QTest::newRow("little-endian") << QByteArray("UTF-16LE") << false;
+    QTest::newRow("big-endian") << QByteArray("UTF-16BE") << false;
+}
+
+void TestOfdDocument::aPageInWideCharactersHasItsOwnSize()
+{
+    QFETCH(QByteArray, encoding);
+    QFETCH(bool, hasMark);
+    OfdFile file = OfdFile::WithPages(1);
+    QString page = QString::fromUtf8(
+        Element("Page", "<ofd:Area><ofd:PhysicalBox>0 0 70 80</ofd:PhysicalBox></ofd:Area><ofd:Content/>"));
+    page.replace(QStringLiteral("UTF-8"), QStringLiteral("UTF-16"));
+    QTextCodec::ConverterState state(hasMark ? QTextCodec::DefaultConversion : QTextCodec::IgnoreHeader);
+    file.Set(PagePart, QTextCodec::codecForName(encoding)->fromUnicode(page.constData(), page.size(), &state));
+    QCOMPARE(Open(file)->PageSizeMm(0), QSizeF(70, 80));
 }
 
 void TestOfdDocument::outlineActionsAreKept()

@@ -9,6 +9,7 @@
 
 #include <QRegularExpression>
 #include <QSet>
+#include <QTextCodec>
 #include <QtTest>
 
 #include <thread>
@@ -87,6 +88,9 @@ void TestSaveIds::newOnesAreAboveThoseOfEveryPart_data()
     QTest::addColumn<QByteArray>("bytes");
     const QByteArray object = "<ofd:PathObject ID=\"4711\" Boundary=\"0 0 1 1\"/>";
     QTest::newRow("page") << QStringLiteral("Doc_0/Pages/Page_1/Content.xml") << PageXml(object);
+    const QString wide = QString::fromUtf8(PageXml(object)).replace(QStringLiteral("UTF-8"), QStringLiteral("UTF-16"));
+    QTest::newRow("page in wide characters")
+        << QStringLiteral("Doc_0/Pages/Page_1/Content.xml") << QTextCodec::codecForName("UTF-16")->fromUnicode(wide);
     QTest::newRow("template") << QStringLiteral("Doc_0/Template.xml") << PageXml(object);
     QTest::newRow("resources") << QStringLiteral("Doc_0/Res.xml")
                                << Element("Res", "<ofd:Fonts><ofd:Font ID=\"4711\"/></ofd:Fonts>");
