@@ -36,14 +36,13 @@ public:
     void AddArea(const pugi::xml_node& area)
     {
         Add("M", {"Start"}, area);
-        for (pugi::xml_node piece = FirstElement(area); piece && isWithin(); piece = NextElement(piece))
+        for (pugi::xml_node piece = FirstElement(area); piece && HasRoom(); piece = NextElement(piece))
             AddPiece(piece);
     }
+    bool HasRoom() const { return pieces < limits::MaxRegionPieces; }
     const QByteArray& Get() const { return text; }
 
 private:
-    bool isWithin() const { return pieces < limits::MaxRegionPieces; }
-
     void AddPiece(const pugi::xml_node& piece)
     {
         const std::string_view name = LocalName(piece);
@@ -58,7 +57,7 @@ private:
         else if (name == "Arc")
             AddArc(piece);
         else if (name == "Close")
-            text += "C ";
+            Append("C", {});
     }
 
     // A piece whose points cannot be read is left out.
@@ -128,8 +127,10 @@ QPainterPath ReadRegion(const pugi::xml_node& region)
     if (!region)
         return {};
     RegionText text;
-    for (const pugi::xml_node& area : ChildElements(region, "Area"))
-        text.AddArea(area);
+    for (pugi::xml_node area = FirstElement(region); area && text.HasRoom(); area = NextElement(area)) {
+        if (IsElement(area, "Area"))
+            text.AddArea(area);
+    }
     QPainterPath path = ParsePathData(text.Get().toStdString());
     path.setFillRule(Qt::WindingFill);
     return path;

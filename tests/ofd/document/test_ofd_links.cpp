@@ -75,6 +75,7 @@ private slots:
     void linksBeyondTheLimitAreLeftOutAndTold();
     void manyActionsOfOneObjectAreCutOff();
     void longRegionsBecomeBoxes();
+    void theRestOfARegionOfTooManyPiecesIsLeftOut();
     void aPlaceThatIsNoNumberIsNoLink();
     void aDestinationThatLeadsNowhereIsToldOnce();
     void outlineEntriesUnderstandTheSameActions();
@@ -363,6 +364,20 @@ void TestOfdLinks::longRegionsBecomeBoxes()
     QVERIFY(links.first().area.elementCount() > 1000);
     QVERIFY(links.last().area.elementCount() < 10);
     QCOMPARE(links.last().area.boundingRect(), links.first().area.boundingRect());
+}
+
+void TestOfdLinks::theRestOfARegionOfTooManyPiecesIsLeftOut()
+{
+    const QByteArray close = "<ofd:Close/>";
+    const QByteArray region =
+        "<ofd:Region><ofd:Area Start=\"0 0\"><ofd:Line Point1=\"9 0\"/><ofd:Line Point1=\"9 9\"/>" +
+        close.repeated(ofd::limits::MaxRegionPieces) +
+        "<ofd:Move Point1=\"20 20\"/><ofd:Line Point1=\"30 20\"/><ofd:Line Point1=\"30 30\"/></ofd:Area>"
+        "<ofd:Area Start=\"40 40\"><ofd:Line Point1=\"50 40\"/><ofd:Line Point1=\"50 50\"/></ofd:Area></ofd:Region>";
+    const auto document = Open(OfdFile::WithPage(Path("Boundary=\"0 0 60 60\"", Actions(region + ToPage(1)))));
+    const QVector<G_PageLink> links = document->GetPage(0)->GetLinks();
+    QCOMPARE(links.size(), 1);
+    QCOMPARE(links.first().area.boundingRect(), QRectF(0, 0, 9, 9));
 }
 
 void TestOfdLinks::aPlaceThatIsNoNumberIsNoLink()
