@@ -21,7 +21,8 @@ cp "$catalogue" "$work/new.ts"
 # Whatever is without a translation, be it new or emptied, is marked as unfinished in the result.
 failed=0
 if [ "${1:-}" = --check ]; then
-    diff -u "$catalogue" "$work/new.ts" >&2 || failed=1
+    # The order of the texts follows the order of the sources' files and lines, which may change.
+    diff <(sort "$catalogue") <(sort "$work/new.ts") >&2 || failed=1
 else
     cp "$work/new.ts" "$catalogue"
 fi

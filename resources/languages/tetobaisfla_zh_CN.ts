@@ -1039,6 +1039,94 @@ A reader of fixed-layout documents.</source>
         <source>The page asks for more painting than is done; not all of it is shown.</source>
         <translation>此页面要求的绘制量过大，未全部显示。</translation>
     </message>
+    <message>
+        <source>The document is read-only. Save it under another name.</source>
+        <translation>文档为只读。请另存为其他文件名。</translation>
+    </message>
+    <message>
+        <source>custom tags</source>
+        <translation>自定义标引</translation>
+    </message>
+    <message>
+        <source>More than one template has the ID %1.</source>
+        <translation>有多个模板的标识为 %1。</translation>
+    </message>
+    <message>
+        <source>More than one page has the ID %1.</source>
+        <translation>有多个页面的标识为 %1。</translation>
+    </message>
+    <message>
+        <source>The current version of the document cannot be read.</source>
+        <translation>无法读取文档的当前版本。</translation>
+    </message>
+    <message>
+        <source>The file lists %1 versions of the document; none of them is shown and edited, but what the file names as the document itself.</source>
+        <translation>文件列出了文档的 %1 个版本；所显示和编辑的不是其中任何一个，而是文件指定的文档本身。</translation>
+    </message>
+    <message>
+        <source>Version %1 of %2 of the document is shown and edited.</source>
+        <translation>当前显示和编辑的是文档的第 %1 个版本，共 %2 个。</translation>
+    </message>
+    <message>
+        <source>Version %1 of %2 of the document is shown and edited, which is not the newest one.</source>
+        <translation>当前显示和编辑的是文档的第 %1 个版本，共 %2 个，它不是最新版本。</translation>
+    </message>
+    <message>
+        <source>The document is encrypted and cannot be opened.</source>
+        <translation>文档已加密，无法打开。</translation>
+    </message>
+    <message>
+        <source>The document&apos;s entry part cannot be read: %1</source>
+        <translation>无法读取文档的入口部件：%1</translation>
+    </message>
+    <message>
+        <source>The file names no document, or the document it names is missing.</source>
+        <translation>文件没有指明文档，或所指明的文档不存在。</translation>
+    </message>
+    <message>
+        <source>The document part cannot be read: %1</source>
+        <translation>无法读取文档部件：%1</translation>
+    </message>
+    <message>
+        <source>The document has no pages.</source>
+        <translation>文档没有页面。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no place on a page.</source>
+        <translation>“%1”不是页面上的位置。</translation>
+    </message>
+    <message>
+        <source>There is no bookmark &quot;%1&quot;.</source>
+        <translation>没有书签“%1”。</translation>
+    </message>
+    <message>
+        <source>A destination leads to the page %1, which does not exist.</source>
+        <translation>有跳转目标指向页面 %1，但该页面不存在。</translation>
+    </message>
+    <message>
+        <source>The document has more than one list of bookmarks; they are read as one.</source>
+        <translation>文档有多个书签列表，已合并读取。</translation>
+    </message>
+    <message>
+        <source>The document has more than one outline; the first is shown.</source>
+        <translation>文档有多个目录，只显示第一个。</translation>
+    </message>
+    <message>
+        <source>The seal is too large to be shown.</source>
+        <translation>印章过大，无法显示。</translation>
+    </message>
+    <message>
+        <source>A seal is to be painted on the page %1, which does not exist.</source>
+        <translation>有印章应盖在页面 %1 上，但该页面不存在。</translation>
+    </message>
+    <message>
+        <source>More than %1 seals are on one page.</source>
+        <translation>同一页上的印章超过 %1 个。</translation>
+    </message>
+    <message>
+        <source>The seal has no picture that can be read.</source>
+        <translation>印章中没有可读取的图片。</translation>
+    </message>
 </context>
 <context>
     <name>OfdFile</name>
@@ -1100,6 +1188,134 @@ A reader of fixed-layout documents.</source>
     <message>
         <source>%1=&quot;%2&quot; cannot be read.</source>
         <translation>无法读取 %1=&quot;%2&quot;。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory to pack a part.</source>
+        <translation>内存不足，无法压缩部件。</translation>
+    </message>
+    <message>
+        <source>The data of a new part cannot be read.</source>
+        <translation>无法读取新部件的数据。</translation>
+    </message>
+    <message>
+        <source>Saving was cancelled.</source>
+        <translation>保存已取消。</translation>
+    </message>
+    <message>
+        <source>The data of a new part grew while it was being read.</source>
+        <translation>新部件的数据在读取期间变大。</translation>
+    </message>
+    <message>
+        <source>The name of a part is too long.</source>
+        <translation>部件的名称过长。</translation>
+    </message>
+    <message>
+        <source>The opened file was moved or deleted by another program.</source>
+        <translation>已打开的文件被其他程序移动或删除。</translation>
+    </message>
+    <message>
+        <source>The opened file was changed by another program.</source>
+        <translation>已打开的文件被其他程序更改。</translation>
+    </message>
+    <message>
+        <source>The part &quot;%1&quot; was not written correctly.</source>
+        <translation>部件“%1”没有正确写入。</translation>
+    </message>
+    <message>
+        <source>The part &quot;%1&quot; is damaged.</source>
+        <translation>部件“%1”已损坏。</translation>
+    </message>
+    <message>
+        <source>The file cannot be read.</source>
+        <translation>无法读取文件。</translation>
+    </message>
+    <message>
+        <source>The part &quot;%1&quot; cannot be written out.</source>
+        <translation>无法写出部件“%1”。</translation>
+    </message>
+    <message>
+        <source>The part &quot;%1&quot; is encrypted.</source>
+        <translation>部件“%1”已加密。</translation>
+    </message>
+    <message>
+        <source>The part &quot;%1&quot; is packed in an unknown way (%2).</source>
+        <translation>部件“%1”的压缩方式未知（%2）。</translation>
+    </message>
+    <message>
+        <source>The disk is full.</source>
+        <translation>磁盘已满。</translation>
+    </message>
+    <message>
+        <source>The folder or the file is write-protected.</source>
+        <translation>文件夹或文件受写保护。</translation>
+    </message>
+    <message>
+        <source>The folder does not exist.</source>
+        <translation>文件夹不存在。</translation>
+    </message>
+    <message>
+        <source>The file cannot be written: %1.</source>
+        <translation>无法写入文件：%1。</translation>
+    </message>
+    <message>
+        <source>The opened file was made shorter by another program.</source>
+        <translation>已打开的文件被其他程序截短。</translation>
+    </message>
+    <message>
+        <source>The file name is a link that leads nowhere.</source>
+        <translation>该文件名是一个链接，其指向的目标不存在。</translation>
+    </message>
+    <message>
+        <source>The target is no ordinary file.</source>
+        <translation>目标不是普通文件。</translation>
+    </message>
+    <message>
+        <source>The opened file cannot be read any more.</source>
+        <translation>已打开的文件无法再读取。</translation>
+    </message>
+    <message>
+        <source>The XML holds a zero byte.</source>
+        <translation>XML 中含有零字节。</translation>
+    </message>
+    <message>
+        <source>The XML has a document type declaration, which is not allowed.</source>
+        <translation>XML 中含有文档类型声明，这是不允许的。</translation>
+    </message>
+    <message>
+        <source>The XML ends in the middle of a tag.</source>
+        <translation>XML 在标签中间中断。</translation>
+    </message>
+    <message>
+        <source>The XML is nested too deep.</source>
+        <translation>XML 的嵌套层数过多。</translation>
+    </message>
+    <message>
+        <source>The file is damaged: its directory contradicts itself.</source>
+        <translation>文件已损坏：压缩包的条目表自相矛盾。</translation>
+    </message>
+    <message>
+        <source>The file cannot be read to its end.</source>
+        <translation>无法将文件读到末尾。</translation>
+    </message>
+    <message>
+        <source>The file has too many entries.</source>
+        <translation>文件中的条目过多。</translation>
+    </message>
+    <message>
+        <source>The file is incomplete: its end is missing.</source>
+        <translation>文件不完整：缺少结尾部分。</translation>
+    </message>
+    <message>
+        <source>This is no OFD file.</source>
+        <translation>这不是 OFD 文件。</translation>
+    </message>
+    <message>
+        <source>The file is empty.</source>
+        <translation>文件为空。</translation>
+    </message>
+    <message>
+        <source>The file is one piece of a split archive.</source>
+        <translation>该文件是分卷压缩包中的一卷。</translation>
     </message>
 </context>
 <context>

@@ -4,7 +4,9 @@
 - no include climbs out of its folder; what another layer offers is included as <layer/x.h>
 - no target is linked outside cmake/: add_layer and its kin are the one way, so that no dependency goes upward
 - panes are siblings and never include each other
-- headers are guarded by #pragma once, and every script is executable"""
+- headers are guarded by #pragma once, and every script is executable
+- who hands a variable to translate() marks the texts in the same file: lupdate collects literals only, and a text that it
+  does not see stays English"""
 import os
 import re
 import subprocess
@@ -38,6 +40,8 @@ def problems_of(name, text):
         if name.endswith('CMakeLists.txt') and re.match(r'\s*target_link_libraries\s*\(', line) \
                 and not name.startswith('cmake/'):
             yield number, 'a bare target_link_libraries; use add_layer or its kin'
+        if name.endswith('.cpp') and re.search(r'translate\("\w+", \w+\)', line) and 'QT_TRANSLATE_NOOP(' not in text:
+            yield number, 'a text is translated that lupdate cannot collect; mark it with QT_TRANSLATE_NOOP'
     if name.endswith('.h') and '#pragma once' not in text:
         yield 1, 'no #pragma once'
 
