@@ -30,6 +30,9 @@ public:
     ContentPainter(QPainter& painter, DocumentStore& store, std::shared_ptr<const Package> package, PaintingWork& work,
                    std::function<bool()> isCancelled);
 
+    // Counts what is painted as work on the other painter's page, on whose device this paints.
+    void CountOnPageOf(const ContentPainter& other) { ground = other.ground; }
+
     // False when it was cancelled.
     bool PaintObjects(const ObjectList& objects, const Resources& resources);
 
@@ -79,9 +82,10 @@ private:
     void PaintCell(const Pattern& pattern, const Resources& resources, const QTransform& toPixels);
 
     static bool NeedsLayer(const GraphicObject& object);
+    static bool Covers(const Paint& paint, const Around& around);
     void PaintApart(const Around& around);
     static std::optional<QRectF> BoundsPx(const Around& around);
-    double PixelCostOf(const Paint& paint, const Around& around) const;
+    static double PixelCostOf(const Paint& paint, const Around& around);
     double TextureCostOf(const Paint& paint, const Around& around, const QRectF& boxPx) const;
     bool TakePixels(const QSize& size);
     void GiveBackPixels(const QSize& size);

@@ -60,11 +60,18 @@ QVector<QPainterPath> PiecesOf(const QPainterPath& outline)
 
 } // namespace
 
-double ContentPainter::PixelCostOf(const Paint& paint, const Around& around) const
+// Whether it looks the same wherever parts of the object lie over each other, painted in one piece or one by one.
+bool ContentPainter::Covers(const Paint& paint, const Around& around)
+{
+    return paint.IsColor() && paint.color.alpha() == 255 && around.alpha >= 1 &&
+           around.object.blendMode == BlendMode::Normal;
+}
+
+double ContentPainter::PixelCostOf(const Paint& paint, const Around& around)
 {
     if (around.object.blendMode != BlendMode::Normal)
         return ModePixel;
-    return paint.IsColor() && paint.color.alpha() == 255 && around.alpha >= 1 ? OpaquePixel : BlendedPixel;
+    return Covers(paint, around) ? OpaquePixel : BlendedPixel;
 }
 
 void ContentPainter::FillShape(const QPainterPath& outline, const Paint& paint, const Around& around)
@@ -139,8 +146,8 @@ void ContentPainter::StrokeWith(const QPen& pen, double width, const QPainterPat
         QColor color = paint.color;
         color.setAlphaF(color.alphaF() * around.alpha);
         colored.setBrush(color);
-        // The rasterizer's time grows with what crosses a row of pixels, and in pieces an opaque line looks the same.
-        if (outline.elementCount() < ManyElements || PixelCostOf(paint, around) > OpaquePixel) {
+        // The rasterizer's time grows with what crosses a row of pixels.
+        if (outline.elementCount() < ManyElements || !Covers(paint, around)) {
             painter->strokePath(outline, colored);
             return;
         }

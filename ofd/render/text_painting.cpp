@@ -67,9 +67,7 @@ void ContentPainter::PaintText(const TextObject& object, const Around& around)
     const TextLayout layout = LayOutText(object, around.resources, *package, store.GetFonts());
     const Paint& fill = object.fillPaint;
     const bool isStroked = object.isStroked && object.strokePaint.IsVisible();
-    // Overlapping glyphs look the same in one piece and one by one, and the colour is one.
-    const bool canBeStamped =
-        object.isFilled && !isStroked && fill.IsColor() && fill.color.alpha() == 255 && around.alpha >= 1;
+    const bool canBeStamped = object.isFilled && !isStroked && Covers(fill, around);
     if (canBeStamped && StampGlyphs(layout, fill.color))
         return;
     FillGlyphs(layout, object, around);
@@ -100,10 +98,8 @@ void ContentPainter::FillGlyphs(const TextLayout& layout, const TextObject& obje
 {
     const bool isFilled = object.isFilled && object.fillPaint.IsVisible();
     const bool isStroked = object.isStroked && object.strokePaint.IsVisible();
-    const auto covers = [&](const Paint& paint) {
-        return paint.IsColor() && paint.color.alpha() == 255 && around.alpha >= 1;
-    };
-    const bool isCovering = (!isFilled || covers(object.fillPaint)) && (!isStroked || covers(object.strokePaint));
+    const bool isCovering =
+        (!isFilled || Covers(object.fillPaint, around)) && (!isStroked || Covers(object.strokePaint, around));
     double extraWeight = 0;
     QVector<QPainterPath> outlines;
     for (const PlacedGlyph& glyph : layout.glyphs) {

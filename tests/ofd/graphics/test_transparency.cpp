@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include <algorithm>
+
 namespace {
 
 const QColor White = Qt::white;
@@ -44,6 +46,8 @@ private slots:
     void blendModesMixAsTheyAreCalled_data();
     void blendModesMixAsTheyAreCalled();
     void aCompositeBlendsAsAWhole();
+    void lettersOverEachOtherBlendOnce_data();
+    void lettersOverEachOtherBlendOnce();
     void turnedAndClippedGroupsStayInPlace();
     void aGroupIsPaintedAsFarAsItsLinesReach();
     void aPartOfThePageIsPaintedAsTheWhole();
@@ -170,6 +174,31 @@ void TestOfdTransparency::aCompositeBlendsAsAWhole()
                                    unit);
     QVERIFY(Shows(image, 15, 15, QColor(100, 100, 0), 3));
     QVERIFY(Shows(image, 30, 30, QColor(100, 200, 255), 3)); // white hides the orange below it, then changes nothing
+}
+
+void TestOfdTransparency::lettersOverEachOtherBlendOnce_data()
+{
+    QTest::addColumn<QByteArray>("size");
+    QTest::newRow("small letters") << QByteArray("5");
+    QTest::newRow("large letters") << QByteArray("60");
+}
+
+void TestOfdTransparency::lettersOverEachOtherBlendOnce()
+{
+    QFETCH(QByteArray, size);
+    const auto darkest = [&size](const QByteArray& code) {
+        const QImage image = PaintPage(TextObject(
+            "Boundary=\"10 10 80 80\" BlendMode=\"Multiply\" Size=\"" + size + "\"",
+            Colour("128 128 128") + "<ofd:TextCode X=\"0\" Y=\"60\" DeltaX=\"0\">" + code + "</ofd:TextCode>"));
+        int level = 255;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                level = std::min(level, qGray(image.pixel(x, y)));
+        }
+        return level;
+    };
+    QCOMPARE(darkest("H"), 128);
+    QCOMPARE(darkest("HH"), 128);
 }
 
 void TestOfdTransparency::turnedAndClippedGroupsStayInPlace()
