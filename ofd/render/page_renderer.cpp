@@ -90,6 +90,7 @@ public:
             first.cancelled = request.cancelled;
             const ProblemScope scope(document.GetProblems(), document.GetStructure().pages.value(0).part);
             PagePainting painting(onto, document, work, first, nullptr, QRect());
+            painting.content.CountOnPageOf(content);
             return painting.PaintPage(*document.GetPageContent(0).content) &&
                    painting.PaintAnnotations(*document.GetPageAnnotations(0));
         };

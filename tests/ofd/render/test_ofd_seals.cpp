@@ -23,6 +23,7 @@ private slots:
     void sealsOfEveryLayoutAreFound();
     void aSealThatHoldsAnotherDocumentShowsItsFirstPage();
     void theSealsOfADocumentInsideASealAreNotPainted();
+    void aDocumentInsideASealCountsForWhatItTakesOnThePage();
     void sealsLieAboveAnnotationsAndShowWithoutThem();
     void severalStampsOfOneSealArePaintedOnTheirPages();
     void aSignatureThatIsListedTwiceIsPaintedOnce();
@@ -143,6 +144,28 @@ void TestOfdSeals::theSealsOfADocumentInsideASealAreNotPainted()
     const QImage page = PaintFile(Sign(file, Stamp("0 0 100 100")));
     QCOMPARE(ColourAt(page, 10, 10), QColor(Qt::red));
     QCOMPARE(ColourAt(page, 60, 60), QColor(Qt::white));
+}
+
+void TestOfdSeals::aDocumentInsideASealCountsForWhatItTakesOnThePage()
+{
+    // A page of one millimetre, which would ask for next to nothing, stretched to all of the page again and again.
+    const QByteArray square = "<ofd:PathObject ID=\"1\" Boundary=\"0 0 1 1\" Fill=\"true\" Stroke=\"false\" "
+                              "BlendMode=\"Multiply\"><ofd:FillColor Value=\"255 255 255\"/><ofd:AbbreviatedData>"
+                              "M 0 0 L 1 0 L 1 1 L 0 1 C</ofd:AbbreviatedData></ofd:PathObject>";
+    QByteArray red = square;
+    red.replace("255 255 255", "255 0 0");
+    const auto sealed = [](const QByteArray& objects) {
+        const QString part = QStringLiteral("Doc_0/Document.xml");
+        OfdFile inner = OfdFile::WithPage(objects);
+        inner.Set(part, inner.Part(part).replace("0 0 100 100", "0 0 1 1"));
+        OfdFile file = OfdFile::WithPage({});
+        file.Set(SealPart, samples::SealData("ofd", PackedFile(inner)));
+        G_RenderRequest request;
+        request.pixelsPerMm = 0.5;
+        return PaintFile(Sign(file, Stamp("0 0 100 100")), request);
+    };
+    QCOMPARE(QColor(sealed(square.repeated(10) + red).pixel(25, 25)), QColor(Qt::red));
+    QCOMPARE(QColor(sealed(square.repeated(6000) + red).pixel(25, 25)), QColor(Qt::white)); // behind too much
 }
 
 void TestOfdSeals::sealsLieAboveAnnotationsAndShowWithoutThem()
