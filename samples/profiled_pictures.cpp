@@ -55,15 +55,27 @@ QByteArray Little(T value)
     return bytes;
 }
 
+QByteArray PngChunk(const QByteArray& kindAndContent)
+{
+    const auto checksum =
+        crc32(0, reinterpret_cast<const Bytef*>(kindAndContent.constData()), uInt(kindAndContent.size()));
+    return Big(quint32(kindAndContent.size() - 4)) + kindAndContent + Big(quint32(checksum));
+}
+
+// Without the size that Qt puts in front.
+QByteArray Deflated(const QByteArray& plain)
+{
+    return qCompress(plain).mid(4);
+}
+
 // Puts the profile behind the head of a PNG file.
 QByteArray IntoPng(const QByteArray& png, const QByteArray& profile)
 {
     constexpr int headEnd = 8 + 4 + 4 + 13 + 4;
     if (profile.isEmpty())
         return png;
-    const QByteArray chunk = QByteArray("iCCPmade", 9) + '\0' + qCompress(profile).mid(4); // without its size
-    const auto checksum = crc32(0, reinterpret_cast<const Bytef*>(chunk.constData()), uInt(chunk.size()));
-    return png.left(headEnd) + Big(quint32(chunk.size() - 4)) + chunk + Big(quint32(checksum)) + png.mid(headEnd);
+    const QByteArray chunk = PngChunk(QByteArray("iCCPmade", 9) + '\0' + Deflated(profile));
+    return png.left(headEnd) + chunk + png.mid(headEnd);
 }
 
 // Puts the profile in front of all else of a JPEG file.
@@ -89,6 +101,16 @@ QByteArray ProfiledPng(const QColor& colour, const QByteArray& profile)
 QByteArray ProfiledGrayPng(int level, const QByteArray& profile)
 {
     return IntoPng(Encode(Gray(level), "PNG"), profile);
+}
+
+QByteArray ProfiledSixteenGraysPng(int level, const QByteArray& profile)
+{
+    constexpr char bits = 4, gray = 0;
+    const QByteArray head = "IHDR" + Big(quint32(kSide)) + Big(quint32(kSide)) + bits + gray + QByteArray(3, '\0');
+    const QByteArray row = '\0' + QByteArray(kSide / 2, char(level << bits | level));
+    return IntoPng(QByteArray("\x89PNG\r\n\x1a\n") + PngChunk(head) + PngChunk("IDAT" + Deflated(row.repeated(kSide))) +
+                       PngChunk("IEND"),
+                   profile);
 }
 
 QByteArray ProfiledPalettePng(const QColor& colour, const QByteArray& profile)

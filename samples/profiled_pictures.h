@@ -9,6 +9,7 @@ namespace samples {
 // look like comes of both.
 QByteArray ProfiledPng(const QColor& colour, const QByteArray& profile);
 QByteArray ProfiledGrayPng(int level, const QByteArray& profile);
+QByteArray ProfiledSixteenGraysPng(int level, const QByteArray& profile); // 0 to 15
 QByteArray ProfiledPalettePng(const QColor& colour, const QByteArray& profile);
 QByteArray ProfiledJpeg(const QColor& colour, const QByteArray& profile); // the profile comes in many pieces
 QByteArray ProfiledGrayJpeg(int level, const QByteArray& profile);

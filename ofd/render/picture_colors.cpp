@@ -44,6 +44,13 @@ bool IsGrayFormat(QImage::Format format)
     return format == QImage::Format_Grayscale8 || format == QImage::Format_Grayscale16;
 }
 
+// Pictures of few grays come with a table of them.
+bool IsGray(const QImage& image)
+{
+    const QVector<QRgb> table = image.colorTable();
+    return table.isEmpty() ? image.isGrayscale() : std::all_of(table.begin(), table.end(), qIsGray);
+}
+
 } // namespace
 
 std::unique_ptr<PictureColors> PictureColors::FromProfile(const QByteArray& profile)
@@ -111,7 +118,7 @@ void PictureColors::Convert(QImage& image) const
         return;
     if (channelCount == 3 && !IsGrayFormat(image.format()))
         ConvertLights(image);
-    else if (channelCount == 1 && image.isGrayscale())
+    else if (channelCount == 1 && IsGray(image))
         ConvertGray(image);
 }
 

@@ -181,6 +181,8 @@ void TestOfdColorSpaces::picturesFollowTheProfileThatTheyCarry_data()
     QTest::newRow("PNG with a palette") << ProfiledPalettePng(violet, rgb) << seen;
     QTest::newRow("gray PNG") << ProfiledGrayPng(128, gray) << QColor(188, 188, 188);
     QTest::newRow("gray PNG, white") << ProfiledGrayPng(255, gray) << QColor(255, 255, 255);
+    QTest::newRow("PNG of sixteen grays") << ProfiledSixteenGraysPng(8, gray) << QColor(193, 193, 193);
+    QTest::newRow("PNG of sixteen grays without") << ProfiledSixteenGraysPng(8, {}) << QColor(136, 136, 136);
     QTest::newRow("gray PNG with a profile of lights") << ProfiledGrayPng(128, rgb) << QColor(128, 128, 128);
     QTest::newRow("PNG with a profile of grays") << ProfiledPng(violet, gray) << violet;
     QTest::newRow("PNG with a profile of inks") << ProfiledPng(violet, inks) << violet;
