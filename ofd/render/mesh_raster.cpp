@@ -199,7 +199,8 @@ private:
 };
 
 // The colour of the nearest corner; of meshes with very many corners some stand for all.
-void FillFromCorners(QImage& image, const Mesh& mesh, const QTransform& toPixels)
+void FillFromCorners(QImage& image, const Mesh& mesh, const QTransform& toPixels,
+                     const std::function<bool()>& isCancelled)
 {
     constexpr int mostCorners = 128;
     const int stride = (mesh.vertices.size() + mostCorners - 1) / mostCorners;
@@ -210,6 +211,8 @@ void FillFromCorners(QImage& image, const Mesh& mesh, const QTransform& toPixels
         colors.append(Premultiplied(mesh.vertices.at(i).color));
     }
     for (int y = 0; y < image.height(); ++y) {
+        if (isCancelled && isCancelled())
+            return;
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y)); // not owned
         for (int x = 0; x < image.width(); ++x) {
             double nearest = 0;
@@ -255,7 +258,7 @@ void PaintMesh(QImage& image, const Mesh& mesh, const QTransform& toPixels, cons
     if (mesh.backColor.isValid())
         image.fill(mesh.backColor);
     else if (mesh.extends)
-        FillFromCorners(image, mesh, toPixels);
+        FillFromCorners(image, mesh, toPixels, isCancelled);
     const std::vector<PlacedTriangle> triangles = SeenTriangles(mesh, toPixels, image.rect());
     std::vector<int> byTop(triangles.size());
     for (size_t i = 0; i < byTop.size(); ++i)

@@ -114,6 +114,12 @@ double RowScale(const QTransform& transform)
     return std::hypot(transform.m21(), transform.m22());
 }
 
+// From the space of the object's boundary, in which shadings and most patterns lie.
+QTransform BoundaryToPixels(const GraphicObject& object, const QTransform& containerToPixels)
+{
+    return QTransform::fromTranslate(object.boundary.x(), object.boundary.y()) * containerToPixels;
+}
+
 } // namespace
 
 double ContentPainter::TextureCostOf(const Paint& paint, const Around& around, const QRectF& boxPx) const
@@ -121,9 +127,7 @@ double ContentPainter::TextureCostOf(const Paint& paint, const Around& around, c
     const QRectF box = ground.toStandard.mapRect(boxPx) & ground.reach;
     if (!paint.mesh)
         return AreaOf(box) * (paint.shading ? GradientPixel : LayerPixel);
-    const QRectF& boundary = around.object.boundary;
-    const QTransform toPixels = QTransform::fromTranslate(boundary.x(), boundary.y()) * around.containerToPixels;
-    return MeshCost(*paint.mesh, toPixels * ground.toStandard, box);
+    return MeshCost(*paint.mesh, BoundaryToPixels(around.object, around.containerToPixels) * ground.toStandard, box);
 }
 
 QImage ContentPainter::TextureOf(const Paint& paint, const Around& around, const QRect& box, const QRectF& filled)
@@ -135,9 +139,8 @@ QImage ContentPainter::TextureOf(const Paint& paint, const Around& around, const
         GiveBackPixels(box.size());
         return image;
     }
-    const QRectF& boundary = around.object.boundary;
-    const QTransform toPixels = QTransform::fromTranslate(boundary.x(), boundary.y()) * around.containerToPixels *
-                                QTransform::fromTranslate(-box.x(), -box.y());
+    const QTransform toPixels =
+        BoundaryToPixels(around.object, around.containerToPixels) * QTransform::fromTranslate(-box.x(), -box.y());
     if (paint.shading && IsUsable(toPixels))
         PaintShading(image, *paint.shading, toPixels);
     else if (paint.mesh)
@@ -156,10 +159,9 @@ void ContentPainter::PaintPattern(QImage& image, const Pattern& pattern, const A
                       QCoreApplication::translate("OfdDocument", "Patterns are painted with patterns too often."));
         return;
     }
-    const QRectF& boundary = around.object.boundary;
     const QTransform base = pattern.isRelativeToPage
                                 ? pageToPixels * QTransform::fromTranslate(-origin.x(), -origin.y())
-                                : QTransform::fromTranslate(boundary.x(), boundary.y()) * around.containerToPixels;
+                                : BoundaryToPixels(around.object, around.containerToPixels);
     const QTransform toPixels = pattern.matrix * base * QTransform::fromTranslate(-box.x(), -box.y());
     const QSizeF cellPx(pattern.cell.width() * ColumnScale(toPixels), pattern.cell.height() * RowScale(toPixels));
     if (!IsUsable(toPixels) || std::min(cellPx.width(), cellPx.height()) < VanishingCellPx) {
@@ -203,7 +205,7 @@ void ContentPainter::PaintCells(QImage& image, const QRect& box, const QRectF& f
         for (qint64 column = cells.left; column <= cells.right; ++column) {
             if (isCancelled && isCancelled())
                 return;
-            const PaintingWork::TimesScope scope(work, isFirst ? times : 0);
+            const PaintingWork::TimesScope counted(work, isFirst ? times : 0);
             isFirst = false;
             PaintCell(pattern, resources, Snapped(CellPlace(pattern, column, row) * toPixels, pattern.cell, filled));
         }

@@ -1,5 +1,7 @@
 #include "graphics_pages.h"
 
+#include <ofd/model/paint.h>
+#include <ofd/render/shading_raster.h>
 #include <tests/support/test_main.h>
 
 #include <QtTest>
@@ -72,6 +74,7 @@ private slots:
     void alphaHoldsForShadings();
     void linesAreShadedToo();
     void aPartOfThePageIsPaintedAsTheWhole();
+    void aMeshThatIsNoLongerWantedIsNotPainted();
 };
 
 void TestOfdShadings::anAxisEndsWhereItIsNotExtended_data()
@@ -395,6 +398,24 @@ void TestOfdShadings::aPartOfThePageIsPaintedAsTheWhole()
         request.region = QRect(101, 133, 150, 91);
         QCOMPARE(PaintFile(file, request), whole.copy(request.region));
     }
+}
+
+void TestOfdShadings::aMeshThatIsNoLongerWantedIsNotPainted()
+{
+    ofd::Mesh mesh;
+    mesh.extends = true;
+    mesh.vertices = {{QPointF(0, 0), Red}, {QPointF(8, 0), Red}, {QPointF(0, 8), Red}};
+    mesh.corners = {0, 1, 2};
+    const auto isPaintedUntil = [&mesh](int rows) {
+        QImage image(16, 16, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        ofd::PaintMesh(image, mesh, QTransform(), [&rows] { return --rows < 0; });
+        return image;
+    };
+    QCOMPARE(isPaintedUntil(100).pixelColor(12, 12), Red);
+    const QImage begun = isPaintedUntil(4);
+    QCOMPARE(begun.pixelColor(12, 3), Red);
+    QCOMPARE(begun.pixelColor(12, 4).alpha(), 0);
 }
 
 TETO_TEST_MAIN(TestOfdShadings)
