@@ -1,5 +1,7 @@
 #include "text_search.h"
 
+#include "text_script.h"
+
 #include <frame/document/ig_document.h>
 
 #include <QBitArray>
@@ -19,20 +21,6 @@ constexpr ushort plainHyphen = 0x2010;  // beside the one of ASCII
 bool IsBlank(uint code, bool keepsForm)
 {
     return QChar::isSpace(code) && !(keepsForm && code == 0x3000);
-}
-
-// Characters of scripts that set no blanks between words, with their punctuation.
-bool IsIdeographic(uint code)
-{
-    switch (QChar::script(code)) {
-    case QChar::Script_Han:
-    case QChar::Script_Hiragana:
-    case QChar::Script_Katakana:
-    case QChar::Script_Bopomofo:
-        return true;
-    default:
-        return (code >= 0x3000 && code <= 0x303f) || (code >= 0xff00 && code <= 0xffef);
-    }
 }
 
 bool IsHyphen(uint code)
@@ -204,7 +192,7 @@ private:
     // Decides what stands before a character, once it is known which one comes.
     void SettleBlanks(uint next)
     {
-        const bool isBesideIdeograph = IsIdeographic(lastCode) || IsIdeographic(next);
+        const bool isBesideIdeograph = G_IsIdeographic(lastCode) || G_IsIdeographic(next);
         const bool isHyphenated = isBreakPending && !isBlankPending && IsHyphen(lastCode) && QChar::isLetter(next);
         const bool isOptional =
             isBreakPending ? isBesideIdeograph || isHyphenated || isSoftHyphenPending : !isBlankPending;

@@ -1,14 +1,18 @@
 #include "page_text.h"
 
+#include <frame/document/text_script.h>
+
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace ofd {
 
 namespace {
 
-constexpr double BlankGap = 0.15;   // of the height, more than between letters
-constexpr double AcrossWeight = 20; // beside a short line the pointer means it, not the longer one below
+constexpr double BlankGap = 0.15;    // of the height, more than between letters
+constexpr double IdeographGap = 0.5; // the same beside ideographs
+constexpr double AcrossWeight = 20;  // beside a short line the pointer means it, not the longer one below
 
 double Dot(const QPointF& a, const QPointF& b)
 {
@@ -31,20 +35,42 @@ double Beyond(double place, double from, double to)
     return std::max({from - place, place - to, 0.0});
 }
 
-// Scripts that set no blanks between words, with their punctuation.
-bool IsIdeographic(uint code)
-{
-    const QChar::Script script = QChar::script(code);
-    return script == QChar::Script_Han || script == QChar::Script_Hiragana || script == QChar::Script_Katakana ||
-           script == QChar::Script_Bopomofo || (code >= 0x3000 && code <= 0x303f) || (code >= 0xff00 && code <= 0xffef);
-}
-
-// The gaps on both sides of the one before a piece: letters that are set wide apart have gaps everywhere.
+// How far apart the letters around a piece stand, the gap before it left aside: in the middle of those near it. Letters
+// that are set wide apart have gaps everywhere, a word of one letter has them on its two sides alone.
 double SpacingAround(const QVector<PlaceOnLine>& places, int piece, const TextLine& line)
 {
-    const double before = piece - 1 > line.first ? places.at(piece - 1).gap : 0;
-    const double behind = piece + 1 < line.end ? places.at(piece + 1).gap : 0;
-    return std::max({before, behind, 0.0});
+    constexpr int reach = 3;
+    std::array<double, 2 * reach> gaps{};
+    int count = 0;
+    for (int step = 1; step <= reach; ++step) {
+        if (piece - step > line.first)
+            gaps[size_t(count++)] = places.at(piece - step).gap;
+        if (piece + step < line.end)
+            gaps[size_t(count++)] = places.at(piece + step).gap;
+    }
+    if (count == 0)
+        return 0;
+    const auto middle = gaps.begin() + count / 2;
+    std::nth_element(gaps.begin(), middle, gaps.begin() + count);
+    return std::max(*middle, 0.0);
+}
+
+// How wide a gap between two characters is that stands for a blank, of the height. Beside ideographs narrow ones are
+// usual, also between them and letters or digits.
+double BlankGapBetween(uint last, uint next)
+{
+    if (QChar::isSpace(last) || QChar::isSpace(next))
+        return std::numeric_limits<double>::infinity();
+    return G_IsIdeographic(last) || G_IsIdeographic(next) ? IdeographGap : BlankGap;
+}
+
+bool IsGapABlank(const QVector<PlacedText>& pieces, const QVector<PlaceOnLine>& places, int piece, const TextLine& line)
+{
+    if (piece == line.first || !pieces.at(piece).isFirst || places.at(piece).gap <= BlankGap)
+        return false;
+    const uint last = pieces.at(piece - 1).text.toUcs4().last();
+    const uint next = pieces.at(piece).text.toUcs4().first();
+    return places.at(piece).gap > SpacingAround(places, piece, line) + BlankGapBetween(last, next);
 }
 
 bool IsEmpty(const PlacedText& piece)
@@ -66,11 +92,10 @@ PageText::PageText(std::shared_ptr<const PageContent> content, HiddenText hidden
     cells.reserve(pieces.size());
     for (int run = 0; run < runs.size(); ++run) {
         for (int i = runs.at(run).first; i < runs.at(run).end; ++i) {
-            const double spacing = SpacingAround(places, i, runs.at(run));
-            const bool hasGap = pieces.at(i).isFirst && places.at(i).gap > spacing + BlankGap;
-            cells.append({pieces.at(i).box, places.at(i).middle, run, letters.size(), hasGap});
+            const QRectF& box = pieces.at(i).box;
+            bounds = cells.isEmpty() ? box : Around(bounds, box);
+            cells.append({box, places.at(i).middle, run, letters.size(), IsGapABlank(pieces, places, i, runs.at(run))});
             letters += pieces.at(i).text;
-            bounds |= pieces.at(i).box;
         }
     }
     letters.squeeze();
@@ -85,21 +110,17 @@ qint64 PageText::Bytes() const
 QString PageText::TextInRect(const CCA_GRect& rect) const
 {
     QString found;
+    int last = -1;
     for (int i = 0; i < cells.size(); ++i) {
         const QPointF centre = cells.at(i).box.center();
-        if (rect.Contains({float(centre.x()), float(centre.y())}))
-            found += letters.midRef(cells.at(i).firstLetter, EndLetter(i) - cells.at(i).firstLetter);
+        if (!rect.Contains({float(centre.x()), float(centre.y())}))
+            continue;
+        if (cells.at(i).isBehindBlank && last == i - 1 && last >= 0)
+            found += QLatin1Char(' ');
+        found += letters.midRef(cells.at(i).firstLetter, EndLetter(i) - cells.at(i).firstLetter);
+        last = i;
     }
     return found;
-}
-
-bool PageText::IsGapABlank(int cell) const
-{
-    const int at = cells.at(cell).firstLetter;
-    if (!cells.at(cell).hasGap || at == 0)
-        return false;
-    const auto takesNone = [](QChar letter) { return letter.isSpace() || IsIdeographic(letter.unicode()); };
-    return !takesNone(letters.at(at - 1)) && !takesNone(letters.at(at));
 }
 
 QString PageText::TextOf(int from, int to) const
@@ -107,7 +128,7 @@ QString PageText::TextOf(int from, int to) const
     QString text;
     int first = cells.at(from).firstLetter;
     for (int i = from + 1; i < to; ++i) {
-        if (!IsGapABlank(i))
+        if (!cells.at(i).isBehindBlank)
             continue;
         text += letters.midRef(first, cells.at(i).firstLetter - first) + QLatin1Char(' ');
         first = cells.at(i).firstLetter;
@@ -122,7 +143,7 @@ QList<G_TextRun> PageText::RunsOf(int from, int to) const
         const int end = std::min(to, runs.at(cells.at(first).run).end);
         QRectF box = cells.at(first).box;
         for (int i = first + 1; i < end; ++i)
-            box |= cells.at(i).box;
+            box = Around(box, cells.at(i).box);
         found.append({ToRect(box), TextOf(first, end)});
         first = end;
     }

@@ -38,7 +38,8 @@ struct PageTexts
 // once, since it stands at one place. Pieces that stand on one line without a wide gap form a run. Between two points
 // lies what comes between the places nearest to them in that order, so columns are not mixed where the file writes one
 // behind the other. A gap between two words that the file writes apart, without a blank, is a blank in the text of
-// runs. Never changes; any thread.
+// runs and in that in a rectangle; beside ideographs, where narrow gaps are usual, a wide one is. Never changes; any
+// thread.
 class PageText : public IG_ReadText
 {
 public:
@@ -61,12 +62,11 @@ private:
         QRectF box;        // page mm
         double middle = 0; // along its run
         int run = 0;
-        int firstLetter = 0; // in `letters`; it has those up to the next cell
-        bool hasGap = false; // before it, which stands for a blank
+        int firstLetter = 0;        // in `letters`; it has those up to the next cell
+        bool isBehindBlank = false; // that the file does not write: a gap stands for it
     };
 
     int EndLetter(int cell) const { return cell + 1 < cells.size() ? cells.at(cell + 1).firstLetter : letters.size(); }
-    bool IsGapABlank(int cell) const;
     QString TextOf(int from, int to) const; // of cells of one run
     QList<G_TextRun> RunsOf(int from, int to) const;
     const TextLine* NearestRun(const QPointF& place) const; // null when there is no text

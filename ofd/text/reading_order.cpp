@@ -10,6 +10,7 @@ namespace {
 
 constexpr double SameLineShare = 0.5; // of the lower cell's height that must overlap
 constexpr double WidestGap = 1.5;     // of the height; a wider one begins a new run
+constexpr double LeastHeight = 0.1;   // mm; what is less high cannot be read
 constexpr double SameWayCosine = 0.97;
 constexpr double SimilarHeight = 0.5;    // of the higher line: watermarks stand on no line
 constexpr double FarthestLabel = 15;     // of the height, between a label and what was filled in
@@ -53,11 +54,10 @@ bool ContinuesRun(const QRectF& last, const QRectF& next)
     return gap < WidestGap * height && gap > -last.width() - height;
 }
 
-// The union would leave out boxes without a size.
-QRectF Around(const QRectF& a, const QRectF& b)
+// Text that is too small to be seen: distances say nothing there, what the file writes as one belongs together.
+bool AreTooLow(const QRectF& last, const QRectF& next)
 {
-    return QRectF(QPointF(std::min(a.left(), b.left()), std::min(a.top(), b.top())),
-                  QPointF(std::max(a.right(), b.right()), std::max(a.bottom(), b.bottom())));
+    return std::max(last.height(), next.height()) < LeastHeight;
 }
 
 double Distance(const QRectF& a, const QRectF& b)
@@ -146,6 +146,12 @@ void AddPlaces(const QVector<PlacedText>& pieces, const QVector<TextLine>& own, 
 
 } // namespace
 
+QRectF Around(const QRectF& a, const QRectF& b)
+{
+    return QRectF(QPointF(std::min(a.left(), b.left()), std::min(a.top(), b.top())),
+                  QPointF(std::max(a.right(), b.right()), std::max(a.bottom(), b.bottom())));
+}
+
 QVector<TextLine> LinesOf(const QVector<PlacedText>& pieces, QVector<PlaceOnLine>* places)
 {
     QVector<TextLine> lines;
@@ -156,7 +162,7 @@ QVector<TextLine> LinesOf(const QVector<PlacedText>& pieces, QVector<PlaceOnLine
         double gap = 0;
         if (!lines.isEmpty() && Dot(lines.last().along, piece.along) > SameWayCosine) {
             const QRectF next = OnLine(piece.cell, lines.last().along);
-            isSameLine = ContinuesRun(last, next);
+            isSameLine = ContinuesRun(last, next) || (!piece.isFirst && AreTooLow(last, next));
             gap = next.left() - last.right();
             last = next;
         }
@@ -165,7 +171,7 @@ QVector<TextLine> LinesOf(const QVector<PlacedText>& pieces, QVector<PlaceOnLine
             lines.append({piece.along, last, piece.box, i, i});
         }
         TextLine& line = lines.last();
-        line.onLine |= last;
+        line.onLine = Around(line.onLine, last);
         line.box = Around(line.box, piece.box);
         line.end = i + 1;
         if (places)

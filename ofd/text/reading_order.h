@@ -25,6 +25,8 @@ struct PlaceOnLine
     double gap = 0; // behind the piece before it, in heights; 0 for the first one
 };
 
+// The smallest box with both in it. Unlike their union it has boxes without a size, too.
+QRectF Around(const QRectF& a, const QRectF& b);
 // The lines that pieces form in their order. `places` gets one for each piece; may be null.
 QVector<TextLine> LinesOf(const QVector<PlacedText>& pieces, QVector<PlaceOnLine>* places = nullptr);
 

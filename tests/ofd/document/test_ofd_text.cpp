@@ -48,6 +48,11 @@ private slots:
     void singleCharactersBelowEachOtherJoinByTheirReadingDirection();
     void oneTextOfTwoLinesIsTwoRuns();
     void aGapBetweenWordsThatStandApartIsABlank();
+    void aWordOfOneLetterStandsApartLikeAnyOther();
+    void lettersThatAreWrittenOneByOneAndWideApartAreOneWord();
+    void aHeadingStandsApartFromItsNumber_data();
+    void aHeadingStandsApartFromItsNumber();
+    void textInARectangleHasTheBlanksOfTheRuns();
     void aWaveringLineIsOneRun();
     void columnsAreNotMixed();
     void placesBesideAndBetweenLinesBelongToTheNearestLine();
@@ -55,6 +60,8 @@ private slots:
     void blanksAndPrivateCharactersAreKept();
     void aCharacterOfTwoGlyphsHasOneBoxAroundBoth();
     void textWithoutSizeDoesNoHarm();
+    void whatIsTooSmallToReadIsOneRun_data();
+    void whatIsTooSmallToReadIsOneRun();
     void aMatchInTextThatRunsDownHasTheBoxOfItsCharacters();
 
 private:
@@ -201,6 +208,70 @@ void TestOfdText::aGapBetweenWordsThatStandApartIsABlank()
     QCOMPARE(Texts(Open(spaced)->AllRuns()), QStringList("Total"));
 }
 
+void TestOfdText::aWordOfOneLetterStandsApartLikeAnyOther()
+{
+    const QByteArray deltas = "DeltaX=\"g 9 3\"";
+    const QByteArray words =
+        Text("10 10 40 6", deltas, "nun") + Text("21 10 40 6", deltas, "a") + Text("26 10 40 6", deltas, "den");
+    QCOMPARE(Texts(Open(words)->AllRuns()), QStringList("nun a den"));
+    QByteArray letters; // each written by itself
+    const QList<QPair<int, QByteArray>> places{{10, "n"}, {13, "u"}, {18, "a"}, {23, "n"}, {26, "u"}, {29, "n"}};
+    for (const QPair<int, QByteArray>& place : places)
+        letters += Text(QByteArray::number(place.first) + " 10 40 6", "", place.second);
+    QCOMPARE(Texts(Open(letters)->AllRuns()), QStringList("nu a nun"));
+}
+
+void TestOfdText::lettersThatAreWrittenOneByOneAndWideApartAreOneWord()
+{
+    QByteArray letters;
+    for (int i = 0; i < 6; ++i)
+        letters += Text(QByteArray::number(10 + 6 * i) + " 10 40 6", "", "n");
+    QCOMPARE(Texts(Open(letters)->AllRuns()), QStringList("nnnnnn"));
+}
+
+void TestOfdText::aHeadingStandsApartFromItsNumber_data()
+{
+    QTest::addColumn<QByteArray>("first");
+    QTest::addColumn<QByteArray>("second");
+    QTest::newRow("digits before") << QByteArray("12") << QByteArray("合同");
+    QTest::newRow("digits behind") << QByteArray("合同") << QByteArray("12");
+    QTest::newRow("ideographs alone") << QByteArray("第一") << QByteArray("合同");
+    QTest::newRow("rare ideographs") << QByteArray("\xf0\xa0\x80\x80\xf0\xa0\x80\x80") << QByteArray("12");
+}
+
+void TestOfdText::aHeadingStandsApartFromItsNumber()
+{
+    QFETCH(QByteArray, first);
+    QFETCH(QByteArray, second);
+    const auto textAt = [&](float left) {
+        const auto piece = [](const QByteArray& boundary, const QByteArray& letters) {
+            return Text(boundary, letters == "12" ? "DeltaX=\"3\"" : "DeltaX=\"5\"", letters);
+        };
+        return piece("10 10 40 6", first) + piece(QByteArray::number(double(left)) + " 10 40 6", second);
+    };
+    const float end = Open(textAt(80))->AllRuns().first().rect.right;
+    const QStringList apart(QString::fromUtf8(first + ' ' + second));
+    const QStringList together(QString::fromUtf8(first + second));
+    QCOMPARE(Texts(Open(textAt(end + 5))->AllRuns()), apart);
+    QCOMPARE(Texts(Open(textAt(end + 1.5F))->AllRuns()), together); // a usual space beside ideographs
+    QCOMPARE(Find(*document->GetPage(0)->GetTextPage(), together.first()).size(), 1);
+}
+
+void TestOfdText::textInARectangleHasTheBlanksOfTheRuns()
+{
+    const QByteArray deltas = "DeltaX=\"g 9 3\"";
+    const IG_TextPage* page = Open(Text("10 10 40 6", deltas, "Total") + Text("27 10 40 6", deltas, "12"));
+    const auto textIn = [page](const CCA_GRect& rect) {
+        wchar_t* wide = nullptr;
+        page->GetTextInRect(rect, &wide);
+        const QString text = QString::fromWCharArray(wide);
+        CCA_FreeWide(wide);
+        return text;
+    };
+    QCOMPARE(textIn(page->AllRuns().first().rect), QString("Total 12"));
+    QCOMPARE(textIn({26, 5, 60, 20}), QString("12"));
+}
+
 void TestOfdText::aWaveringLineIsOneRun()
 {
     const IG_TextPage* page = Open(Text("10 10 40 20", "DeltaX=\"g 5 5\" DeltaY=\"0.6 -0.6 0.6 -0.6 0.6\"", "wavers"));
@@ -274,6 +345,26 @@ void TestOfdText::textWithoutSizeDoesNoHarm()
         QCOMPARE(Find(*page, "l").size(), 1); // what has no size stands on no line
         page->RunsBetween({0, 0}, {50, 50});
     }
+}
+
+void TestOfdText::whatIsTooSmallToReadIsOneRun_data()
+{
+    QTest::addColumn<QByteArray>("size");
+    QTest::newRow("nothing") << QByteArray("0");
+    QTest::newRow("no number") << QByteArray("big");
+    QTest::newRow("a hundredth of a millimetre") << QByteArray("0.01");
+}
+
+void TestOfdText::whatIsTooSmallToReadIsOneRun()
+{
+    QFETCH(QByteArray, size);
+    QByteArray objects = Text("10 10 40 6", "DeltaX=\"g 5 5\"", "letter") + Text("10 20 40 6", "DeltaX=\"5\"", "by");
+    const IG_TextPage* page = Open(objects.replace("Size=\"5\"", "Size=\"" + size + "\""));
+    QCOMPARE(Texts(page->AllRuns()), (QStringList{"letter", "by"}));
+    const CCA_GRect rect = page->AllRuns().first().rect;
+    QVERIFY(qAbs(rect.left - 10) < 0.1F && qAbs(rect.right - 35) < 0.1F);
+    QCOMPARE(Find(*page, "letter").size(), 1);
+    QCOMPARE(Texts(page->RunsBetween({0, 0}, {50, 17})), QStringList("letter"));
 }
 
 void TestOfdText::aMatchInTextThatRunsDownHasTheBoxOfItsCharacters()
