@@ -49,7 +49,10 @@ G_DocView::G_DocView(G_UIContext* context, IG_Document* document, QWidget* paren
             [this] { d->AskForPictures(d->widget && d->widget->isVisible()); });
     connect(&d->roomTimer, &QTimer::timeout, this, [this] { d->AskForPicturesLater(); });
     connect(&d->selectTimer, &QTimer::timeout, this, [this] { d->SelectMore(kSelectSliceMs); });
-    connect(&d->copyWatcher, &QFutureWatcherBase::finished, this, [this] { d->CopyText(d->copyWatcher.result()); });
+    connect(&d->copyWatcher, &QFutureWatcherBase::finished, this, [this] {
+        if (!d->copyWatcher.isCanceled()) // something else was copied meanwhile
+            d->CopyText(d->copyWatcher.result());
+    });
     connect(&d->sizeTimer, &QTimer::timeout, this, [this] {
         if (d->sizeReader)
             d->sizeReader->Start();

@@ -222,6 +222,7 @@ void G_DocView::CopySelectedText()
     } else if (d->selection.size() > kPagesJoinedAtOnce) {
         d->copyWatcher.setFuture(QtConcurrent::run(TextOf, d->selection));
     } else {
+        d->copyWatcher.cancel();
         d->CopyText(TextOf(d->selection));
     }
 }

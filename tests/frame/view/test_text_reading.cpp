@@ -12,6 +12,7 @@
 #include <QSet>
 #include <QSignalSpy>
 #include <QThread>
+#include <QThreadPool>
 #include <QtTest>
 
 #include <chrono>
@@ -140,6 +141,7 @@ private slots:
     void anotherPressForgetsTheDoubleClick();
     void allTextIsSelectedAsItComes();
     void theCopyComesWhenAllTextHasCome();
+    void aLongCopyThatIsOnItsWayDoesNotReplaceALaterOne();
     void escapeEndsTheSelectingAndTheCopy_data();
     void escapeEndsTheSelectingAndTheCopy();
     void selectedTextAskedForByACallIsReadAtOnce();
@@ -210,6 +212,28 @@ void TestTextReading::theCopyComesWhenAllTextHasCome()
     QCOMPARE(QGuiApplication::clipboard()->text(), QString());
     desk.document.source.Block(false);
     QTRY_COMPARE(QGuiApplication::clipboard()->text().split('\n').size(), SlowDesk::pageCount);
+}
+
+void TestTextReading::aLongCopyThatIsOnItsWayDoesNotReplaceALaterOne()
+{
+    SlowDesk desk;
+    const auto copy = [&desk](int pages, const QString& text) {
+        G_HighLightItem item;
+        item.runs.append({CCA_GRect(20, 30, 60, 35), text});
+        QList<G_HighLightItem> items;
+        for (; item.pageIndex < pages; ++item.pageIndex)
+            items.append(item);
+        desk.view->SetHighLightText(items);
+        desk.view->CopySelectedText();
+    };
+    QGuiApplication::clipboard()->clear();
+    copy(5000, "long");
+    copy(1, "short");
+    QThreadPool::globalInstance()->waitForDone();
+    ViewFixture::Settle();
+    QCOMPARE(QGuiApplication::clipboard()->text(), QString("short"));
+    copy(5000, "long"); // the next one comes as ever
+    QTRY_COMPARE(QGuiApplication::clipboard()->text().count("long"), 5000);
 }
 
 void TestTextReading::escapeEndsTheSelectingAndTheCopy_data()
