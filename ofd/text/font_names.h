@@ -23,8 +23,7 @@ QStringList SubstituteFamilies(FontStyleClass style, FontScript script = FontScr
 // the names of other systems. Empty for most.
 QStringList OtherNamesOf(const QString& family);
 // A face name without a subset mark ("ABCDEF+"), quotes, and style words at its end ("-Bold", ",Italic", " Bold
-// Italic",
-// "-粗体"); the flags say which were cut off, and stay as they are without any.
+// Italic", "-粗体"); the flags say which were cut off, and stay as they are without any.
 QString BareFamilyName(const QString& name, bool* isBold, bool* isItalic);
 
 } // namespace ofd
