@@ -23,11 +23,23 @@ QString PageField(const OVJson& item)
     return page > 0 ? QStringLiteral("page %1").arg(page) : QStringLiteral("no page");
 }
 
+QString ActionField(const OVJson& action)
+{
+    if (action.HasMember("page") || action.HasMember("uri"))
+        return PageField(action);
+    const QString kind = Field(action, "kind");
+    return action.HasMember("attachment") ? kind + QLatin1Char(' ') + Field(action, "attachment") : kind;
+}
+
 } // namespace
 
 QString OutlineLine(const OVJson& item)
 {
-    return Indent(item) + Field(item, "title") + QLatin1Char('\t') + PageField(item);
+    QStringList targets;
+    const OVJson actions = item.Member("actions");
+    for (int i = 0; i < actions.Size(); ++i)
+        targets += ActionField(actions.At(i));
+    return Indent(item) + Field(item, "title") + QLatin1Char('\t') + targets.join(QLatin1Char('\t'));
 }
 
 QString BookmarkLine(const OVJson& item)

@@ -64,6 +64,43 @@ OVJson RectOf(const CCA_GRect& rect)
     return box;
 }
 
+// What an action does, where it goes; false when it does something else.
+bool SetTarget(OVJson& item, const G_Action& action)
+{
+    if (const auto* jump = dynamic_cast<const G_ActionGoto*>(&action)) {
+        SetDestination(item, *jump->dest);
+        item.SetString("bookmark", Text(jump->bookmarkName));
+        return true;
+    }
+    if (const auto* opens = dynamic_cast<const G_ActionUri*>(&action)) {
+        item.SetString("uri", Text(opens->uri));
+        return true;
+    }
+    return false;
+}
+
+OVJson ActionItem(const G_Action& action)
+{
+    OVJson item;
+    const char* kind = "other";
+    if (dynamic_cast<const G_ActionGoto*>(&action))
+        kind = "goto";
+    else if (dynamic_cast<const G_ActionUri*>(&action))
+        kind = "uri";
+    else if (dynamic_cast<const G_ActionAttachment*>(&action))
+        kind = "attachment";
+    else if (action.actionType == G_Action::Sound)
+        kind = "sound";
+    else if (action.actionType == G_Action::Movie)
+        kind = "movie";
+    item.SetString("kind", QString::fromLatin1(kind));
+    if (const auto* shows = dynamic_cast<const G_ActionAttachment*>(&action))
+        item.SetInt("attachment", shows->attachmentId);
+    SetTarget(item, action);
+    return item;
+}
+
+// The first action that leads somewhere stands in the item itself, for readers that want no more than that.
 OVJson OutlineItem(const G_TreeNode& node)
 {
     OVJson item;
@@ -71,17 +108,11 @@ OVJson OutlineItem(const G_TreeNode& node)
     const auto* entry = dynamic_cast<const G_OutlineItem*>(node.data);
     item.SetString("title", Text(node.NodeText()));
     item.SetBool("expanded", entry && entry->expanded);
+    bool isSet = false;
+    OVJson actions = item.AddArray("actions");
     for (int i = 0; entry && i < entry->actions.GetSize(); ++i) {
-        const G_Action* action = entry->actions[i];
-        if (const auto* jump = dynamic_cast<const G_ActionGoto*>(action)) {
-            SetDestination(item, *jump->dest);
-            item.SetString("bookmark", Text(jump->bookmarkName));
-            break;
-        }
-        if (const auto* opens = dynamic_cast<const G_ActionUri*>(action)) {
-            item.SetString("uri", Text(opens->uri));
-            break;
-        }
+        isSet = isSet || SetTarget(item, *entry->actions[i]);
+        actions.Append(ActionItem(*entry->actions[i]));
     }
     return item;
 }

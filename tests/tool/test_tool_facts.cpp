@@ -52,6 +52,7 @@ private slots:
     void outsideOfItsPeriodADocumentMayNotBeEdited_data();
     void outsideOfItsPeriodADocumentMayNotBeEdited();
     void largeIdentifiersAreNotNegative();
+    void everyActionOfAnOutlineEntryIsListed();
     void checkTellsOfASealOnAPageThatDoesNotExist();
 
 private:
@@ -127,6 +128,33 @@ void TestToolFacts::largeIdentifiersAreNotNegative()
     for (const char* kind : {"bookmarks", "annotations", "tags"})
         QVERIFY(!RunTool({QStringLiteral("list"), QString::fromLatin1(kind), path}).out.contains('-'));
     QVERIFY(RunTool({QStringLiteral("list"), QStringLiteral("tags"), path}).out.contains("4294967295:2147483648"));
+}
+
+void TestToolFacts::everyActionOfAnOutlineEntryIsListed()
+{
+    const QByteArray actions[] = {"<ofd:Movie ResourceID=\"3\"/>", "<ofd:URI URI=\"http://a.example/\"/>",
+                                  "<ofd:Goto><ofd:Dest Type=\"Fit\" PageID=\"2\"/></ofd:Goto>",
+                                  "<ofd:GotoA AttachID=\"7\"/>", "<ofd:Dance/>"};
+    QByteArray list;
+    for (const QByteArray& action : actions)
+        list += "<ofd:Action Event=\"CLICK\">" + action + "</ofd:Action>";
+    const OfdFile file =
+        OfdFile::WithPages(2).Tail("<ofd:Outlines><ofd:OutlineElem Title=\"a\"><ofd:Actions>" + list +
+                                   "</ofd:Actions></ofd:OutlineElem><ofd:OutlineElem Title=\"b\"/></ofd:Outlines>");
+    const QString path = Write(file);
+    const QJsonObject entry = FirstItem(QStringLiteral("outline"), path);
+    QCOMPARE(entry[QStringLiteral("uri")].toString(), QStringLiteral("http://a.example/"));
+    QVERIFY(!entry.contains(QStringLiteral("page"))); // the second one that leads somewhere
+    const QJsonArray listed = entry[QStringLiteral("actions")].toArray();
+    QStringList kinds;
+    for (const QJsonValue& action : listed)
+        kinds.append(action.toObject()[QStringLiteral("kind")].toString());
+    QCOMPARE(kinds, (QStringList{"movie", "uri", "goto", "attachment", "other"}));
+    QCOMPARE(listed.at(1).toObject()[QStringLiteral("uri")].toString(), QStringLiteral("http://a.example/"));
+    QCOMPARE(listed.at(2).toObject()[QStringLiteral("page")].toInt(), 2);
+    QCOMPARE(listed.at(3).toObject()[QStringLiteral("attachment")].toInt(), 7);
+    const ToolRun lines = RunTool({QStringLiteral("list"), QStringLiteral("outline"), path});
+    QCOMPARE(lines.out, QByteArray("a\tmovie\thttp://a.example/\tpage 2\tattachment 7\tother\nb\t\n"));
 }
 
 void TestToolFacts::checkTellsOfASealOnAPageThatDoesNotExist()
