@@ -18,6 +18,20 @@ namespace {
 
 constexpr double ClipLetterCost = 20'000; // as a part of one outline, which is walked again and again
 
+// The letter with its contours running as those of lines do that Qt draws around outlines: where both lie, neither
+// takes away from the other.
+QPainterPath AlongItsLine(const QPainterPath& letter)
+{
+    double area = 0; // twice; positive for what runs clockwise on the screen
+    for (int i = 1; i < letter.elementCount(); ++i) {
+        const QPainterPath::Element from = letter.elementAt(i - 1);
+        const QPainterPath::Element to = letter.elementAt(i);
+        if (!to.isMoveTo())
+            area += from.x * to.y - to.x * from.y;
+    }
+    return area < 0 ? letter.toReversed() : letter;
+}
+
 // Each glyph is a path of its own where the paint covers what it overlaps: the rasterizer's time grows with the square
 // of what crosses a row of pixels. Translucent glyphs are one path, since overlaps would show.
 void AddOutline(QVector<QPainterPath>& outlines, QPainterPath&& glyph, bool isCovering)
@@ -30,7 +44,7 @@ void AddOutline(QVector<QPainterPath>& outlines, QPainterPath&& glyph, bool isCo
         outlines.append(QPainterPath());
         outlines.first().setFillRule(Qt::WindingFill);
     }
-    outlines.first().addPath(glyph);
+    outlines.first().addPath(AlongItsLine(glyph));
 }
 
 // Uniting takes the square of what there is to unite: large shapes are laid over each other.
@@ -41,6 +55,15 @@ QPainterPath UnitedIfSmall(const QPainterPath& shape, const QPainterPath& more)
     QPainterPath both = shape;
     both.addPath(more);
     return both;
+}
+
+QPainterPath LineAround(const QPainterPath& letters, const QPen& pen, double pixelsPerUnit)
+{
+    QPainterPathStroker stroker(pen);
+    stroker.setCurveThreshold(0.25 / pixelsPerUnit);
+    QPainterPath line = stroker.createStroke(letters);
+    line.setFillRule(Qt::WindingFill);
+    return line;
 }
 
 double CountLetters(const TextObject& object)
@@ -107,11 +130,19 @@ void ContentPainter::FillGlyphs(const TextLayout& layout, const TextObject& obje
             AddOutline(outlines, glyph.toObject.map(glyph.face->OutlineOf(glyph.glyph)), isCovering);
         extraWeight = glyph.extraWeight;
     }
+    const QPen extraPen(Qt::black, extraWeight);
+    const bool isOneShape = isFilled && extraWeight > 0 && !isCovering;
     for (const QPainterPath& outline : qAsConst(outlines)) {
+        if (isOneShape) {
+            QPainterPath shape = LineAround(outline, extraPen, ScaleOf(painter->worldTransform()));
+            shape.addPath(outline);
+            FillShape(shape, object.fillPaint, around);
+            continue;
+        }
         if (isFilled)
             FillShape(outline, object.fillPaint, around);
         if (isFilled && extraWeight > 0)
-            StrokeWith(QPen(Qt::black, extraWeight), extraWeight, outline, object.fillPaint, around);
+            StrokeWith(extraPen, extraWeight, outline, object.fillPaint, around);
     }
     for (const QPainterPath& outline : qAsConst(outlines)) {
         if (isStroked)
@@ -131,17 +162,14 @@ QPainterPath ContentPainter::OutlineOf(const Clip& clip, const Resources& resour
         const TextLayout layout = LayOutText(*part.text, resources, *package, store.GetFonts());
         for (const PlacedGlyph& glyph : layout.glyphs) {
             if (glyph.face)
-                letters.addPath(glyph.toObject.map(glyph.face->OutlineOf(glyph.glyph)));
+                letters.addPath(AlongItsLine(glyph.toObject.map(glyph.face->OutlineOf(glyph.glyph))));
         }
         QPainterPath shape;
-        if (part.text->isStroked) {
-            QPainterPathStroker stroker(PenOf(part.text->stroke, letters));
-            stroker.setCurveThreshold(0.25 / ScaleOf(painter->worldTransform()));
-            shape = stroker.createStroke(letters);
-            shape.setFillRule(Qt::WindingFill);
-        }
+        if (part.text->isStroked)
+            shape = LineAround(letters, PenOf(part.text->stroke, letters), ScaleOf(painter->worldTransform()));
         if (part.text->isFilled)
-            shape = shape.isEmpty() ? letters : UnitedIfSmall(shape, letters);
+            shape.addPath(letters);
+        shape.setFillRule(Qt::WindingFill);
         const QPainterPath placed = part.toContainer.map(shape);
         if (all.isEmpty())
             all.setFillRule(Qt::WindingFill);

@@ -6,11 +6,14 @@
 #include <ofd/text/installed_fonts.h>
 #include <samples/block_font.h>
 #include <samples/block_font_kinds.h>
-#include <tests/ofd/document/ofd_file.h>
+#include <tests/ofd/document/page_painting.h>
 #include <tests/support/test_main.h>
 
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <algorithm>
+#include <cmath>
 
 using ofd::FontFace;
 
@@ -34,6 +37,10 @@ private slots:
     void everyCharacterFindsAFaceThatHasIt();
     void weightsPickTheFace();
     void aFaceThatTheSystemLeansOrThickensIsLeanedAndThickenedHere();
+    void translucentLettersMadeBolderAreOneShape_data();
+    void translucentLettersMadeBolderAreOneShape();
+    void clipsOfManyLettersTakeInTheirLines_data();
+    void clipsOfManyLettersTakeInTheirLines();
     void missingFontsAreReplacedByWhatLooksLikeThem_data();
     void missingFontsAreReplacedByWhatLooksLikeThem();
 };
@@ -41,6 +48,37 @@ private slots:
 namespace {
 
 const QStringList BlockName = {QStringLiteral("Block Sample")};
+
+// A page with these objects, for which font 10 is embedded.
+QImage PaintWith(const QByteArray& font, const QByteArray& objects)
+{
+    OfdFile file = OfdFile::WithPage(objects);
+    file.Resources("<ofd:Fonts><ofd:Font ID=\"10\" FontName=\"Block Sample\"><ofd:FontFile>font.dat</ofd:FontFile>"
+                   "</ofd:Font></ofd:Fonts>");
+    file.Set(QStringLiteral("Doc_0/Res/font.dat"), font);
+    return PaintFile(file);
+}
+
+// Fonts of both kinds of outlines, which run around letters in different directions.
+void AddOutlineKinds()
+{
+    QTest::addColumn<QByteArray>("font");
+    QTest::newRow("TrueType") << samples::BlockTrueType();
+    QTest::newRow("CFF") << samples::BlockCff();
+}
+
+// The largest difference of two pictures, once the ink of the first is thinned.
+int FarthestLevels(const QImage& ink, double share, const QImage& other)
+{
+    double farthest = 0;
+    for (int y = 0; y < ink.height(); ++y) {
+        for (int x = 0; x < ink.width(); ++x) {
+            const double expected = 255 - (255 - qGray(ink.pixel(x, y))) * share;
+            farthest = std::max(farthest, std::abs(expected - qGray(other.pixel(x, y))));
+        }
+    }
+    return int(farthest);
+}
 
 quint32 Glyph(char letter)
 {
@@ -271,6 +309,46 @@ void TestOfdFonts::aFaceThatTheSystemLeansOrThickensIsLeanedAndThickenedHere()
     ofd::FontStore fonts;
     QVERIFY(fonts.GetFont(*package, &font, 400, true).needsSlanting);
     QVERIFY(!fonts.GetFont(*package, &font, 400, false).needsSlanting);
+}
+
+void TestOfdFonts::translucentLettersMadeBolderAreOneShape_data()
+{
+    AddOutlineKinds();
+}
+
+void TestOfdFonts::translucentLettersMadeBolderAreOneShape()
+{
+    QFETCH(QByteArray, font);
+    const auto letters = [&font](const QByteArray& alpha) {
+        return PaintWith(font, TextObject("Size=\"40\" Weight=\"700\" Boundary=\"10 10 80 80\"",
+                                          "<ofd:FillColor Value=\"0 0 0\" Alpha=\"" + alpha +
+                                              "\"/><ofd:TextCode X=\"5\" Y=\"50\" DeltaX=\"30\">LI</ofd:TextCode>"));
+    };
+    const QImage opaque = letters("255");
+    QVERIFY(InkBox(opaque).height() > 28); // seven tenths of the size and the line around it
+    QVERIFY(FarthestLevels(opaque, 128 / 255.0, letters("128")) <= 30);
+}
+
+void TestOfdFonts::clipsOfManyLettersTakeInTheirLines_data()
+{
+    AddOutlineKinds();
+}
+
+void TestOfdFonts::clipsOfManyLettersTakeInTheirLines()
+{
+    QFETCH(QByteArray, font);
+    const QByteArray how = "Size=\"12\" Stroke=\"true\" LineWidth=\"1.2\" ";
+    const QByteArray code = "<ofd:TextCode X=\"5\" Y=\"50\" DeltaX=\"g 19 4\">BBBBBBBBBBBBBBBBBBBB</ofd:TextCode>";
+    const QImage letters =
+        PaintWith(font, TextObject(how + "Boundary=\"0 0 100 100\"", "<ofd:StrokeColor Value=\"0 0 0\"/>" + code));
+    const QImage clipped = PaintWith(
+        font, "<ofd:PathObject ID=\"1\" Boundary=\"0 0 100 100\" Fill=\"true\" Stroke=\"false\"><ofd:Clips><ofd:Clip>"
+              "<ofd:Area><ofd:Text Font=\"10\" Boundary=\"0 0 100 100\" " +
+                  how + ">" + code +
+                  "</ofd:Text></ofd:Area></ofd:Clip></ofd:Clips><ofd:FillColor Value=\"0 0 0\"/><ofd:AbbreviatedData>"
+                  "M 0 0 L 100 0 L 100 100 L 0 100 C</ofd:AbbreviatedData></ofd:PathObject>");
+    QVERIFY(InkBox(letters).width() > 70);
+    QVERIFY(FarthestLevels(letters, 1, clipped) <= 60);
 }
 
 void TestOfdFonts::missingFontsAreReplacedByWhatLooksLikeThem_data()
