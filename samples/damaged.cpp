@@ -42,10 +42,7 @@ QByteArray OtherFormat()
 
 QByteArray EncryptedBit()
 {
-    RawZip zip(Plain());
-    for (RawEntry& entry : zip.entries)
-        entry.localFlags = entry.centralFlags = 1;
-    return zip.Bytes();
+    return WithChangedEntries(Plain(), [](RawEntry& entry) { entry.localFlags = entry.centralFlags = 1; });
 }
 
 QByteArray NoEntryPart()
@@ -121,15 +118,12 @@ QByteArray Bomb()
 
 QByteArray BombUnderstated()
 {
-    Package package = Plain();
-    RawZip zip(package);
-    for (RawEntry& entry : zip.entries) {
+    return WithChangedEntries(Plain(), [](RawEntry& entry) {
         if (QString::fromUtf8(entry.name) != kSecondPage)
-            continue;
+            return;
         entry.declaredSize = entry.data.size();
         entry.data = BombPart(entry.data);
-    }
-    return zip.Bytes();
+    });
 }
 
 QByteArray DeepXml()

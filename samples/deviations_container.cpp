@@ -50,10 +50,7 @@ QByteArray WithFolders(const Package& package)
 
 QByteArray WithUtf8Flag(const Package& package)
 {
-    RawZip zip(package);
-    for (RawEntry& entry : zip.entries)
-        entry.localFlags = entry.centralFlags = kUtf8Flag;
-    return zip.Bytes();
+    return WithChangedEntries(package, [](RawEntry& entry) { entry.localFlags = entry.centralFlags = kUtf8Flag; });
 }
 
 QByteArray WithUnflaggedNames(const Package& package)
@@ -63,26 +60,19 @@ QByteArray WithUnflaggedNames(const Package& package)
 
 QByteArray WithDescriptors(const Package& package)
 {
-    RawZip zip(package);
-    for (RawEntry& entry : zip.entries)
-        entry.hasDescriptor = true;
-    return zip.Bytes();
+    return WithChangedEntries(package, [](RawEntry& entry) { entry.hasDescriptor = true; });
 }
 
 QByteArray WithOtherLocalFlags(const Package& package)
 {
-    RawZip zip(package);
-    for (RawEntry& entry : zip.entries)
+    return WithChangedEntries(package, [](RawEntry& entry) {
         entry.localFlags = kUtf8Flag | 0x0002; // and a hint of how hard the compressor tried
-    return zip.Bytes();
+    });
 }
 
 QByteArray WithLocalZip64(const Package& package)
 {
-    RawZip zip(package);
-    for (RawEntry& entry : zip.entries)
-        entry.hasLocalZip64 = true;
-    return zip.Bytes();
+    return WithChangedEntries(package, [](RawEntry& entry) { entry.hasLocalZip64 = true; });
 }
 
 QByteArray WithComment(const Package& package)
@@ -94,29 +84,20 @@ QByteArray WithComment(const Package& package)
 
 QByteArray WithFileTimes(const Package& package)
 {
-    RawZip zip(package);
     // Block 0x000A of 32 bytes: four reserved, attribute 1 of 24 bytes, three times.
     const QByteArray times =
         QByteArray::fromHex("0a00200000000000010018000000a1b2c3d4da010000a1b2c3d4da010000a1b2c3d4da01");
-    for (RawEntry& entry : zip.entries)
-        entry.extra = times;
-    return zip.Bytes();
+    return WithChangedEntries(package, [&](RawEntry& entry) { entry.extra = times; });
 }
 
 QByteArray WithStoredParts(const Package& package)
 {
-    RawZip zip(package);
-    for (RawEntry& entry : zip.entries)
-        entry.isStored = true;
-    return zip.Bytes();
+    return WithChangedEntries(package, [](RawEntry& entry) { entry.isStored = true; });
 }
 
 QByteArray WithBackslashes(const Package& package)
 {
-    RawZip zip(package);
-    for (RawEntry& entry : zip.entries)
-        entry.name.replace('/', '\\');
-    return zip.Bytes();
+    return WithChangedEntries(package, [](RawEntry& entry) { entry.name.replace('/', '\\'); });
 }
 
 QByteArray WithLeadingSlashes(const Package& package)
@@ -142,11 +123,10 @@ QByteArray WithDuplicateNames(const Package& package)
 
 QByteArray WithOtherCaseOfEntry(const Package& package)
 {
-    RawZip zip(package);
-    for (RawEntry& entry : zip.entries)
+    return WithChangedEntries(package, [](RawEntry& entry) {
         if (entry.name == kEntryPart.toUtf8())
             entry.name = "ofd.XML";
-    return zip.Bytes();
+    });
 }
 
 constexpr const char* kGroup = "Container";

@@ -26,20 +26,15 @@ QByteArray WithNamesOfTwoReadings(const Package& package)
     named.Replace(kAttachmentList, "note.txt", QByteArray("说明.txt"));
     named.Rename(kTagFile, QString::fromUtf8("Doc_0/Tags/标签.xml"));
     named.Replace(kTagList, "Sample.xml", QByteArray("标签.xml"));
-    RawZip zip(named);
-    for (RawEntry& entry : zip.entries) {
+    return WithChangedEntries(named, [](RawEntry& entry) {
         entry.name = InGb18030(QString::fromUtf8(entry.name));
         entry.localFlags = entry.centralFlags = 0;
-    }
-    return zip.Bytes();
+    });
 }
 
 QByteArray WithDoubledSlashes(const Package& package)
 {
-    RawZip zip(package);
-    for (RawEntry& entry : zip.entries)
-        entry.name.replace("Doc_0/", "Doc_0//");
-    return zip.Bytes();
+    return WithChangedEntries(package, [](RawEntry& entry) { entry.name.replace("Doc_0/", "Doc_0//"); });
 }
 
 void EscapedReferences(Package& package)

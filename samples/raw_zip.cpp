@@ -1,5 +1,7 @@
 #include "raw_zip.h"
 
+#include <algorithm>
+
 #include <zlib.h>
 
 namespace samples {
@@ -80,6 +82,13 @@ void WriteCentral(Writer& out, const RawEntry& entry, const Packed& packed)
 }
 
 } // namespace
+
+QByteArray WithChangedEntries(const Package& package, const std::function<void(RawEntry&)>& change)
+{
+    RawZip zip(package);
+    std::for_each(zip.entries.begin(), zip.entries.end(), change);
+    return zip.Bytes();
+}
 
 QByteArray Deflated(const QByteArray& data)
 {

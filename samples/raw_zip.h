@@ -2,6 +2,8 @@
 
 #include "package.h"
 
+#include <functional>
+
 namespace samples {
 
 // One entry as it is written, oddities included.
@@ -31,6 +33,9 @@ public:
 
     QByteArray Bytes() const;
 };
+
+// The package as a zip each of whose entries was changed.
+QByteArray WithChangedEntries(const Package& package, const std::function<void(RawEntry&)>& change);
 
 // Compressed with deflate, without wrapping.
 QByteArray Deflated(const QByteArray& data);
