@@ -46,7 +46,8 @@ struct OfdDocument::Private
     struct SavePlan
     {
         PackageChanges changes;
-        QVector<AttachmentEntry> attachments; // with their new places; empty when they did not change
+        bool areAttachmentsWritten = false;   // else they did not change
+        QVector<AttachmentEntry> attachments; // with their new places
         QString attachmentsPart;
         QStringList tagParts; // of each tree; empty when tags did not change
         QString customTagsPart;
@@ -76,7 +77,6 @@ struct OfdDocument::Private
     std::unique_ptr<XmlPart> documentPart;            // as in the file; for reading trees and for edits
     mutable std::unique_ptr<SignedParts> signedParts; // null until asked for
     std::unique_ptr<AttachmentTable> attachments;
-    QString attachmentsPart; // empty when the document has no list in a part of its own
     std::unique_ptr<OfdPageRenderer> renderer;
     std::unique_ptr<OfdTextSource> textSource;
     std::vector<std::unique_ptr<OfdPage>> pages; // null until asked for

@@ -105,13 +105,14 @@ bool OfdDocument::Private::MayAddTo(const QString& listPart) const
 
 bool OfdDocument::Private::CollectAttachments(SavePlan& plan, XmlEdit& edit, PackageError& error) const
 {
-    plan.attachmentsPart = attachmentsPart;
+    plan.attachmentsPart = attachments->GetListPart();
     if (!attachments->IsChanged())
         return true;
     const std::shared_ptr<const Package> package = store->GetPackage();
-    AttachmentWriter writer(*package, *documentPart, edit, Structure().documentFolder, attachmentsPart);
+    AttachmentWriter writer(*package, *documentPart, edit, Structure().documentFolder, plan.attachmentsPart);
     if (!writer.Write(attachments->GetEntries(), plan.changes, error))
         return false;
+    plan.areAttachmentsWritten = true;
     plan.attachments = writer.GetWritten();
     plan.attachmentsPart = writer.GetListPart();
     plan.highestNewId = std::max(plan.highestNewId, writer.GetHighestNewId());
@@ -230,10 +231,8 @@ void OfdDocument::Private::AdoptSaved(std::unique_ptr<Package> saved, const Save
     emptiedAnnotParts = plan.emptiedAnnotParts;
     store->ReplacePackage(package);
     path = target;
-    if (attachments->IsChanged()) {
-        attachments->AdoptSaved(plan.attachments);
-        attachmentsPart = plan.attachmentsPart;
-    }
+    if (plan.areAttachmentsWritten)
+        attachments->AdoptSaved(plan.attachments, plan.attachmentsPart);
     if (plan.changes.GetChanges().contains(documentPart->GetName())) {
         std::unique_ptr<XmlPart> document = LoadDocumentPart(*package, documentPart->GetName());
         if (!document)

@@ -74,12 +74,12 @@ OpenResult OfdDocument::Open(const QString& path, bool readOnly)
     }
     data->isReadOnly = readOnly || !CanBeReplaced(data->path);
     data->documentPart = std::move(parts.document);
-    data->attachments = std::make_unique<AttachmentTable>(
-        ReadAttachments(*package, parts.structure, data->documentPart->GetRoot()), [d = data.get()](int above) {
-            const std::shared_ptr<const Package> current = d->store->GetPackage();
-            return d->store->GetUnitIds().Take(*current, above);
-        });
-    data->attachmentsPart = parts.structure.attachmentsPart;
+    data->attachments =
+        std::make_unique<AttachmentTable>(ReadAttachments(*package, parts.structure, data->documentPart->GetRoot()),
+                                          parts.structure.attachmentsPart, [d = data.get()](int above) {
+                                              const std::shared_ptr<const Package> current = d->store->GetPackage();
+                                              return d->store->GetUnitIds().Take(*current, above);
+                                          });
     data->customTagsPart = parts.structure.customTagsPart;
     data->pages.resize(size_t(parts.structure.pages.size()));
     data->store = std::make_shared<DocumentStore>(std::move(package), std::move(parts.structure), std::move(problems));
@@ -399,15 +399,16 @@ G_AttachmentInfo OfdDocument::GetAttachment(int index)
 
 bool OfdDocument::WriteAttachment(int index, ICA_StreamWriter* writer)
 {
-    const ProblemScope scope(d->store->GetProblems(), d->attachmentsPart);
-    return d->attachments->Write(index, *d->store->GetPackage(), writer);
+    const ProblemScope scope(d->store->GetProblems(), d->attachments->GetListPart());
+    return d->attachments->Write(
+        index, [this] { return d->store->GetPackage(); }, writer);
 }
 
 bool OfdDocument::AddAttachment(ICA_StreamReader* reader, bool isBigFile, const char* title, const char* format,
                                 const char* name, const char*, int)
 {
     const std::unique_ptr<ICA_StreamReader> owned(reader);
-    if (!d->MayAddTo(d->attachmentsPart))
+    if (!d->MayAddTo(d->attachments->GetListPart()))
         return false;
     const QString shown = QString::fromUtf8(title ? title : name);
     G_AttachmentInfo info;

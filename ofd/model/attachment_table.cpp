@@ -4,6 +4,7 @@
 #include <ofd/package/package.h>
 
 #include <QDir>
+#include <QHash>
 #include <QIODevice>
 
 #include <algorithm>
@@ -69,11 +70,18 @@ std::shared_ptr<QTemporaryFile> Spool(ICA_StreamReader* reader)
 
 } // namespace
 
-AttachmentTable::AttachmentTable(QVector<AttachmentEntry> entriesIn, NewId newIdIn)
+AttachmentTable::AttachmentTable(QVector<AttachmentEntry> entriesIn, const QString& listPart, NewId newIdIn)
     : entries(std::move(entriesIn))
+    , listPart(listPart)
     , savedCount(entries.size())
     , newId(std::move(newIdIn))
 {
+}
+
+QString AttachmentTable::GetListPart() const
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    return listPart;
 }
 
 int AttachmentTable::HighestId() const
@@ -107,7 +115,7 @@ G_AttachmentInfo AttachmentTable::GetInfo(int index) const
     return entries.value(index).info;
 }
 
-bool AttachmentTable::Write(int index, const Package& package, ICA_StreamWriter* writer) const
+bool AttachmentTable::Write(int index, const PackageNow& packageNow, ICA_StreamWriter* writer) const
 {
     AttachmentEntry entry;
     {
@@ -123,7 +131,7 @@ bool AttachmentTable::Write(int index, const Package& package, ICA_StreamWriter*
         isWritten = CopyFile(entry.file->fileName(), writer);
     } else if (!entry.part.isEmpty()) {
         WriterDevice device(writer);
-        isWritten = !package.ReadTo(entry.part, device);
+        isWritten = !packageNow()->ReadTo(entry.part, device);
     }
     if (!isWritten)
         writer->Abandon();
@@ -168,17 +176,22 @@ QVector<AttachmentEntry> AttachmentTable::GetEntries() const
     return entries;
 }
 
-void AttachmentTable::AdoptSaved(const QVector<AttachmentEntry>& savedEntries)
+void AttachmentTable::AdoptSaved(const QVector<AttachmentEntry>& savedEntries, const QString& newListPart)
 {
     const std::lock_guard<std::mutex> lock(mutex);
-    for (const AttachmentEntry& saved : savedEntries) {
-        for (AttachmentEntry& entry : entries) {
-            if (entry.info.id == saved.info.id)
-                entry = saved;
-        }
+    QHash<int, int> places; // of the saved ones, by id
+    for (int i = 0; i < savedEntries.size(); ++i)
+        places.insert(savedEntries.at(i).info.id, i);
+    for (AttachmentEntry& entry : entries) {
+        const auto place = places.constFind(entry.info.id);
+        if (place == places.constEnd())
+            continue;
+        entry = savedEntries.at(*place);
+        places.erase(place);
     }
+    listPart = newListPart;
     savedCount = savedEntries.size();
-    hasRemoved = false;
+    hasRemoved = !places.isEmpty(); // by another thread, while the file was written
 }
 
 } // namespace ofd

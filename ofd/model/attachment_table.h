@@ -33,28 +33,35 @@ class AttachmentTable
 public:
     // Gives an identifier above the one it is called with that nothing else in the document has. Any thread.
     using NewId = std::function<int(int above)>;
+    using PackageNow = std::function<std::shared_ptr<const Package>()>;
 
-    AttachmentTable(QVector<AttachmentEntry> entries, NewId newId);
+    // `listPart` names them; empty when none does.
+    AttachmentTable(QVector<AttachmentEntry> entries, const QString& listPart, NewId newId);
+
+    // The part with the list; empty when the document has no list in a part of its own.
+    QString GetListPart() const;
 
     int GetCount() const;
     int GetIndexById(int id) const;
     // A default value when out of range.
     G_AttachmentInfo GetInfo(int index) const;
-    bool Write(int index, const Package& package, ICA_StreamWriter* writer) const;
+    // `packageNow` is asked behind the lock: a save gives a new package first, and then the entries their parts in it.
+    bool Write(int index, const PackageNow& packageNow, ICA_StreamWriter* writer) const;
     // Copies the bytes to a private file first; false, and nothing added, when they cannot be read.
     bool AddFrom(ICA_StreamReader* reader, G_AttachmentInfo info, bool isBig);
     bool Remove(int index);
     // Differs from what the file holds.
     bool IsChanged() const;
     QVector<AttachmentEntry> GetEntries() const;
-    // The file now holds these entries, each with its part and place.
-    void AdoptSaved(const QVector<AttachmentEntry>& savedEntries);
+    // The file now holds these entries, each with its part and place, in that list.
+    void AdoptSaved(const QVector<AttachmentEntry>& savedEntries, const QString& newListPart);
 
 private:
     int HighestId() const;
 
     mutable std::mutex mutex;
     QVector<AttachmentEntry> entries;
+    QString listPart;
     int savedCount;
     const NewId newId;
     bool hasRemoved = false;

@@ -1,6 +1,7 @@
 #include "saving_desk.h"
 
 #include <frame/base/converters.h>
+#include <ofd/model/attachment_table.h>
 #include <ofd/package/byte_source.h>
 #include <ofd/package/package.h>
 #include <ofd/package/zip_records.h>
@@ -11,6 +12,9 @@
 #include <QRegularExpression>
 #include <QSet>
 #include <QtTest>
+
+#include <atomic>
+#include <thread>
 
 #include <sys/resource.h>
 
@@ -37,6 +41,13 @@ bool Add(IG_Document& document, const QByteArray& bytes, const char* name, const
          bool isBig = false)
 {
     return document.AddAttachment(new BytesReader(bytes), isBig, name, format, name, format, 0);
+}
+
+// Empty when they cannot be read.
+QByteArray BytesOfAttachment(IG_Document& document, int index)
+{
+    BytesWriter bytes;
+    return document.WriteAttachment(index, &bytes) ? bytes.bytes : QByteArray();
 }
 
 QByteArray RandomBytes(int count)
@@ -119,10 +130,60 @@ private slots:
     void dataIsPackedOnlyWhenThatHelps();
     void bigDataNeedsLittleMemory();
     void savesFollowEachOther();
+    void whatOtherThreadsChangeDuringASaveIsStillUnsaved();
+    void threadsMayAddAndReadWhileTheFileIsSaved();
 
 private:
     std::unique_ptr<SavingDesk> desk;
 };
+
+void TestSaveAttachments::whatOtherThreadsChangeDuringASaveIsStillUnsaved()
+{
+    ofd::AttachmentEntry first;
+    first.info.id = 1;
+    first.ordinal = 0;
+    ofd::AttachmentEntry second = first;
+    second.info.id = 2;
+    second.ordinal = 1;
+    ofd::AttachmentTable table({first, second}, ListPart, [](int above) { return above + 1; });
+    const QVector<ofd::AttachmentEntry> written = table.GetEntries();
+    QVERIFY(table.Remove(0));
+    BytesReader bytes("new");
+    QVERIFY(table.AddFrom(&bytes, G_AttachmentInfo(), false));
+    table.AdoptSaved(written, QStringLiteral("Doc_0/Other.xml"));
+    QVERIFY(table.IsChanged()); // one is to go, one to be added
+    QCOMPARE(table.GetListPart(), QStringLiteral("Doc_0/Other.xml"));
+    table.AdoptSaved(table.GetEntries(), ListPart);
+    QVERIFY(!table.IsChanged());
+}
+
+void TestSaveAttachments::threadsMayAddAndReadWhileTheFileIsSaved()
+{
+    constexpr int added = 30;
+    const QString path = OfdFile::WithPages(1).Write(desk->Path(QStringLiteral("a.ofd"))); // its list is made by a save
+    const auto document = desk->Open(path);
+    std::atomic<bool> isDone = false;
+    std::atomic<int> wrong = 0;
+    std::thread thread([&] {
+        for (int i = 0; i < added; ++i) {
+            wrong += !Add(*document, QByteArray::number(i), "one");
+            wrong += BytesOfAttachment(*document, i / 2) != QByteArray::number(i / 2);
+        }
+        isDone = true;
+    });
+    bool isSaved = true;
+    while (!isDone)
+        isSaved = document->Save() && isSaved;
+    thread.join();
+    QCOMPARE(wrong.load(), 0);
+    QVERIFY(isSaved);
+    QVERIFY(document->Save());
+    QVERIFY(!document->IsModified());
+    const auto again = desk->Open(path);
+    QCOMPARE(again->GetAttachmentCount(), added);
+    for (int i = 0; i < added; ++i)
+        QCOMPARE(BytesOfAttachment(*again, i), QByteArray::number(i));
+}
 
 void TestSaveAttachments::anAddedOneJoinsTheList()
 {
