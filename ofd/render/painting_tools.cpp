@@ -2,6 +2,8 @@
 
 #include <ofd/package/limits.h>
 
+#include <QPainterPathStroker>
+
 #include <cmath>
 
 namespace ofd {
@@ -30,6 +32,15 @@ QRect VisiblePixels(const QPainter& painter)
     if (!painter.hasClipping())
         return all;
     return PixelsWithin(painter.worldTransform().mapRect(painter.clipBoundingRect()), all);
+}
+
+QPainterPath LineAround(const QPainterPath& outline, const QPen& pen, double pixelsPerUnit)
+{
+    QPainterPathStroker stroker(pen);
+    stroker.setCurveThreshold(0.25 / pixelsPerUnit);
+    QPainterPath line = stroker.createStroke(outline);
+    line.setFillRule(Qt::WindingFill);
+    return line;
 }
 
 QImage TransparentImage(const QSize& size)

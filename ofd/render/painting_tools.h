@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QPainterPath>
 #include <QTransform>
 
 namespace ofd {
@@ -15,6 +16,8 @@ bool IsUsable(const QTransform& transform);
 QRect PixelsWithin(const QRectF& rect, const QRect& others);
 // The pixels of the painter's device that its clip leaves.
 QRect VisiblePixels(const QPainter& painter);
+// What a line around the outline covers, fine enough where so many pixels are one unit of its space.
+QPainterPath LineAround(const QPainterPath& outline, const QPen& pen, double pixelsPerUnit);
 // A transparent picture; null without memory.
 QImage TransparentImage(const QSize& size);
 // As all pages are painted.

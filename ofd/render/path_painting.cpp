@@ -5,7 +5,6 @@
 
 #include <ofd/package/limits.h>
 
-#include <QPainterPathStroker>
 #include <QScopedValueRollback>
 
 #include <cmath>
@@ -155,11 +154,7 @@ void ContentPainter::StrokeWith(const QPen& pen, double width, const QPainterPat
             painter->strokePath(piece, colored);
         return;
     }
-    QPainterPathStroker stroker(pen);
-    stroker.setCurveThreshold(0.25 / ScaleOf(painter->worldTransform()));
-    QPainterPath line = stroker.createStroke(outline);
-    line.setFillRule(Qt::WindingFill);
-    FillShape(line, paint, around);
+    FillShape(LineAround(outline, pen, ScaleOf(painter->worldTransform())), paint, around);
 }
 
 void ContentPainter::PaintPath(const PathObject& object, const Around& around)

@@ -10,8 +10,6 @@
 #include <ofd/text/font_store.h>
 #include <ofd/text/glyph_layout.h>
 
-#include <QPainterPathStroker>
-
 namespace ofd {
 
 namespace {
@@ -55,15 +53,6 @@ QPainterPath UnitedIfSmall(const QPainterPath& shape, const QPainterPath& more)
     QPainterPath both = shape;
     both.addPath(more);
     return both;
-}
-
-QPainterPath LineAround(const QPainterPath& letters, const QPen& pen, double pixelsPerUnit)
-{
-    QPainterPathStroker stroker(pen);
-    stroker.setCurveThreshold(0.25 / pixelsPerUnit);
-    QPainterPath line = stroker.createStroke(letters);
-    line.setFillRule(Qt::WindingFill);
-    return line;
 }
 
 double CountLetters(const TextObject& object)
