@@ -8,6 +8,7 @@
 #include <reader/properties_dialog.h>
 
 #include <frame/view/doc_view.h>
+#include <ofd/ofd_document.h>
 
 #include <QAbstractButton>
 #include <QAction>
@@ -19,6 +20,7 @@
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QTextEdit>
 #include <QTranslator>
 #include <QtTest>
@@ -115,6 +117,7 @@ private slots:
     void everythingHasANameAndFitsTheScreen();
     void theActionFollowsTheDocument();
     void inChineseAllOfItIsChinese();
+    void inChineseTheReasonsOfFilesThatDoNotOpenAreChinese();
     void theDialogLooksAsItShould();
 };
 
@@ -441,6 +444,28 @@ void TestReaderProperties::inChineseAllOfItIsChinese()
     QCOMPARE(desk.Said(QString::fromUtf8("当前页面尺寸")), QString::fromUtf8("100 × 100 毫米"));
     Screens::SaveScreen(desk.Dialog(), "properties-chinese");
     QCoreApplication::removeTranslator(&chinese);
+}
+
+void TestReaderProperties::inChineseTheReasonsOfFilesThatDoNotOpenAreChinese()
+{
+    QTranslator chinese;
+    QVERIFY(chinese.load(qEnvironmentVariable("TETO_BIN") + "/languages/tetobaisfla_zh_CN.qm"));
+    QCoreApplication::installTranslator(&chinese);
+    const QTemporaryDir folder;
+    const QString path = OfdFile::WithPages(0).Write(folder.filePath("pages.ofd"));
+    const QByteArray whole = BytesOf(OfdFile::WithPages(1).Write(folder.filePath("whole.ofd")));
+    QStringList reasons{ofd::OfdDocument::Open(path).error};
+    for (const QByteArray& bytes : {QByteArray(), QByteArray("text "), whole.left(whole.size() - 30)}) {
+        QFile file(folder.filePath("broken.ofd"));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        file.close();
+        reasons << ofd::OfdDocument::Open(file.fileName()).error;
+    }
+    QCoreApplication::removeTranslator(&chinese);
+    QCOMPARE(reasons.removeDuplicates(), 0); // each tells its own
+    for (QString& reason : reasons)
+        QVERIFY2(!reason.remove("OFD").contains(QRegularExpression("[A-Za-z]{2}")) && reason.size() > 3,
+                 qPrintable(reason));
 }
 
 void TestReaderProperties::theDialogLooksAsItShould()
