@@ -98,6 +98,19 @@ double MmError(const QSizeF& points, const QSizeF& mm)
     return qMax(qAbs(points.width() / PointsPerMm - mm.width()), qAbs(points.height() / PointsPerMm - mm.height()));
 }
 
+// Whether the file's pages are these, in mm; the first that differs is told.
+bool HasSheets(const PdfFile& pdf, const QList<QSizeF>& sheets, double toleranceMm)
+{
+    for (int i = 0; i < sheets.size() && i < pdf.pageSizes.size(); ++i) {
+        if (MmError(pdf.pageSizes.at(i), sheets.at(i)) < toleranceMm)
+            continue;
+        qWarning() << "page" << i << "measures" << pdf.pageSizes.at(i) / PointsPerMm << "mm in place of"
+                   << sheets.at(i);
+        return false;
+    }
+    return pdf.pageSizes.size() == sheets.size();
+}
+
 } // namespace
 
 // Printing, by way of a printer that writes PDF files.
@@ -145,20 +158,14 @@ void TestReaderPrint::eachPageGetsASheetOfItsOwnSize()
 {
     PrintDesk desk(WithAreas({"0 0 210 140", "0 0 60 90", "0 0 297 420"}));
     const PdfFile pdf = desk.Print(desk.Printer(), PrintSize::OwnSheet);
-    QCOMPARE(pdf.pageSizes.size(), 3);
-    QVERIFY(MmError(pdf.pageSizes.at(0), QSizeF(210, 140)) < 0.5);
-    QVERIFY(MmError(pdf.pageSizes.at(1), QSizeF(60, 90)) < 0.5);
-    QVERIFY(MmError(pdf.pageSizes.at(2), QSizeF(297, 420)) < 0.5);
+    QVERIFY(HasSheets(pdf, {{210, 140}, {60, 90}, {297, 420}}, 0.5));
 }
 
 void TestReaderPrint::thePaperTurnsToTheOrientationOfEachPage()
 {
     PrintDesk desk(WithAreas({"0 0 100 50", "0 0 50 100", "0 0 300 50"}));
     const PdfFile pdf = desk.Print(desk.Printer(), PrintSize::FitPaper);
-    QCOMPARE(pdf.pageSizes.size(), 3);
-    QVERIFY(MmError(pdf.pageSizes.at(0), QSizeF(297, 210)) < 1);
-    QVERIFY(MmError(pdf.pageSizes.at(1), QSizeF(210, 297)) < 1);
-    QVERIFY(MmError(pdf.pageSizes.at(2), QSizeF(297, 210)) < 1);
+    QVERIFY(HasSheets(pdf, {{297, 210}, {210, 297}, {297, 210}}, 1));
 }
 
 void TestReaderPrint::whatIsPrintedIsWhatIsSeen()
