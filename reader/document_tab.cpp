@@ -104,7 +104,7 @@ SaveOutcome DocumentTab::SaveAs(const QString& path)
 SaveOutcome DocumentTab::AfterSave(const SaveOutcome& outcome)
 {
     if (outcome.done) {
-        hasOffStackChange = false;
+        hasOffStackChange = isAskedReadOnly = false; // it is a file that was just written
         view->UndoStack()->setClean();
         RememberFile();
         emit DirtyChanged();

@@ -41,6 +41,12 @@ public:
     // Whether a save would make signatures invalid and the user was not asked yet. Agreeing holds as long as the tab.
     bool MustAskAboutSignatures() const { return !mayBreakSignatures && file->BreaksSignatures(); }
     void AllowBreakingSignatures() { mayBreakSignatures = true; }
+    // The file was changed while another tab was in front: told when this one comes there.
+    void SetUntoldChange(bool isUntold) { hasUntoldChange = isUntold; }
+    bool HasUntoldChange() const { return hasUntoldChange; }
+    // Whether who opened the document wanted it read-only; it holds when the file is reloaded.
+    bool IsAskedReadOnly() const { return isAskedReadOnly; }
+    void SetAskedReadOnly(bool isAsked) { isAskedReadOnly = isAsked; }
     // Whether the file on disk is still what was opened or saved.
     bool IsFileUnchanged() const;
 
@@ -82,4 +88,6 @@ private:
     bool isSettling = false;
     bool hasOffStackChange = false;
     bool mayBreakSignatures = false;
+    bool isAskedReadOnly = false;
+    bool hasUntoldChange = false;
 };

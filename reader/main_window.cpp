@@ -107,7 +107,7 @@ bool MainWindow::OpenFile(const QString& path, bool readOnly)
         ShowOpenError(path, outcome.error);
         return false;
     }
-    AddTab(std::move(outcome.file));
+    AddTab(std::move(outcome.file))->SetAskedReadOnly(readOnly);
     recentFiles->Add(QFileInfo(path).absoluteFilePath());
     return true;
 }
@@ -128,7 +128,7 @@ void MainWindow::OpenWhenFree(const QStringList& paths)
         OpenFile(path);
 }
 
-void MainWindow::AddTab(std::unique_ptr<DocumentFile> file)
+DocumentTab* MainWindow::AddTab(std::unique_ptr<DocumentFile> file)
 {
     auto tab = std::make_unique<DocumentTab>(std::move(file), context, nullptr);
     DocumentTab* added = tab.get();
@@ -146,6 +146,7 @@ void MainWindow::AddTab(std::unique_ptr<DocumentFile> file)
         context->ActionHandler()->FollowOpenActions(added->View()); // where the document wants to be opened
     RefreshWindow();                                                // two pages may have come back
     paneMaker->ViewOpened(added->View());
+    return added;
 }
 
 void MainWindow::WatchTab(DocumentTab* tab)
@@ -179,6 +180,8 @@ void MainWindow::OnTabChosen(int position)
         view->Widget()->setFocus();
     ShowCurrentPane();
     RefreshWindow();
+    if (view && tabs.at(position)->HasUntoldChange())
+        ShowFileChanged(tabs.at(position).get());
 }
 
 void MainWindow::OnTabMoved(int from, int to)
@@ -215,7 +218,7 @@ int MainWindow::PositionOfPath(const QString& path) const
 
 bool MainWindow::MayClose(DocumentTab* tab)
 {
-    if (!MayStopJobOf(tab))
+    if (!MayStopJobOf(tab, tr("Close")))
         return false;
     if (!tab->IsDirty())
         return true;
@@ -366,14 +369,15 @@ bool MainWindow::SaveTabCopy(DocumentTab* tab, const QString& path)
 bool MainWindow::ReloadTab(DocumentTab* tab)
 {
     const QString path = tab->Path();
-    OpenOutcome outcome = OpenDocumentFile(path, false);
+    const bool wasAskedReadOnly = tab->IsAskedReadOnly();
+    OpenOutcome outcome = OpenDocumentFile(path, wasAskedReadOnly);
     if (!outcome.file) {
         ShowOpenError(path, outcome.error);
         return false;
     }
     const int position = PositionOf(tab);
     RemoveTab(position);
-    AddTab(std::move(outcome.file));
+    AddTab(std::move(outcome.file))->SetAskedReadOnly(wasAskedReadOnly);
     tabBar->moveTab(TabCount() - 1, position);
     return true;
 }
@@ -381,7 +385,7 @@ bool MainWindow::ReloadTab(DocumentTab* tab)
 void MainWindow::ReloadCurrent()
 {
     DocumentTab* tab = CurrentTab();
-    if (!tab || context->IsModalRunning() || !MayStopJobOf(tab))
+    if (!tab || context->IsModalRunning() || !MayStopJobOf(tab, tr("Reload")))
         return;
     const QString text = tr("Discard your changes in %1?").arg(QFileInfo(tab->Path()).fileName());
     if (tab->IsDirty() && context->ShowQuestionBox(tr("Reload"), text, QMessageBox::Discard | QMessageBox::Cancel,

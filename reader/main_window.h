@@ -17,7 +17,6 @@ class PaneArea;
 class QAction;
 class QBoxLayout;
 class QFrame;
-class QLabel;
 class QMenu;
 class QPrinter;
 class QSplitter;
@@ -68,7 +67,8 @@ public:
     bool SaveTabAs(DocumentTab* tab, const QString& path);
     // Writes the document as it is now to another file; its tab stays with its own file.
     bool SaveTabCopy(DocumentTab* tab, const QString& path);
-    // Opens the tab's file anew, in its place. False, after a message, when that fails: the tab then stays as it is.
+    // Opens the tab's file anew, in its place, without a question about what is lost by that. False, after a message,
+    // when that fails: the tab then stays as it is.
     bool ReloadTab(DocumentTab* tab);
     // Begins to print on a printer that is set up, in the background; false, after a message with the reason, when the
     // document's rights do not allow it or other work is under way. A message tells when it fails later.
@@ -132,7 +132,7 @@ private:
     void ShowTool(const char* name);
     void UpdateToolActions();
     void FillRecentMenu();
-    void AddTab(std::unique_ptr<DocumentFile> file);
+    DocumentTab* AddTab(std::unique_ptr<DocumentFile> file);
     void WatchTab(DocumentTab* tab);
     void MakeCloseButton(DocumentTab* tab, int position);
     int PositionOf(const DocumentTab* tab) const;
@@ -153,8 +153,9 @@ private:
     void ShowFileChanged(DocumentTab* tab);
     // main_window_output.cpp
     void MakeJobBar();
+    bool MayStartJob();
     bool StartJob(DocumentTab* tab, const QString& title, const QString& text, const BackgroundJob::Work& work);
-    bool MayStopJobOf(const DocumentTab* tab);
+    bool MayStopJobOf(const DocumentTab* tab, const QString& title);
     bool IsRefused(const QString& title, const QString& reason);
     // main_window_place.cpp
     void RememberWindow();
@@ -182,7 +183,6 @@ private:
     QStackedWidget* viewStack = nullptr;
     Welcome* welcome = nullptr;
     QFrame* fileBar = nullptr;
-    QLabel* fileBarText = nullptr;
     FindBar* findBar = nullptr;
     StatusPanel* statusPanel = nullptr;
     QToolBar* toolBar = nullptr;

@@ -43,23 +43,28 @@ bool MainWindow::IsWorking() const
     return jobBar->IsBusy();
 }
 
+bool MainWindow::MayStartJob()
+{
+    if (jobBar->IsBusy())
+        ShowNote(tr("Wait for the work that is under way, or cancel it."));
+    return !jobBar->IsBusy();
+}
+
 bool MainWindow::StartJob(DocumentTab* tab, const QString& title, const QString& text, const BackgroundJob::Work& work)
 {
-    if (jobBar->IsBusy()) {
-        ShowNote(tr("Wait for the work that is under way, or cancel it."));
+    if (!MayStartJob())
         return false;
-    }
     jobTitle = title;
     jobBar->Start(tab, text, work);
     return true;
 }
 
-bool MainWindow::MayStopJobOf(const DocumentTab* tab)
+bool MainWindow::MayStopJobOf(const DocumentTab* tab, const QString& title)
 {
     if (!jobBar->IsBusyFor(tab))
         return true;
     const QString text = tr("%1 is still being printed or saved as a picture. Give that up?");
-    const int answer = context->ShowQuestionBox(tr("Close"), text.arg(QFileInfo(tab->Path()).fileName()),
+    const int answer = context->ShowQuestionBox(title, text.arg(QFileInfo(tab->Path()).fileName()),
                                                 QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
     return answer == QMessageBox::Yes;
 }
@@ -67,7 +72,7 @@ bool MainWindow::MayStopJobOf(const DocumentTab* tab)
 void MainWindow::Print()
 {
     DocumentTab* tab = CurrentTab();
-    if (!tab || IsRefused(tr("Print"), PrintRefusal(*tab->Document(), 1)))
+    if (!tab || !MayStartJob() || IsRefused(tr("Print"), PrintRefusal(*tab->Document(), 1)))
         return;
     auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
     printer->setOutputFileName(BesideFile(tab->Path(), QStringLiteral(".pdf")));
@@ -104,7 +109,7 @@ void MainWindow::SavePagePicture()
 {
     DocumentTab* tab = CurrentTab();
     const QString title = tr("Save Page as Picture");
-    if (!tab || IsRefused(title, PictureRefusal(*tab->Document())))
+    if (!tab || !MayStartJob() || IsRefused(title, PictureRefusal(*tab->Document())))
         return;
     const int page = tab->View()->CurrentPageIndex();
     const QString ending = QStringLiteral("-%1.png").arg(page + 1);

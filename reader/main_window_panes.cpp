@@ -209,7 +209,8 @@ void MainWindow::ShowNote(const QString& text)
 // A thin bar above the page, not a box: the file may change while the user is in the middle of something.
 void MainWindow::ShowFileChanged(DocumentTab* tab)
 {
-    if (tab != CurrentTab()) {
+    tab->SetUntoldChange(tab != CurrentTab());
+    if (tab->HasUntoldChange()) {
         ShowNote(tr("%1 was changed by another program.").arg(QFileInfo(tab->Path()).fileName()));
         return;
     }
@@ -218,15 +219,13 @@ void MainWindow::ShowFileChanged(DocumentTab* tab)
     auto* row = new QHBoxLayout(fileBar);
     fileBar->setStyleSheet(QStringLiteral("QFrame{background:#FFF6DF;}"));
     const bool isThere = QFileInfo::exists(tab->Path());
-    fileBarText = new QLabel(isThere ? tr("The file was changed by another program.")
-                                     : tr("The file was removed or renamed by another program."),
-                             fileBar);
-    row->addWidget(fileBarText, 1);
+    auto* text = new QLabel(isThere ? tr("The file was changed by another program.")
+                                    : tr("The file was removed or renamed by another program."),
+                            fileBar);
+    row->addWidget(text, 1);
     if (isThere) {
         auto* reload = new QPushButton(tr("Reload"), fileBar);
-        reload->setToolTip(tab->IsDirty() ? tr("Discards your changes") : QString());
-        connect(
-            reload, &QPushButton::clicked, tab, [this, tab] { ReloadTab(tab); }, Qt::QueuedConnection);
+        connect(reload, &QPushButton::clicked, this, &MainWindow::ReloadCurrent, Qt::QueuedConnection);
         row->addWidget(reload);
     }
     auto* ignore = new QPushButton(tr("Ignore"), fileBar);

@@ -626,10 +626,6 @@ A reader of fixed-layout documents.</source>
         <translation>重新加载</translation>
     </message>
     <message>
-        <source>Discards your changes</source>
-        <translation>将放弃您的更改</translation>
-    </message>
-    <message>
         <source>Ignore</source>
         <translation>忽略</translation>
     </message>

@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QStatusBar>
@@ -31,6 +32,17 @@ QAction* ActionOf(MainWindow* window, const QKeySequence& keys)
     for (QAction* action : actions) {
         if (action->shortcuts().contains(keys))
             return action;
+    }
+    return nullptr;
+}
+
+// One that is seen; null when there is none.
+QPushButton* ButtonOf(const MainWindow* window, const QString& text)
+{
+    const QList<QPushButton*> buttons = window->findChildren<QPushButton*>();
+    for (QPushButton* button : buttons) {
+        if (button->isVisible() && button->text() == text)
+            return button;
     }
     return nullptr;
 }
@@ -69,6 +81,9 @@ private slots:
     void tabsAreChosenInTurnByKeys();
     void reloadingKeepsTheTabsPlaceAndThePage();
     void reloadingAsksBeforeItDiscardsChanges();
+    void theButtonThatReloadsAsksBeforeItDiscardsChanges();
+    void aDocumentThatWasOpenedReadOnlyStaysSoWhenItIsReloaded();
+    void aChangeOfAFileIsToldWhenItsTabComesToTheFront();
     void aFileThatCannotBeReloadedKeepsItsTab();
     void aCopyLeavesTheTabAtItsFile();
     void aCopyOverTheDocumentItselfIsRefused();
@@ -312,6 +327,57 @@ void TestReaderPlaces::reloadingAsksBeforeItDiscardsChanges()
     QTest::keyClick(desk.View()->Widget(), Qt::Key_F5);
     QCOMPARE(desk.Window()->TabCount(), 1);
     QVERIFY(!desk.Window()->CurrentTab()->IsDirty());
+}
+
+void TestReaderPlaces::theButtonThatReloadsAsksBeforeItDiscardsChanges()
+{
+    ReaderDesk desk(false);
+    const QString path = LongFile(desk);
+    QVERIFY(desk.Window()->OpenFile(path));
+    const QPointer<DocumentTab> tab = desk.Window()->CurrentTab();
+    desk.View()->UndoStack()->push(new QUndoCommand);
+    OfdFile::WithPages(50).Write(path);
+    QTRY_VERIFY(ButtonOf(desk.Window(), "Reload"));
+    desk.Context()->Answer(QMessageBox::Cancel);
+    ButtonOf(desk.Window(), "Reload")->click();
+    QTRY_COMPARE(desk.Context()->PendingAnswers(), 0);
+    QCOMPARE(desk.Window()->CurrentTab(), tab.data());
+    QVERIFY(tab->IsDirty());
+    desk.Context()->Answer(QMessageBox::Discard);
+    ButtonOf(desk.Window(), "Reload")->click();
+    QTRY_VERIFY(!tab);
+    QCOMPARE(desk.View()->GDocument()->GetPageCount(), 50);
+    QVERIFY(!ButtonOf(desk.Window(), "Reload"));
+}
+
+void TestReaderPlaces::aDocumentThatWasOpenedReadOnlyStaysSoWhenItIsReloaded()
+{
+    ReaderDesk desk(false);
+    QVERIFY(desk.Window()->OpenFile(LongFile(desk), true));
+    QVERIFY(desk.Window()->ReloadTab(desk.Window()->CurrentTab()));
+    QVERIFY(desk.Window()->ReloadTab(desk.Window()->CurrentTab()));
+    QVERIFY(desk.View()->GDocument()->IsReadOnly());
+    QVERIFY(desk.Window()->OpenFile(LongFile(desk, "other.ofd")));
+    QVERIFY(desk.Window()->ReloadTab(desk.Window()->CurrentTab()));
+    QVERIFY(!desk.View()->GDocument()->IsReadOnly());
+}
+
+void TestReaderPlaces::aChangeOfAFileIsToldWhenItsTabComesToTheFront()
+{
+    ReaderDesk desk(false);
+    const QString path = LongFile(desk);
+    QVERIFY(desk.Window()->OpenFile(path));
+    QSignalSpy changed(desk.Window()->CurrentTab(), &DocumentTab::FileChangedOnDisk);
+    QVERIFY(desk.Window()->OpenFile(LongFile(desk, "other.ofd")));
+    OfdFile::WithPages(50).Write(path);
+    QTRY_VERIFY(!changed.isEmpty());
+    QVERIFY(!ButtonOf(desk.Window(), "Reload"));
+    desk.Window()->ActivateTab(0);
+    QVERIFY(ButtonOf(desk.Window(), "Reload"));
+    ButtonOf(desk.Window(), "Ignore")->click();
+    desk.Window()->ActivateTab(1);
+    desk.Window()->ActivateTab(0);
+    QVERIFY(!ButtonOf(desk.Window(), "Reload"));
 }
 
 void TestReaderPlaces::aFileThatCannotBeReloadedKeepsItsTab()

@@ -139,6 +139,8 @@ private slots:
     void aFolderThatIsNotThereIsTold();
     void aTabThatIsBeingPrintedAsksBeforeItCloses();
     void onlyOneDocumentIsPrintedAtATime();
+    void nothingIsAskedAboutPrintingWhileSomethingIsPrinted();
+    void aTabThatIsBeingPrintedAsksBeforeItIsReloaded();
 };
 
 void TestReaderPrint::threePagesOfTheRangeArePrinted()
@@ -399,6 +401,36 @@ void TestReaderPrint::onlyOneDocumentIsPrintedAtATime()
     QVERIFY(!desk.Window()->PrintTab(desk.Tab(), desk.Printer(), PrintSize::FitPaper));
     desk.PressCancel();
     QVERIFY(desk.WaitForTheEnd());
+}
+
+void TestReaderPrint::nothingIsAskedAboutPrintingWhileSomethingIsPrinted()
+{
+    PrintDesk desk(OfdFile::WithPages(3000));
+    int asked = 0;
+    desk.Context()->AnswerPrint([&](QPrinter*, int, PrintSize*) { return ++asked < 0; });
+    QVERIFY(desk.Window()->PrintTab(desk.Tab(), desk.Printer(), PrintSize::FitPaper));
+    desk.Window()->Print();
+    QCOMPARE(asked, 0);
+    desk.PressCancel();
+    QVERIFY(desk.WaitForTheEnd());
+    desk.Window()->Print();
+    QCOMPARE(asked, 1);
+}
+
+void TestReaderPrint::aTabThatIsBeingPrintedAsksBeforeItIsReloaded()
+{
+    PrintDesk desk(OfdFile::WithPages(3000));
+    QVERIFY(QTest::qWaitForWindowActive(desk.Window()));
+    QVERIFY(desk.Window()->PrintTab(desk.Tab(), desk.Printer(), PrintSize::FitPaper));
+    desk.Context()->Answer(QMessageBox::No);
+    QTest::keyClick(desk.Tab()->View()->Widget(), Qt::Key_F5);
+    QCOMPARE(desk.Context()->PendingAnswers(), 0);
+    QVERIFY(desk.Window()->IsWorking());
+    desk.Context()->Answer(QMessageBox::Yes);
+    QTest::keyClick(desk.Tab()->View()->Widget(), Qt::Key_F5);
+    QVERIFY(!desk.Window()->IsWorking());
+    QCOMPARE(desk.Window()->TabCount(), 1);
+    QVERIFY(!QFile::exists(desk.Path()));
 }
 
 TETO_TEST_MAIN(TestReaderPrint)

@@ -227,7 +227,8 @@ void TestReaderTabs::insteadOfBreakingSignaturesACopyIsSaved()
         auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
         if (!dialog)
             return;
-        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(copy);
+        const QString typed = QFileInfo(copy).path() + "/copy"; // the ending comes by itself
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(typed);
         QMetaObject::invokeMethod(dialog, "accept");
     });
     chooser.start(20);
