@@ -153,7 +153,7 @@ constexpr qint64 MaxLayerPixelsOnPage = 4'000'000'000;
 // What the objects of one page may ask of the painter, in units of about a nanosecond at 96 dpi: at least, for each
 // byte of the file, and at most. "The page asks for more painting than is done; not all of it is shown." A page of text
 // takes some millions, a map of 500,000 small shapes 2,000 millions.
-constexpr double PageWork = 3.5e9;
+constexpr double PageWork = 2.6e9;
 constexpr double PageWorkPerByte = 2000;
 constexpr double MaxPageWork = 120e9;
 // Pixels that a page is counted as at the most, however large it says it is.

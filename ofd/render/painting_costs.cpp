@@ -15,12 +15,13 @@ constexpr int FewElements = 8; // outlines of no more are taken for as long as t
 constexpr double ElementCost = 60;
 constexpr double StrokeElementCost = 400;
 constexpr double RowCost = 20;
-constexpr double EdgeRowCost = 30;      // a row that an edge crosses
-constexpr double CrossingCost = 25;     // the same for each other edge in that row
-constexpr double LongCrossingCost = 45; // and so much more when edges are long
+constexpr double EdgeRowCost = 30;       // a row that an edge crosses
+constexpr double CrossingCost = 25;      // the same for each other edge in that row
+constexpr double LongCrossingCost = 140; // and so much more when edges are long, being far apart in memory then
 constexpr double LongEdgeRows = 100;
 constexpr double FreeCrossings = 4; // as small shapes have
 constexpr double MostCrossings = 100;
+constexpr double MostCrossingsPerPixel = 0.25; // edges in the same pixel are one thing to search
 constexpr double ThinLinePx = 1.2;
 constexpr double ThinPixelCost = 40; // along a thin line, which needs no outline of its own
 constexpr double ClipEdgeCost = 2;
@@ -110,7 +111,8 @@ Measure MeasureOf(const QPainterPath& outline, const QTransform& toStandard, con
 // Edges are sorted into the rows that they cross, among those that are there.
 double EdgesCost(double rows, int elements, const QRectF& box)
 {
-    const double inRow = std::clamp(rows / std::max(1.0, box.height()) - FreeCrossings, 0.0, MostCrossings);
+    const double most = std::min(MostCrossings, box.width() * MostCrossingsPerPixel);
+    const double inRow = std::clamp(rows / std::max(1.0, box.height()) - FreeCrossings, 0.0, most);
     const double longShare = std::min(rows / std::max(1, elements) / LongEdgeRows, 1.0);
     return rows * (EdgeRowCost + (CrossingCost + LongCrossingCost * longShare) * inRow);
 }

@@ -1,4 +1,7 @@
 #include <ofd/ofd_document.h>
+#include <ofd/package/limits.h>
+#include <ofd/render/painting_costs.h>
+#include <ofd/render/painting_work.h>
 #include <tests/ofd/document/page_painting.h>
 #include <tests/support/test_main.h>
 
@@ -6,6 +9,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -68,6 +72,48 @@ private:
     std::shared_ptr<ofd::OfdDocument> document;
 };
 
+constexpr QSizeF Sheet(210, 297);
+
+// Where a whole sheet is painted, in standard pixels; outlines for it are in millimetres.
+ofd::WorkGround SheetGround(const ofd::PaintingWork& work)
+{
+    ofd::WorkGround ground;
+    ground.toStandard = QTransform::fromScale(work.GetPixelsPerMm(), work.GetPixelsPerMm());
+    ground.reach = work.GetPageRect();
+    return ground;
+}
+
+// Lines from edge to edge, in an order that goes to and fro across the sheet or a narrow part of it.
+QPainterPath StarOutline(int lines, double width)
+{
+    QPainterPath star(QPointF(0, 0));
+    for (int i = 0; i < lines; ++i)
+        star.lineTo(std::fmod(i * 37, width), i % 2 ? Sheet.height() : 0);
+    return star;
+}
+
+QPainterPath ThinWedges(int count)
+{
+    QPainterPath wedges;
+    for (int i = 0; i < count; ++i) {
+        const double x = i * (Sheet.width() - 1) / count;
+        wedges.moveTo(x, 0);
+        wedges.lineTo(x + 0.1, Sheet.height());
+        wedges.lineTo(x + 0.2, Sheet.height());
+        wedges.closeSubpath();
+    }
+    return wedges;
+}
+
+// How often a page of a small file may ask for so much.
+int TimesTaken(ofd::PaintingWork& work, double cost)
+{
+    int times = 0;
+    while (times < 10'000 && work.Take(cost))
+        ++times;
+    return times;
+}
+
 } // namespace
 
 // How much one page may ask of the painter.
@@ -80,6 +126,10 @@ private slots:
     void crossingLinesWithoutEndAreCutAndTold();
     void everyZoomAndEveryTileStopAtTheSameObject();
     void oneEnormousObjectIsLeftOutAloneAndTheRestIsPainted();
+    void wedgesFromEdgeToEdgeCountForWhatTheyTake();
+    void clipsOfCrossingLinesCountForWhatTheyTake();
+    void edgesInFewPixelsCountLessThanThoseAcrossTheSheet();
+    void aDenseGridOfThinLinesIsFarBelowWhatAPageMayAsk();
 };
 
 void TestPaintingWork::aPageOfVeryManySmallShapesIsPaintedWhole()
@@ -105,7 +155,7 @@ void TestPaintingWork::everyZoomAndEveryTileStopAtTheSameObject()
     QByteArray objects;
     for (int i = 0; i < 100; ++i)
         objects +=
-            Star(400) +
+            Star(200) +
             FilledSquare(0, 0, "Value=\"255 0 0\"").replace("0 0 20 20", "60 " + QByteArray::number(i) + " 10 1");
     OpenPage page(objects);
     const auto marksIn = [](const QImage& image, double pixelsPerMm, int left) {
@@ -128,6 +178,57 @@ void TestPaintingWork::oneEnormousObjectIsLeftOutAloneAndTheRestIsPainted()
     QCOMPARE(ColourAt(image, 80, 80), QColor(Qt::red));
     QCOMPARE(ColourAt(image, 25, 50), QColor(Qt::white));
     QVERIFY(page.IsCut());
+}
+
+// Two hundred wedges take seconds, fifty a third of one.
+void TestPaintingWork::wedgesFromEdgeToEdgeCountForWhatTheyTake()
+{
+    ofd::PaintingWork work(Sheet, 8000);
+    const ofd::WorkGround ground = SheetGround(work);
+    QCOMPARE(TimesTaken(work, ofd::FillCost(ThinWedges(200), QTransform(), ground, ofd::OpaquePixel)), 0);
+    QVERIFY(!work.IsExhausted()); // left out alone
+    const int times = TimesTaken(work, ofd::FillCost(ThinWedges(50), QTransform(), ground, ofd::OpaquePixel));
+    QVERIFY2(times >= 1 && times <= 4, qPrintable(QString::number(times)));
+}
+
+// A clip of a hundred lines across the sheet takes most of a second, one of ten a hundredth.
+void TestPaintingWork::clipsOfCrossingLinesCountForWhatTheyTake()
+{
+    const auto clipped = [](int lines) {
+        ofd::PaintingWork work(Sheet, 20'000);
+        const ofd::WorkGround ground = SheetGround(work);
+        return TimesTaken(work, [&] {
+            ofd::WorkGround inside = ground;
+            return ofd::ClipCost(StarOutline(lines, Sheet.width()), QTransform(), inside);
+        }());
+    };
+    QCOMPARE(clipped(200), 0);
+    QCOMPARE(clipped(100), 1);
+    const int often = clipped(10);
+    QVERIFY2(often >= 50 && often <= 250, qPrintable(QString::number(often)));
+}
+
+void TestPaintingWork::edgesInFewPixelsCountLessThanThoseAcrossTheSheet()
+{
+    const ofd::PaintingWork work(Sheet, 8000);
+    const auto cost = [ground = SheetGround(work)](double width) {
+        return ofd::FillCost(StarOutline(200, width), QTransform(), ground, ofd::OpaquePixel);
+    };
+    QVERIFY(cost(20) * 4 < cost(210));
+}
+
+void TestPaintingWork::aDenseGridOfThinLinesIsFarBelowWhatAPageMayAsk()
+{
+    const ofd::PaintingWork work(Sheet, 8000);
+    QPainterPath grid;
+    for (int mm = 0; mm < 297; ++mm) {
+        grid.moveTo(0, mm);
+        grid.lineTo(Sheet.width(), mm);
+        grid.moveTo(std::min(mm, 210), 0);
+        grid.lineTo(std::min(mm, 210), Sheet.height());
+    }
+    QVERIFY(ofd::StrokeCost(grid, 0.1, 0, QTransform(), SheetGround(work), ofd::OpaquePixel) <
+            ofd::limits::PageWork / 50);
 }
 
 TETO_TEST_MAIN(TestPaintingWork)
