@@ -4,21 +4,13 @@
 #include "print_dialog.h"
 
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QInputDialog>
-#include <QRegularExpression>
 
 namespace {
 
 constexpr int LeastDotsPerInch = 36;
 constexpr int MostDotsPerInch = 1200;
 constexpr int UsualDotsPerInch = 150;
-
-// The first ending that a filter of file names tells; empty for one that lets all files pass.
-QString EndingOf(const QString& filter)
-{
-    return QRegularExpression(QStringLiteral("\\*\\.(\\w+)")).match(filter).captured(1);
-}
 
 } // namespace
 
@@ -41,15 +33,8 @@ bool ReaderContext::AskHowToPrint(QPrinter* printer, int pageCount, PrintSize* s
 QString ReaderContext::AskSavePath(const QString& title, const QString& path, const QString& filter)
 {
     const G_ModalScope modal(this);
-    const QFileInfo proposed(path);
-    QFileDialog dialog(DialogParent(), title, proposed.path(), filter);
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(EndingOf(dialog.selectedNameFilter())); // for names that are typed without one
-    connect(&dialog, &QFileDialog::filterSelected, &dialog,
-            [&dialog](const QString& chosen) { dialog.setDefaultSuffix(EndingOf(chosen)); });
-    dialog.selectFile(proposed.fileName());
-    const bool isChosen = dialog.exec() == QDialog::Accepted;
-    return isChosen && modal.IsSameView() ? dialog.selectedFiles().value(0) : QString();
+    const QString chosen = QFileDialog::getSaveFileName(DialogParent(), title, path, filter);
+    return modal.IsSameView() ? chosen : QString();
 }
 
 int ReaderContext::AskDotsPerInch(const QString& title)

@@ -227,8 +227,7 @@ void TestReaderTabs::insteadOfBreakingSignaturesACopyIsSaved()
         auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
         if (!dialog)
             return;
-        const QString typed = QFileInfo(copy).path() + "/copy"; // the ending comes by itself
-        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(typed);
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(copy);
         QMetaObject::invokeMethod(dialog, "accept");
     });
     chooser.start(20);
