@@ -111,15 +111,22 @@ void DocumentSearch::Restart()
     beginPage = qBound(0, beginPage, qMax(0, pageCount - 1));
     isSearching = !search.IsEmpty() && pageCount > 0;
     if (reader)
-        reader->SetDigest([search = search](int page, const std::shared_ptr<const IG_ReadText>& text) {
-            return SearchText(search, page, *text);
-        });
+        ReadAnew();
     if (isSearching)
         timer.start();
     else
         timer.stop();
     view->UpdateView();
     emit Changed();
+}
+
+// What was read ahead is dropped: it is of another query or of text that was shown then.
+void DocumentSearch::ReadAnew()
+{
+    shownText = document->ShownTextRevision();
+    reader->SetDigest([search = search](int page, const std::shared_ptr<const IG_ReadText>& text) {
+        return SearchText(search, page, *text);
+    });
 }
 
 void DocumentSearch::SearchSome()
@@ -176,6 +183,8 @@ bool DocumentSearch::ResultOf(int page, PageResult* result)
         result->isReadable = true;
         return true;
     }
+    if (shownText != document->ShownTextRevision())
+        ReadAnew();
     const std::shared_ptr<const void> found = reader->Take(page);
     if (!found) {
         WantResults();

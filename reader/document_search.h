@@ -60,6 +60,7 @@ private:
     using PageMatches = QVector<QList<CCA_GRect>>;
 
     void Restart();
+    void ReadAnew();
     void RememberWhereToBegin();
     void SearchSome();
     // What a page has, as it comes from the thread that searches.
@@ -93,6 +94,7 @@ private:
     std::unique_ptr<G_TextReader> reader; // null when the document is read on the main thread
     QTimer timer;                         // fires while pages are left to search, and one is at hand
     QMap<int, PageMatches> found;
+    int shownText = 0; // the document's revision of what is read ahead
     int count = 0;
     int pageCount = 0;
     int beginPage = 0;

@@ -2,6 +2,7 @@
 
 #include <tests/support/test_main.h>
 
+#include <frame/document/ig_document.h>
 #include <frame/operation/event_manager.h>
 
 #include <QClipboard>
@@ -36,6 +37,7 @@ private slots:
     void closingTheWindowDuringASearchIsSafe();
     void editsAndUndoDoNotDisturb();
     void changedPagesAreSearchedAnew();
+    void whatIsShownDuringASearchIsFoundByTheNextOne();
     void aTextThatIsFoundTooOftenIsCut();
     void copyGivesAllOfASelectionThatIsStillBeingRead();
 };
@@ -193,6 +195,23 @@ void TestReaderFindLong::changedPagesAreSearchedAnew()
     QVERIFY(desk.Search()->IsSearching());
     desk.Wait();
     QCOMPARE(desk.Search()->MatchCount(), 3);
+}
+
+void TestReaderFindLong::whatIsShownDuringASearchIsFoundByTheNextOne()
+{
+    FindDesk desk(LongDocument());
+    IG_Page* page = desk.View()->GDocument()->GetPage(10);
+    QVERIFY(page && page->Load());
+    page->GetLayerAt(0)->SetVisible(false);
+    desk.PressFind();
+    desk.Box()->setText("absent");
+    QTRY_VERIFY(desk.Search()->IsSearching());
+    QCoreApplication::processEvents();
+    QThread::msleep(200); // the next pages are read ahead, this one without its text
+    page->GetLayerAt(0)->SetVisible(true);
+    desk.Wait();
+    desk.Find("page 10 of");
+    QCOMPARE(desk.State(), QString("1 of 1"));
 }
 
 void TestReaderFindLong::aTextThatIsFoundTooOftenIsCut()
