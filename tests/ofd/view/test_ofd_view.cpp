@@ -15,6 +15,7 @@
 
 #include <QBuffer>
 #include <QPainter>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -74,6 +75,18 @@ QByteArray HeavyPage()
                    "</ofd:AbbreviatedData></ofd:PathObject>";
     }
     return objects;
+}
+
+// A file of that page. A large file may ask for more painting than a small one: noise that nothing packs makes it
+// large, so that all of the page is painted.
+QString HeavyFile(const QTemporaryDir& folder)
+{
+    QVector<quint32> noise(2'000'000);
+    QRandomGenerator random(20261121);
+    random.fillRange(noise.data(), noise.size());
+    const QByteArray bytes(reinterpret_cast<const char*>(noise.constData()), noise.size() * int(sizeof(quint32)));
+    const QString path = folder.filePath(QStringLiteral("heavy.ofd"));
+    return OfdFile::WithPage(HeavyPage()).Set(QStringLiteral("Doc_0/Noise.bin"), bytes).Write(path);
 }
 
 class TestOfdView : public QObject
@@ -170,7 +183,7 @@ void TestOfdView::tilesOfAPageAreTheWholePageInPieces()
 void TestOfdView::aLongPaintingTellsWhatIsThereAndCanBeGivenUp()
 {
     const QTemporaryDir folder;
-    const QString path = OfdFile::WithPage(HeavyPage()).Write(folder.filePath(QStringLiteral("heavy.ofd")));
+    const QString path = HeavyFile(folder);
     const ofd::OpenResult opened = ofd::OfdDocument::Open(path);
     QVERIFY(opened);
     G_RenderRequest request;
@@ -193,7 +206,7 @@ void TestOfdView::aLongPaintingTellsWhatIsThereAndCanBeGivenUp()
 void TestOfdView::aPageForWhichMemoryRunsOutIsAnEmptySheetThatTells()
 {
     const QTemporaryDir folder;
-    const QString path = OfdFile::WithPage(HeavyPage()).Write(folder.filePath(QStringLiteral("heavy.ofd")));
+    const QString path = HeavyFile(folder);
     const ofd::OpenResult opened = ofd::OfdDocument::Open(path);
     QVERIFY(opened);
     G_RenderRequest request;
@@ -210,7 +223,7 @@ void TestOfdView::aPageForWhichMemoryRunsOutIsAnEmptySheetThatTells()
 void TestOfdView::aHeavyPageShowsItsFirstObjectsInTheView()
 {
     const QTemporaryDir folder;
-    const QString path = OfdFile::WithPage(HeavyPage()).Write(folder.filePath(QStringLiteral("heavy.ofd")));
+    const QString path = HeavyFile(folder);
     OpenView file(path);
     file.view->SetZoom(300, false);
     QSignalSpy painted(file.view.get(), &G_DocView::FirstPagePainted);
