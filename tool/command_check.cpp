@@ -98,6 +98,15 @@ OVJson JsonOf(const ofd::Problem& problem)
     return item;
 }
 
+// A sentence that names the part of the problem need not do so behind its place.
+QString SentenceOf(const ofd::Problem& problem)
+{
+    QString text = problem.text;
+    if (!problem.part.isEmpty())
+        text.replace(QStringLiteral("The part \"%1\"").arg(problem.part), QStringLiteral("The part"));
+    return text;
+}
+
 QString LineOf(const ofd::Problem& problem)
 {
     QString place = problem.part.isEmpty() ? QStringLiteral("-") : problem.part;
@@ -105,9 +114,10 @@ QString LineOf(const ofd::Problem& problem)
         place += QStringLiteral(" object %1").arg(quint32(problem.objectId));
     if (problem.offset >= 0)
         place += QStringLiteral(" byte %1").arg(problem.offset);
-    QString line = QStringLiteral("%1\t%2\t%3\t%4")
-                       .arg(IsProblem(problem) ? QStringLiteral("problem") : QStringLiteral("info"),
-                            QString::fromLatin1(ofd::WordOf(problem.kind)), OneLine(place), OneLine(problem.text));
+    QString line =
+        QStringLiteral("%1\t%2\t%3\t%4")
+            .arg(IsProblem(problem) ? QStringLiteral("problem") : QStringLiteral("info"),
+                 QString::fromLatin1(ofd::WordOf(problem.kind)), OneLine(place), OneLine(SentenceOf(problem)));
     if (problem.more > 0)
         line += QStringLiteral(" … and %1 more").arg(problem.more);
     return line;

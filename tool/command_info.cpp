@@ -83,7 +83,7 @@ void SetVersion(OVJson& json, const ofd::VersionFacts& version)
     json.SetBool("isNewestVersion", version.isNewest);
 }
 
-void SetFlags(OVJson& json, const ofd::DocumentFacts& facts, bool mayEdit)
+void SetFlags(OVJson& json, const ofd::DocumentFacts& facts, ofd::OfdDocument& document)
 {
     const ofd::Permissions& permissions = facts.permissions;
     json.SetBool("hasPermissions", permissions.exist);
@@ -91,9 +91,12 @@ void SetFlags(OVJson& json, const ofd::DocumentFacts& facts, bool mayEdit)
         json.SetString("validFrom", permissions.validFrom.toString(Qt::ISODate));
     if (permissions.validUntil.isValid())
         json.SetString("validUntil", permissions.validUntil.toString(Qt::ISODate));
-    json.SetBool("mayEdit", mayEdit);
-    json.SetBool("mayAnnotate", facts.permissions.annotate);
-    json.SetBool("mayExport", facts.permissions.exportContent);
+    json.SetBool("mayEdit", document.CheckRight(true));
+    json.SetBool("mayAnnotate", permissions.annotate);
+    json.SetBool("mayExport", permissions.exportContent);
+    json.SetBool("mayPrint", document.MayPrint());
+    if (permissions.copies >= 0)
+        json.SetInt("mostCopies", permissions.copies);
     json.SetBool("isSigned", facts.isSigned);
     json.SetBool("areSignaturesVerified", false); // seals are shown; whether a signature holds is not looked at
     json.SetBool("isEncrypted", facts.isEncrypted);
@@ -114,7 +117,7 @@ OVJson Facts(const QString& path, ofd::OfdDocument& document)
     json.SetInt("bookmarks", CountNodes(document.GetBookmarkRoot()));
     json.SetInt("tags", CountTags(document));
     json.SetInt("attachments", facts.attachments);
-    SetFlags(json, facts, document.CheckRight(true));
+    SetFlags(json, facts, document);
     return json;
 }
 

@@ -56,11 +56,14 @@ int RunText(const ToolCall& call)
         first = last = *page;
     }
     bool hasText = false;
+    bool isWhole = true;
     OVJson answer;
     answer.SetString("file", call.arguments.at(0));
     OVJson pages = answer.AddArray("pages");
     for (int i = first; i <= last && !call.output.HasFailed(); ++i) {
-        const QStringList lines = LinesOf(*document, i).value_or(QStringList());
+        const std::optional<QStringList> read = LinesOf(*document, i);
+        const QStringList lines = read.value_or(QStringList());
+        isWhole &= read.has_value();
         hasText |= !lines.isEmpty();
         if (call.WantsJson()) {
             pages.Append(JsonOf(i, lines));
@@ -72,5 +75,5 @@ int RunText(const ToolCall& call)
     }
     if (call.WantsJson())
         call.output.Json(answer);
-    return hasText ? ExitFine : ExitFound;
+    return hasText && isWhole ? ExitFine : ExitFound;
 }

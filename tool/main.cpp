@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <memory>
+#include <new>
 
 namespace {
 
@@ -17,10 +18,9 @@ QString Usage()
         text += QStringLiteral("  %1 %2\n      %3\n")
                     .arg(QString::fromLatin1(command.name), QString::fromLatin1(command.synopsis),
                          QString::fromLatin1(command.summary));
-    text +=
-        QStringLiteral("\ntetotool COMMAND --help tells the options of a command. Each takes --json.\n"
-                       "Exit codes: 0 fine; 1 nothing found, or (check) problems; 2 the document cannot be opened;\n"
-                       "3 something cannot be written; 64 wrong usage.\n");
+    text += QStringLiteral("\ntetotool COMMAND --help tells the options of a command. Each takes --json.\n"
+                           "Exit codes: 0 fine; 1 nothing found, something that cannot be read, or (check) problems;\n"
+                           "2 the document cannot be opened; 3 something cannot be written; 64 wrong usage.\n");
     return text;
 }
 
@@ -67,6 +67,16 @@ int RunTool(const QStringList& arguments, Output& output)
                               : QStringLiteral("There is no command \"%1\"; tetotool --help lists them.").arg(first));
 }
 
+int RunWithinMemory(const QStringList& arguments, Output& output)
+{
+    try {
+        return RunTool(arguments, output);
+    } catch (const std::bad_alloc&) {
+        TellError(QStringLiteral("There is not enough memory for this document."));
+        return ExitCannotOpen;
+    }
+}
+
 // The libraries' own remarks are for developers; what is wrong with a file is what `check` tells, with its place.
 void DropMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
 {
@@ -94,6 +104,6 @@ int main(int argc, char** argv)
     qInstallMessageHandler(DropMessage);
     const std::unique_ptr<QCoreApplication> application = MakeApplication(argc, argv);
     Output output;
-    const int code = RunTool(QCoreApplication::arguments(), output);
+    const int code = RunWithinMemory(QCoreApplication::arguments(), output);
     return output.Finish() ? code : ExitCannotWrite;
 }

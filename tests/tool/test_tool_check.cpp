@@ -95,6 +95,7 @@ private slots:
     void damageOfAPartThatNothingRefersToIsFound();
     void manyProblemsOfOneKindAreCounted();
     void linesTellTheSameAsJson();
+    void aLineNamesItsPartOnce();
 
 private:
     static void ListSamples(const QString& folder);
@@ -250,6 +251,22 @@ void TestToolCheck::linesTellTheSameAsJson()
         QCOMPARE(fields.at(1), problems.at(i).toObject()["kind"].toString());
         QVERIFY(fields.at(3).startsWith(problems.at(i).toObject()["text"].toString()));
     }
+}
+
+void TestToolCheck::aLineNamesItsPartOnce()
+{
+    const QString path = SamplePath(QStringLiteral("damaged/deep_xml"));
+    const QStringList lines = RunTool({"check", path}).Lines();
+    int named = 0;
+    for (const QString& line : lines) {
+        const int count = line.count(QStringLiteral("Doc_0/Pages/Page_1/Content.xml"));
+        QVERIFY2(count <= 1, qPrintable(line));
+        named += count;
+    }
+    QCOMPARE(named, 2); // the part that cannot be read, and the page that fails for it
+    // In JSON a sentence says all by itself.
+    const QString text = ProblemsOf(RunTool({"check", path, "--json"}), "bad-xml").first()["text"].toString();
+    QVERIFY2(text.contains(QStringLiteral("\"Doc_0/Pages/Page_1/Content.xml\"")), qPrintable(text));
 }
 
 TETO_TEST_MAIN(TestToolCheck)

@@ -53,6 +53,7 @@ private slots:
     void aListOfNothingEndsWithOne();
     void textComesPageByPage();
     void textOfAPageWithoutAnyEndsWithOne();
+    void textThatIsNotWholeEndsWithOne();
     void aTextIsFoundOnItsPages();
     void caseAndWholeWordsCount();
     void aTextThatIsNowhereEndsWithOne();
@@ -315,6 +316,16 @@ void TestToolCommands::textOfAPageWithoutAnyEndsWithOne()
     const ToolRun run = RunTool({QStringLiteral("text"), path});
     QCOMPARE(run.exitCode, 1);
     QCOMPARE(run.out, QByteArray("\f"));
+}
+
+void TestToolCommands::textThatIsNotWholeEndsWithOne()
+{
+    const QString path = SamplePath(QStringLiteral("damaged/deep_xml")); // its second page cannot be read
+    const ToolRun whole = RunTool({QStringLiteral("text"), path});
+    QCOMPARE(whole.exitCode, 1);
+    QVERIFY(whole.out.split('\f').first().size() > 1); // what can be read comes
+    QCOMPARE(whole.errors, QByteArray("tetotool: Page 2 cannot be read; its text is left out.\n"));
+    QCOMPARE(RunTool({QStringLiteral("text"), path, QStringLiteral("--page"), QStringLiteral("1")}).exitCode, 0);
 }
 
 void TestToolCommands::aTextIsFoundOnItsPages()

@@ -51,6 +51,8 @@ private slots:
     void infoTellsWhichVersionIsRead();
     void outsideOfItsPeriodADocumentMayNotBeEdited_data();
     void outsideOfItsPeriodADocumentMayNotBeEdited();
+    void infoTellsWhoMayPrintHowMuch_data();
+    void infoTellsWhoMayPrintHowMuch();
     void largeIdentifiersAreNotNegative();
     void everyActionOfAnOutlineEntryIsListed();
     void checkTellsOfASealOnAPageThatDoesNotExist();
@@ -113,6 +115,36 @@ void TestToolFacts::outsideOfItsPeriodADocumentMayNotBeEdited()
     QCOMPARE(info["mayExport"].toBool(false), true);
     QCOMPARE(info["validFrom"].toString(), day(firstDay));
     QCOMPARE(info["validUntil"].toString(), day(lastDay));
+}
+
+void TestToolFacts::infoTellsWhoMayPrintHowMuch_data()
+{
+    QTest::addColumn<QByteArray>("permissions");
+    QTest::addColumn<bool>("mayPrint");
+    QTest::addColumn<int>("mostCopies"); // negative: none is told
+    const auto row = [](const char* name, const char* print, bool mayPrint, int mostCopies) {
+        QTest::newRow(name) << QByteArray("<ofd:Permissions>") + print + "</ofd:Permissions>" << mayPrint << mostCopies;
+    };
+    QTest::newRow("no permissions") << QByteArray() << true << -1;
+    row("nothing said of it", "<ofd:Edit>true</ofd:Edit>", true, -1);
+    row("any number", "<ofd:Print Printable=\"true\"/>", true, -1);
+    row("some", "<ofd:Print Printable=\"true\" Copies=\"3\"/>", true, 3);
+    row("none", "<ofd:Print Printable=\"true\" Copies=\"0\"/>", false, 0);
+    row("forbidden", "<ofd:Print Printable=\"false\" Copies=\"3\"/>", false, 3);
+}
+
+void TestToolFacts::infoTellsWhoMayPrintHowMuch()
+{
+    QFETCH(const QByteArray, permissions);
+    QFETCH(const bool, mayPrint);
+    QFETCH(const int, mostCopies);
+    const QString path = Write(OfdFile::WithPages(1).Tail(permissions));
+    const QJsonObject info = Info(path);
+    QCOMPARE(info["mayPrint"].toBool(!mayPrint), mayPrint);
+    QCOMPARE(info["mostCopies"].toInt(-1), mostCopies);
+    const QStringList lines = RunTool({QStringLiteral("info"), path}).Lines();
+    QVERIFY(lines.contains(mayPrint ? QStringLiteral("mayPrint: yes") : QStringLiteral("mayPrint: no")));
+    QCOMPARE(lines.contains(QStringLiteral("mostCopies: %1").arg(mostCopies)), mostCopies >= 0);
 }
 
 void TestToolFacts::largeIdentifiersAreNotNegative()
