@@ -25,7 +25,8 @@ constexpr qint64 RatioFreeBytes = qint64(1) << 20;
 constexpr qint64 MaxTrailingBytes = qint64(1) << 20;
 // A seal's picture may be a package of its own; that one's seals are not followed. Quietly.
 constexpr int MaxNestedPackages = 1;
-// Seals: what is read of one, how its data are nested, and how many a document shows.
+// Seals: what is read of one, how many elements of its data are looked at (again and again, where their ends are not
+// told), how they are nested, and how many a document shows.
 constexpr qint64 MaxSealBytes = qint64(32) << 20;
 constexpr int MaxSealElements = 100'000;
 constexpr int MaxSealDepth = 32;

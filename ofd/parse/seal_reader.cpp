@@ -42,28 +42,50 @@ int NumberOf(const QByteArray& bytes, const DerElement& element)
     return number;
 }
 
-// The picture block, when the stretch begins as one: word, bytes, number, number.
-std::optional<SealPicture> PictureAt(const QByteArray& bytes, const DerElement& sequence)
+// The content of a string of octets, also of one that comes in pieces; nothing of anything else.
+std::optional<QByteArray> OctetsOf(const QByteArray& bytes, const DerElement& element, int& elementsLeft)
 {
-    DerReader reader(bytes, sequence.begin, sequence.end);
+    if (element.tag == der::OctetString)
+        return bytes.mid(int(element.begin), int(element.end - element.begin));
+    if (element.tag != der::OctetPieces)
+        return std::nullopt;
+    QByteArray octets;
+    DerReader reader(bytes, element.begin, element.end, elementsLeft);
+    for (DerElement piece; reader.Next(piece);) {
+        if (piece.tag != der::OctetString)
+            return std::nullopt;
+        octets.append(bytes.constData() + piece.begin, int(piece.end - piece.begin));
+    }
+    return reader.IsAtEnd() ? std::optional<QByteArray>(octets) : std::nullopt;
+}
+
+// The picture block, when the stretch begins as one: word, bytes, number, number.
+std::optional<SealPicture> PictureAt(const QByteArray& bytes, const DerElement& sequence, int& elementsLeft)
+{
+    DerReader reader(bytes, sequence.begin, sequence.end, elementsLeft);
     DerElement type, data, width, height;
-    if (!reader.Next(type) || !IsWord(type) || !reader.Next(data) || data.tag != der::OctetString ||
-        !reader.Next(width) || width.tag != der::Integer || !reader.Next(height) || height.tag != der::Integer)
+    if (!reader.Next(type) || !IsWord(type) || !reader.Next(data) || !reader.Next(width) || width.tag != der::Integer ||
+        !reader.Next(height) || height.tag != der::Integer)
+        return std::nullopt;
+    const std::optional<QByteArray> octets = OctetsOf(bytes, data, elementsLeft);
+    if (!octets)
         return std::nullopt;
     SealPicture picture;
     picture.type = QString::fromLatin1(bytes.mid(int(type.begin), int(type.end - type.begin))).trimmed().toLower();
-    picture.bytes = bytes.mid(int(data.begin), int(data.end - data.begin));
+    picture.bytes = *octets;
     picture.widthMm = NumberOf(bytes, width);
     picture.heightMm = NumberOf(bytes, height);
     return picture;
 }
 
 // Whether bytes that are a plain string of octets hold an encoded sequence and nothing else.
-bool HoldsSequence(const QByteArray& bytes, const DerElement& element)
+bool HoldsSequence(const QByteArray& bytes, const DerElement& element, int& elementsLeft)
 {
-    DerReader reader(bytes, element.begin, element.end);
+    if (element.tag != der::OctetString)
+        return false;
+    DerReader reader(bytes, element.begin, element.end, elementsLeft);
     DerElement inside;
-    return element.tag == der::OctetString && reader.Next(inside) && inside.tag == der::Sequence && reader.IsAtEnd();
+    return reader.Next(inside) && inside.tag == der::Sequence && reader.IsAtEnd();
 }
 
 class StampReader
@@ -138,19 +160,17 @@ private:
 std::optional<SealPicture> FindSealPicture(const QByteArray& bytes)
 {
     std::deque<Stretch> open = {{0, bytes.size(), 0}};
-    int elements = 0;
-    for (; !open.empty(); open.pop_front()) {
+    int elementsLeft = limits::MaxSealElements;
+    for (; !open.empty() && elementsLeft > 0; open.pop_front()) {
         const Stretch stretch = open.front();
-        DerReader reader(bytes, stretch.begin, stretch.end);
+        DerReader reader(bytes, stretch.begin, stretch.end, elementsLeft);
         DerElement element;
         while (reader.Next(element)) {
-            if (++elements > limits::MaxSealElements)
-                return std::nullopt;
             if (element.tag == der::Sequence) {
-                if (std::optional<SealPicture> picture = PictureAt(bytes, element))
+                if (std::optional<SealPicture> picture = PictureAt(bytes, element, elementsLeft))
                     return picture;
             }
-            const bool hasInside = element.IsConstructed() || HoldsSequence(bytes, element);
+            const bool hasInside = element.IsConstructed() || HoldsSequence(bytes, element, elementsLeft);
             if (hasInside && stretch.depth < limits::MaxSealDepth)
                 open.push_back({element.begin, element.end, stretch.depth + 1});
         }

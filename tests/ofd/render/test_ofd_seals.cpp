@@ -32,6 +32,8 @@ private slots:
     void problemsOfSealsNameTheirPartsButAreNotThoseOfTheDocumentInside();
     void brokenSealDataNeverLeadAstray();
     void deepSealDataAreNotFollowed();
+    void sealsWhoseEndsAreMarkedAreRead();
+    void manyMarkedEndsInEachOtherCostNoTime();
 };
 
 namespace {
@@ -72,6 +74,38 @@ bool IsQuadrantsAt(const QImage& page, double x, double y, double width, double 
            IsNear(ColourAt(page, x + width * 3 / 4, y + height * 3 / 4), QColor(240, 200, 40), 8);
 }
 
+// The elements of DER data with every end that can be marked in place of its length, and strings of octets in pieces.
+QByteArray WithMarkedEnds(const QByteArray& der)
+{
+    constexpr int pieceBytes = 100;
+    const QByteArray mark(2, '\0');
+    QByteArray marked;
+    for (int at = 0; at < der.size();) {
+        const int begin = at;
+        const char tag = der.at(at++);
+        int length = quint8(der.at(at++));
+        if (length & 0x80) {
+            const int count = length & 0x7f;
+            length = 0;
+            for (int i = 0; i < count; ++i)
+                length = length << 8 | quint8(der.at(at++));
+        }
+        const QByteArray content = der.mid(at, length);
+        at += length;
+        if (tag == '\x30') {
+            marked += QByteArray("\x30\x80", 2) + WithMarkedEnds(content) + mark;
+        } else if (tag == '\x04' && length > pieceBytes) {
+            marked += QByteArray("\x24\x80", 2);
+            for (int i = 0; i < length; i += pieceBytes)
+                marked += samples::Der(tag, content.mid(i, pieceBytes));
+            marked += mark;
+        } else {
+            marked += der.mid(begin, at - begin);
+        }
+    }
+    return marked;
+}
+
 } // namespace
 
 void TestOfdSeals::aSealIsPaintedStretchedToItsBoundaryAndCutToItsClip()
@@ -103,6 +137,9 @@ void TestOfdSeals::sealsOfEveryLayoutAreFound_data()
     QTest::newRow("the seal is broken, the copy is not")
         << present.left(50) << samples::SignedValueData(present, digest);
     QTest::newRow("wrapped in octets") << samples::DerSequence(samples::Der(0x04, present)) << QByteArray();
+    QTest::newRow("ends are marked") << WithMarkedEnds(present) << QByteArray();
+    QTest::newRow("ends are marked, in the signed value")
+        << QByteArray() << WithMarkedEnds(samples::SignedValueData(former, digest));
     QTest::newRow("BMP") << samples::SealData("bmp", samples::QuadrantsBmp()) << QByteArray();
     QTest::newRow("JPEG called PNG") << samples::SealData("png", samples::QuadrantsJpeg()) << QByteArray();
 }
@@ -303,7 +340,53 @@ void TestOfdSeals::deepSealDataAreNotFollowed()
         many += QByteArray("\x30\x00", 2);
     QVERIFY(!ofd::FindSealPicture(many + samples::SealData("png", "picture")));
     QVERIFY(!ofd::FindSealPicture(QByteArray("\x30\x84\xff\xff\xff\xff", 6)));
-    QVERIFY(!ofd::FindSealPicture(QByteArray("\x30\x80\x02\x01\x01\x00\x00", 7))); // no length told
+    QVERIFY(!ofd::FindSealPicture(QByteArray("\x30\x80\x02\x01\x01\x00\x00", 7))); // its end is marked
+}
+
+void TestOfdSeals::sealsWhoseEndsAreMarkedAreRead()
+{
+    const QByteArray picture = QByteArray(1000, '\0') + QByteArray(300, 'p'); // zeros inside are no marks
+    const QByteArray seal = WithMarkedEnds(samples::SealData("png", picture));
+    const auto whole = ofd::FindSealPicture(seal);
+    QVERIFY(whole);
+    QCOMPARE(whole->type, QStringLiteral("png"));
+    QCOMPARE(whole->bytes, picture);
+    QCOMPARE(whole->heightMm, 30);
+    // A mark that is missing at the end ends the element around it too.
+    for (int length = 0; length < seal.size(); ++length)
+        QVERIFY(!ofd::FindSealPicture(seal.left(length)));
+    for (int at = 0; at < seal.size(); ++at) {
+        for (const char mask : {'\x01', '\x7f', '\x80', '\xff'}) {
+            QByteArray changed = seal;
+            changed[at] = char(changed[at] ^ mask);
+            const auto found = ofd::FindSealPicture(changed);
+            QVERIFY(!found || found->bytes.size() <= changed.size());
+        }
+    }
+    // A piece that is no string of octets, and a plain string whose end is marked, are no picture.
+    const auto block = [](const QByteArray& octets) {
+        return samples::DerSequence(samples::DerWord("png") + octets + samples::DerInteger(1) + samples::DerInteger(1));
+    };
+    QVERIFY(ofd::FindSealPicture(block(samples::Der(0x24, samples::Der(0x04, "a") + samples::Der(0x04, "b")))));
+    QVERIFY(!ofd::FindSealPicture(block(samples::Der(0x24, samples::Der(0x04, "a") + samples::DerInteger(1)))));
+    QVERIFY(!ofd::FindSealPicture(block(QByteArray("\x04\x80", 2) + "abc" + QByteArray(2, '\0'))));
+}
+
+// The end of each is found by looking at all inside, which is as often as they are deep: what one seal may ask for is
+// bound all the same.
+void TestOfdSeals::manyMarkedEndsInEachOtherCostNoTime()
+{
+    const auto deep = [](int depth, const QByteArray& inside) {
+        return QByteArray("\x30\x80", 2).repeated(depth) + inside + QByteArray(2, '\0').repeated(depth);
+    };
+    const QByteArray picture = WithMarkedEnds(samples::SealData("png", "picture"));
+    QVERIFY(ofd::FindSealPicture(deep(10, QByteArray("\x05\x00", 2).repeated(100) + picture)));
+    QVERIFY(!ofd::FindSealPicture(deep(100, picture)));
+    QVERIFY(!ofd::FindSealPicture(deep(20, QByteArray("\x05\x00", 2).repeated(4'000'000)) + picture));
+    QVERIFY(!ofd::FindSealPicture(QByteArray("\x30\x80", 2).repeated(4'000'000)));
+    // As many as the limit in all, not for each.
+    const QByteArray many = deep(20, QByteArray("\x05\x00", 2).repeated(ofd::limits::MaxSealElements / 50));
+    QVERIFY(!ofd::FindSealPicture(many.repeated(1000) + picture));
 }
 
 TETO_TEST_MAIN(TestOfdSeals)
