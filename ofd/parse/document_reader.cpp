@@ -74,7 +74,12 @@ public:
     {
         const pugi::xml_node root = document.GetRoot();
         ReadCommonData(ChildElement(root, "CommonData"));
-        ReadPages(ChildElement(root, "Pages"));
+        const std::vector<pugi::xml_node> pageLists = ChildElements(root, "Pages");
+        TellOfFurther(document, pageLists,
+                      QCoreApplication::translate(
+                          "OfdDocument", "The document has more than one list of pages; they are read as one."));
+        for (const pugi::xml_node& list : pageLists)
+            ReadPages(list);
         structure.permissions = ReadPermissions(ChildElement(root, "Permissions"));
         structure.annotationsPart = Resolve(package, ChildElement(root, "Annotations"), context);
         structure.customTagsPart = Resolve(package, ChildElement(root, "CustomTags"), context);
@@ -297,6 +302,14 @@ QSizeF ReadAreaSize(const pugi::xml_node& area)
         return QSizeF();
     const std::optional<QRectF> rect = ParseBox(TrimmedText(box).toStdString());
     return rect && rect->width() > 0 && rect->height() > 0 ? rect->size() : QSizeF();
+}
+
+void TellOfFurther(const XmlPart& document, const std::vector<pugi::xml_node>& elements, const QString& text)
+{
+    if (elements.size() < 2)
+        return;
+    const ProblemPlace place(0, document.PlaceOf(elements[1]));
+    ReportProblem(ProblemKind::DuplicateIdentifier, text);
 }
 
 std::unique_ptr<XmlPart> LoadDocumentPart(const Package& package, const QString& part, PackageError* error)

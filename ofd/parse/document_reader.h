@@ -6,6 +6,7 @@
 #include <QSizeF>
 
 #include <memory>
+#include <vector>
 
 #include <pugixml.hpp>
 
@@ -29,6 +30,9 @@ DocumentParts ReadDocument(const Package& package);
 // The document part. Its tree lacks the entries of the outline, of which there may be very many: ReadOutline finds them
 // in the bytes. Null on failure.
 std::unique_ptr<XmlPart> LoadDocumentPart(const Package& package, const QString& part, PackageError* error = nullptr);
+
+// Reports `text` at the second of the elements, of which there should be one.
+void TellOfFurther(const XmlPart& document, const std::vector<pugi::xml_node>& elements, const QString& text);
 
 // The size told by an area element (PageArea or Area); invalid when it has none that is usable.
 QSizeF ReadAreaSize(const pugi::xml_node& area);

@@ -1,6 +1,7 @@
 #include "outline_reader.h"
 
 #include "action_reader.h"
+#include "document_reader.h"
 
 #include <frame/base/converters.h>
 #include <ofd/model/problem_log.h>
@@ -85,15 +86,6 @@ bool IsPlain(const pugi::xml_node& action)
     return HasOnly(action, {"Event"}, 1) && EqualsWord(action.attribute("Event").value(), "CLICK") &&
            IsElement(jump, "Goto") && HasOnly(jump, {}, 1) && IsElement(dest, "Dest") &&
            HasOnly(dest, {"Type", "PageID", "Left", "Top", "Right", "Bottom", "Zoom"}, 0);
-}
-
-// Of an element that there should be one of.
-void TellOfFurther(const XmlPart& document, const std::vector<pugi::xml_node>& elements, const QString& text)
-{
-    if (elements.size() < 2)
-        return;
-    const ProblemPlace place(0, document.PlaceOf(elements[1]));
-    ReportProblem(ProblemKind::DuplicateIdentifier, text);
 }
 
 class OutlineReader

@@ -1104,6 +1104,10 @@ A reader of fixed-layout documents.</source>
         <translation>文档有多个书签列表，已合并读取。</translation>
     </message>
     <message>
+        <source>The document has more than one list of pages; they are read as one.</source>
+        <translation>文档有多个页面列表，已合并读取。</translation>
+    </message>
+    <message>
         <source>The document has more than one outline; the first is shown.</source>
         <translation>文档有多个目录，只显示第一个。</translation>
     </message>

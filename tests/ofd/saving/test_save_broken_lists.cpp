@@ -89,6 +89,7 @@ private slots:
     void aListThatLosesItsLastBookmarkGoes();
     void removingAllBookmarksRemovesBothLists();
     void aSecondOutlineIsToldAndKept();
+    void pagesOfTwoListsAreOneDocument();
     void blanksAroundADateComeBackWithIt();
 
 private:
@@ -226,6 +227,49 @@ void TestSaveBrokenLists::aSecondOutlineIsToldAndKept()
     QVERIFY(PartOf(path, DocumentPart).contains(second));
     const auto again = desk->Open(path);
     QCOMPARE(GQ_ToQStringFromUtf8(again->GetOutlineRoot()->SubNode(0)->NodeText()), QStringLiteral("new"));
+}
+
+void TestSaveBrokenLists::pagesOfTwoListsAreOneDocument()
+{
+    OfdFile file = OfdFile::WithPages(3);
+    const QByteArray second = "<ofd:Page ID=\"2\"";
+    file.Set(DocumentPart, file.Part(DocumentPart)
+                               .replace(second, "</ofd:Pages><ofd:Permissions/><ofd:Pages>" + second)
+                               .replace("<ofd:Page ID=\"3\"", "</ofd:Pages>\n<ofd:Pages><ofd:Page ID=\"3\""));
+    const auto pagesOf = [](ofd::OfdDocument& document) {
+        QCOMPARE(document.GetPageCount(), 3);
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(document.PageIdFromIndex(i), i + 1);
+            QVERIFY(document.GetPage(i)->Load());
+        }
+    };
+    const QByteArray before = file.Part(DocumentPart);
+    const QString path = desk->Saved(file, [&](ofd::OfdDocument& document) {
+        pagesOf(document);
+        QVERIFY(HasProblem(document, ofd::ProblemKind::DuplicateIdentifier, "more than one list of pages"));
+        QVERIFY(document.CreateBookmarkRoot());
+        auto* bookmark = new G_Bookmark; // owned by its node
+        bookmark->name = "last";
+        bookmark->dest->pageIndex = 2;
+        document.GetBookmarkRoot()->AddSubNode(0, bookmark);
+        QVERIFY(document.CreateOutlineRoot());
+        document.GetOutlineRoot()->AddSubNode(0, new G_OutlineItem); // owned by its node
+        QVERIFY(AddNote(document));
+    });
+    // What is new stands behind what comes earlier in the format's order, and nothing else has moved.
+    QByteArray part = PartOf(path, DocumentPart);
+    const int outline = part.indexOf("<ofd:Outlines>");
+    QVERIFY(outline > part.lastIndexOf("</ofd:Pages>"));
+    QVERIFY(part.indexOf("<ofd:Bookmarks>") > outline);
+    QVERIFY(part.indexOf("<ofd:Attachments>") > part.indexOf("</ofd:Bookmarks>"));
+    const QByteArray pages =
+        before.mid(before.indexOf("<ofd:Pages>"), before.lastIndexOf("</ofd:Pages>") - before.indexOf("<ofd:Pages>"));
+    QVERIFY(part.contains(pages));
+    const auto again = desk->Open(path);
+    pagesOf(*again);
+    const auto* bookmark = dynamic_cast<const G_Bookmark*>(again->GetBookmarkRoot()->SubNode(0)->data);
+    QCOMPARE(bookmark->dest->pageIndex, 2);
+    QCOMPARE(again->GetAttachmentCount(), 1);
 }
 
 void TestSaveBrokenLists::blanksAroundADateComeBackWithIt()
