@@ -74,12 +74,14 @@ OpenResult OfdDocument::Open(const QString& path, bool readOnly)
     }
     data->isReadOnly = readOnly || !CanBeReplaced(data->path);
     data->documentPart = std::move(parts.document);
-    data->attachments =
-        std::make_unique<AttachmentTable>(ReadAttachments(*package, parts.structure, data->documentPart->GetRoot()),
-                                          parts.structure.attachmentsPart, [d = data.get()](int above) {
-                                              const std::shared_ptr<const Package> current = d->store->GetPackage();
-                                              return d->store->GetUnitIds().Take(*current, above);
-                                          });
+    const QVector<AttachmentEntry> attachments =
+        ReadAttachments(*package, parts.structure, data->documentPart->GetRoot());
+    parts.structure.attachmentIds = AttachmentIdsOf(attachments);
+    data->attachments = std::make_unique<AttachmentTable>(
+        attachments, parts.structure.attachmentsPart, [d = data.get()](int above) {
+            const std::shared_ptr<const Package> current = d->store->GetPackage();
+            return d->store->GetUnitIds().Take(*current, above);
+        });
     data->customTagsPart = parts.structure.customTagsPart;
     data->pages.resize(size_t(parts.structure.pages.size()));
     data->store = std::make_shared<DocumentStore>(std::move(package), std::move(parts.structure), std::move(problems));
@@ -344,12 +346,8 @@ std::shared_ptr<const G_ActionList> OfdDocument::GetOpenActions()
     if (!actions)
         return nullptr;
     auto list = std::make_shared<G_ActionList>();
-    for (const ObjectAction& read : *actions) {
-        std::unique_ptr<G_Action> action(read.action->Clone());
-        if (auto* jump = dynamic_cast<G_ActionGoto*>(action.get()); jump && jump->bookmarkName.IsEmpty())
-            ResolvePage(*jump->dest, d->Structure());
-        list->Add(std::move(action));
-    }
+    for (const ObjectAction& read : *actions)
+        list->Add(ResolvedAction(*read.action, d->Structure()));
     return list;
 }
 

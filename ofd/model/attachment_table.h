@@ -21,6 +21,7 @@ class Package;
 struct AttachmentEntry
 {
     G_AttachmentInfo info;
+    QString identifier;                   // as the file spells it; empty when it has none, or was added
     QString part;                         // in the package; empty when it was added, or its part is missing
     int ordinal = -1;                     // of its element in the list it was read from; -1 when it was added
     bool isBig = false;                   // stored without packing

@@ -6,7 +6,7 @@
 #include <ofd/package/limits.h>
 #include <ofd/package/package.h>
 #include <ofd/package/xml_values.h>
-#include <ofd/parse/outline_reader.h>
+#include <ofd/parse/action_reader.h>
 #include <ofd/text/glyph_layout.h>
 
 #include <QCoreApplication>
@@ -167,7 +167,7 @@ private:
             const QPainterPath region = PrivateCopy(actions[i].region);
             const auto list = std::make_shared<G_ActionList>();
             do {
-                list->Add(Resolved(*actions[i].action));
+                list->Add(ResolvedAction(*actions[i].action, store.GetStructure()));
                 ++i;
             } while (i < actions.size() && PrivateCopy(actions[i].region) == region);
             AddLink(region.isEmpty() ? whole : OnPage(region, toPage), list);
@@ -206,14 +206,6 @@ private:
         constexpr int actionBytes = 256;
         found.bytes += qint64(sizeof(PlacedLink)) + list->Actions().GetSize() * actionBytes +
                        area.elementCount() * qint64(sizeof(QPainterPath::Element));
-    }
-
-    std::unique_ptr<G_Action> Resolved(const G_Action& action) const
-    {
-        std::unique_ptr<G_Action> copy(action.Clone());
-        if (auto* jump = dynamic_cast<G_ActionGoto*>(copy.get()); jump && jump->bookmarkName.IsEmpty())
-            ResolvePage(*jump->dest, store.GetStructure());
-        return copy;
     }
 
     DocumentStore& store;

@@ -2,6 +2,7 @@
 
 #include <QDate>
 #include <QHash>
+#include <QSet>
 #include <QSizeF>
 #include <QString>
 #include <QStringList>
@@ -39,6 +40,15 @@ struct Permissions
     bool IsValidOn(const QDate& day) const;
 };
 
+// By what actions name the attachments that the file has. Identifiers may be any words; the numbers that they have in
+// memory are what they end in, or made up where that is no number or another's.
+struct AttachmentIds
+{
+    QHash<QString, int> byWord;
+    QHash<int, int> byNumber; // that identifiers end in; the first one holds
+    QSet<int> madeUp;
+};
+
 // Which of the states of a document that its file keeps is open. The others are neither shown nor edited.
 struct VersionFacts
 {
@@ -65,6 +75,7 @@ struct DocumentStructure
     int highestId = 0; // that the document part states or uses
     QSizeF pageSizeMm; // of pages without an area of their own; invalid when the document has none
     QString attachmentsPart;
+    AttachmentIds attachmentIds;
     QString annotationsPart;
     QString customTagsPart;
     Permissions permissions;

@@ -5,6 +5,7 @@
 #include "path_data.h"
 
 #include <ofd/model/problem_log.h>
+#include <ofd/model/structure.h>
 #include <ofd/package/limits.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_text.h>
@@ -20,6 +21,19 @@ CCA_String Utf8(const QString& text)
 {
     return CCA_String(text.toUtf8());
 }
+
+// As it is read: the attachments of the document are not known yet.
+class NamedAttachment : public G_ActionAttachment
+{
+public:
+    explicit NamedAttachment(const QString& identifier)
+        : identifier(identifier)
+    {
+    }
+    G_Action* Clone() const override { return new NamedAttachment(*this); }
+
+    const QString identifier; // as the file spells it
+};
 
 ActionEvent EventOf(const pugi::xml_node& action)
 {
@@ -163,8 +177,7 @@ std::unique_ptr<G_Action> ReadOtherAction(const pugi::xml_node& action)
         return opens;
     }
     if (const pugi::xml_node attachment = ChildElement(action, "GotoA")) {
-        auto shows = std::make_unique<G_ActionAttachment>();
-        shows->attachmentId = AttachmentIdOf(AttributeText(attachment, "AttachID"));
+        auto shows = std::make_unique<NamedAttachment>(AttributeText(attachment, "AttachID"));
         shows->opensNewWindow = BooleanAttribute(attachment, "NewWindow", true);
         return shows;
     }
@@ -172,6 +185,16 @@ std::unique_ptr<G_Action> ReadOtherAction(const pugi::xml_node& action)
                      : ChildElement(action, "Movie") ? G_Action::Movie
                                                      : G_Action::Other;
     return std::make_unique<G_Action>(type);
+}
+
+std::unique_ptr<G_Action> ResolvedAction(const G_Action& action, const DocumentStructure& structure)
+{
+    std::unique_ptr<G_Action> copy(action.Clone());
+    if (auto* jump = dynamic_cast<G_ActionGoto*>(copy.get()); jump && jump->bookmarkName.IsEmpty())
+        ResolvePage(*jump->dest, structure);
+    else if (auto* shows = dynamic_cast<NamedAttachment*>(copy.get()))
+        shows->attachmentId = FindAttachmentId(structure.attachmentIds, shows->identifier);
+    return copy;
 }
 
 std::unique_ptr<const ObjectActions> ReadActions(const pugi::xml_node& holder, ActionEvent event)

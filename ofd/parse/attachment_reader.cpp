@@ -37,6 +37,15 @@ QString DateOf(const pugi::xml_node& element)
     return created.isEmpty() ? AttributeText(element, "ModDate").trimmed() : created;
 }
 
+// The number of an identifier, which is or ends in one; 0 when there is none.
+int NumberOf(const QString& identifier)
+{
+    int first = identifier.size();
+    while (first > 0 && identifier.at(first - 1).isDigit())
+        --first;
+    return identifier.mid(first).toInt();
+}
+
 AttachmentEntry ReadEntry(const pugi::xml_node& element, const Package& package, const LocationContext& context)
 {
     AttachmentEntry entry;
@@ -56,7 +65,8 @@ AttachmentEntry ReadEntry(const pugi::xml_node& element, const Package& package,
     entry.info.addDate = Utf8(DateOf(element));
     const qint64 bytes = entry.part.isEmpty() ? -1 : package.GetPartSize(entry.part);
     entry.info.size = bytes >= 0 ? float(bytes / 1024.0) : float(NumberAttribute(element, "Size"));
-    entry.info.id = AttachmentIdOf(AttributeText(element, "ID"));
+    entry.identifier = AttributeText(element, "ID").trimmed();
+    entry.info.id = NumberOf(entry.identifier);
     entry.info.visible = BooleanAttribute(element, "Visible", true);
     return entry;
 }
@@ -84,13 +94,29 @@ void MakeIdsUnique(QVector<AttachmentEntry>& entries)
 
 } // namespace
 
-int AttachmentIdOf(const QString& identifier)
+AttachmentIds AttachmentIdsOf(const QVector<AttachmentEntry>& entries)
 {
-    const QString text = identifier.trimmed();
-    int first = text.size();
-    while (first > 0 && text.at(first - 1).isDigit())
-        --first;
-    return text.mid(first).toInt();
+    AttachmentIds ids;
+    for (const AttachmentEntry& entry : entries) {
+        const int number = NumberOf(entry.identifier);
+        if (!entry.identifier.isEmpty() && !ids.byWord.contains(entry.identifier))
+            ids.byWord.insert(entry.identifier, entry.info.id);
+        if (number > 0 && !ids.byNumber.contains(number))
+            ids.byNumber.insert(number, entry.info.id);
+        if (entry.info.id != number)
+            ids.madeUp.insert(entry.info.id);
+    }
+    return ids;
+}
+
+int FindAttachmentId(const AttachmentIds& ids, const QString& identifier)
+{
+    const QString word = identifier.trimmed();
+    const auto known = ids.byWord.constFind(word);
+    if (known != ids.byWord.constEnd())
+        return *known;
+    const int number = NumberOf(word);
+    return ids.byNumber.value(number, ids.madeUp.contains(number) ? 0 : number);
 }
 
 QString HarmlessName(const QString& name)

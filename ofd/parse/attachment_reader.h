@@ -7,6 +7,7 @@
 namespace ofd {
 
 class Package;
+struct AttachmentIds;
 struct DocumentStructure;
 
 // The attachments that the list part names, or that stand in the document element itself. Each gets an identifier of
@@ -14,8 +15,11 @@ struct DocumentStructure;
 QVector<AttachmentEntry> ReadAttachments(const Package& package, const DocumentStructure& structure,
                                          const pugi::xml_node& documentRoot);
 
-// The number of an attachment's identifier, which is or ends in one; 0 when there is none.
-int AttachmentIdOf(const QString& identifier);
+// What those attachments can be named by.
+AttachmentIds AttachmentIdsOf(const QVector<AttachmentEntry>& entries);
+// The identifier in memory of the attachment that is called so: by the whole word, else by the number that it ends in.
+// What leads to none stays that number, or 0 when it is none or was given to another.
+int FindAttachmentId(const AttachmentIds& ids, const QString& identifier);
 
 // A name to show, without what could lead somewhere else or mislead: separators, control and direction characters,
 // leading dots.

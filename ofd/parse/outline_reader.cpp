@@ -174,7 +174,7 @@ private:
     {
         G_Action* action = ReadGoto(ChildElement(element, "Goto"));
         if (!action)
-            action = ReadOtherAction(element).release();
+            action = ResolvedAction(*ReadOtherAction(element), structure).release();
         if (!IsPlain(element)) {
             const qint64 begin = element.offset_debug() - 1;
             action->opaque = CCA_String(ElementTree(entryBytes, IsOutlineEntry, begin).BytesOf(0));

@@ -79,6 +79,8 @@ private slots:
     void aPlaceThatIsNoNumberIsNoLink();
     void aDestinationThatLeadsNowhereIsToldOnce();
     void outlineEntriesUnderstandTheSameActions();
+    void attachmentsAreNamedByTheirWholeIdentifiers_data();
+    void attachmentsAreNamedByTheirWholeIdentifiers();
     void theOpeningOfADocumentIsItsOwn();
 
 private:
@@ -427,6 +429,49 @@ void TestOfdLinks::outlineEntriesUnderstandTheSameActions()
     QVERIFY(!shows->opensNewWindow);
     QCOMPARE(item->actions[2]->actionType, int(G_Action::Movie));
     QVERIFY(!document->IsModified());
+}
+
+void TestOfdLinks::attachmentsAreNamedByTheirWholeIdentifiers_data()
+{
+    QTest::addColumn<QByteArray>("identifier");
+    QTest::addColumn<QByteArray>("name"); // of the attachment; empty: there is none
+    QTest::newRow("the first of two that end in one number") << QByteArray("a1") << QByteArray("one");
+    QTest::newRow("the second of them") << QByteArray("b1") << QByteArray("two");
+    QTest::newRow("blanks around it") << QByteArray(" b1 ") << QByteArray("two");
+    QTest::newRow("the number alone is the first") << QByteArray("1") << QByteArray("one");
+    QTest::newRow("another spelling") << QByteArray("A1") << QByteArray("one");
+    QTest::newRow("a number") << QByteArray("7") << QByteArray("three");
+    QTest::newRow("no number") << QByteArray("note") << QByteArray("four");
+    QTest::newRow("a number that nothing in the file has") << QByteArray("8") << QByteArray();
+    QTest::newRow("a word that nothing has") << QByteArray("memo") << QByteArray();
+    QTest::newRow("none") << QByteArray() << QByteArray();
+}
+
+void TestOfdLinks::attachmentsAreNamedByTheirWholeIdentifiers()
+{
+    QFETCH(const QByteArray, identifier);
+    QFETCH(const QByteArray, name);
+    const QByteArray actions = "<ofd:Actions><ofd:Action Event=\"CLICK\"><ofd:GotoA AttachID=\"" + identifier +
+                               "\"/></ofd:Action></ofd:Actions>";
+    OfdFile file = OfdFile::WithPages(1);
+    file.Tail("<ofd:Outlines><ofd:OutlineElem Title=\"x\">" + actions + "</ofd:OutlineElem></ofd:Outlines>" +
+              QByteArray(actions).replace("CLICK", "DO") + "<ofd:Attachments>Attachments.xml</ofd:Attachments>");
+    QByteArray list;
+    for (const auto& [id, title] : {std::pair("a1", "one"), {"b1", "two"}, {"7", "three"}, {"note", "four"}})
+        list += "<ofd:Attachment ID=\"" + QByteArray(id) + "\" Name=\"" + title + "\"/>";
+    file.Set(QStringLiteral("Doc_0/Attachments.xml"), Element("Attachments", list));
+    file.Set(QStringLiteral("Doc_0/Pages/Page_0/Content.xml"), Element("Page", actions + "<ofd:Content/>"));
+    const auto document = Open(file);
+    const auto nameBy = [&](const G_Action* action) {
+        const auto* shows = dynamic_cast<const G_ActionAttachment*>(action);
+        const int index = shows ? document->GetAttachmentIndexById(shows->attachmentId) : -1;
+        return index < 0 ? QByteArray() : document->GetAttachment(index).name.Bytes();
+    };
+    const auto* entry = dynamic_cast<const G_OutlineItem*>(document->GetOutlineRoot()->SubNode(0)->data);
+    QCOMPARE(nameBy(entry->actions[0]), name);
+    QCOMPARE(document->GetPage(0)->GetLinks().size(), 1);
+    QCOMPARE(nameBy(document->GetPage(0)->GetLinks().at(0).actions->Actions()[0]), name);
+    QCOMPARE(nameBy(document->GetOpenActions()->Actions()[0]), name);
 }
 
 void TestOfdLinks::theOpeningOfADocumentIsItsOwn()
