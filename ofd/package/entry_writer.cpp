@@ -21,6 +21,7 @@ namespace {
 
 constexpr int ChunkBytes = 256 * 1024;
 constexpr int Zip64SizesExtra = 20; // id, length and two sizes
+constexpr int AlignmentExtra = 6;   // id, length and the alignment; zeros follow
 // Deflating may make data a little longer, so room for big sizes is taken well before four gigabytes.
 constexpr qint64 SmallPartBytes = qint64(0xf0000000);
 
@@ -45,13 +46,19 @@ QByteArray LocalHeader(const WrittenEntry& written, const QByteArray& rawName)
     zip::Append32(header, written.hasZip64Sizes ? zip::Saturated32 : quint32(written.compressedSize));
     zip::Append32(header, written.hasZip64Sizes ? zip::Saturated32 : quint32(written.size));
     zip::Append16(header, quint16(rawName.size()));
-    zip::Append16(header, written.hasZip64Sizes ? Zip64SizesExtra : 0);
+    zip::Append16(header, quint16((written.hasZip64Sizes ? Zip64SizesExtra : 0) + written.paddingBytes));
     header += rawName;
     if (written.hasZip64Sizes) {
         zip::Append16(header, zip::Zip64ExtraId);
         zip::Append16(header, Zip64SizesExtra - 4);
         zip::Append64(header, quint64(written.size));
         zip::Append64(header, quint64(written.compressedSize));
+    }
+    if (written.paddingBytes > 0) {
+        zip::Append16(header, zip::AlignmentExtraId);
+        zip::Append16(header, quint16(written.paddingBytes - 4));
+        zip::Append16(header, quint16(PageBytes));
+        header += QByteArray(written.paddingBytes - AlignmentExtra, 0);
     }
     return header;
 }
@@ -179,6 +186,25 @@ PackageError WriteEntry(TargetFile& file, const PartChange& change, const QByteA
     fresh.isStored = true;
     written = fresh;
     return WriteOnce(file, change, rawName, progress, written);
+}
+
+PackageError AlignEnd(TargetFile& file, const QByteArray& rawName, qint64 begin, WrittenEntry& written)
+{
+    int padding = int((begin - file.GetPosition()) & (PageBytes - 1));
+    if (padding == 0)
+        return {};
+    if (padding < AlignmentExtra)
+        padding += int(PageBytes);
+    written.paddingBytes = padding;
+    const QByteArray header = LocalHeader(written, rawName);
+    QByteArray data;
+    if (PackageError error = file.ReadBack(file.GetPosition() - written.compressedSize, written.compressedSize, data))
+        return error;
+    if (PackageError error = file.Rewind(written.headerOffset))
+        return error;
+    if (PackageError error = file.Write(header))
+        return error;
+    return file.Write(data);
 }
 
 } // namespace ofd

@@ -21,6 +21,9 @@ namespace ofd {
 
 namespace {
 
+constexpr qint64 LargeRangeBytes = qint64(8) << 20; // a page more is nothing to it
+constexpr qint64 MovableBytes = qint64(4) << 20;    // moved in less time than the range takes
+
 bool IsAscii(const QString& text)
 {
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
@@ -45,8 +48,10 @@ public:
     {
         if (source)
             oldRecords = source->GetSource().ReadAt(Old().directoryOffset, Old().directorySize);
-        for (const SpliceStep& step : plan.steps) {
-            if (PackageError error = step.change ? WriteChange(step) : CopyRange(step))
+        for (size_t i = 0; i < plan.steps.size(); ++i) {
+            const SpliceStep& step = plan.steps[i];
+            const SpliceStep* next = i + 1 < plan.steps.size() ? &plan.steps[i + 1] : nullptr; // not owned
+            if (PackageError error = step.change ? WriteChange(step, next) : CopyRange(step))
                 return error;
         }
         layout.directoryOffset = file.GetPosition();
@@ -76,7 +81,14 @@ private:
         return file.CopyRange(source->GetSource(), step.begin, step.end, [this](qint64 n) { return Advance(n); });
     }
 
-    PackageError WriteChange(const SpliceStep& step)
+    // A small entry in front of a large range is worth aligning.
+    static bool IsWorthAligning(const SpliceStep* next, const WrittenEntry& written)
+    {
+        return next && !next->change && next->end - next->begin >= LargeRangeBytes &&
+               written.compressedSize <= MovableBytes;
+    }
+
+    PackageError WriteChange(const SpliceStep& step, const SpliceStep* next)
     {
         PlacedEntry placed;
         placed.entry = step.entry;
@@ -98,8 +110,10 @@ private:
         if (placed.rawName.size() > zip::Saturated16)
             return {PackageErrorKind::WriteFailed,
                     QCoreApplication::translate("OfdPackage", "The name of a part is too long.")};
-        const PackageError error = WriteEntry(
+        PackageError error = WriteEntry(
             file, *step.change, placed.rawName, isUtf8, [this](qint64 n) { return Advance(n); }, placed.written);
+        if (!error && IsWorthAligning(next, placed.written))
+            error = AlignEnd(file, placed.rawName, next->begin, placed.written);
         layout.placed.push_back(placed);
         return error;
     }

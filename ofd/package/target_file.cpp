@@ -33,7 +33,7 @@ constexpr qint64 KernelCopyBytes = qint64(16) << 20;
 constexpr qint64 BlockBytes = qint64(1) << 20;
 constexpr qint64 WritebackBytes = qint64(16) << 20;
 constexpr qint64 ReservedBytes = qint64(1) << 20; // ranges from this size on get their place on the disk at once
-constexpr qint64 PageBytes = 4096;
+constexpr qint64 DirectBytes = qint64(8) << 20; // ranges from this size on go to the disk from where they are in memory
 constexpr int NameAttempts = 100;
 constexpr int MaxLinks = 40;          // in a row, as many as the system follows
 const char NamePrefix[] = ".saving-"; // then the process, a random word, and the ending
@@ -290,6 +290,21 @@ PackageError TargetFile::WriteAt(qint64 offset, const QByteArray& bytes)
     return {};
 }
 
+PackageError TargetFile::ReadBack(qint64 offset, qint64 count, QByteArray& bytes) const
+{
+    bytes.resize(int(count));
+    qint64 done = 0;
+    while (done < count) {
+        const ssize_t got = ::pread(descriptor, bytes.data() + done, size_t(count - done), off_t(offset + done));
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            return WriteError(got < 0 ? errno : EIO);
+        done += got;
+    }
+    return {};
+}
+
 PackageError TargetFile::Rewind(qint64 offset)
 {
     if (::ftruncate(descriptor, off_t(offset)) != 0 || ::lseek(descriptor, off_t(offset), SEEK_SET) < 0)
@@ -325,11 +340,54 @@ PackageError TargetFile::CopyRange(const ByteSource& source, qint64 begin, qint6
 {
     if (PackageError error = Reserve(end - begin))
         return error;
+    // Where both files have a byte at the same place of a page whole pages can be copied.
+    if (source.GetDescriptor() >= 0 && (begin - position) % PageBytes == 0) {
+        const qint64 pages = std::min((begin + PageBytes - 1) & ~(PageBytes - 1), end);
+        if (PackageError error = CopyByBlocks(source, begin, pages, progress))
+            return error;
+        begin = pages;
+        if (PackageError error = CopyPages(source, begin, end, progress))
+            return error;
+    }
+    return CopyByBlocks(source, begin, end, progress);
+}
+
+// In the fastest way that there is: not at all; without a stop in memory, when the disk is waited for anyway; or within
+// the kernel. What could not be copied is left: `begin` tells where.
+PackageError TargetFile::CopyPages(const ByteSource& source, qint64& begin, qint64 end, const CopyProgress& progress)
+{
+    const PageRange pages{source.GetDescriptor(), descriptor, begin, position, (end - begin) & ~(PageBytes - 1)};
+    if (pages.count < DirectBytes)
+        return CopyInKernel(source, begin, end, progress);
+    bool isDone = ShareBlocks(pages);
+    if (isDone && progress && !progress(pages.count))
+        return Cancelled();
+    if (!isDone && waitsForDisk) {
+        const DirectCopy result = CopyDirectly(pages, progress);
+        if (result == DirectCopy::Cancelled)
+            return Cancelled();
+        isDone = result == DirectCopy::Done;
+    }
+    if (!isDone)
+        return CopyInKernel(source, begin, end, progress);
+    begin += pages.count;
+    return SkipWritten(pages.count);
+}
+
+// What others have put behind the position counts as written.
+PackageError TargetFile::SkipWritten(qint64 count)
+{
+    if (::lseek(descriptor, off_t(position + count), SEEK_SET) < 0)
+        return WriteError(errno);
+    position += count;
+    writtenBack = position & ~(PageBytes - 1);
+    return {};
+}
+
+PackageError TargetFile::CopyInKernel(const ByteSource& source, qint64& begin, qint64 end, const CopyProgress& progress)
+{
     off_t from = off_t(begin);
-    // Where both files have a byte at the same place of a page the kernel copies fastest, or not at all; elsewhere it
-    // is slower than reading and writing.
-    const bool isFast = source.GetDescriptor() >= 0 && (begin - position) % PageBytes == 0;
-    while (isFast && from < end) {
+    while (from < end) {
         const qint64 wanted = std::min<qint64>(KernelCopyBytes, end - from);
         const ssize_t got = ::copy_file_range(source.GetDescriptor(), &from, descriptor, nullptr, size_t(wanted), 0);
         if (got < 0 && errno == EINTR)
@@ -340,12 +398,13 @@ PackageError TargetFile::CopyRange(const ByteSource& source, qint64 begin, qint6
             return WriteError(errno);
         if (got == 0)
             break; // also what some file systems answer in place of an error; the block copy finds out
+        begin += got;
         position += got;
         BeginWriteback();
         if (progress && !progress(got))
             return Cancelled();
     }
-    return CopyByBlocks(source, qint64(from), end, progress);
+    return {};
 }
 
 PackageError TargetFile::CopyByBlocks(const ByteSource& source, qint64 begin, qint64 end, const CopyProgress& progress)

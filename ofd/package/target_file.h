@@ -1,11 +1,11 @@
 #pragma once
 
+#include "direct_copy.h"
 #include "package_error.h"
 
 #include <QByteArray>
 #include <QString>
 
-#include <functional>
 #include <memory>
 
 namespace ofd {
@@ -19,9 +19,6 @@ class ByteSource;
 class TargetFile
 {
 public:
-    // Called with the number of bytes just copied; false ends the copying.
-    using CopyProgress = std::function<bool(qint64 count)>;
-
     ~TargetFile();
     // Links in the path are followed, so that the file is replaced and not the link.
     static std::unique_ptr<TargetFile> Create(const QString& targetPath, PackageError* error);
@@ -40,13 +37,15 @@ public:
     PackageError Write(const QByteArray& bytes) { return Write(bytes.constData(), bytes.size()); }
     // Overwrites bytes that were written before.
     PackageError WriteAt(qint64 offset, const QByteArray& bytes);
+    // Bytes that were written before.
+    PackageError ReadBack(qint64 offset, qint64 count, QByteArray& bytes) const;
     // Forgets all that was written from there on.
     PackageError Rewind(qint64 offset);
     // Makes the still empty file share the blocks of the whole source; false, and nothing done, where the file system
     // cannot.
     bool CloneWhole(const ByteSource& source);
     // Appends a range of the source. Large ranges get their place on the disk first, so that a full disk is found out
-    // before it is full.
+    // before it is full. Fastest by far where GetPosition() and `begin` are the same place of a page.
     PackageError CopyRange(const ByteSource& source, qint64 begin, qint64 end, const CopyProgress& progress);
     // Leaves it to the system when the bytes reach the disk, as a plain copy does; a file that replaces another is
     // waited for all the same, since a power failure could leave neither of the two.
@@ -63,8 +62,11 @@ private:
     bool OpenUnnamed(const QString& folder);
     bool OpenNamed(const QString& folder);
     bool GiveName();
+    PackageError CopyPages(const ByteSource& source, qint64& begin, qint64 end, const CopyProgress& progress);
+    PackageError CopyInKernel(const ByteSource& source, qint64& begin, qint64 end, const CopyProgress& progress);
     PackageError CopyByBlocks(const ByteSource& source, qint64 begin, qint64 end, const CopyProgress& progress);
     PackageError Reserve(qint64 count);
+    PackageError SkipWritten(qint64 count);
     void BeginWriteback();
 
     QString targetPath;
