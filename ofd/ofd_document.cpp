@@ -77,8 +77,8 @@ OpenResult OfdDocument::Open(const QString& path, bool readOnly)
     const QVector<AttachmentEntry> attachments =
         ReadAttachments(*package, parts.structure, data->documentPart->GetRoot());
     parts.structure.attachmentIds = AttachmentIdsOf(attachments);
-    data->attachments = std::make_unique<AttachmentTable>(
-        attachments, parts.structure.attachmentsPart, [d = data.get()](int above) {
+    data->attachments =
+        std::make_unique<AttachmentTable>(attachments, parts.structure.attachmentsPart, [d = data.get()](int above) {
             const std::shared_ptr<const Package> current = d->store->GetPackage();
             return d->store->GetUnitIds().Take(*current, above);
         });
