@@ -3,6 +3,7 @@
 #include "byte_source.h"
 #include "entry_names.h"
 #include "part_inflater.h"
+#include "whole_inflater.h"
 
 #include <ofd/model/problem_log.h>
 
@@ -190,6 +191,8 @@ PartData Package::ReadQuietly(const QString& name) const
         return data;
     data.bytes = QByteArray(int(entry.size), Qt::Uninitialized);
     char* to = data.bytes.data();
+    if (InflateAtOnce(*source, entry, to))
+        return data;
     qint64 done = 0;
     // The inflater never hands out more than the promised size.
     auto put = [&](const char* bytes, qint64 count) {
