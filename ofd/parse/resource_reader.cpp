@@ -15,6 +15,7 @@
 #include <ofd/package/xml_values.h>
 
 #include <QCoreApplication>
+#include <QSet>
 
 #include <algorithm>
 #include <functional>
@@ -194,7 +195,11 @@ std::shared_ptr<const Resources> ReadResources(const Package& package, const QSt
     resources->outer = outer;
     resources->defaultColorSpace = defaultColorSpace;
     std::vector<std::unique_ptr<XmlPart>> xmlParts;
+    QSet<QString> seen; // one that is named twice would say everything twice
     for (const QString& part : parts) {
+        if (seen.contains(part))
+            continue;
+        seen.insert(part);
         if (std::unique_ptr<XmlPart> xml = XmlPart::Load(package, part))
             xmlParts.push_back(std::move(xml));
     }
