@@ -69,6 +69,15 @@ std::shared_ptr<const TextObject> ReadClipText(const pugi::xml_node& element, in
     return text;
 }
 
+QPainterPath ReadClipPath(const pugi::xml_node& element, const QTransform& fromArea)
+{
+    const QRectF boundary = BoxAttribute(element, "Boundary").value_or(QRectF());
+    const QPainterPath outline = ReadPath(element);
+    QPainterPath placed = (MatrixAttribute(element) * MoveTo(boundary) * fromArea).map(outline);
+    placed.setFillRule(outline.fillRule());
+    return placed;
+}
+
 std::optional<Clip> ReadClip(const pugi::xml_node& element, const ClipPlaces& places, const GraphicObject& object,
                              const Resources& resources)
 {
@@ -77,14 +86,11 @@ std::optional<Clip> ReadClip(const pugi::xml_node& element, const ClipPlaces& pl
     bool hasPath = false;
     for (const pugi::xml_node& area : ChildElements(element, "Area")) {
         const QTransform fromArea = MatrixAttribute(area);
-        if (const pugi::xml_node path = ChildElement(area, "Path")) {
+        for (const pugi::xml_node& path : ChildElements(area, "Path")) {
             hasPath = true;
-            const QRectF boundary = BoxAttribute(path, "Boundary").value_or(QRectF());
-            const QPainterPath outline = ReadPath(path);
-            QPainterPath placed = (MatrixAttribute(path) * MoveTo(boundary) * fromArea).map(outline);
-            placed.setFillRule(outline.fillRule());
-            areas.Add(placed);
-        } else if (const pugi::xml_node text = ChildElement(area, "Text")) {
+            areas.Add(ReadClipPath(path, fromArea));
+        }
+        for (const pugi::xml_node& text : ChildElements(area, "Text")) {
             const auto read = ReadClipText(text, int(IdAttribute(area, "DrawParam")), resources);
             clip.texts.push_back({read, read->toContainer * fromArea});
         }

@@ -122,7 +122,7 @@ QColor ReadColor(const pugi::xml_node& color, const Resources& resources)
     if (!value && HasAttribute(color, "Index"))
         channels = PaletteEntry(color, space);
     QColor result = ColorFromChannels(channels, space);
-    result.setAlpha(std::clamp(IntegerAttribute(color, "Alpha", 255), 0, 255));
+    result.setAlpha(int(std::lround(std::clamp(NumberAttribute(color, "Alpha", 255), 0.0, 255.0))));
     return result;
 }
 

@@ -65,17 +65,34 @@ public:
         return objects;
     }
 
+    // The objects that a writer put into no layer of a page.
+    ObjectList ReadLoose(const pugi::xml_node& content) const
+    {
+        ObjectList objects;
+        for (pugi::xml_node child = FirstElement(content); child; child = NextElement(child)) {
+            if (!IsElement(child, "Layer"))
+                ReadChild(objects, child, 0);
+        }
+        return objects;
+    }
+
 private:
     // Blocks have no transform of their own, so what lies too deep belongs to the innermost block that is kept.
     void ReadInto(ObjectList& objects, const pugi::xml_node& parent, int depth) const
     {
-        for (pugi::xml_node child = FirstElement(parent); child; child = NextElement(child)) {
-            if (IsElement(child, "PageBlock")) {
-                ReadBlock(objects, child, depth);
-            } else if (std::unique_ptr<GraphicObject> object = Read(child)) {
-                objects.push_back(std::move(object));
-            }
-        }
+        for (pugi::xml_node child = FirstElement(parent); child; child = NextElement(child))
+            ReadChild(objects, child, depth);
+    }
+
+    void ReadChild(ObjectList& objects, const pugi::xml_node& child, int depth) const
+    {
+        if (IsElement(child, "PageBlock"))
+            ReadBlock(objects, child, depth);
+        else if (std::unique_ptr<GraphicObject> object = Read(child))
+            objects.push_back(std::move(object));
+        else if (IsElement(child, "Layer")) // inside of another one: a block of it, with draw parameters of its own
+            ObjectReader(resources, int(IdAttribute(child, "DrawParam", quint32(layerDrawParam))))
+                .ReadBlock(objects, child, depth);
     }
 
     // The nesting of elements is bound by the XML reader, that of the groups that are walked later here.
@@ -111,7 +128,7 @@ private:
 
     static double ReadAlpha(const pugi::xml_node& element)
     {
-        return std::clamp(IntegerAttribute(element, "Alpha", 255), 0, 255) / 255.0;
+        return std::clamp(NumberAttribute(element, "Alpha", 255), 0.0, 255.0) / 255;
     }
 
     StyleChain ChainOf(const pugi::xml_node& element) const
@@ -168,7 +185,6 @@ private:
         image->mediaId = int(IdAttribute(element, "ResourceID"));
         image->substitutionId = int(IdAttribute(element, "Substitution"));
         image->maskId = int(IdAttribute(element, "ImageMask"));
-        image->stroke.widthMm = 0; // a picture has no line of its own
         if (const pugi::xml_node border = ChildElement(element, "Border"))
             image->border = ReadImageBorder(border, resources);
         return image;
@@ -214,7 +230,7 @@ std::shared_ptr<PageContent> ReadPageContent(const pugi::xml_node& page,
             content->layers.push_back(std::move(layer));
         }
         Layer loose; // objects that a writer put into no layer
-        loose.objects = ObjectReader(*resources).ReadAll(holder);
+        loose.objects = ObjectReader(*resources).ReadLoose(holder);
         if (!loose.objects.empty())
             content->layers.push_back(std::move(loose));
     }

@@ -21,6 +21,11 @@ bool IsSeparator(char c)
     return c == ' ' || c == ',' || c == '\t' || c == '\n' || c == '\r';
 }
 
+bool BeginsNumber(char c)
+{
+    return (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '+';
+}
+
 class PathReader
 {
 public:
@@ -32,9 +37,11 @@ public:
 
     QPainterPath Read()
     {
+        char command = NoCommand;
         for (SkipSeparators(); at != end; SkipSeparators()) {
             const char* begin = at;
-            if (!ReadCommand(*at++)) {
+            command = NextCommand(command);
+            if (!ReadCommand(command)) {
                 TellOfRest(begin);
                 break;
             }
@@ -43,6 +50,19 @@ public:
     }
 
 private:
+    static constexpr char NoCommand = '\0';
+
+    // The letter, or where numbers stand alone that of the numbers before them: more of the same, and lines behind a
+    // start point.
+    char NextCommand(char last)
+    {
+        if (!BeginsNumber(*at))
+            return *at++;
+        if (last == 'M' || last == 'S')
+            return 'L';
+        return last == 'C' ? NoCommand : last;
+    }
+
     void TellOfRest(const char* begin) const
     {
         constexpr int shownLength = 40;

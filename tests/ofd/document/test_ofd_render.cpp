@@ -31,6 +31,7 @@ private slots:
     void theClipsFlagDecidesWhetherTheMatrixApplies();
     void drawParametersAreInherited();
     void arcsGoTheWayTheyAreTold();
+    void numbersWithoutALetterGoOnWithTheLastOne();
     void picturesFillTheirMatrix();
     void pictureKindsAreToldByTheirBytes_data();
     void pictureKindsAreToldByTheirBytes();
@@ -261,6 +262,24 @@ void TestOfdRender::arcsGoTheWayTheyAreTold()
     const QRectF large = paint("A 25 25 0 1 1 40 0 C");
     QVERIFY(large.height() > 38 && large.width() > 49);
     QVERIFY(paint("A 0 20 0 0 1 40 0 L 40 10 L 0 10 C").contains(QRectF(31, 51, 38, 8))); // a line
+}
+
+void TestOfdRender::numbersWithoutALetterGoOnWithTheLastOne()
+{
+    const auto paint = [](const QByteArray& data) {
+        return PaintPage("<ofd:PathObject ID=\"1\" Boundary=\"10 10 0 0\" Stroke=\"false\" Fill=\"true\">"
+                         "<ofd:FillColor Value=\"0 0 0\"/><ofd:AbbreviatedData>" +
+                         data + "</ofd:AbbreviatedData></ofd:PathObject>");
+    };
+    const QImage square = paint("M 0 0 L 20 0 L 20 20 L 0 20 C");
+    QCOMPARE(InkBox(square), QRectF(10, 10, 20, 20));
+    QCOMPARE(paint("M 0 0 L 20 0 20 20 0 20 C"), square);
+    QCOMPARE(paint("M0,0,20,0,20,20-0,+20C"), square); // behind a start point they are lines
+    QCOMPARE(paint("M 0 0 B 0 9 9 20 20 20 29 9 9 0 .5 0 C"), paint("M 0 0 B 0 9 9 20 20 20 B 29 9 9 0 .5 0 C"));
+    // What belongs to nothing, or not all of it is there, ends the path.
+    QCOMPARE(paint("M 0 0 L 20 0 20 20 0 20 C 50 50 L 60 60 50 60 C"), square);
+    QCOMPARE(paint("M 0 0 L 20 0 20 20 0 20 7"), square);
+    QVERIFY(InkBox(paint("50 50 60 60 50 60")).isEmpty());
 }
 
 void TestOfdRender::picturesFillTheirMatrix()

@@ -59,6 +59,7 @@ private slots:
     void theOrderOfThePointsDoesNotMatter();
     void blanksAndPrivateCharactersAreKept();
     void aCharacterOfTwoGlyphsHasOneBoxAroundBoth();
+    void textOfALayerInsideOfALayerIsThere();
     void textWithoutSizeDoesNoHarm();
     void whatIsTooSmallToReadIsOneRun_data();
     void whatIsTooSmallToReadIsOneRun();
@@ -329,6 +330,13 @@ void TestOfdText::aCharacterOfTwoGlyphsHasOneBoxAroundBoth()
     QVERIFY(glyphs.first().rect.right > 22); // the second glyph begins there
     QCOMPARE(glyphs.last().rect.left, 34.0F);
     QVERIFY(glyphs.first().rect.right < 34);
+}
+
+void TestOfdText::textOfALayerInsideOfALayerIsThere()
+{
+    const IG_TextPage* page = Open(Text("10 10 40 6", "DeltaX=\"g 4 5\"", "outer") + "<ofd:Layer ID=\"600\">" +
+                                   Text("10 40 40 6", "DeltaX=\"g 4 5\"", "inner") + "</ofd:Layer>");
+    QCOMPARE(Texts(page->AllRuns()), QStringList({"outer", "inner"}));
 }
 
 void TestOfdText::textWithoutSizeDoesNoHarm()

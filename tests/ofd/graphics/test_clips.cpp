@@ -59,6 +59,7 @@ class TestOfdClips : public QObject
 private slots:
     void clipsCutToWhatTheyHaveInCommon();
     void areasOfAClipAreTakenTogether();
+    void anAreaOfSeveralShapesIsAllOfThem();
     void anAreaKeepsTheRuleOfItsPath();
     void matricesOfPathAndAreaApply();
     void theFlagDecidesAndWithoutItTheBoundaryDoes();
@@ -84,6 +85,17 @@ void TestOfdClips::areasOfAClipAreTakenTogether()
     QVERIFY(Shows(image, 22, 78, Black));
     QVERIFY(Shows(image, 78, 22, Black));
     QVERIFY(Shows(image, 30, 30, Black)); // in both
+    QVERIFY(Shows(image, 70, 70, Black));
+    QVERIFY(Shows(image, 70, 55, White));
+}
+
+void TestOfdClips::anAreaOfSeveralShapesIsAllOfThem()
+{
+    QByteArray areas = PathArea(Left) + PathArea(LowerRight) + TextArea("I", {}, {});
+    areas.replace("</ofd:Area><ofd:Area >", "");
+    QCOMPARE(areas.count("<ofd:Area"), 1);
+    const QImage image = PaintClipped(Clip(areas));
+    QVERIFY(Shows(image, 22, 78, Black));
     QVERIFY(Shows(image, 70, 70, Black));
     QVERIFY(Shows(image, 70, 55, White));
 }

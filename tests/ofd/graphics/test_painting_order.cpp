@@ -63,6 +63,7 @@ private slots:
     void templatesLieByTheirOrder();
     void ofTwoTemplatesTheLaterLiesAbove();
     void layersOfATemplateStayTogether();
+    void aLayerInsideOfAnotherIsPaintedWithIt();
     void annotationsLieAboveAll();
     void anAppearanceWithoutABoundaryStandsWhereItsObjectsAre();
     void compositeContentKnowsNothingOfTheLayer();
@@ -150,6 +151,30 @@ void TestOfdPaintingOrder::anAppearanceWithoutABoundaryStandsWhereItsObjectsAre(
                                       "</ofd:Appearance></ofd:Annot>"));
     const QImage image = PaintFile(file);
     QCOMPARE(InkBox(image), QRectF(30, 20, 30, 30));
+}
+
+void TestOfdPaintingOrder::aLayerInsideOfAnotherIsPaintedWithIt()
+{
+    const auto line = [](const QByteArray& y) {
+        return "<ofd:PathObject ID=\"1\" Boundary=\"20 " + y +
+               " 0 0\"><ofd:AbbreviatedData>M 0 0 L 60 0</ofd:AbbreviatedData></ofd:PathObject>";
+    };
+    const QByteArray inner =
+        "<ofd:Layer ID=\"501\" Type=\"Foreground\" DrawParam=\"31\">" + line("40") + "</ofd:Layer>";
+    const QByteArray plain = "<ofd:Layer ID=\"502\">" + line("60") + "</ofd:Layer>";
+    const QByteArray outer = "<ofd:Layer ID=\"500\" DrawParam=\"30\">" + line("20") + inner + "<ofd:PageBlock>" +
+                             plain + "</ofd:PageBlock>" + Square(BlueValue) + "</ofd:Layer>";
+    const auto param = [](const QByteArray& id, const QByteArray& colour) {
+        return "<ofd:DrawParam ID=\"" + id + "\" LineWidth=\"2\"><ofd:StrokeColor Value=\"" + colour +
+               "\"/></ofd:DrawParam>";
+    };
+    OfdFile file = FileOf(Page({}, outer));
+    file.Resources("<ofd:DrawParams>" + param("30", RedValue) + param("31", GreenValue) + "</ofd:DrawParams>");
+    const QImage image = PaintFile(file);
+    QVERIFY(Shows(image, 30, 20, Qt::red));
+    QVERIFY(Shows(image, 30, 40, Qt::green));  // its own draw parameter
+    QVERIFY(Shows(image, 30, 60, Qt::red));    // that of the layer around it
+    QVERIFY(Shows(image, 50, 40.5, Qt::blue)); // what comes later lies above
 }
 
 void TestOfdPaintingOrder::annotationsLieAboveAll()

@@ -121,6 +121,7 @@ void TestOfdTransparency::colourAlphaGoesFromZeroTo255_data()
     QTest::addColumn<int>("gray");
     QTest::newRow("full") << QByteArray("255") << 0;
     QTest::newRow("a quarter") << QByteArray("64") << 191;
+    QTest::newRow("a fraction") << QByteArray("127.5") << 127;
     QTest::newRow("beyond") << QByteArray("999") << 0;
     QTest::newRow("below") << QByteArray("-4") << 255;
     QTest::newRow("unreadable") << QByteArray("half") << 0;
