@@ -73,7 +73,25 @@ QByteArray TiffEntry(int tag, int type, int count, int value)
     return Little(tag, 2) + Little(type, 2) + Little(count, 4) + Little(value, 4);
 }
 
+// Not compressed; `meaning` says what the channels of eight bits are.
+QByteArray Tiff(const QSize& size, int channels, int meaning, const QByteArray& pixels)
+{
+    constexpr int entries = 9, start = 8, bits = start + 2 + entries * 12 + 4;
+    const int data = bits + 2 * channels;
+    QByteArray file = "II" + Little(42, 2) + Little(start, 4) + Little(entries, 2);
+    file += TiffEntry(256, 3, 1, size.width()) + TiffEntry(257, 3, 1, size.height());
+    file += TiffEntry(258, 3, channels, bits) + TiffEntry(259, 3, 1, 1) + TiffEntry(262, 3, 1, meaning);
+    file += TiffEntry(273, 4, 1, data) + TiffEntry(277, 3, 1, channels) + TiffEntry(278, 3, 1, size.height());
+    file += TiffEntry(279, 4, 1, pixels.size()) + Little(0, 4);
+    return file + Little(8, 2).repeated(channels) + pixels;
+}
+
 using Inks = std::array<int, 4>; // 255 = full
+
+Inks InksOf(QRgb colour)
+{
+    return {255 - qRed(colour), 255 - qGreen(colour), 255 - qBlue(colour), 0};
+}
 
 QByteArray InkJpeg(const QSize& size, bool isMarked, const std::function<Inks(int x, int y)>& inksAt)
 {
@@ -142,22 +160,28 @@ QByteArray QuadrantsTiff()
     QByteArray pixels;
     for (int y = 0; y < image.height(); ++y)
         pixels.append(reinterpret_cast<const char*>(image.constScanLine(y)), image.width() * 3);
-    constexpr int entries = 9, start = 8, bits = start + 2 + entries * 12 + 4, data = bits + 6;
-    QByteArray file = "II" + Little(42, 2) + Little(start, 4) + Little(entries, 2);
-    file += TiffEntry(256, 3, 1, image.width()) + TiffEntry(257, 3, 1, image.height());
-    file += TiffEntry(258, 3, 3, bits) + TiffEntry(259, 3, 1, 1) + TiffEntry(262, 3, 1, 2);
-    file += TiffEntry(273, 4, 1, data) + TiffEntry(277, 3, 1, 3) + TiffEntry(278, 3, 1, image.height());
-    file += TiffEntry(279, 4, 1, pixels.size()) + Little(0, 4);
-    return file + Little(8, 2) + Little(8, 2) + Little(8, 2) + pixels;
+    constexpr int lights = 2;
+    return Tiff(image.size(), 3, lights, pixels);
+}
+
+QByteArray QuadrantsInkTiff()
+{
+    const QImage image = Quadrants();
+    QByteArray pixels;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            for (const int ink : InksOf(image.pixel(x, y)))
+                pixels.append(char(ink));
+        }
+    }
+    constexpr int inks = 5;
+    return Tiff(image.size(), 4, inks, pixels);
 }
 
 QByteArray QuadrantsInkJpeg(bool isMarked)
 {
     const QImage image = Quadrants();
-    return InkJpeg(image.size(), isMarked, [&image](int x, int y) {
-        const QRgb colour = image.pixel(x, y);
-        return Inks{255 - qRed(colour), 255 - qGreen(colour), 255 - qBlue(colour), 0};
-    });
+    return InkJpeg(image.size(), isMarked, [&image](int x, int y) { return InksOf(image.pixel(x, y)); });
 }
 
 QByteArray FirstInkJpeg(bool isMarked)

@@ -7,7 +7,8 @@ namespace samples {
 // The picture of four coloured quarters in further kinds of files.
 QByteArray QuadrantsBmp();
 QByteArray QuadrantsGif();
-QByteArray QuadrantsTiff(); // not compressed
+QByteArray QuadrantsTiff();    // not compressed
+QByteArray QuadrantsInkTiff(); // of four inks
 // As a JPEG of four inks; with the mark of the programs that store them the other way round, or without it.
 QByteArray QuadrantsInkJpeg(bool isMarked);
 // The same kind of file, all of the first ink and none of the others.

@@ -17,7 +17,6 @@ namespace ofd {
 namespace {
 
 constexpr qint64 BandPixels = 8'000'000;
-constexpr double ThinnestLinePx = 0.7; // thinner lines would fade away on the screen
 const QRectF UnitSquare(0, 0, 1, 1);
 
 // From the unit square to the container: the object's matrix, or its boundary when it has none.
@@ -79,26 +78,6 @@ QImage SeenThrough(const QImage& image, const QImage& mask)
     return result;
 }
 
-// The frame of the picture in its own axes, in millimetres, with the border's corners.
-QPainterPath FrameOf(const ImageBorder& border, const QSizeF& sidesMm)
-{
-    QPainterPath frame;
-    const double rx = std::min(border.cornerWidthMm, sidesMm.width() / 2);
-    const double ry = std::min(border.cornerHeightMm, sidesMm.height() / 2);
-    const QRectF rect(QPointF(), sidesMm);
-    if (rx > 0 && ry > 0)
-        frame.addRoundedRect(rect, rx, ry);
-    else
-        frame.addRect(rect);
-    return frame;
-}
-
-// From the frame's millimetres to the container.
-QTransform FramePlace(const QTransform& place, const QSizeF& sidesMm)
-{
-    return QTransform::fromScale(1 / sidesMm.width(), 1 / sidesMm.height()) * place;
-}
-
 } // namespace
 
 QSizeF SidesOf(const QTransform& transform)
@@ -123,28 +102,47 @@ QRectF ImagePainter::BoxOf(const ImageObject& object)
     return PlaceOf(object).mapRect(UnitSquare);
 }
 
-void ImagePainter::Paint(const ImageObject& object, const Resources& resources, double alpha)
+PictureFrame ImagePainter::FrameOf(const ImageObject& object)
+{
+    PictureFrame frame;
+    const QTransform place = PlaceOf(object);
+    const QSizeF sidesMm = SidesOf(place);
+    if (sidesMm.isEmpty())
+        return frame;
+    const double rx = std::min(object.border->cornerWidthMm, sidesMm.width() / 2);
+    const double ry = std::min(object.border->cornerHeightMm, sidesMm.height() / 2);
+    const QRectF rect(QPointF(), sidesMm);
+    if (rx > 0 && ry > 0)
+        frame.outline.addRoundedRect(rect, rx, ry);
+    else
+        frame.outline.addRect(rect);
+    frame.toContainer = QTransform::fromScale(1 / sidesMm.width(), 1 / sidesMm.height()) * place;
+    return frame;
+}
+
+bool ImagePainter::Paint(const ImageObject& object, const Resources& resources, double alpha)
 {
     const QImage image = PictureOf(object, resources);
     if (image.isNull() || !IsUsable(PlaceOf(object) * painter.worldTransform()))
-        return;
-    painter.save();
+        return false;
+    const PainterScope scope(painter);
     PaintPicture(image, object, alpha);
-    painter.restore();
-    if (object.border)
-        PaintBorder(object, alpha);
+    return true;
 }
 
-QImage ImagePainter::ImageOf(int mediaId, const Resources& resources, const QSizeF& sidesPx) const
+// Null when there is none or when it cannot be read; nothing when it is too much work.
+std::optional<QImage> ImagePainter::ImageOf(int mediaId, const Resources& resources, const QSizeF& sidesPx) const
 {
     const MediaResource* media = resources.FindMedia(mediaId);
     if (mediaId && !media)
         ReportProblem(ProblemKind::DanglingReference,
                       QCoreApplication::translate("OfdDocument", "There is no picture %1.").arg(quint32(mediaId)));
-    if (!media || media->part.isEmpty() || work.IsExhausted())
+    if (!media || media->part.isEmpty())
         return QImage();
+    if (work.IsExhausted())
+        return std::nullopt;
     const QImage image = images.GetImage(package, media->part, sidesPx);
-    return TakePicture(media->part) ? image : QImage();
+    return TakePicture(media->part) ? std::optional(image) : std::nullopt;
 }
 
 // Pictures count by the size that they have in the file, decoded or already there.
@@ -161,18 +159,20 @@ QImage ImagePainter::PictureOf(const ImageObject& object, const Resources& resou
         ReportProblem(ProblemKind::DanglingReference,
                       QCoreApplication::translate("OfdDocument", "The object names no picture."));
     const QSizeF sidesPx = SidesOf(PlaceOf(object) * painter.worldTransform());
-    QImage image = ImageOf(object.mediaId, resources, sidesPx);
+    QImage image = ImageOf(object.mediaId, resources, sidesPx).value_or(QImage());
     if (image.isNull())
-        image = ImageOf(object.substitutionId, resources, sidesPx);
+        image = ImageOf(object.substitutionId, resources, sidesPx).value_or(QImage());
     if (image.isNull())
         return image;
     image = ShrunkTo(image, sidesPx);
-    const QImage mask = ImageOf(object.maskId, resources, sidesPx); // one that cannot be read hides nothing
-    if (mask.isNull())
+    const std::optional<QImage> mask = ImageOf(object.maskId, resources, sidesPx);
+    if (!mask) // what it hides must not show because hiding it is too much work
+        return QImage();
+    if (mask->isNull()) // one that cannot be read hides nothing
         return image;
-    const QSize size = image.size().expandedTo(mask.size());
+    const QSize size = image.size().expandedTo(mask->size());
     return work.Take(std::min(double(size.width()) * size.height(), double(limits::MaxMaskedPixels)) * MaskedPixel)
-               ? SeenThrough(image, ShrunkTo(mask, sidesPx))
+               ? SeenThrough(image, ShrunkTo(*mask, sidesPx))
                : QImage();
 }
 
@@ -180,38 +180,12 @@ void ImagePainter::PaintPicture(const QImage& image, const ImageObject& object, 
 {
     const QTransform place = PlaceOf(object);
     if (object.border && object.border->HasRoundCorners()) { // nothing sticks out at them
-        const QSizeF sidesMm = SidesOf(place);
-        painter.setClipPath(FramePlace(place, sidesMm).map(FrameOf(*object.border, sidesMm)), Qt::IntersectClip);
+        const PictureFrame frame = FrameOf(object);
+        painter.setClipPath(frame.toContainer.map(frame.outline), Qt::IntersectClip);
     }
     painter.setWorldTransform(place, true);
     painter.setOpacity(alpha);
     painter.drawImage(UnitSquare, image);
-}
-
-void ImagePainter::PaintBorder(const ImageObject& object, double alpha)
-{
-    const ImageBorder& border = *object.border;
-    const QTransform place = PlaceOf(object);
-    const QSizeF sidesMm = SidesOf(place);
-    if (!border.paint.IsVisible() || sidesMm.isEmpty())
-        return;
-    painter.setWorldTransform(FramePlace(place, sidesMm), true);
-    const double pixelsPerMm = ScaleOf(painter.worldTransform());
-    QColor color = border.paint.color;
-    color.setAlphaF(color.alphaF() * alpha);
-    const double width = std::max(border.line.widthMm, ThinnestLinePx / pixelsPerMm);
-    QPen pen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
-    double dashLength = 0;
-    for (const double dash : border.line.dashes)
-        dashLength += dash;
-    if (dashLength > 0 && 2 * (sidesMm.width() + sidesMm.height()) / dashLength < limits::MaxDashesInLine) {
-        QVector<qreal> dashes; // Qt counts them in widths of the line
-        for (const double dash : border.line.dashes)
-            dashes.append(dash / width);
-        pen.setDashPattern(dashes);
-        pen.setDashOffset(border.line.dashOffset / width);
-    }
-    painter.strokePath(FrameOf(border, sidesMm), pen);
 }
 
 } // namespace ofd

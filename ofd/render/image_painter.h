@@ -4,6 +4,8 @@
 
 #include <QPainter>
 
+#include <optional>
+
 namespace ofd {
 
 class ImageStore;
@@ -17,8 +19,15 @@ QImage ShrunkTo(const QImage& image, const QSizeF& sizePx);
 // The lengths of the sides of the unit square under the transform.
 QSizeF SidesOf(const QTransform& transform);
 
-// Paints the pictures of a page: the picture or the one that stands in for it, seen through its mask, and the border
-// around it. Made for one object on one thread.
+// Where the border of a picture runs: in millimetres along the sides of the picture, and from there to the container.
+struct PictureFrame
+{
+    QPainterPath outline; // empty when the picture has no area
+    QTransform toContainer;
+};
+
+// Paints the pictures of a page: the picture or the one that stands in for it, seen through its mask. Made for one
+// object on one thread.
 class ImagePainter
 {
 public:
@@ -32,16 +41,17 @@ public:
 
     // What the picture covers without its border, in its container's space.
     static QRectF BoxOf(const ImageObject& object);
-    // Paints with a painter whose transform maps the container to pixels and whose clip is set. Nothing is painted when
-    // neither the picture nor its substitute can be read. Leaves transform, clip and opacity changed.
-    void Paint(const ImageObject& object, const Resources& resources, double alpha);
+    // For an object that has a border.
+    static PictureFrame FrameOf(const ImageObject& object);
+    // Paints with a painter whose transform maps the container to pixels and whose clip is set. False, and nothing
+    // painted, when neither the picture nor its substitute can be read, or when it or its mask is too much work.
+    bool Paint(const ImageObject& object, const Resources& resources, double alpha);
 
 private:
     QImage PictureOf(const ImageObject& object, const Resources& resources) const;
     bool TakePicture(const QString& part) const;
-    QImage ImageOf(int mediaId, const Resources& resources, const QSizeF& sidesPx) const;
+    std::optional<QImage> ImageOf(int mediaId, const Resources& resources, const QSizeF& sidesPx) const;
     void PaintPicture(const QImage& image, const ImageObject& object, double alpha);
-    void PaintBorder(const ImageObject& object, double alpha);
 
     QPainter& painter;
     ImageStore& images;

@@ -154,12 +154,12 @@ bool ContentPainter::ClipTo(const std::vector<Clip>& clips, const Resources& res
     return true;
 }
 
-// Cuts to the object's boundary where that is a box and what is painted reaches beyond it.
-void ContentPainter::ClipToBoundary(const GraphicObject& object, const QRectF& painted)
+// Cuts to the object's boundary and half of its line, where that is a box and what is painted reaches beyond it.
+void ContentPainter::ClipToBoundary(const GraphicObject& object, const QRectF& painted, double lineMm)
 {
     if (object.boundary.width() <= 0 || object.boundary.height() <= 0)
         return;
-    const double grow = object.stroke.widthMm * ScaleOf(object.toContainer) / 2;
+    const double grow = lineMm / 2;
     const QRectF box = object.boundary.adjusted(-grow, -grow, grow, grow);
     if (box.contains(painted))
         return;
@@ -169,11 +169,23 @@ void ContentPainter::ClipToBoundary(const GraphicObject& object, const QRectF& p
 
 void ContentPainter::PaintImage(const ImageObject& object, const Around& around)
 {
-    ClipToBoundary(object, ImagePainter::BoxOf(object));
+    ClipToBoundary(object, ImagePainter::BoxOf(object), object.border ? object.border->line.widthMm : 0);
     const QRectF box = (painter->worldTransform() * ground.toStandard).mapRect(ImagePainter::BoxOf(object));
     if (!work.Take(AreaOf(box & ground.reach) * PicturePixel + ground.clipEdges))
         return;
-    ImagePainter(*painter, store.GetImages(), *package, work).Paint(object, around.resources, around.alpha);
+    ImagePainter pictures(*painter, store.GetImages(), *package, work);
+    if (pictures.Paint(object, around.resources, around.alpha) && object.border)
+        PaintBorder(object, around);
+}
+
+void ContentPainter::PaintBorder(const ImageObject& object, const Around& around)
+{
+    const ImageBorder& border = *object.border;
+    const PictureFrame frame = ImagePainter::FrameOf(object);
+    if (!border.paint.IsVisible() || frame.outline.isEmpty())
+        return;
+    painter->setWorldTransform(frame.toContainer, true);
+    StrokeShape(frame.outline, border.line, border.paint, around);
 }
 
 void ContentPainter::PaintComposite(const CompositeObject& object, const Around& around)

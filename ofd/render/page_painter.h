@@ -56,11 +56,12 @@ private:
     bool StampGlyphs(const TextLayout& layout, const QColor& color);
     void FillGlyphs(const TextLayout& layout, const TextObject& object, const Around& around);
     void PaintImage(const ImageObject& object, const Around& around);
+    void PaintBorder(const ImageObject& object, const Around& around);
     void PaintComposite(const CompositeObject& object, const Around& around);
 
     bool ClipTo(const std::vector<Clip>& clips, const Resources& resources);
     QPainterPath OutlineOf(const Clip& clip, const Resources& resources);
-    void ClipToBoundary(const GraphicObject& object, const QRectF& painted);
+    void ClipToBoundary(const GraphicObject& object, const QRectF& painted, double lineMm);
 
     // In the painter's own space; the outline must not be shared with other threads.
     void FillShape(const QPainterPath& outline, const Paint& paint, const Around& around);

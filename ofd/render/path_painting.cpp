@@ -160,7 +160,8 @@ void ContentPainter::StrokeWith(const QPen& pen, double width, const QPainterPat
 void ContentPainter::PaintPath(const PathObject& object, const Around& around)
 {
     const QPainterPath path = PrivateCopy(object.path);
-    ClipToBoundary(object, object.toContainer.mapRect(path.controlPointRect()));
+    ClipToBoundary(object, object.toContainer.mapRect(path.controlPointRect()),
+                   object.stroke.widthMm * ScaleOf(object.toContainer));
     painter->setWorldTransform(object.toContainer, true);
     if (object.isFilled && object.fillPaint.IsVisible())
         FillShape(path, object.fillPaint, around);

@@ -18,8 +18,10 @@ private slots:
     void aMaskHidesWhereItIsTransparent();
     void aMaskFinerThanItsPictureKeepsItsEdges();
     void aMaskThatCannotBeReadHidesNothing();
+    void aPictureIsNotShownWithoutAMaskThatIsTooMuchWork();
     void aBorderRunsAroundThePicture();
     void bordersHaveRoundCornersAndDashes();
+    void bordersCountAsWorkAndTakeEveryPaint();
     void theSubstituteStandsInForWhatCannotBeRead();
     void picturesOfEveryKindAreDecoded_data();
     void picturesOfEveryKindAreDecoded();
@@ -51,8 +53,8 @@ QImage PaintPicture(const QByteArray& picture, const QByteArray& other, const QB
         return "<ofd:MultiMedia ID=\"" + id + "\" Type=\"Image\"><ofd:MediaFile>" + file +
                "</ofd:MediaFile></ofd:MultiMedia>";
     };
-    OfdFile file = OfdFile::WithPage("<ofd:ImageObject ID=\"1\" ResourceID=\"40\" Boundary=\"10 10 40 40\" "
-                                     "CTM=\"40 0 0 40 0 0\" " +
+    const QByteArray matrix = attributes.contains("CTM") ? "" : "CTM=\"40 0 0 40 0 0\" ";
+    OfdFile file = OfdFile::WithPage("<ofd:ImageObject ID=\"1\" ResourceID=\"40\" Boundary=\"10 10 40 40\" " + matrix +
                                      attributes + ">" + inside + "</ofd:ImageObject>");
     file.Resources("<ofd:MultiMedias>" + media("40", "a.dat") + media("41", "b.dat") + "</ofd:MultiMedias>");
     file.Set(QStringLiteral("Doc_0/Res/a.dat"), picture).Set(QStringLiteral("Doc_0/Res/b.dat"), other);
@@ -94,6 +96,19 @@ void TestOfdImages::aMaskThatCannotBeReadHidesNothing()
     QCOMPARE(InkBox(PaintPicture(black, "no picture", "ImageMask=\"99\"")), QRectF(10, 10, 40, 40));
 }
 
+void TestOfdImages::aPictureIsNotShownWithoutAMaskThatIsTooMuchWork()
+{
+    const QByteArray black = PngOf(QSize(8, 8), Qt::black);
+    QImage huge(12'000, 12'000, QImage::Format_Mono);
+    huge.fill(1);
+    QByteArray mask;
+    QBuffer buffer(&mask);
+    QVERIFY(huge.save(&buffer, "PNG"));
+    QVERIFY(!ofd::DecodeImage(mask).isNull()); // it could be decoded
+    QVERIFY(InkBox(PaintPicture(black, mask, "ImageMask=\"41\"")).isEmpty());
+    QCOMPARE(InkBox(PaintPicture(black, mask, {})), QRectF(10, 10, 40, 40));
+}
+
 void TestOfdImages::aBorderRunsAroundThePicture()
 {
     const QByteArray white = PngOf(QSize(8, 8), Qt::white);
@@ -104,6 +119,11 @@ void TestOfdImages::aBorderRunsAroundThePicture()
     const QImage red =
         PaintPicture(white, {}, {}, "<ofd:Border LineWidth=\"4\"><ofd:BorderColor Value=\"255 0 0\"/></ofd:Border>");
     QCOMPARE(ColourAt(red, 30, 10), QColor(Qt::red));
+    // A picture somewhat larger than its boundary is cut, but not its border to half.
+    const QImage larger = PaintPicture(white, {}, "CTM=\"41 0 0 41 -0.5 -0.5\"", "<ofd:Border LineWidth=\"4\"/>");
+    QCOMPARE(InkBox(larger), QRectF(7.5, 7.5, 45, 45));
+    const QImage cut = PaintPicture(white, {}, "CTM=\"60 0 0 41 0 -0.5\"", "<ofd:Border LineWidth=\"4\"/>");
+    QCOMPARE(InkBox(cut), QRectF(8, 8, 44, 44));
 }
 
 void TestOfdImages::bordersHaveRoundCornersAndDashes()
@@ -119,6 +139,21 @@ void TestOfdImages::bordersHaveRoundCornersAndDashes()
                                        "<ofd:Border LineWidth=\"2\" DashPattern=\"5 5\" DashOffset=\"0\"/>");
     QCOMPARE(ColourAt(dashed, 12.5, 10), QColor(Qt::black));
     QCOMPARE(ColourAt(dashed, 17.5, 10), QColor(Qt::white));
+}
+
+void TestOfdImages::bordersCountAsWorkAndTakeEveryPaint()
+{
+    const QByteArray white = PngOf(QSize(8, 8), Qt::white);
+    const QByteArray dashes = "LineWidth=\"20\" DashPattern=\"0.02 0.02\"";
+    QVERIFY(InkBox(PaintPicture(white, {}, {}, "<ofd:Border " + dashes + "/>")).isEmpty()); // thousands, each wide
+    const QImage shaded = PaintPicture(
+        white, {}, {},
+        "<ofd:Border LineWidth=\"4\"><ofd:BorderColor><ofd:AxialShd StartPoint=\"0 0\" EndPoint=\"40 0\">"
+        "<ofd:Segment><ofd:Color Value=\"255 0 0\"/></ofd:Segment><ofd:Segment><ofd:Color Value=\"0 0 255\"/>"
+        "</ofd:Segment></ofd:AxialShd></ofd:BorderColor></ofd:Border>");
+    QVERIFY(IsNear(ColourAt(shaded, 30, 10), QColor(127, 0, 127), 4));
+    QVERIFY(IsNear(ColourAt(shaded, 20, 50), QColor(191, 0, 64), 4));
+    QCOMPARE(ColourAt(shaded, 30, 30), QColor(Qt::white));
 }
 
 void TestOfdImages::theSubstituteStandsInForWhatCannotBeRead()
@@ -138,6 +173,7 @@ void TestOfdImages::picturesOfEveryKindAreDecoded_data()
     QTest::newRow("BMP") << samples::QuadrantsBmp();
     QTest::newRow("GIF") << samples::QuadrantsGif();
     QTest::newRow("TIFF") << samples::QuadrantsTiff();
+    QTest::newRow("TIFF of inks") << samples::QuadrantsInkTiff();
     QTest::newRow("JPEG of inks") << samples::QuadrantsInkJpeg(false);
     QTest::newRow("JPEG of inks the other way round") << samples::QuadrantsInkJpeg(true);
 }
