@@ -90,18 +90,22 @@ private:
             layout.clusters[i].along = along;
     }
 
+    // The face that draws the character, and its glyph there; null when none does.
+    std::shared_ptr<const FontFace> FaceFor(uint character, quint32* glyph)
+    {
+        *glyph = choice.face ? choice.face->GlyphOf(character) : 0;
+        if (*glyph)
+            return choice.face;
+        // Rather nothing than the box of a missing glyph, which helps nobody. Subsets of fonts often lack the blank.
+        std::shared_ptr<const FontFace> other = fonts.GetFallback(character, font, text.weight);
+        *glyph = other ? other->GlyphOf(character) : 0;
+        return other;
+    }
+
     void PlaceCharacter(const TextCode& code, uint character)
     {
-        std::shared_ptr<const FontFace> face = choice.face;
-        quint32 glyph = face ? face->GlyphOf(character) : 0;
-        if (!glyph && character != ' ') {
-            if (std::shared_ptr<const FontFace> other = fonts.GetFallback(character, font, text.weight)) {
-                glyph = other->GlyphOf(character);
-                face = std::move(other);
-            } else {
-                face = nullptr; // the box of a missing glyph helps nobody
-            }
-        }
+        quint32 glyph = 0;
+        const std::shared_ptr<const FontFace> face = FaceFor(character, &glyph);
         BeginCluster(QString::fromUcs4(&character, 1));
         PlaceGlyph(code, face, glyph);
         EndCluster();
@@ -117,34 +121,85 @@ private:
             return;
         }
         BeginCluster(QString::fromUcs4(codes.constData(), codes.size()));
-        for (int i = 0; i < mapping.glyphs.size(); ++i) {
-            if (choice.isEmbedded)
-                PlaceGlyph(code, choice.face, mapping.glyphs.at(i));
-            else
-                PlaceGlyph(code, choice.face, choice.face && i < codes.size() ? choice.face->GlyphOf(codes.at(i)) : 0);
+        if (choice.isEmbedded) {
+            for (const quint32 glyph : mapping.glyphs)
+                PlaceGlyph(code, choice.face, glyph);
+        } else {
+            PlaceInPlaces(code, codes, mapping.glyphs.size());
         }
         EndCluster();
     }
 
+    // Each character in a place of its own; the last place has all that are left, or the last places stay empty.
+    void PlaceInPlaces(const TextCode& code, const QVector<uint>& codes, int places)
+    {
+        const int single = std::min(places - 1, codes.size());
+        quint32 glyph = 0;
+        for (int i = 0; i < single; ++i) {
+            const std::shared_ptr<const FontFace> face = FaceFor(codes.at(i), &glyph);
+            PlaceGlyph(code, face, glyph);
+        }
+        if (single < codes.size())
+            PlaceSideBySide(code, codes.mid(single));
+        for (int i = codes.size(); i < places && code.hasDeltas; ++i)
+            PlaceGlyph(code, nullptr, 0);
+    }
+
+    // What one glyph of the missing font stood for.
+    void PlaceSideBySide(const TextCode& code, const QVector<uint>& codes)
+    {
+        struct Letter
+        {
+            std::shared_ptr<const FontFace> face;
+            quint32 glyph = 0;
+            double advance = 0;
+        };
+        std::vector<Letter> letters(size_t(codes.size()));
+        double sum = 0;
+        for (size_t i = 0; i < letters.size(); ++i) {
+            letters[i].face = FaceFor(codes.at(int(i)), &letters[i].glyph);
+            letters[i].advance = AdvanceOf(letters[i].face, letters[i].glyph);
+            sum += letters[i].advance;
+        }
+        QTransform place = BeginPlace(code, sum);
+        for (const Letter& letter : letters) {
+            AddGlyph(letter.face, letter.glyph, letter.advance, place);
+            place.translate(letter.advance, 0);
+        }
+        MovePen(code, sum);
+    }
+
     void PlaceGlyph(const TextCode& code, const std::shared_ptr<const FontFace>& face, quint32 glyph)
     {
-        double advance = face ? face->AdvanceOf(glyph) : 0;
-        if (advance <= 0)
-            advance = UnknownAdvance;
+        const double advance = AdvanceOf(face, glyph);
+        AddGlyph(face, glyph, advance, BeginPlace(code, advance));
+        MovePen(code, advance);
+    }
+
+    static double AdvanceOf(const std::shared_ptr<const FontFace>& face, quint32 glyph)
+    {
+        const double advance = face ? face->AdvanceOf(glyph) : 0;
+        return advance > 0 ? advance : UnknownAdvance;
+    }
+
+    // From the em square of a glyph, or of several together, to where the pen is.
+    QTransform BeginPlace(const TextCode& code, double advance)
+    {
         if (!code.hasDeltas && RunsAgainstCharacters() && deltaIndex++ > 0)
             MoveAlong(advance * text.size * text.horizontalScale); // the glyph lies before the place it is read from
         const QTransform squeeze = QTransform::fromScale(SqueezeOf(code, advance), 1);
-        QTransform place = squeeze * shape * QTransform::fromTranslate(pen.x(), pen.y());
+        return squeeze * shape * QTransform::fromTranslate(pen.x(), pen.y());
+    }
+
+    void AddGlyph(const std::shared_ptr<const FontFace>& face, quint32 glyph, double advance, const QTransform& place)
+    {
         AddCell(face, place, advance);
         PlacedGlyph placed;
         placed.face = face;
         placed.glyph = glyph;
         placed.extraWeight = choice.needsEmboldening ? text.size * BoldLine : 0;
-        if (choice.needsSlanting)
-            place = QTransform(1, 0, -SlantTangent, 1, 0, 0) * place;
-        placed.toObject = place;
+        placed.toObject = choice.needsSlanting ? QTransform(1, 0, -SlantTangent, 1, 0, 0) * place : place;
         layout.glyphs.push_back(std::move(placed));
-        MovePen(code, advance);
     }
 
     // Letters of a face that stands in for another are often wider than the places that were left for them.

@@ -39,6 +39,8 @@ private slots:
     void aFaceThatTheSystemLeansOrThickensIsLeanedAndThickenedHere();
     void translucentLettersMadeBolderAreOneShape_data();
     void translucentLettersMadeBolderAreOneShape();
+    void aBlankThatTheFontLacksIsNotTheBoxOfAMissingGlyph();
+    void charactersOfMappingsInAMissingFontAreAllDrawn();
     void clipsOfManyLettersTakeInTheirLines_data();
     void clipsOfManyLettersTakeInTheirLines();
     void missingFontsAreReplacedByWhatLooksLikeThem_data();
@@ -327,6 +329,49 @@ void TestOfdFonts::translucentLettersMadeBolderAreOneShape()
     const QImage opaque = letters("255");
     QVERIFY(InkBox(opaque).height() > 28); // seven tenths of the size and the line around it
     QVERIFY(FarthestLevels(opaque, 128 / 255.0, letters("128")) <= 30);
+}
+
+void TestOfdFonts::aBlankThatTheFontLacksIsNotTheBoxOfAMissingGlyph()
+{
+    samples::BlockFontTables tables;
+    tables.hasCmap = false;
+    const QByteArray font = samples::BlockTrueType(tables);
+    const auto letter = [](int place, char letter) {
+        return "<ofd:CGTransform CodePosition=\"" + QByteArray::number(place) + "\"><ofd:Glyphs>" +
+               QByteArray::number(Glyph(letter)) + "</ofd:Glyphs></ofd:CGTransform>";
+    };
+    const auto text = [&](const QByteArray& codes) {
+        return PaintWith(font, TextObject("Size=\"20\" Boundary=\"10 10 80 40\"", codes));
+    };
+    const QImage blank =
+        text(letter(0, 'L') + letter(2, 'I') + "<ofd:TextCode X=\"5\" Y=\"25\" DeltaX=\"20 20\">L I</ofd:TextCode>");
+    QVERIFY(InkBox(blank).width() > 40);
+    QCOMPARE(blank, text(letter(0, 'L') + "<ofd:TextCode X=\"5\" Y=\"25\">L</ofd:TextCode>" + letter(0, 'I') +
+                         "<ofd:TextCode X=\"45\" Y=\"25\">I</ofd:TextCode>"));
+}
+
+void TestOfdFonts::charactersOfMappingsInAMissingFontAreAllDrawn()
+{
+    const auto mapping = [](const QByteArray& counts, const QByteArray& glyphs) {
+        return "<ofd:CGTransform CodePosition=\"0\" " + counts + "><ofd:Glyphs>" + glyphs +
+               "</ofd:Glyphs></ofd:CGTransform>";
+    };
+    const auto code = [](const QByteArray& x, const QByteArray& deltas, const QByteArray& text) {
+        return "<ofd:TextCode X=\"" + x + "\" Y=\"25\" " + deltas + ">" + text + "</ofd:TextCode>";
+    };
+    const auto paint = [](const QByteArray& codes) {
+        return PaintPage(TextObject("Size=\"10\" Boundary=\"10 10 80 40\"", codes));
+    };
+    const QByteArray twoInOne = mapping("CodeCount=\"2\" GlyphCount=\"1\"", "5");
+    const QImage two = paint(code("5", {}, "HI"));
+    QVERIFY(InkBox(two).width() > 8);
+    QCOMPARE(paint(twoInOne + code("5", {}, "HI")), two);
+    QCOMPARE(paint(twoInOne + code("5", "DeltaX=\"30\"", "HIM")), paint(code("5", {}, "HI") + code("35", {}, "M")));
+    // They fit the room that was left for their glyph.
+    QVERIFY(InkBox(paint(twoInOne + code("5", "DeltaX=\"6\"", "HI"))).width() < 0.8 * InkBox(two).width());
+    // And the other way round, which leaves places empty.
+    QCOMPARE(paint(mapping("CodeCount=\"1\" GlyphCount=\"3\"", "5 6 7") + code("5", "DeltaX=\"10 9 8\"", "HI")),
+             paint(code("5", {}, "H") + code("32", {}, "I")));
 }
 
 void TestOfdFonts::clipsOfManyLettersTakeInTheirLines_data()
