@@ -10,6 +10,7 @@
 #include <QtConcurrent>
 
 #include <limits>
+#include <new>
 
 namespace {
 constexpr int kPagesAtOnce = 20; // so many are taken in one go, however long they take, when they are at hand
@@ -29,7 +30,7 @@ bool IsSameLine(const CCA_GRect& last, const CCA_GRect& next)
 
 QString TextOf(const QList<G_HighLightItem>& items)
 {
-    QString text;
+    QString text = QLatin1String("");
     for (const G_HighLightItem& item : items) {
         for (int i = 0; i < item.runs.size(); ++i) {
             if (!text.isEmpty())
@@ -39,6 +40,16 @@ QString TextOf(const QList<G_HighLightItem>& items)
         }
     }
     return text;
+}
+
+// Null, which no text is, when memory runs out.
+QString TextWithinMemory(const QList<G_HighLightItem>& items)
+{
+    try {
+        return TextOf(items);
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
 }
 } // namespace
 
@@ -220,7 +231,7 @@ void G_DocView::CopySelectedText()
         if (G_StatusNote* note = G_StatusNote::For(d->widget))
             note->Show(tr("The text is copied as soon as all of it has been read. Esc stops that."));
     } else if (d->selection.size() > kPagesJoinedAtOnce) {
-        d->copyWatcher.setFuture(QtConcurrent::run(TextOf, d->selection));
+        d->copyWatcher.setFuture(QtConcurrent::run(TextWithinMemory, d->selection));
     } else {
         d->copyWatcher.cancel();
         d->CopyText(TextOf(d->selection));
@@ -229,6 +240,10 @@ void G_DocView::CopySelectedText()
 
 void G_DocView::Private::CopyText(const QString& text)
 {
+    if (text.isNull()) {
+        if (G_StatusNote* note = G_StatusNote::For(widget))
+            note->Show(tr("There is not enough memory to copy the text."));
+    }
     if (!text.isEmpty())
         QGuiApplication::clipboard()->setText(text);
 }

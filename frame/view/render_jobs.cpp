@@ -1,11 +1,13 @@
 #include "render_jobs.h"
 
+#include <QCoreApplication>
 #include <QThread>
 #include <QtConcurrent>
 
 #include <algorithm>
 #include <atomic>
 #include <mutex>
+#include <new>
 #include <utility>
 
 namespace {
@@ -87,10 +89,16 @@ G_RenderResult Render(IG_PageRenderer* renderer, const G_RenderRequest& request,
 {
     if (request.cancelled->load())
         return {};
-    G_RenderResult result = renderer->RenderPage(request);
-    if (request.cancelled->load())
-        return {};
-    result.image = Turned(result.image, rotation);
+    G_RenderResult result;
+    try {
+        result = renderer->RenderPage(request);
+        if (request.cancelled->load())
+            return {};
+        result.image = Turned(result.image, rotation);
+    } catch (const std::bad_alloc&) { // which would end the program on this thread
+        result.image = QImage();
+        result.error = QCoreApplication::translate("G_DocView", "There is not enough memory to paint the page.");
+    }
     return result;
 }
 

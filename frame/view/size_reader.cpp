@@ -2,6 +2,7 @@
 
 #include <QtConcurrent>
 
+#include <new>
 #include <utility>
 
 namespace {
@@ -28,6 +29,21 @@ void SizeReader::Start()
         ReadMore();
 }
 
+// Nothing when it was given up, or when memory runs out: then the sizes that are still unknown stay so until their
+// pages come into view.
+QVector<QSizeF> SizeReader::Read(int first, int end)
+{
+    try {
+        QVector<QSizeF> sizes;
+        sizes.reserve(end - first);
+        for (int page = first; page < end && !isGivenUp; ++page)
+            sizes.append(renderer->PageSizeMm(page));
+        return isGivenUp ? QVector<QSizeF>() : sizes;
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
+}
+
 void SizeReader::ReadMore()
 {
     const int first = next;
@@ -35,13 +51,9 @@ void SizeReader::ReadMore()
     if (first == next)
         return;
     QtConcurrent::run(&pool, [this, first, end = next] {
-        QVector<QSizeF> sizes;
-        sizes.reserve(end - first);
-        for (int page = first; page < end; ++page) {
-            if (isGivenUp)
-                return;
-            sizes.append(renderer->PageSizeMm(page));
-        }
+        const QVector<QSizeF> sizes = Read(first, end);
+        if (sizes.isEmpty())
+            return;
         QMetaObject::invokeMethod(
             this,
             [this, first, sizes] {

@@ -25,7 +25,8 @@ public:
 
 private:
     void ReadMore();
-    IG_PageRenderer* renderer; // not owned
+    QVector<QSizeF> Read(int first, int end); // on the other thread
+    IG_PageRenderer* renderer;                // not owned
     const int pageCount;
     const Told told;
     int next = 0;

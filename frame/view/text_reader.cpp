@@ -6,7 +6,19 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <new>
 #include <utility>
+
+namespace {
+
+class UnreadableText : public IG_ReadText
+{
+public:
+    bool IsReadable() const override { return false; }
+    QList<G_TextGlyph> AllGlyphs() const override { return {}; }
+};
+
+} // namespace
 
 // What both threads know. The lock is not Qt's own: the thread sanitizer does not see those.
 struct G_TextReader::Shared
@@ -125,15 +137,28 @@ void G_TextReader::Want(const QVector<int>& pages)
     QtConcurrent::run(&pool, [this] { ReadWanted(); });
 }
 
+// Null when it was given up. A page for which memory runs out counts as unreadable, so that who waits for it goes on.
+std::shared_ptr<const void> G_TextReader::Read(int page, const Digest& digest, const std::atomic<bool>& isGivenUp)
+{
+    std::shared_ptr<const IG_ReadText> text;
+    try {
+        text = source->ReadText(page, isGivenUp);
+        if (!text || !digest)
+            return text;
+        return digest(page, text);
+    } catch (const std::bad_alloc&) {
+        text = std::make_shared<UnreadableText>();
+    }
+    return digest ? digest(page, text) : text;
+}
+
 void G_TextReader::ReadWanted()
 {
     Digest digest;
     Shared::Flag isGivenUp;
     for (int page = 0; (page = shared->Next(&digest, &isGivenUp)) >= 0;) {
-        std::shared_ptr<const void> result;
-        if (const std::shared_ptr<const IG_ReadText> text = source->ReadText(page, *isGivenUp))
-            result = digest ? digest(page, text) : text;
-        else
+        const std::shared_ptr<const void> result = Read(page, digest, *isGivenUp);
+        if (!result)
             isGivenUp->store(true);
         if (shared->Finish(page, isGivenUp, result))
             QMetaObject::invokeMethod(

@@ -43,7 +43,9 @@ public:
 
 private:
     struct Shared;
-    void ReadWanted(); // on the other thread
+    // On the other thread.
+    void ReadWanted();
+    std::shared_ptr<const void> Read(int page, const Digest& digest, const std::atomic<bool>& isGivenUp);
     void Deliver(int page);
 
     IG_TextSource* source; // not owned; may be null

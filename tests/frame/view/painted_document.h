@@ -11,6 +11,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <new>
 
 // Notes what it is asked for and paints each page in a colour of its own.
 class RecordingRenderer : public IG_PageRenderer
@@ -18,6 +19,8 @@ class RecordingRenderer : public IG_PageRenderer
 public:
     G_RenderResult RenderPage(const G_RenderRequest& request) override
     {
+        if (isStarved)
+            throw std::bad_alloc();
         std::unique_lock<std::mutex> lock(mutex);
         requests.append(request);
         wasOnMainThread = wasOnMainThread || QThread::currentThread() == qApp->thread();
@@ -91,6 +94,7 @@ public:
     QImage partial; // told while painting is blocked
     QString error;
     QRectF markMm;                         // painted on every page, where it lies on it
+    std::atomic<bool> isStarved{false};    // memory runs out whatever is painted
     std::atomic<bool> heedsGivingUp{true}; // else it ends no sooner than painting is unblocked
     std::atomic<int> running{0};
     std::atomic<bool> wasOnMainThread{false};

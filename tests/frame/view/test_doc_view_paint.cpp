@@ -47,6 +47,22 @@ private:
     QStringList* notes;
 };
 
+namespace {
+
+// The reason why a page is not shown is written in the middle of what is seen, in red on a sheet that is neither paper
+// nor picture: pixels of it.
+int RedOf(const QImage& sheet)
+{
+    int red = 0;
+    for (int y = 150; y < 250; ++y) {
+        for (int x = 100; x < 500; ++x)
+            red += sheet.pixelColor(x, y).red() > 150 && sheet.pixelColor(x, y).green() < 120 ? 1 : 0;
+    }
+    return red;
+}
+
+} // namespace
+
 class TestDocViewPaint : public QObject
 {
     Q_OBJECT
@@ -61,6 +77,7 @@ private slots:
     void aPageThatLeavesTheScreenIsGivenUp();
     void theViewsDeathWaitsForItsJobs();
     void aFailedPageShowsWhy();
+    void aPageForWhichMemoryRunsOutShowsWhyAndIsPaintedLater();
     void droppedPicturesAreMadeAnew();
     void theTemplateFilterReachesTheRenderer();
     void hiddenAnnotationsAreNotAskedFor();
@@ -202,13 +219,7 @@ void TestDocViewPaint::aFailedPageShowsWhy()
     painted.document.renderer.error = QStringLiteral("the content is broken");
     QSignalSpy spy(painted.view.get(), &G_DocView::FirstPagePainted);
     const QImage sheet = painted.Picture();
-    // The reason is written in the middle of what is seen, in red on a sheet that is neither paper nor picture.
-    int red = 0;
-    for (int y = 150; y < 250; ++y) {
-        for (int x = 100; x < 500; ++x)
-            red += sheet.pixelColor(x, y).red() > 150 && sheet.pixelColor(x, y).green() < 120 ? 1 : 0;
-    }
-    QVERIFY(red > 100);
+    QVERIFY(RedOf(sheet) > 100);
     QVERIFY(sheet.pixelColor(300, 50) != painted.document.renderer.colour);
     QVERIFY(sheet.pixelColor(300, 50) != QColor(Qt::white));
     painted.view->SetZoom(20, false); // nor does a small sheet break
@@ -218,6 +229,16 @@ void TestDocViewPaint::aFailedPageShowsWhy()
     ViewFixture::Settle();
     QCOMPARE(spy.count(), 1); // panes do not wait for a page that cannot be shown
     Screens::SaveScreen(painted.view->Widget(), QStringLiteral("frame-broken-page"));
+}
+
+void TestDocViewPaint::aPageForWhichMemoryRunsOutShowsWhyAndIsPaintedLater()
+{
+    Painted painted(2);
+    painted.document.renderer.isStarved = true;
+    QVERIFY(RedOf(painted.Picture()) > 100);
+    painted.document.renderer.isStarved = false;
+    painted.view->SetZoom(80, false);
+    QCOMPARE(painted.Picture().pixelColor(300, 200), painted.document.renderer.colour);
 }
 
 void TestDocViewPaint::droppedPicturesAreMadeAnew()

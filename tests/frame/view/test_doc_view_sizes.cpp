@@ -7,7 +7,9 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <limits>
 #include <mutex>
+#include <new>
 
 namespace {
 
@@ -34,6 +36,8 @@ public:
         while (!isMain && isBlocked && !isEnding)
             changed.wait(lock);
         ++(isMain ? onMain : elsewhere);
+        if (!isMain && pageIndex >= starvedFrom)
+            throw std::bad_alloc();
         return SizeOf(pageIndex);
     }
     void Block(bool blocked)
@@ -48,6 +52,7 @@ public:
         isEnding = true;
         changed.notify_all();
     }
+    int starvedFrom = std::numeric_limits<int>::max(); // memory runs out there, off the main thread
     std::atomic<int> onMain{0};
     std::atomic<int> elsewhere{0};
 
@@ -122,6 +127,7 @@ private slots:
     void pagesInViewHaveTheirTrueSize();
     void allSizesAreReadInTheEnd();
     void whatIsInViewStaysWhereItIsWhenSizesCome();
+    void whenMemoryRunsOutSizesAreReadAsPagesComeIntoView();
     void aJumpGoesToTheTrueSizeOfItsPage();
     void fittingAFarPageFitsItsTrueSize();
     void scrollingBackIntoUnknownPagesDoesNotMoveTheOneInView();
@@ -188,6 +194,21 @@ void TestDocViewSizes::whatIsInViewStaysWhereItIsWhenSizesCome()
     QVERIFY(measured.view->PageRect(page).top() != top); // the pages above it are others than was thought
     QCOMPARE(measured.Place(page), before);
     QCOMPARE(measured.view->CurrentPageIndex(), page);
+}
+
+void TestDocViewSizes::whenMemoryRunsOutSizesAreReadAsPagesComeIntoView()
+{
+    Measured measured(2000);
+    measured.document.renderer.starvedFrom = 700;
+    measured.document.renderer.Block(false);
+    QTRY_COMPARE(measured.document.renderer.elsewhere.load(), 701);
+    ViewFixture::Settle();
+    QCOMPARE(measured.view->PageRect(493).size(), ShownSize(*measured.view, 493));    // 493 % 7 == 3
+    QVERIFY(measured.view->PageRect(1704).size() != ShownSize(*measured.view, 1704)); // 1704 % 7 == 3
+    measured.view->GoToPage(measured.view.get(), 1704, CCA_GRect(), false);
+    ViewFixture::Settle();
+    QCOMPARE(measured.view->PageRect(1704).size(), ShownSize(*measured.view, 1704));
+    QCOMPARE(measured.document.renderer.elsewhere.load(), 701); // nobody tries again and again
 }
 
 void TestDocViewSizes::aJumpGoesToTheTrueSizeOfItsPage()

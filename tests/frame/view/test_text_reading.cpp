@@ -18,6 +18,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <new>
 
 namespace {
 
@@ -75,6 +76,19 @@ private:
     QSet<int> let;
     QList<int> asked;
     bool isBlocked = true;
+};
+
+// Has no memory for page 1.
+class StarvedSource : public IG_TextSource
+{
+public:
+    std::shared_ptr<const IG_ReadText> ReadText(int pageIndex, const std::atomic<bool>&) override
+    {
+        if (pageIndex == 1)
+            throw std::bad_alloc();
+        return std::make_shared<NoText>();
+    }
+    bool IsTextRead(int) override { return false; }
 };
 
 class SlowDocument : public MemoryDocument
@@ -150,6 +164,8 @@ private slots:
     void aReaderGivesUpWhatIsNoLongerWanted();
     void aReaderWaitsNoLongerThanItMay();
     void whatADigestMadeIsDroppedWithIt();
+    void aPageForWhichMemoryRunsOutIsUnreadableAndTheNextIsRead_data();
+    void aPageForWhichMemoryRunsOutIsUnreadableAndTheNextIsRead();
 };
 
 void TestTextReading::aDragSelectsOnceTheTextHasCome()
@@ -299,6 +315,34 @@ void TestTextReading::aReaderReadsInTheOrderInWhichPagesAreWanted()
     QCOMPARE(source.Asked(), (QList<int>{3, 1, 2, 4}));
     QVERIFY(!source.wasOnMainThread);
     QVERIFY(G_TextReader(nullptr, [](int) {}).IsReady(7));
+}
+
+void TestTextReading::aPageForWhichMemoryRunsOutIsUnreadableAndTheNextIsRead_data()
+{
+    QTest::addColumn<bool>("hasDigest");
+    QTest::newRow("the text itself") << false;
+    QTest::newRow("what is made of it") << true;
+}
+
+void TestTextReading::aPageForWhichMemoryRunsOutIsUnreadableAndTheNextIsRead()
+{
+    QFETCH(bool, hasDigest);
+    StarvedSource source;
+    QList<int> told;
+    G_TextReader reader(&source, [&told](int page) { told.append(page); });
+    if (hasDigest)
+        reader.SetDigest([](int, const std::shared_ptr<const IG_ReadText>& text) {
+            return std::make_shared<bool>(text->IsReadable());
+        });
+    reader.Want({0, 1, 2});
+    QTRY_COMPARE(told, (QList<int>{0, 1, 2}));
+    for (const int page : {0, 1, 2}) {
+        const std::shared_ptr<const void> taken = reader.Take(page);
+        QVERIFY(taken);
+        const bool isReadable = hasDigest ? *static_cast<const bool*>(taken.get())
+                                          : static_cast<const IG_ReadText*>(taken.get())->IsReadable();
+        QCOMPARE(isReadable, page != 1);
+    }
 }
 
 void TestTextReading::aReaderGivesUpWhatIsNoLongerWanted()
