@@ -66,6 +66,7 @@ struct OfdDocument::Private
     void StampModificationDate(PackageChanges& changes) const;
     const SignedParts& Signed() const;
     DocumentSaveResult Write(const QString& target, bool overwritesForeignChange);
+    DocumentSaveResult WithoutMemory() const;
     void AdoptSaved(std::unique_ptr<Package> saved, const SavePlan& plan, const QString& target);
     void AdoptSavedBookmarks();
     void AdoptSavedOutline();
@@ -76,6 +77,7 @@ struct OfdDocument::Private
     std::shared_ptr<DocumentStore> store;
     std::unique_ptr<XmlPart> documentPart;            // as in the file; for reading trees and for edits
     mutable std::unique_ptr<SignedParts> signedParts; // null until asked for
+    bool isBehindItsFile = false;                     // what was saved could not be taken over: no memory
     std::unique_ptr<AttachmentTable> attachments;
     std::unique_ptr<OfdPageRenderer> renderer;
     std::unique_ptr<OfdTextSource> textSource;

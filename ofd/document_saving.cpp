@@ -17,6 +17,7 @@
 #include <QDateTime>
 
 #include <algorithm>
+#include <new>
 
 namespace ofd {
 
@@ -193,6 +194,10 @@ void OfdDocument::Private::KeepPartsInUse(PackageChanges& changes) const
 
 bool OfdDocument::Private::CollectChanges(SavePlan& plan, PackageError& error) const
 {
+    if (isBehindItsFile) {
+        error = {PackageErrorKind::WriteFailed, WithoutMemory().error};
+        return false;
+    }
     if (!CollectAnnotations(plan, error) || !CollectDocumentPart(plan, error))
         return false;
     KeepPartsInUse(plan.changes);
@@ -217,8 +222,21 @@ DocumentSaveResult OfdDocument::Private::Write(const QString& target, bool overw
         result.isForeignChange = saved.error.kind == PackageErrorKind::SourceChanged;
         return result;
     }
+    isBehindItsFile = true; // for good, when memory runs out meanwhile: edits would go to the wrong places
     AdoptSaved(std::move(saved.package), plan, target);
+    isBehindItsFile = false;
     result.isSaved = true;
+    return result;
+}
+
+DocumentSaveResult OfdDocument::Private::WithoutMemory() const
+{
+    DocumentSaveResult result;
+    result.error =
+        isBehindItsFile
+            ? QCoreApplication::translate("OfdDocument", "The document was saved, but there was not enough memory to "
+                                                         "go on with it. Open it again.")
+            : QCoreApplication::translate("OfdDocument", "There is not enough memory to save the document.");
     return result;
 }
 
@@ -293,46 +311,58 @@ void OfdDocument::Private::AdoptSavedTags(const SavePlan& plan)
 
 DocumentSaveResult OfdDocument::Save(bool overwritesForeignChange)
 {
-    DocumentSaveResult result;
     if (d->isReadOnly) {
+        DocumentSaveResult result;
         result.error =
             QCoreApplication::translate("OfdDocument", "The document is read-only. Save it under another name.");
         return result;
     }
-    if (!IsModified() && !IsChangedOnDisk()) // the file is what it should be
-        result.isSaved = true;
-    else
-        result = d->Write(d->path, overwritesForeignChange);
-    result.notWritten = GetUnsavableChanges();
-    return result;
+    return WhileMemoryLasts([&] {
+        if (!IsModified() && !IsChangedOnDisk()) // the file is what it should be
+            return DocumentSaveResult{true, QString(), false, {}};
+        return d->Write(d->path, overwritesForeignChange);
+    });
 }
 
 DocumentSaveResult OfdDocument::SaveAs(const QString& path)
 {
-    const QString target = TargetFile::FollowLinks(path);
-    DocumentSaveResult result = d->Write(target, target != d->path);
-    if (result.isSaved)
-        d->isReadOnly = false; // it could be written just now
-    result.notWritten = GetUnsavableChanges();
-    return result;
+    return WhileMemoryLasts([&] {
+        const QString target = TargetFile::FollowLinks(path);
+        const DocumentSaveResult result = d->Write(target, target != d->path);
+        if (result.isSaved)
+            d->isReadOnly = false; // it could be written just now
+        return result;
+    });
 }
 
 DocumentSaveResult OfdDocument::SaveCopy(const QString& path) const
 {
-    DocumentSaveResult result;
-    Private::SavePlan plan;
-    PackageError error;
-    const bool isCollected = d->CollectChanges(plan, error);
-    if (isCollected) {
-        SaveOptions options;
-        options.overwritesForeignChange = true;
-        options.waitsForDisk = false;
-        error = SavePackage(*d->store->GetPackage(), plan.changes, path, options).error;
+    return WhileMemoryLasts([&] {
+        DocumentSaveResult result;
+        Private::SavePlan plan;
+        PackageError error;
+        const bool isCollected = d->CollectChanges(plan, error);
+        if (isCollected) {
+            SaveOptions options;
+            options.overwritesForeignChange = true;
+            options.waitsForDisk = false;
+            error = SavePackage(*d->store->GetPackage(), plan.changes, path, options).error;
+        }
+        result.isSaved = isCollected && !error;
+        result.error = error.text;
+        return result;
+    });
+}
+
+DocumentSaveResult OfdDocument::WhileMemoryLasts(const std::function<DocumentSaveResult()>& save) const
+{
+    try {
+        DocumentSaveResult result = save();
+        result.notWritten = GetUnsavableChanges();
+        return result;
+    } catch (const std::bad_alloc&) {
+        return d->WithoutMemory();
     }
-    result.isSaved = isCollected && !error;
-    result.error = error.text;
-    result.notWritten = GetUnsavableChanges();
-    return result;
 }
 
 bool OfdDocument::BreaksSignatures() const

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 
 namespace ofd {
 
@@ -53,6 +54,16 @@ CCA_Path PathOf(const QPainterPath& outline)
 } // namespace
 
 OpenResult OfdDocument::Open(const QString& path, bool readOnly)
+{
+    try {
+        return Read(path, readOnly);
+    } catch (const std::bad_alloc&) {
+        return {nullptr,
+                QCoreApplication::translate("OfdDocument", "There is not enough memory to open the document.")};
+    }
+}
+
+OpenResult OfdDocument::Read(const QString& path, bool readOnly)
 {
     OpenResult result;
     const QFileInfo info(path);
@@ -225,7 +236,7 @@ void OfdDocument::SetTemplateVisible(int id, bool visible)
 
 bool OfdDocument::IsTemplateVisible(int id)
 {
-    return !d->store->GetSession().IsTemplateHidden(id);
+    return d->Structure().templateById.contains(id) && !d->store->GetSession().IsTemplateHidden(id);
 }
 
 // Trees.
@@ -235,7 +246,9 @@ void OfdDocument::Private::ReadBookmarksOnce()
     if (areBookmarksRead)
         return;
     const ProblemScope scope(store->GetProblems(), Structure().documentPart);
-    bookmarks = ReadBookmarks(*documentPart, Structure(), &bookmarkSources);
+    BookmarkSources sources;
+    bookmarks = ReadBookmarks(*documentPart, Structure(), &sources);
+    bookmarkSources = std::move(sources);
     areBookmarksRead = true;
 }
 

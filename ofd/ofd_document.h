@@ -7,6 +7,7 @@
 
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -139,6 +140,8 @@ public:
 private:
     struct Private;
     explicit OfdDocument(std::unique_ptr<Private> d);
+    static OpenResult Read(const QString& path, bool readOnly);
+    DocumentSaveResult WhileMemoryLasts(const std::function<DocumentSaveResult()>& save) const;
 
     std::unique_ptr<Private> d;
 };

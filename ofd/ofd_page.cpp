@@ -125,6 +125,7 @@ int OfdPage::LoadAnnots()
         return areAnnotsBroken ? 1 : 0;
     const std::shared_ptr<const PageAnnotations> list = store->GetPageAnnotations(index);
     QSet<int> taken;
+    annots.clear(); // memory may have run out half-way through
     for (int i = 0; i < int(list->annotations.size()); ++i) {
         int id = list->annotations[size_t(i)].id;
         if (id == 0 || taken.contains(id))

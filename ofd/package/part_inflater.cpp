@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <vector>
 
 #include <zlib.h>
@@ -137,6 +138,21 @@ PackageError CopyStored(EntryData& data, CheckedSink& sink, const ZipEntry& entr
     return {};
 }
 
+// A stream without a header, for as long as its scope.
+struct RawInflation
+{
+    RawInflation()
+    {
+        if (inflateInit2(&stream, -MAX_WBITS) != Z_OK)
+            throw std::bad_alloc(); // nothing else makes it fail
+    }
+    ~RawInflation() { inflateEnd(&stream); }
+    RawInflation(const RawInflation&) = delete;
+    RawInflation& operator=(const RawInflation&) = delete;
+
+    z_stream stream = {};
+};
+
 // Inflates what one piece of input gives. `isDone` tells that the stream has ended.
 PackageError InflatePiece(z_stream& stream, std::vector<char>& out, CheckedSink& sink, const ZipEntry& entry,
                           bool& isDone)
@@ -145,6 +161,8 @@ PackageError InflatePiece(z_stream& stream, std::vector<char>& out, CheckedSink&
         stream.next_out = reinterpret_cast<Bytef*>(out.data());
         stream.avail_out = uInt(out.size());
         const int code = inflate(&stream, Z_NO_FLUSH);
+        if (code == Z_MEM_ERROR)
+            throw std::bad_alloc(); // which is not the part's fault
         if (code != Z_OK && code != Z_STREAM_END && code != Z_BUF_ERROR)
             return DamagedPart(entry);
         const qint64 got = qint64(out.size()) - stream.avail_out;
@@ -163,9 +181,8 @@ PackageError InflateDeflated(EntryData& data, CheckedSink& sink, const ZipEntry&
 {
     if (entry.compressedSize == 0 && entry.size == 0)
         return {}; // not even an empty stream, but there is no doubt what is meant
-    z_stream stream = {};
-    if (inflateInit2(&stream, -MAX_WBITS) != Z_OK)
-        return DamagedPart(entry);
+    RawInflation inflation;
+    z_stream& stream = inflation.stream;
     // One byte more than promised is enough to notice that a stream goes on beyond its promise.
     std::vector<char> out(size_t(std::min(FirstPieceBytes, entry.size + 1)));
     PackageError error;
@@ -181,7 +198,6 @@ PackageError InflateDeflated(EntryData& data, CheckedSink& sink, const ZipEntry&
         stream.avail_in = uInt(count);
         error = InflatePiece(stream, out, sink, entry, isDone);
     }
-    inflateEnd(&stream);
     return error;
 }
 

@@ -10,6 +10,7 @@
 #include <QTextCodec>
 
 #include <algorithm>
+#include <new>
 
 namespace ofd {
 
@@ -163,6 +164,8 @@ std::unique_ptr<XmlPart> XmlPart::Parse(const QString& partName, const QByteArra
     }
     const pugi::xml_parse_result parsed =
         part->document.load_buffer(parsedBytes.constData(), size_t(parsedBytes.size()), mode, pugi::encoding_utf8);
+    if (parsed.status == pugi::status_out_of_memory)
+        throw std::bad_alloc(); // a part that is sound must not count as broken: lists that are get a new one beside
     if (!parsed || !part->document.document_element()) {
         const char* reason = parsed ? "no element" : parsed.description();
         result = ParseError(partName, QString::fromLatin1(reason));

@@ -4,8 +4,11 @@
 #include <ofd/model/problem_log.h>
 #include <ofd/package/limits.h>
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <initializer_list>
+#include <new>
 
 namespace ofd {
 
@@ -97,12 +100,34 @@ std::shared_ptr<const PageText> TextStore::GetText(int pageIndex, const std::ato
     const ReadingTurns::Turn turn(turns, QString::number(pageIndex));
     if (std::shared_ptr<const PageText> known = FindText(pageIndex)) // another thread has just read it
         return known;
-    const std::shared_ptr<const PageText> text = ReadText(pageIndex, isGivenUp);
-    if (!text)
-        return nullptr;
-    const int cost = CostOf(text->Bytes(), CachedTextBytes);
+    try {
+        const std::shared_ptr<const PageText> text = ReadText(pageIndex, isGivenUp);
+        if (!text)
+            return nullptr;
+        const int cost = CostOf(text->Bytes(), CachedTextBytes);
+        const std::lock_guard<std::mutex> lock(mutex);
+        texts.insert(pageIndex, new std::shared_ptr<const PageText>(text), cost);
+        Hold(pageIndex, text);
+        return text;
+    } catch (const std::bad_alloc&) {
+        return WithoutMemory(pageIndex);
+    }
+}
+
+// Only held, not kept: later there may be memory again.
+std::shared_ptr<const PageText> TextStore::WithoutMemory(int pageIndex)
+{
+    const ProblemScope scope(store.GetProblems(), store.GetStructure().pages.value(pageIndex).part);
+    ReportProblem(ProblemKind::Limit, QCoreApplication::translate(
+                                          "OfdDocument", "There is not enough memory to read the text of the page."));
+    const auto text = std::make_shared<const PageText>(nullptr, GetHidden(pageIndex), PageTexts());
     const std::lock_guard<std::mutex> lock(mutex);
-    texts.insert(pageIndex, new std::shared_ptr<const PageText>(text), cost);
+    Hold(pageIndex, text);
+    return text;
+}
+
+void TextStore::Hold(int pageIndex, const std::shared_ptr<const PageText>& text)
+{
     if (heldTexts.size() >= MostHeld) {
         for (auto it = heldTexts.begin(); it != heldTexts.end();) {
             if (it->expired())
@@ -112,7 +137,6 @@ std::shared_ptr<const PageText> TextStore::GetText(int pageIndex, const std::ato
         }
     }
     heldTexts.insert(pageIndex, text);
-    return text;
 }
 
 std::shared_ptr<const PageText> TextStore::ReadText(int pageIndex, const std::atomic<bool>* isGivenUp)

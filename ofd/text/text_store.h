@@ -26,7 +26,8 @@ public:
     explicit TextStore(DocumentStore& store); // which owns this
     ~TextStore();
 
-    // The text as it is shown now; of a page that cannot be read it is not readable. Null only when it was given up.
+    // The text as it is shown now; of a page that cannot be read, or for which memory runs out, it is not readable.
+    // Null only when it was given up.
     std::shared_ptr<const PageText> GetText(int pageIndex, const std::atomic<bool>* isGivenUp = nullptr);
     // The same when somebody has it; null otherwise.
     std::shared_ptr<const PageText> FindText(int pageIndex);
@@ -40,6 +41,8 @@ private:
     class TemplateWalker;
 
     std::shared_ptr<const PageText> ReadText(int pageIndex, const std::atomic<bool>* isGivenUp);
+    std::shared_ptr<const PageText> WithoutMemory(int pageIndex);
+    void Hold(int pageIndex, const std::shared_ptr<const PageText>& text); // with the mutex locked
     Pieces GetTemplatePieces(int templateId, const PageContent& content);
 
     DocumentStore& store;
