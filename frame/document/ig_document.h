@@ -28,10 +28,11 @@ public:
     virtual CCA_String GetTemplateZOrder(int id) = 0;
     // Session state for all pages, never saved.
     virtual void SetTemplateVisible(int id, bool visible) = 0;
-    virtual bool IsTemplateVisible(int id) = 0;
+    virtual bool IsTemplateVisible(int id) = 0; // false when there is no such template
 
     virtual int GetPageCount() = 0;
-    // Null when the page does not exist or fails to load. Pair with ReleasePage.
+    // Null when the page does not exist or is known to fail; content is not read for it, so that IG_Page::Load may still
+    // fail. Pair with ReleasePage.
     virtual IG_Page* GetPage(int index) = 0;
     // Lets heavy content go; harmless when unmatched. The flags are 0.
     virtual void ReleasePage(int index, int flags) = 0;

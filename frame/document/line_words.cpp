@@ -86,6 +86,13 @@ bool ReadRect(const QString& text, CCA_GRect* rect)
     return true;
 }
 
+bool ReadId(const QString& text, int* id)
+{
+    bool isNumber = false;
+    *id = text.toInt(&isNumber);
+    return isNumber && *id > 0;
+}
+
 bool ReadYesNo(const QString& text, bool* answer)
 {
     *answer = text == QLatin1String("yes");

@@ -34,5 +34,7 @@ private:
 
 // "left,top,right,bottom" in mm.
 bool ReadRect(const QString& text, CCA_GRect* rect);
+// A number above zero.
+bool ReadId(const QString& text, int* id);
 // "yes" or "no".
 bool ReadYesNo(const QString& text, bool* answer);

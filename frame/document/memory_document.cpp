@@ -69,7 +69,7 @@ bool MemoryDocument::Private::FillSheet(const G_RenderRequest& request, MemorySh
         return false;
     const QVector<MemoryText> texts = page->Texts();
     for (const MemoryText& text : texts) {
-        if (!text.layer || text.layer->IsVisible())
+        if (text.IsShown())
             sheet->texts.append(text);
     }
     const QVector<MemoryPage::TemplateRef> refs = page->TemplateRefs();
@@ -99,7 +99,7 @@ int MemoryDocument::AddPage(float widthMm, float heightMm, int id)
     d->highestPageId = std::max(d->highestPageId, id);
     const std::lock_guard<std::mutex> lock(d->mutex);
     const int index = GetPageCount();
-    d->pages.push_back(std::make_unique<MemoryPage>(this, &d->isModified, id, widthMm, heightMm));
+    d->pages.push_back(std::make_unique<MemoryPage>(this, &d->isModified, &d->textRevision, id, widthMm, heightMm));
     d->pages.back()->SetIndex(index);
     d->pageIndexById.insert(id, index);
     return id;
@@ -156,7 +156,14 @@ IG_Annot* MemoryDocument::AddAnnot(int pageIndex, const AnnotRecord& record)
 {
     const std::lock_guard<std::mutex> lock(d->mutex);
     MemoryPage* page = d->PageAt(pageIndex);
-    return page ? page->AddAnnot(record) : nullptr;
+    if (!page)
+        return nullptr;
+    AnnotRecord added = record;
+    if (added.id <= 0 || d->annotIds.contains(added.id))
+        added.id = d->highestAnnotId + 1;
+    d->annotIds.insert(added.id);
+    d->highestAnnotId = std::max(d->highestAnnotId, added.id);
+    return page->AddAnnot(added);
 }
 
 void MemoryDocument::AddLink(int pageIndex, const G_PageLink& link, int annotId)
@@ -203,7 +210,16 @@ void MemoryDocument::SetReadOnly(bool readOnly)
 
 void MemoryDocument::SetRights(bool hasPermissions, bool edit, bool annotate, bool exportContent)
 {
-    d->rights = {hasPermissions, edit, annotate, exportContent};
+    d->rights.hasPermissions = hasPermissions;
+    d->rights.edit = edit;
+    d->rights.annotate = annotate;
+    d->rights.exportContent = exportContent;
+}
+
+void MemoryDocument::SetPrintRight(bool print, int mostCopies)
+{
+    d->rights.print = print;
+    d->rights.copies = mostCopies;
 }
 
 void MemoryDocument::SetSignProtected(bool isSigned)
@@ -416,6 +432,16 @@ bool MemoryDocument::MayExport()
     return !d->rights.hasPermissions || d->rights.exportContent;
 }
 
+bool MemoryDocument::MayPrint()
+{
+    return !d->rights.hasPermissions || (d->rights.print && d->rights.copies != 0);
+}
+
+int MemoryDocument::MostCopies()
+{
+    return d->rights.hasPermissions ? d->rights.copies : -1;
+}
+
 bool MemoryDocument::IsSignProtected()
 {
     return d->isSigned;
@@ -434,4 +460,9 @@ bool MemoryDocument::IsModified()
 IG_PageRenderer* MemoryDocument::Renderer()
 {
     return &d->renderer;
+}
+
+int MemoryDocument::ShownTextRevision()
+{
+    return d->textRevision;
 }

@@ -19,7 +19,7 @@
 //     outline "Title" page=1  nests; "closed" collapses it, "uri=…" adds an address
 //     tag "Name" key=value …  nests; the top one begins a tree; "objects=pageId:1,2" ties objects of one page
 //     attachment name format sizeKb id [hidden]
-//     rights edit=no annot=no export=no
+//     rights edit=no annot=no export=no print=no copies=2
 //     readonly                and likewise "signed" and "encrypted"
 //     open page=2             what the document asks for when it is opened: actions, as below
 //
@@ -49,6 +49,7 @@ public:
     void AddTemplate(int id, const QString& zOrder, const QString& name);
     void AddTemplateRef(int pageIndex, int templateId, const QString& zOrder);
     struct AnnotRecord;
+    // An id that is unset or taken in the document is replaced by a free one. Null when there is no such page.
     IG_Annot* AddAnnot(int pageIndex, const AnnotRecord& record);
     void RemoveAnnot(IG_Annot* annot); // the object stays, inert
     void ReviveAnnot(IG_Annot* annot);
@@ -61,6 +62,7 @@ public:
     void SetDocumentKey(const CCA_String& key);
     void SetReadOnly(bool readOnly);
     void SetRights(bool hasPermissions, bool edit, bool annotate, bool exportContent);
+    void SetPrintRight(bool print, int mostCopies); // counts as long as there are permissions
     void SetSignProtected(bool isSigned);
     void SetEncrypted(bool encrypted);
     void SetPageFailure(int pageIndex, bool fails); // GetPage then gives null
@@ -106,10 +108,13 @@ public:
     bool MayEdit() override;
     bool MayAnnotate() override;
     bool MayExport() override;
+    bool MayPrint() override;
+    int MostCopies() override;
     bool IsSignProtected() override;
     bool IsEncrypted() override;
     bool IsModified() override;
     IG_PageRenderer* Renderer() override;
+    int ShownTextRevision() override;
     std::shared_ptr<const G_ActionList> GetOpenActions() override;
 
 private:

@@ -4,10 +4,11 @@
 
 #include <algorithm>
 
-MemoryPage::MemoryPage(IG_Document* document, std::atomic<bool>* isDocumentModified, int id, float widthMm,
-                       float heightMm)
+MemoryPage::MemoryPage(IG_Document* document, std::atomic<bool>* isDocumentModified, std::atomic<int>* textRevision,
+                       int id, float widthMm, float heightMm)
     : document(document)
     , isDocumentModified(isDocumentModified)
+    , textRevision(textRevision)
     , id(id)
     , widthMm(widthMm)
     , heightMm(heightMm)
@@ -76,7 +77,7 @@ int MemoryPage::CollectObjectsInRect(const CCA_GRect& rect, G_PageObjRef* ref)
     int added = 0;
     for (const MemoryText& text : texts) {
         const CCA_GRect box = text.Box();
-        const bool isVisible = !box.IsEmpty() && (!text.layer || text.layer->IsVisible());
+        const bool isVisible = !box.IsEmpty() && text.IsShown();
         if (isVisible && rect.Contains({(box.left + box.right) / 2, (box.top + box.bottom) / 2})) {
             ref->objectIds.append(text.id);
             ++added;
@@ -104,17 +105,11 @@ void MemoryPage::AddText(float x, float y, const QString& text)
 
 void MemoryPage::AddLayer(int kind, const QString& name)
 {
-    layers.push_back(std::make_unique<MemoryLayer>(kind, name));
+    layers.push_back(std::make_unique<MemoryLayer>(kind, name, textRevision));
 }
 
-IG_Annot* MemoryPage::AddAnnot(MemoryDocument::AnnotRecord record)
+IG_Annot* MemoryPage::AddAnnot(const MemoryDocument::AnnotRecord& record)
 {
-    const auto hasId = [&record](const auto& annot) { return annot->GetId() == record.id; };
-    if (record.id <= 0 || std::any_of(annots.cbegin(), annots.cend(), hasId)) {
-        record.id = 1;
-        for (const auto& annot : annots)
-            record.id = std::max(record.id, annot->GetId() + 1);
-    }
     annots.push_back(std::make_unique<MemoryAnnot>(this, record, isDocumentModified));
     ListAnnots();
     return annots.back().get();

@@ -14,19 +14,26 @@
 class MemoryLayer : public IG_PageLayer
 {
 public:
-    MemoryLayer(int kind, const QString& name)
+    // The number, which counts what is hidden and shown in the document, outlives the layer.
+    MemoryLayer(int kind, const QString& name, std::atomic<int>* textRevision)
         : kind(kind)
         , name(name)
+        , textRevision(textRevision)
     {
     }
     CCA_WString GetName() override { return name; }
     int GetKind() override { return kind; }
-    void SetVisible(bool visible) override { isVisible = visible; }
+    void SetVisible(bool visible) override
+    {
+        isVisible = visible;
+        ++*textRevision;
+    }
     bool IsVisible() override { return isVisible; }
 
 private:
     int kind;
     QString name;
+    std::atomic<int>* textRevision;    // not owned
     std::atomic<bool> isVisible{true}; // the renderer reads it from its threads
 };
 
@@ -41,8 +48,9 @@ public:
         CCA_String zOrder;
     };
 
-    // Document and flag outlive the page.
-    MemoryPage(IG_Document* document, std::atomic<bool>* isDocumentModified, int id, float widthMm, float heightMm);
+    // The document and what it is told in outlive the page.
+    MemoryPage(IG_Document* document, std::atomic<bool>* isDocumentModified, std::atomic<int>* textRevision, int id,
+               float widthMm, float heightMm);
     ~MemoryPage() override;
 
     IG_Document* GetDocument() override { return document; }
@@ -74,7 +82,7 @@ public:
     void AddText(float x, float y, const QString& text);
     void AddLayer(int kind, const QString& name);
     void AddTemplateRef(const TemplateRef& ref) { templateRefs.append(ref); }
-    IG_Annot* AddAnnot(MemoryDocument::AnnotRecord record);
+    IG_Annot* AddAnnot(const MemoryDocument::AnnotRecord& record);
     // It belongs to the annotation of that id, else to the layer that was added last.
     void AddLink(const G_PageLink& link, int annotId);
     // False when the annotation is none of this page.
@@ -97,6 +105,7 @@ private:
 
     IG_Document* document;                 // not owned
     std::atomic<bool>* isDocumentModified; // not owned
+    std::atomic<int>* textRevision;        // not owned
     int id;
     int index = 0;
     float widthMm;

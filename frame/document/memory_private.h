@@ -6,6 +6,7 @@
 #include "memory_renderer.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <mutex>
 
@@ -26,6 +27,8 @@ struct MemoryDocument::Private
         bool edit = true;
         bool annotate = true;
         bool exportContent = true;
+        bool print = true;
+        int copies = -1;
     };
 
     Private();
@@ -40,6 +43,8 @@ struct MemoryDocument::Private
     QHash<int, int> pageIndexById;
     int highestPageId = 0;
     std::vector<std::unique_ptr<MemoryPage>> removedPages; // kept for those who still point at them
+    QSet<int> annotIds;                                    // of all pages, removed ones included
+    int highestAnnotId = 0;
     QVector<Template> templates;
     std::unique_ptr<G_TreeNode> outlineRoot;
     std::unique_ptr<G_TreeNode> bookmarkRoot;
@@ -53,5 +58,6 @@ struct MemoryDocument::Private
     bool isEncrypted = false;
     bool failsToCreateRoots = false;
     std::atomic<bool> isModified{false};
-    QByteArray savedTrees; // the fingerprint of the trees that count as unchanged
+    std::atomic<int> textRevision{0}; // counts what is hidden and shown
+    QByteArray savedTrees;            // the fingerprint of the trees that count as unchanged
 };

@@ -1,5 +1,7 @@
 #include "memory_text.h"
 
+#include "memory_page.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -18,6 +20,11 @@ bool IsBefore(const CCA_GRect& glyph, const CCA_GPoint& point)
 
 } // namespace
 
+bool MemoryText::IsShown() const
+{
+    return !layer || layer->IsVisible();
+}
+
 CCA_GRect MemoryText::Box() const
 {
     const int glyphCount = text.toUcs4().size();
@@ -31,11 +38,23 @@ MemoryTextPage::MemoryTextPage(QVector<MemoryText> pageTexts)
                      [](const MemoryText& a, const MemoryText& b) { return a.y != b.y ? a.y < b.y : a.x < b.x; });
 }
 
+QVector<bool> MemoryTextPage::ShownNow() const
+{
+    QVector<bool> shown;
+    for (const MemoryText& text : texts)
+        shown.append(text.IsShown());
+    return shown;
+}
+
 bool MemoryTextPage::Parse(int)
 {
-    if (isParsed)
+    if (IsParsed())
         return true;
+    isShown = ShownNow();
+    glyphs.clear();
     for (int line = 0; line < texts.size(); ++line) {
+        if (!isShown.at(line))
+            continue;
         const MemoryText& text = texts.at(line);
         float left = text.x;
         const QVector<uint> codes = text.text.toUcs4();

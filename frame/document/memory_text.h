@@ -15,6 +15,7 @@ constexpr float memoryGlyphHeightMm = 4;
 struct MemoryText
 {
     CCA_GRect Box() const; // page mm; without width when there are no glyphs
+    bool IsShown() const;  // its layer is
 
     int id = 0;
     float x = 0;
@@ -23,12 +24,13 @@ struct MemoryText
     MemoryLayer* layer = nullptr; // not owned; null when it belongs to no layer
 };
 
-// The text of one page, in reading order: from top to bottom, and from left to right at equal height.
+// The text of one page, in reading order: from top to bottom, and from left to right at equal height. Text of layers
+// that are hidden when it is parsed is left out; it counts as parsed until one is hidden or shown.
 class MemoryTextPage : public IG_TextPage
 {
 public:
     explicit MemoryTextPage(QVector<MemoryText> texts);
-    bool IsParsed() const override { return isParsed; }
+    bool IsParsed() const override { return isParsed && isShown == ShownNow(); }
     bool Parse(int flags) override;
     void GetTextInRect(const CCA_GRect& rect, wchar_t** text) const override;
     QList<G_TextRun> RunsBetween(const CCA_GPoint& from, const CCA_GPoint& to) const override;
@@ -44,8 +46,10 @@ private:
     };
     template <typename Wanted>
     QList<G_TextRun> RunsOf(const Wanted& isWanted) const;
+    QVector<bool> ShownNow() const; // of each text
 
     QVector<MemoryText> texts;
+    QVector<bool> isShown; // of each text, when it was parsed
     QVector<Glyph> glyphs;
     bool isParsed = false;
 };

@@ -66,7 +66,8 @@ bool TextForm::ActionWords(G_ActionList* list, G_PageLink* link, int* annotId)
                 return false;
             link->area.addRect(GQ_ToQRectF(rect));
         } else if (link && key == QLatin1String("annot")) {
-            *annotId = value.toInt();
+            if (!ReadId(value, annotId))
+                return false;
         } else if (!ActionWord(key, value, list)) {
             return false;
         }
@@ -77,6 +78,10 @@ bool TextForm::ActionWords(G_ActionList* list, G_PageLink* link, int* annotId)
 bool TextForm::ActionWord(const QString& key, const QString& value, G_ActionList* list)
 {
     const auto& known = list->Actions();
+    const bool isBare = key == QLatin1String("sound") || key == QLatin1String("movie");
+    if (value.isNull() != isBare)
+        return Fail(
+            (isBare ? QStringLiteral("\"%1\" takes no value") : QStringLiteral("\"%1\" needs a value")).arg(key));
     if (key == QLatin1String("uri")) {
         auto address = std::make_unique<G_ActionUri>();
         address->uri = GQ_ToCAS(value);
@@ -88,9 +93,10 @@ bool TextForm::ActionWord(const QString& key, const QString& value, G_ActionList
         address->base = GQ_ToCAS(value);
     } else if (key == QLatin1String("attachment")) {
         auto shows = std::make_unique<G_ActionAttachment>();
-        shows->attachmentId = value.toInt();
+        if (!ReadId(value, &shows->attachmentId))
+            return false;
         list->Add(std::move(shows));
-    } else if (key == QLatin1String("sound") || key == QLatin1String("movie")) {
+    } else if (isBare) {
         list->Add(std::make_unique<G_Action>(key == QLatin1String("sound") ? G_Action::Sound : G_Action::Movie));
     } else if (key == QLatin1String("bookmark")) {
         G_ActionGoto* jump = JumpOf(list, true);

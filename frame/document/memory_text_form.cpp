@@ -113,11 +113,7 @@ bool TextForm::NextFloat(float* number)
 bool TextForm::NextId(int* id)
 {
     QString word;
-    bool isNumber = false;
-    if (!words.Next(&word))
-        return false;
-    *id = word.toInt(&isNumber);
-    return isNumber && *id > 0;
+    return words.Next(&word) && ReadId(word, id);
 }
 
 bool TextForm::Page()
@@ -131,11 +127,9 @@ bool TextForm::Page()
     int id = 0;
     if (!words.AtEnd()) {
         QString key, value;
-        bool isNumber = false;
         if (!words.NextPair(&key, &value) || key != QLatin1String("id"))
             return false;
-        id = value.toInt(&isNumber);
-        if (!isNumber || id <= 0 || document->PageIndexFromId(id) >= 0)
+        if (!ReadId(value, &id) || document->PageIndexFromId(id) >= 0)
             return Fail(QStringLiteral("the page id is wrong or taken"));
     }
     document->AddPage(width, height, id);
@@ -188,7 +182,7 @@ bool TextForm::Annot()
         QString key, value;
         if (words.SkipKey(QStringLiteral("remark"))) {
             record.remark = GQ_ToCAS(words.Rest()); // to the end of the line
-        } else if (!words.NextPair(&key, &value) || !AnnotWord(key, value, &record)) {
+        } else if (!words.NextPair(&key, &value) || value.isNull() || !AnnotWord(key, value, &record)) {
             return false;
         }
     }
@@ -263,7 +257,7 @@ bool TextForm::Outline()
             return false;
         if (key == QLatin1String("closed") && value.isNull()) {
             item->expanded = false;
-        } else if (key == QLatin1String("uri")) {
+        } else if (key == QLatin1String("uri") && !value.isNull()) {
             auto* address = new G_ActionUri;
             address->uri = GQ_ToCAS(value);
             item->actions.Add(address);
@@ -351,13 +345,23 @@ bool TextForm::Rights()
     bool edit = true;
     bool annotate = true;
     bool exportContent = true;
+    bool print = true;
+    int copies = -1;
     while (!words.AtEnd()) {
         QString key, value;
+        bool isNumber = false;
         if (!words.NextPair(&key, &value))
             return false;
+        if (key == QLatin1String("copies")) {
+            copies = value.toInt(&isNumber);
+            if (!isNumber || copies < 0)
+                return false;
+            continue;
+        }
         bool* right = key == QLatin1String("edit")     ? &edit
                       : key == QLatin1String("annot")  ? &annotate
                       : key == QLatin1String("export") ? &exportContent
+                      : key == QLatin1String("print")  ? &print
                                                        : nullptr;
         if (!right)
             return Fail(QStringLiteral("unknown word \"%1\"").arg(key));
@@ -365,6 +369,7 @@ bool TextForm::Rights()
             return false;
     }
     document->SetRights(true, edit, annotate, exportContent);
+    document->SetPrintRight(print, copies);
     return true;
 }
 

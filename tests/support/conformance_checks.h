@@ -9,6 +9,7 @@ QVector<ConformanceCheck> ContentConformanceChecks();
 QVector<ConformanceCheck> AttachmentConformanceChecks();
 QVector<ConformanceCheck> TextConformanceChecks();
 QVector<ConformanceCheck> LinkConformanceChecks();
+QVector<ConformanceCheck> StateConformanceChecks();
 
 // The document that most checks begin with.
 QString ConformanceFixture();

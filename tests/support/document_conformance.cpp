@@ -40,7 +40,7 @@ QString ConformanceFixture()
 QVector<ConformanceCheck> ConformanceChecks()
 {
     return TreeConformanceChecks() + PageConformanceChecks() + ContentConformanceChecks() +
-           AttachmentConformanceChecks() + TextConformanceChecks() + LinkConformanceChecks();
+           AttachmentConformanceChecks() + TextConformanceChecks() + LinkConformanceChecks() + StateConformanceChecks();
 }
 
 ConformanceTest::ConformanceTest(std::unique_ptr<ConformanceBackend> backend)

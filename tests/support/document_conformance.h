@@ -27,7 +27,7 @@ struct ConformanceCheck
     void (*run)(ConformanceBackend& backend);
 };
 
-// All checks: trees, pages, content, annotations, attachments, links, rights, renderer.
+// All checks: trees, pages, content, annotations, attachments, links, rights and other states, renderer.
 QVector<ConformanceCheck> ConformanceChecks();
 
 // A test class that runs every check on one backend; derive from it, give it the backend, and add TETO_TEST_MAIN.

@@ -21,6 +21,7 @@ private slots:
     void aRemovedPageStaysAsAnObject();
     void aRemovedAnnotationIsInertAndCanComeBack();
     void annotationsHaveNoLifeBeforeLoadAnnots();
+    void noTwoAnnotationsOfTheDocumentHaveOneId();
     void glyphsLieInTheirBoxes();
     void textIsReadFromTopToBottom();
     void selectionFollowsTheReadingOrder();
@@ -182,6 +183,19 @@ void TestMemoryDocument::annotationsHaveNoLifeBeforeLoadAnnots()
     QCOMPARE(page->GetAnnotCount(), 2);
     QCOMPARE(added->GetId(), 2);
     QVERIFY(!document->AddAnnot(7, record));
+}
+
+void TestMemoryDocument::noTwoAnnotationsOfTheDocumentHaveOneId()
+{
+    const auto document = Read("page 10 20\n  annot id=5\n  annot id=5\npage 10 20\n  annot id=5\n  annot\n");
+    QVector<int> ids;
+    for (int i = 0; i < 2; ++i) {
+        IG_Page* page = document->GetPage(i);
+        page->LoadAnnots();
+        for (int k = 0; k < page->GetAnnotCount(); ++k)
+            ids.append(page->GetAnnotAt(k)->GetId());
+    }
+    QCOMPARE(ids, (QVector<int>{5, 6, 7, 8}));
 }
 
 void TestMemoryDocument::glyphsLieInTheirBoxes()

@@ -148,12 +148,14 @@ void TestMemoryTextForm::aRemarkRunsToTheEndOfTheLine()
 
 void TestMemoryTextForm::statesAndRightsAreRead()
 {
-    const auto document = Read("rights annot=no export=yes\nreadonly\nsigned\nencrypted\n");
+    const auto document = Read("rights annot=no export=yes print=yes copies=2\nreadonly\nsigned\nencrypted\n");
     QVERIFY(document);
     QVERIFY(document->HasPermissions());
     QVERIFY(document->MayEdit());
     QVERIFY(!document->MayAnnotate());
     QVERIFY(document->MayExport());
+    QVERIFY(document->MayPrint());
+    QCOMPARE(document->MostCopies(), 2);
     QVERIFY(document->IsReadOnly());
     QVERIFY(document->IsSignProtected());
     QVERIFY(document->IsEncrypted());
@@ -237,7 +239,23 @@ void TestMemoryTextForm::badTextIsRefusedWithItsLine_data()
     row("attachment a xml 1e9 1", "line 1: impossible size");
     row("attachment a xml 1 1 secret", "line 1: wrong values for \"attachment\"");
     row("rights edit=perhaps", "line 1: wrong values for \"rights\"");
-    row("rights print=no", "line 1: unknown word \"print\"");
+    row("rights look=no", "line 1: unknown word \"look\"");
+    row("rights copies=-1", "line 1: wrong values for \"rights\"");
+    row("rights copies=some", "line 1: wrong values for \"rights\"");
+    row("page 1 2\n  annot subtype", "line 2: wrong values for \"annot\"");
+    row("page 1 2\n  link uri=x", "line 2: wrong values for \"link\"");
+    row("page 1 2\n  link rect=0,0,9,9", "line 2: wrong values for \"link\"");
+    row("page 1 2\n  link rect=0,0,9 uri=x", "line 2: wrong values for \"link\"");
+    row("page 1 2\n  link rect=0,0,9,9 uri", "line 2: \"uri\" needs a value");
+    row("page 1 2\n  link rect=0,0,9,9 sound=loud", "line 2: \"sound\" takes no value");
+    row("page 1 2\n  link rect=0,0,9,9 attachment=x", "line 2: wrong values for \"link\"");
+    row("page 1 2\n  link rect=0,0,9,9 annot=x sound", "line 2: wrong values for \"link\"");
+    row("page 1 2\n  link rect=0,0,9,9 base=x", "line 2: \"base\" needs an address before it");
+    row("page 1 2\n  link rect=0,0,9,9 dance=1", "line 2: unknown word \"dance\"");
+    row("open", "line 1: wrong values for \"open\"");
+    row("open page=0", "line 1: wrong values for \"open\"");
+    row("open page=1 mode=9", "line 1: wrong values for \"open\"");
+    row("outline a uri", "line 1: unknown word \"uri\"");
     row("readonly now", "line 1: too much behind \"readonly\"");
     row("\"page", "line 1: unfinished quotes");
 }

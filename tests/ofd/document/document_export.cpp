@@ -20,6 +20,11 @@ QString Text(const CCA_String& text)
     return GQ_ToQStringFromUtf8(text);
 }
 
+QString Word(bool isSo)
+{
+    return isSo ? QStringLiteral("true") : QStringLiteral("false");
+}
+
 // Turns one document into parts.
 class Exporter
 {
@@ -49,6 +54,8 @@ public:
                  Element("Res", "<ofd:Fonts><ofd:Font ID=\"900\" FontName=\"Courier New\"/></ofd:Fonts>"));
         for (auto part = parts.cbegin(); part != parts.cend(); ++part)
             file.Set(part.key(), part.value());
+        if (document.IsSignProtected())
+            WriteSignature();
         return file;
     }
 
@@ -234,7 +241,7 @@ private:
         for (int i = 0; i < parent->SubNodeCount(); ++i) {
             const auto* item = dynamic_cast<const G_OutlineItem*>(parent->SubNode(i)->data);
             xml.Open("OutlineElem").Attribute("Title", Text(item->text));
-            xml.Attribute("Expanded", item->expanded ? QStringLiteral("true") : QStringLiteral("false"));
+            xml.Attribute("Expanded", Word(item->expanded));
             for (const G_Action* action : item->actions) {
                 const auto* jump = dynamic_cast<const G_ActionGoto*>(action);
                 if (!jump)
@@ -250,13 +257,30 @@ private:
 
     void WritePermissions(ofd::XmlFragment& xml)
     {
-        const auto word = [](bool isAllowed) { return isAllowed ? QStringLiteral("true") : QStringLiteral("false"); };
         if (!document.HasPermissions())
             return;
         xml.Open("Permissions")
-            .Element("Edit", word(document.MayEdit()))
-            .Element("Annot", word(document.MayAnnotate()));
-        xml.Element("Export", word(document.MayExport())).Close();
+            .Element("Edit", Word(document.MayEdit()))
+            .Element("Annot", Word(document.MayAnnotate()));
+        xml.Element("Export", Word(document.MayExport()));
+        if (!document.MayPrint() || document.MostCopies() >= 0) {
+            xml.Open("Print").Attribute("Printable", Word(document.MayPrint()));
+            if (document.MostCopies() >= 0)
+                xml.Attribute("Copies", QString::number(document.MostCopies()));
+            xml.Close();
+        }
+        xml.Close();
+    }
+
+    // One that covers nothing.
+    void WriteSignature()
+    {
+        const QString entry = QStringLiteral("OFD.xml");
+        file.Set(entry, file.Part(entry).replace("</ofd:DocBody>",
+                                                 "<ofd:Signatures>Signatures.xml</ofd:Signatures></ofd:DocBody>"));
+        file.Set(QStringLiteral("Signatures.xml"),
+                 Element("Signatures", "<ofd:Signature ID=\"1\" BaseLoc=\"Signature.xml\"/>"));
+        file.Set(QStringLiteral("Signature.xml"), Element("Signature", "<ofd:SignedInfo/>"));
     }
 
     void WriteBookmarks(ofd::XmlFragment& xml)
@@ -300,8 +324,13 @@ private:
             xml.Attribute("Type", Text(AnnotTypeToString(annot->GetType())));
             xml.Attribute("Subtype", Text(annot->GetSubType())).Attribute("Creator", Text(annot->GetCreator()));
             xml.Attribute("LastModDate", Text(annot->GetDate()));
+            xml.Attribute("Visible", Word(annot->GetVisible(0))).Attribute("ReadOnly", Word(annot->IsLocked()));
             if (!annot->GetRemark().IsEmpty())
                 xml.Element("Remark", Text(annot->GetRemark()));
+            if (!annot->GetPointsText().IsEmpty()) {
+                xml.Open("Parameters").Open("Parameter").Attribute("Name", QStringLiteral("Points"));
+                xml.Text(Text(annot->GetPointsText())).Close().Close();
+            }
             xml.Open("Appearance");
             xml.Attribute("Boundary",
                           QString::fromLatin1(ofd::FormatNumbers(
@@ -359,7 +388,7 @@ private:
             const QString part = QStringLiteral("Attachs/file_%1").arg(i);
             list.Open("Attachment").Attribute("ID", QString::number(info.id)).Attribute("Name", Text(info.name));
             list.Attribute("Format", Text(info.format));
-            list.Attribute("Visible", info.visible ? QStringLiteral("true") : QStringLiteral("false"));
+            list.Attribute("Visible", Word(info.visible));
             list.Element("FileLoc", part).Close();
             BytesWriter bytes;
             document.WriteAttachment(i, &bytes);
