@@ -1,8 +1,6 @@
 #include "doc_view_private.h"
 #include "link_text.h"
 
-#include <frame/document/ig_document.h>
-
 #include <algorithm>
 #include <tuple>
 
@@ -11,7 +9,7 @@
 QVector<G_PageLink> G_DocView::Private::ShownLinks(int page)
 {
     const bool isPainted = page >= 0 && (!jobs || !cache.Pictures(page).isEmpty());
-    IG_Page* known = isPainted ? document->GetPage(page) : nullptr;
+    IG_Page* known = isPainted ? q->Page(page) : nullptr;
     QVector<G_PageLink> links = known ? known->GetLinks() : QVector<G_PageLink>();
     const QSet<int> ignored = links.isEmpty() ? QSet<int>() : IgnoredTemplates(page);
     if (showsAnnotations && ignored.isEmpty())

@@ -5,6 +5,27 @@
 
 #include <QtTest>
 
+namespace {
+
+// Knows which of its pages somebody was given and has not released.
+class CountingDocument : public MemoryDocument
+{
+public:
+    IG_Page* GetPage(int index) override
+    {
+        given.insert(index);
+        return MemoryDocument::GetPage(index);
+    }
+    void ReleasePage(int index, int flags) override
+    {
+        given.remove(index);
+        MemoryDocument::ReleasePage(index, flags);
+    }
+    QSet<int> given;
+};
+
+} // namespace
+
 class TestDocViewLinkPlaces : public QObject, private LinkDesk
 {
     Q_OBJECT
@@ -16,6 +37,7 @@ private slots:
     void linksOfHiddenAnnotationsAreNoLinks();
     void linksOfIgnoredTemplatesAreNoLinks();
     void aPageThatWasNotPaintedHasNoLinksYet();
+    void pagesThatWereAskedForLinksAreReleasedWithTheView();
     void theKeysGoFromLinkToLinkAndOut_data() { AddTools(); }
     void theKeysGoFromLinkToLinkAndOut();
     void enterRunsTheLinkWithTheFrame_data() { AddTools(); }
@@ -82,6 +104,27 @@ void TestDocViewLinkPlaces::aPageThatWasNotPaintedHasNoLinksYet()
     QVERIFY(!view->LinkAt(place, nullptr)); // its picture cannot come before the event loop runs
     view->FinishRendering();
     QVERIFY(view->LinkAt(place, nullptr));
+}
+
+void TestDocViewLinkPlaces::pagesThatWereAskedForLinksAreReleasedWithTheView()
+{
+    CountingDocument document;
+    for (int i = 0; i < 3; ++i)
+        document.AddPage(100, 100);
+    G_PageLink link;
+    link.area.addRect(0, 0, 50, 50);
+    const auto list = std::make_shared<G_ActionList>();
+    list->Add(std::make_unique<G_ActionGoto>());
+    link.actions = list;
+    document.AddLink(1, link);
+    auto view = std::make_unique<G_DocView>(nullptr, &document);
+    view->Widget()->resize(400, 300);
+    view->GoToPage(nullptr, 1, CCA_GRect(), false);
+    view->FinishRendering();
+    QVERIFY(view->LinkAt(view->ScenePointFromDocPoint({20, 20}, 1), nullptr));
+    QVERIFY(document.given.contains(1));
+    view.reset();
+    QCOMPARE(document.given, QSet<int>());
 }
 
 void TestDocViewLinkPlaces::theKeysGoFromLinkToLinkAndOut()
