@@ -290,6 +290,7 @@ void NaviBookmarkWidget::onClickItem(QTreeWidgetItem* item, int)
         return; // the row of a node that carries no bookmark
     const BookmarkJump jump = JumpTo(*dest, *document);
     if (!keepZoom) {
+        view->BeginJump();
         view->SetZoomMode(static_cast<G_Preferences::ZoomMode>(jump.viewZoomMode));
         if (jump.hasZoom)
             view->SetZoom(jump.zoomFactor * 100, false);

@@ -2,7 +2,6 @@
 
 #include "view_history.h"
 
-#include <frame/view/doc_view.h>
 #include <frame/view/settings.h>
 
 #include <QVariantList>
@@ -34,11 +33,8 @@ void Show(const QVariantMap& remembered, G_DocView& view)
 {
     view.SetTwoPages(remembered.value(QStringLiteral("twoPages")).toBool());
     view.SetRotation(remembered.value(QStringLiteral("rotation")).toInt());
-    const int mode = remembered.value(QStringLiteral("mode")).toInt();
-    if (mode >= G_Preferences::ActualSize && mode <= G_Preferences::FitPage)
-        view.SetZoomMode(static_cast<G_Preferences::ZoomMode>(mode));
-    else
-        view.SetZoom(remembered.value(QStringLiteral("zoom")).toFloat(), false);
+    SetZoomOf(view, {static_cast<G_Preferences::ZoomMode>(remembered.value(QStringLiteral("mode")).toInt()),
+                     remembered.value(QStringLiteral("zoom")).toFloat()});
     const QPointF corner(remembered.value(QStringLiteral("x")).toDouble(),
                          remembered.value(QStringLiteral("y")).toDouble());
     GoToPlace(view, {remembered.value(QStringLiteral("page")).toInt(), corner});

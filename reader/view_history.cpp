@@ -1,24 +1,22 @@
 #include "view_history.h"
 
-#include <frame/view/doc_view.h>
+#include <cmath>
 
 namespace {
 
 constexpr int MostPlaces = 100;
 constexpr double SameMm = 1; // closer together are the same place
+constexpr float SamePercent = 0.01F;
 
-bool IsSame(const ViewPlace& a, const ViewPlace& b)
+bool IsFitting(G_Preferences::ZoomMode mode)
 {
-    return a.page == b.page && (a.cornerMm - b.cornerMm).manhattanLength() < SameMm;
+    return mode >= G_Preferences::ActualSize && mode <= G_Preferences::FitPage;
 }
 
-void Append(QVector<ViewPlace>& places, const ViewPlace& place)
+bool IsSameZoom(const ViewZoom& a, const ViewZoom& b)
 {
-    if (!places.isEmpty() && IsSame(places.last(), place))
-        return;
-    places.append(place);
-    if (places.size() > MostPlaces)
-        places.removeFirst();
+    return IsFitting(a.mode) == IsFitting(b.mode) &&
+           (IsFitting(a.mode) ? a.mode == b.mode : std::abs(a.percent - b.percent) < SamePercent);
 }
 
 } // namespace
@@ -41,19 +39,58 @@ void GoToPlace(G_DocView& view, const ViewPlace& place)
     view.ScrollBy(wanted.x - seen.x(), wanted.y - seen.y());
 }
 
+ViewZoom ZoomOf(const G_DocView& view)
+{
+    return {view.ZoomMode(), view.GetZoom()};
+}
+
+void SetZoomOf(G_DocView& view, const ViewZoom& zoom)
+{
+    if (IsFitting(zoom.mode))
+        view.SetZoomMode(zoom.mode);
+    else
+        view.SetZoom(zoom.percent, false);
+}
+
 ViewHistory::ViewHistory(G_DocView* docView)
     : view(docView)
 {
     connect(view, &G_DocView::Jumping, this, &ViewHistory::OnJumping);
+    connect(view, &G_DocView::Jumped, this, &ViewHistory::OnJumped);
+}
+
+ViewHistory::Step ViewHistory::Here() const
+{
+    return {PlaceOf(*view), ZoomOf(*view), false};
+}
+
+bool ViewHistory::IsSamePlace(const Step& a, const Step& b)
+{
+    return a.place.page == b.place.page && (a.place.cornerMm - b.place.cornerMm).manhattanLength() < SameMm;
+}
+
+void ViewHistory::Append(QVector<Step>& steps, const Step& step)
+{
+    if (!steps.isEmpty() && IsSamePlace(steps.last(), step))
+        steps.removeLast();
+    steps.append(step);
+    if (steps.size() > MostPlaces)
+        steps.removeFirst();
 }
 
 void ViewHistory::OnJumping()
 {
     if (isMoving)
         return;
-    Append(before, PlaceOf(*view));
+    Append(before, Here());
     after.clear();
     emit Changed();
+}
+
+void ViewHistory::OnJumped()
+{
+    if (!isMoving && !before.isEmpty())
+        before.last().changesZoom = !IsSameZoom(before.last().zoom, ZoomOf(*view));
 }
 
 void ViewHistory::GoBack()
@@ -66,17 +103,31 @@ void ViewHistory::GoForward()
     Move(after, before);
 }
 
-// A jump may have led to where the view was: such places are passed over.
-void ViewHistory::Move(QVector<ViewPlace>& from, QVector<ViewPlace>& to)
+void ViewHistory::Forget()
 {
-    const ViewPlace here = PlaceOf(*view);
-    while (!from.isEmpty() && IsSame(from.last(), here))
+    before.clear();
+    after.clear();
+    emit Changed();
+}
+
+// A jump may have led to where the view was, and pages may be gone: such places are passed over.
+void ViewHistory::Move(QVector<Step>& from, QVector<Step>& to)
+{
+    Step here = Here();
+    const auto leadsNowhere = [&here, this](const Step& step) {
+        const bool isZoomed = step.changesZoom && !IsSameZoom(step.zoom, here.zoom);
+        return (IsSamePlace(step, here) && !isZoomed) || !view->Page(step.place.page);
+    };
+    while (!from.isEmpty() && leadsNowhere(from.last()))
         from.removeLast();
     if (!from.isEmpty()) {
-        const ViewPlace target = from.takeLast();
+        const Step target = from.takeLast();
+        here.changesZoom = target.changesZoom;
         Append(to, here);
         isMoving = true;
-        GoToPlace(*view, target);
+        if (target.changesZoom)
+            SetZoomOf(*view, target.zoom);
+        GoToPlace(*view, target.place);
         isMoving = false;
     }
     emit Changed();

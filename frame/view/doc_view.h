@@ -63,6 +63,8 @@ public:
     // the zoom changes so that the rectangle fills the view. A page out of range does nothing. `sender` is the view
     // the call comes from; it may be null. Emits PageChange at most once, at the end.
     void GoToPage(G_DocView* sender, int pageIndex, const CCA_GRect& rect, bool fitRect);
+    // A jump begins whose zoom changes first: Jumping tells it now, and not again when GoToPage ends it.
+    void BeginJump();
     float GetZoom() const;
     // Keeps the zoom within 1 to 6400 (less for tens of thousands of pages, where the scroll bars' range ends) and sets
     // the mode to Custom. With `keepCenter` the middle stays, else the top left.
@@ -159,8 +161,11 @@ public:
     QString pageFilter;
 
 signals:
-    // GoToPage is about to move the view; not for steps from page to page.
+    // GoToPage is about to move the view; not for steps from page to page. The place and the zoom are still the old
+    // ones.
     void Jumping();
+    // It has moved.
+    void Jumped();
     // Emitted with the view's own CurrentPageIndex, for the window's page box.
     void CurrentPageChanged(int pageIndex);
     void ZoomChanged(float percent);

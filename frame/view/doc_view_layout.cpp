@@ -229,11 +229,19 @@ void G_DocView::Private::CenterCurrentPage()
     --moving;
 }
 
+void G_DocView::BeginJump()
+{
+    if (!std::exchange(d->isJumpTold, true))
+        emit Jumping();
+}
+
 void G_DocView::GoToPage(G_DocView* /*sender*/, int pageIndex, const CCA_GRect& wanted, bool fitRect)
 {
+    const bool isTold = std::exchange(d->isJumpTold, false);
     if (!d->layout.IsValid(pageIndex) || !d->widget)
         return;
-    if (!d->isStepping)
+    const bool isJump = !d->isStepping;
+    if (isJump && !isTold)
         emit Jumping();
     d->MeasurePage(pageIndex);
     const CCA_GRect rect = OnPage(wanted, d->layout.SizeMm(pageIndex));
@@ -272,6 +280,8 @@ void G_DocView::GoToPage(G_DocView* /*sender*/, int pageIndex, const CCA_GRect& 
     d->current = pageIndex;
     d->Announce();
     UpdateView();
+    if (isJump)
+        emit Jumped();
 }
 
 float G_DocView::GetZoom() const

@@ -149,6 +149,7 @@ struct G_DocView::Private
     int moving = 0;     // above 0 while a jump is under way: its scrolling steps are not announced
     bool isFitting = false;
     bool isStepping = false;
+    bool isJumpTold = false; // ahead of GoToPage
     // A fitting mode was set and no page change has been told since: a jump fits its own page then.
     bool isModeFresh = false;
     QTimer announceTimer;

@@ -56,6 +56,7 @@ bool GoToDest(G_DocView* view, const G_Dest& dest, bool keepZoom)
         return false;
     const G_Preferences::ZoomMode mode = ViewZoomMode(dest.zoomMode);
     if (!keepZoom) {
+        view->BeginJump();
         view->SetZoomMode(mode);
         if (dest.zoomMode == 0 && dest.zoom >= kLeastZoom && dest.zoom <= kMostZoom) {
             const bool isAtMost = dest.zoom - kMostZoom > -kMostZoomTolerance;
