@@ -5,14 +5,14 @@
 BackgroundJob::BackgroundJob(const Work& work, QObject* parent)
     : QObject(parent)
     , cancelled(std::make_shared<std::atomic<bool>>(false))
-    , error(std::make_shared<QString>())
+    , outcome(std::make_shared<JobOutcome>())
 {
     const JobControl control{cancelled, [this](int done, int total) {
                                  QMetaObject::invokeMethod(
                                      this, [this, done, total] { emit Progress(done, total); }, Qt::QueuedConnection);
                              }};
-    thread.reset(QThread::create([work, control, result = error] { *result = work(control); }));
-    connect(thread.get(), &QThread::finished, this, [this] { emit Ended(cancelled->load(), *error); });
+    thread.reset(QThread::create([work, control, result = outcome] { *result = work(control); }));
+    connect(thread.get(), &QThread::finished, this, [this] { emit Ended(*outcome); });
     thread->start();
 }
 

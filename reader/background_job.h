@@ -17,14 +17,21 @@ struct JobControl
     bool IsCancelled() const { return cancelled->load(); }
 };
 
+// What came of a piece of work. It counts as given up only when it stopped for that: it may be done when it is told.
+struct JobOutcome
+{
+    bool wasGivenUp = false;
+    QString error;  // what went wrong, for the user; empty when it is done or was given up
+    QString remark; // what the user should know besides; may be empty
+};
+
 // Runs one piece of work on a thread of its own, from its construction on. Lives on the main thread; its signals come
 // there. The destructor gives the work up and waits for it, so what the work uses may die after it.
 class BackgroundJob : public QObject
 {
     Q_OBJECT
 public:
-    // Returns what went wrong, for the user; empty when it is done or was given up.
-    using Work = std::function<QString(const JobControl&)>;
+    using Work = std::function<JobOutcome(const JobControl&)>;
     explicit BackgroundJob(const Work& work, QObject* parent = nullptr);
     ~BackgroundJob() override;
     void Cancel();
@@ -32,10 +39,10 @@ public:
 signals:
     void Progress(int done, int total);
     // Once, at the end, also of work that was given up; not when the job is destroyed before.
-    void Ended(bool wasCancelled, const QString& error);
+    void Ended(const JobOutcome& outcome);
 
 private:
     std::shared_ptr<std::atomic<bool>> cancelled;
-    std::shared_ptr<QString> error; // written by the thread, read when it has ended
+    std::shared_ptr<JobOutcome> outcome; // written by the thread, read when it has ended
     std::unique_ptr<QThread> thread;
 };

@@ -10,8 +10,11 @@
 #include <frame/view/ui_context.h>
 
 #include <QDateTime>
+#include <QDir>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
+#include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QUndoStack>
 
@@ -110,6 +113,29 @@ SaveOutcome DocumentTab::AfterSave(const SaveOutcome& outcome)
         emit DirtyChanged();
     }
     return outcome;
+}
+
+void DocumentTab::SetTemporaryFolder(std::unique_ptr<QTemporaryDir> folder)
+{
+    temporaryFolder = std::move(folder);
+}
+
+std::unique_ptr<QTemporaryDir> DocumentTab::TakeTemporaryFolder()
+{
+    return std::move(temporaryFolder);
+}
+
+bool DocumentTab::IsTemporary() const
+{
+    return temporaryFolder && QFileInfo(Path()).path() == temporaryFolder->path();
+}
+
+QString DocumentTab::PathToPropose() const
+{
+    if (!IsTemporary())
+        return Path();
+    const QDir downloads(QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
+    return downloads.filePath(QFileInfo(Path()).fileName());
 }
 
 DocumentTab::FileStamp DocumentTab::CurrentStamp() const

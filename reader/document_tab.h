@@ -11,6 +11,7 @@ class G_DocView;
 class G_Event;
 class G_UIContext;
 class QFileSystemWatcher;
+class QTemporaryDir;
 class ViewHistory;
 
 // One open document of the window: its file, its view and whether it is dirty. Owned by the window. The view dies
@@ -47,6 +48,12 @@ public:
     // Whether who opened the document wanted it read-only; it holds when the file is reloaded.
     bool IsAskedReadOnly() const { return isAskedReadOnly; }
     void SetAskedReadOnly(bool isAsked) { isAskedReadOnly = isAsked; }
+    // The folder that the file was put into only to be looked at; it goes with the tab.
+    void SetTemporaryFolder(std::unique_ptr<QTemporaryDir> folder);
+    std::unique_ptr<QTemporaryDir> TakeTemporaryFolder();
+    bool IsTemporary() const;
+    // What names of files that come from it are made of: its own, or one where a file stays.
+    QString PathToPropose() const;
     // Whether the file on disk is still what was opened or saved.
     bool IsFileUnchanged() const;
 
@@ -75,6 +82,7 @@ private:
     void SettleSoon();
     SaveOutcome AfterSave(const SaveOutcome& outcome);
 
+    std::unique_ptr<QTemporaryDir> temporaryFolder; // null for most; outlives the file
     std::unique_ptr<DocumentFile> file;
     G_UIContext* context;                   // not owned
     G_DocView* view;                        // owned; deleted ahead of the file

@@ -52,9 +52,9 @@ void JobBar::ShowProgress(int done, int total)
     bar->setValue(done);
 }
 
-void JobBar::OnEnded(bool wasCancelled, const QString& error)
+void JobBar::OnEnded(const JobOutcome& outcome)
 {
     job.release()->deleteLater(); // it is telling just now
     hide();
-    emit JobEnded(wasCancelled, error);
+    emit JobEnded(outcome);
 }

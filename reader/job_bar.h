@@ -26,11 +26,11 @@ public:
     void Stop();
 
 signals:
-    void JobEnded(bool wasCancelled, const QString& error);
+    void JobEnded(const JobOutcome& outcome);
 
 private:
     void ShowProgress(int done, int total);
-    void OnEnded(bool wasCancelled, const QString& error);
+    void OnEnded(const JobOutcome& outcome);
 
     QLabel* label;                     // owned by this
     QProgressBar* bar;                 // owned by this

@@ -1,5 +1,6 @@
 #include "link_operations.h"
 
+#include "main_window.h"
 #include "reader_context.h"
 
 #include <frame/base/streams.h>
@@ -12,10 +13,13 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QPointer>
+#include <QMessageBox>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 
 namespace {
+
+constexpr int MostOfName = 60; // characters, which are bytes up to four times
 
 // A name that any file system takes and that leads nowhere.
 QString SuggestedName(const G_AttachmentInfo& attachment)
@@ -32,17 +36,29 @@ QString SuggestedName(const G_AttachmentInfo& attachment)
 
 bool WriteTo(const QString& path, IG_Document* document, int index)
 {
-    const std::unique_ptr<ICA_StreamWriter> writer(
-        ICA_StreamWriter::CreateFileStreamWriter(path.toStdWString().c_str(), 0));
+    std::unique_ptr<ICA_StreamWriter> writer(ICA_StreamWriter::CreateFileStreamWriter(path.toStdWString().c_str(), 0));
     if (!writer)
         return false;
     const bool isWritten = document->WriteAttachment(index, writer.get());
     if (!isWritten)
         writer->Abandon();
-    return isWritten;
+    writer.reset(); // the file takes its place
+    return isWritten && QFileInfo::exists(path);
 }
 
-// Only saves, whatever kind of file it is: nothing that came with a document is started.
+// Into a folder that only the user can read, under a name of our own length.
+QString OpenAttachment(ReaderContext* context, IG_Document* document, int index)
+{
+    const QFileInfo name(SuggestedName(document->GetAttachment(index)));
+    auto folder = std::make_unique<QTemporaryDir>(QDir::temp().filePath(QStringLiteral("tetoreader-XXXXXX")));
+    const QString path = folder->filePath(name.completeBaseName().left(MostOfName) + QLatin1Char('.') + name.suffix());
+    if (!folder->isValid() || !WriteTo(path, document, index))
+        return GP_LinkCommand::tr("The attachment cannot be opened.");
+    QFile::setPermissions(path, QFileDevice::ReadOwner);
+    context->Window()->OpenTemporaryFile(std::move(folder), path);
+    return QString();
+}
+
 QString SaveAttachment(ReaderContext* context, IG_Document* document, int index)
 {
     const G_AttachmentInfo attachment = document->GetAttachment(index);
@@ -52,9 +68,30 @@ QString SaveAttachment(ReaderContext* context, IG_Document* document, int index)
     if (path.isEmpty())
         return QString();
     const int place = document->GetAttachmentIndexById(attachment.id); // the list may have changed meanwhile
-    const bool isWritten = place >= 0 && WriteTo(path, document, place) && QFileInfo::exists(path);
+    const bool isWritten = place >= 0 && WriteTo(path, document, place);
     return isWritten ? GP_LinkCommand::tr("The attachment was saved.")
                      : GP_LinkCommand::tr("The attachment cannot be saved there.");
+}
+
+// Nothing that came with a document is started: one that the reader itself shows may be looked at, all others are
+// saved.
+QString OfferAttachment(ReaderContext* context, IG_Document* document, int index)
+{
+    const G_AttachmentInfo attachment = document->GetAttachment(index);
+    const QString name = SuggestedName(attachment);
+    if (!context->Window() || QFileInfo(name).suffix().compare(QLatin1String("ofd"), Qt::CaseInsensitive) != 0)
+        return SaveAttachment(context, document, index);
+    const QString text = GP_LinkCommand::tr("The attachment %1 is a document. Do you want to open it or to save it?");
+    const int answer =
+        context->ShowQuestionBox(GP_LinkCommand::tr("Attachment"), text.arg(name),
+                                 QMessageBox::Open | QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Open);
+    if (answer != QMessageBox::Open && answer != QMessageBox::Save)
+        return QString(); // the document may have gone meanwhile
+    const int place = document->GetAttachmentIndexById(attachment.id);
+    if (place < 0)
+        return GP_LinkCommand::tr("The attachment cannot be opened.");
+    return answer == QMessageBox::Open ? OpenAttachment(context, document, place)
+                                       : SaveAttachment(context, document, place);
 }
 
 } // namespace
@@ -98,5 +135,5 @@ void AddLinkToMenu(G_DocView* view, const QPoint& scenePoint, QMap<QString, Cont
 void OfferAttachments(ReaderContext* context)
 {
     context->ActionHandler()->SetAttachmentSaver(
-        [context](IG_Document* document, int index) { return SaveAttachment(context, document, index); });
+        [context](IG_Document* document, int index) { return OfferAttachment(context, document, index); });
 }

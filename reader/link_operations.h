@@ -36,5 +36,5 @@ private:
 void AddLinkToMenu(G_DocView* view, const QPoint& scenePoint, QMap<QString, ContextMenuItemState>* states,
                    G_OperationParam* params);
 
-// Lets links and outline entries that lead to attachments offer to save them.
+// Lets links and outline entries that lead to attachments offer to save them, and to open those that are documents.
 void OfferAttachments(ReaderContext* context);

@@ -21,12 +21,12 @@
 #include <frame/view/application.h>
 #include <frame/view/doc_view.h>
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QLayout>
 #include <QMessageBox>
 #include <QMimeData>
@@ -34,6 +34,7 @@
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTabBar>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QUndoGroup>
 
@@ -72,11 +73,13 @@ MainWindow::MainWindow(ReaderContext* givenContext, QWidget* parent)
         }
         return false;
     });
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { OnFocusMoved(now); });
     RefreshWindow();
 }
 
 MainWindow::~MainWindow()
 {
+    disconnect(qApp, nullptr, this, nullptr); // the focus moves while the widgets go
     G_Application::Instance().SetSaveService({});
     while (!tabs.empty())
         RemoveTab(TabCount() - 1);
@@ -100,16 +103,32 @@ bool MainWindow::OpenFile(const QString& path, bool readOnly)
         ActivateTab(open);
         return true;
     }
+    DocumentTab* tab = OpenTab(path, readOnly);
+    if (tab)
+        recentFiles->Add(QFileInfo(path).absoluteFilePath());
+    return tab != nullptr;
+}
+
+DocumentTab* MainWindow::OpenTab(const QString& path, bool readOnly)
+{
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     OpenOutcome outcome = OpenDocumentFile(path, readOnly);
     QGuiApplication::restoreOverrideCursor();
     if (!outcome.file) {
         ShowOpenError(path, outcome.error);
-        return false;
+        return nullptr;
     }
-    AddTab(std::move(outcome.file))->SetAskedReadOnly(readOnly);
-    recentFiles->Add(QFileInfo(path).absoluteFilePath());
-    return true;
+    DocumentTab* tab = AddTab(std::move(outcome.file));
+    tab->SetAskedReadOnly(readOnly);
+    return tab;
+}
+
+bool MainWindow::OpenTemporaryFile(std::unique_ptr<QTemporaryDir> folder, const QString& path)
+{
+    DocumentTab* tab = OpenTab(path, true);
+    if (tab)
+        tab->SetTemporaryFolder(std::move(folder));
+    return tab != nullptr;
 }
 
 void MainWindow::ShowOpenError(const QString& path, const QString& error)
@@ -144,7 +163,8 @@ DocumentTab* MainWindow::AddTab(std::unique_ptr<DocumentFile> file)
     viewStack->layout()->activate(); // a place may keep the zoom, which fits the view only once that has its size
     if (!rememberedViews->Restore(added->Path(), *added->View()))
         context->ActionHandler()->FollowOpenActions(added->View()); // where the document wants to be opened
-    RefreshWindow();                                                // two pages may have come back
+    added->History()->Forget();
+    RefreshWindow(); // two pages may have come back
     paneMaker->ViewOpened(added->View());
     return added;
 }
@@ -249,7 +269,8 @@ void MainWindow::RemoveTab(int position)
     tabs.erase(tabs.begin() + position);
     if (jobBar->IsBusyFor(tab.get()))
         jobBar->Stop();
-    rememberedViews->Remember(tab->Path(), *tab->View());
+    if (!tab->IsTemporary())
+        rememberedViews->Remember(tab->Path(), *tab->View());
     paneArea->ShowPane(nullptr, nullptr);
     statusPanel->SetView(nullptr);
     findBar->SetSearch(nullptr);
@@ -376,8 +397,11 @@ bool MainWindow::ReloadTab(DocumentTab* tab)
         return false;
     }
     const int position = PositionOf(tab);
+    std::unique_ptr<QTemporaryDir> folder = tab->TakeTemporaryFolder();
     RemoveTab(position);
-    AddTab(std::move(outcome.file))->SetAskedReadOnly(wasAskedReadOnly);
+    DocumentTab* added = AddTab(std::move(outcome.file));
+    added->SetAskedReadOnly(wasAskedReadOnly);
+    added->SetTemporaryFolder(std::move(folder));
     tabBar->moveTab(TabCount() - 1, position);
     return true;
 }
@@ -403,7 +427,7 @@ void MainWindow::SaveCurrent()
 // Empty when the user does not want to.
 QString MainWindow::ChooseSavePath(const DocumentTab* tab)
 {
-    return context->AskSavePath(tr("Save As"), tab->Path(), tr("OFD documents (*.ofd)"));
+    return context->AskSavePath(tr("Save As"), tab->PathToPropose(), tr("OFD documents (*.ofd)"));
 }
 
 void MainWindow::SaveCurrentCopy()
@@ -411,7 +435,7 @@ void MainWindow::SaveCurrentCopy()
     DocumentTab* tab = CurrentTab();
     if (!tab)
         return;
-    const QFileInfo info(tab->Path());
+    const QFileInfo info(tab->PathToPropose());
     const QString name = tr("%1 (copy).ofd").arg(info.completeBaseName());
     const QString path =
         context->AskSavePath(tr("Save a Copy"), info.dir().filePath(name), tr("OFD documents (*.ofd)"));
@@ -431,7 +455,7 @@ void MainWindow::SaveCurrentAs()
 
 void MainWindow::ChooseFiles()
 {
-    const QString latest = CurrentTab() ? CurrentTab()->Path() : recentFiles->Paths().value(0);
+    const QString latest = CurrentTab() ? CurrentTab()->PathToPropose() : recentFiles->Paths().value(0);
     const QString folder = latest.isEmpty() ? QDir::homePath() : QFileInfo(latest).path();
     const QStringList paths =
         QFileDialog::getOpenFileNames(this, tr("Open"), folder, tr("OFD documents (*.ofd);;All files (*)"));

@@ -22,6 +22,7 @@ class QPrinter;
 class QSplitter;
 class QStackedWidget;
 class QTabBar;
+class QTemporaryDir;
 class QUndoGroup;
 class ReaderContext;
 class RecentFiles;
@@ -50,6 +51,9 @@ public:
     void SetUpNavigation();
     // Opens a file in a tab, or brings its tab to the front. False, after a message with the reason, when it cannot.
     bool OpenFile(const QString& path, bool readOnly = false);
+    // Opens a file that was put into a folder of its own only to be looked at: read-only, and not among the recent
+    // files. The folder goes with the tab.
+    bool OpenTemporaryFile(std::unique_ptr<QTemporaryDir> folder, const QString& path);
     // Opens files that came from outside. Waits while something modal is up: whoever asked it still stands on the stack
     // and means the tab that is current.
     void OpenWhenFree(const QStringList& paths);
@@ -132,6 +136,7 @@ private:
     void ShowTool(const char* name);
     void UpdateToolActions();
     void FillRecentMenu();
+    DocumentTab* OpenTab(const QString& path, bool readOnly);
     DocumentTab* AddTab(std::unique_ptr<DocumentFile> file);
     void WatchTab(DocumentTab* tab);
     void MakeCloseButton(DocumentTab* tab, int position);
@@ -161,6 +166,8 @@ private:
     void RememberWindow();
     void SetFullScreen(bool isWanted);
     void ShowBars(bool areShown);
+    void ShowStatusBar();
+    void OnFocusMoved(QWidget* now);
     void GoToTypedPage();
     void GoInHistory(bool isBack);
     void RefreshHistory();
@@ -189,7 +196,8 @@ private:
     QMenu* recentMenu = nullptr;
     QList<QAction*> documentActions; // enabled while a document is open
     JobBar* jobBar = nullptr;
-    QString jobTitle; // of the work in the job bar
+    QString jobTitle;         // of the work in the job bar
+    bool isPageAsked = false; // the status bar is up in full screen for a page number
     QAction* saveAction = nullptr;
     QAction* backAction = nullptr;
     QAction* forwardAction = nullptr;

@@ -29,12 +29,16 @@ void MainWindow::MakeJobBar()
 {
     jobBar = new JobBar(this);
     statusBar()->addPermanentWidget(jobBar);
-    connect(jobBar, &JobBar::JobEnded, this, [this](bool wasCancelled, const QString& error) {
-        RefreshWindow();
-        if (!error.isEmpty())
-            context->ShowMessageBox(jobTitle, error, QMessageBox::Ok, QMessageBox::Ok);
+    connect(jobBar, &JobBar::JobEnded, this, [this](const JobOutcome& outcome) {
+        RefreshWindow(); // the bars of full screen too
+        const bool isTrouble = !outcome.error.isEmpty();
+        QString text = isTrouble ? outcome.error : outcome.wasGivenUp ? tr("Given up.") : tr("Done.");
+        if (!outcome.remark.isEmpty())
+            text += QLatin1Char(isTrouble ? '\n' : ' ') + outcome.remark;
+        if (isTrouble)
+            context->ShowMessageBox(jobTitle, text, QMessageBox::Ok, QMessageBox::Ok);
         else
-            ShowNote(wasCancelled ? tr("Given up.") : tr("Done."));
+            ShowNote(text);
     });
 }
 
@@ -56,6 +60,7 @@ bool MainWindow::StartJob(DocumentTab* tab, const QString& title, const QString&
         return false;
     jobTitle = title;
     jobBar->Start(tab, text, work);
+    ShowStatusBar();
     return true;
 }
 
@@ -75,7 +80,7 @@ void MainWindow::Print()
     if (!tab || !MayStartJob() || IsRefused(tr("Print"), PrintRefusal(*tab->Document(), 1)))
         return;
     auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
-    printer->setOutputFileName(BesideFile(tab->Path(), QStringLiteral(".pdf")));
+    printer->setOutputFileName(BesideFile(tab->PathToPropose(), QStringLiteral(".pdf")));
     printer->setOutputFormat(QPrinter::NativeFormat);
     PrintSize size = PrintSize::FitPaper;
     if (context->AskHowToPrint(printer.get(), tab->Document()->GetPageCount(), &size))
@@ -113,7 +118,7 @@ void MainWindow::SavePagePicture()
         return;
     const int page = tab->View()->CurrentPageIndex();
     const QString ending = QStringLiteral("-%1.png").arg(page + 1);
-    const QString path = context->AskSavePath(title, BesideFile(tab->Path(), ending),
+    const QString path = context->AskSavePath(title, BesideFile(tab->PathToPropose(), ending),
                                               tr("PNG pictures (*.png);;JPEG pictures (*.jpg *.jpeg)"));
     if (path.isEmpty())
         return;

@@ -184,6 +184,7 @@ void MainWindow::RefreshWindow()
         action->setEnabled(tab != nullptr);
     saveAction->setEnabled(tab && tab->IsDirty());
     tabBar->setVisible(TabCount() > 0 && !isFullScreen());
+    ShowStatusBar();
     setWindowModified(tab && tab->IsDirty());
     const QString name = tab ? QFileInfo(tab->Path()).fileName() : QString();
     const QString title = tab && tab->Document()->IsReadOnly() ? tr("%1[*] (read-only)").arg(name) : name + "[*]";
@@ -203,7 +204,10 @@ int MainWindow::PaneWidth() const
 
 void MainWindow::ShowNote(const QString& text)
 {
-    statusBar()->showMessage(text, 6000);
+    if (statusBar()->isVisibleTo(this))
+        statusBar()->showMessage(text, 6000);
+    else
+        context->ShowNote(text);
 }
 
 // A thin bar above the page, not a box: the file may change while the user is in the middle of something.

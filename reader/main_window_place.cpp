@@ -1,6 +1,7 @@
 // Where the window and its documents stand: full screen, what is remembered from one start to the next, tabs in turn.
 #include "main_window.h"
 
+#include "job_bar.h"
 #include "navigation_bar.h"
 #include "reader_context.h"
 #include "status_panel.h"
@@ -13,6 +14,7 @@
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QScreen>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QToolBar>
@@ -68,7 +70,7 @@ void MainWindow::ShowBars(bool areShown)
     menuBar()->setVisible(areShown);
     toolBar->setVisible(areShown);
     navigationBar->setVisible(areShown);
-    statusBar()->setVisible(areShown);
+    isPageAsked = false;
     RefreshWindow();
     if (!areShown)
         context->ShowNote(tr("F11 or Esc leaves full screen."));
@@ -85,8 +87,27 @@ void MainWindow::keyPressEvent(QKeyEvent* event)
 
 void MainWindow::GoToTypedPage()
 {
-    statusBar()->show(); // full screen hides it
+    isPageAsked = isFullScreen();
+    ShowStatusBar();
     statusPanel->EditPage();
+}
+
+// Full screen hides it, but for a page number that is typed and for work under way, which can be given up there.
+void MainWindow::ShowStatusBar()
+{
+    const bool isWanted = !isFullScreen() || isPageAsked || jobBar->IsBusy();
+    if (!isWanted && focusWidget() && statusBar()->isAncestorOf(focusWidget()))
+        viewStack->currentWidget()->setFocus();
+    statusBar()->setVisible(isWanted);
+}
+
+// A list that drops down, or another window, leaves the number to be typed.
+void MainWindow::OnFocusMoved(QWidget* now)
+{
+    if (!isPageAsked || !now || now->window() != this || statusBar()->isAncestorOf(now))
+        return;
+    isPageAsked = false;
+    ShowStatusBar();
 }
 
 void MainWindow::GoInHistory(bool isBack)

@@ -31,7 +31,7 @@ QString PictureRefusal(IG_Document& document)
     return document.MayExport() ? QString() : Texts::tr("The document's rights do not allow pictures of its pages.");
 }
 
-QString SavePicture(IG_PageRenderer& renderer, const PictureOrder& order, const JobControl& control)
+JobOutcome SavePicture(IG_PageRenderer& renderer, const PictureOrder& order, const JobControl& control)
 {
     G_RenderRequest request;
     request.pageIndex = order.page;
@@ -40,18 +40,20 @@ QString SavePicture(IG_PageRenderer& renderer, const PictureOrder& order, const 
     request.cancelled = control.cancelled;
     const G_RenderResult result = renderer.RenderPage(request);
     if (control.IsCancelled())
-        return QString();
+        return {true, {}, {}};
     if (result.image.isNull())
-        return Texts::tr("Page %1 cannot be painted.\n%2").arg(order.page + 1).arg(result.error);
+        return {false, Texts::tr("Page %1 cannot be painted.\n%2").arg(order.page + 1).arg(result.error), {}};
     QImage picture = result.image.transformed(QTransform().rotate(order.rotation));
     picture.setDotsPerMeterX(qRound(order.dotsPerInch * 1000 / MmOfInch));
     picture.setDotsPerMeterY(picture.dotsPerMeterX());
     QSaveFile file(order.path);
     const bool isWritten = file.open(QIODevice::WriteOnly) && QImageWriter(&file, FormatOf(order.path)).write(picture);
     if (control.IsCancelled())
-        return QString();
+        return {true, {}, {}};
     if (!isWritten || !file.commit())
-        return Texts::tr("The file %1 cannot be written.\n%2")
-            .arg(QDir::toNativeSeparators(order.path), file.errorString());
-    return QString();
+        return {false,
+                Texts::tr("The file %1 cannot be written.\n%2")
+                    .arg(QDir::toNativeSeparators(order.path), file.errorString()),
+                {}};
+    return {};
 }

@@ -19,5 +19,4 @@ struct PictureOrder
 QString PictureRefusal(IG_Document& document);
 
 // Paints and writes, on whichever thread it is called. A file that is there is replaced when the new one is complete.
-// Returns what went wrong, for the user.
-QString SavePicture(IG_PageRenderer& renderer, const PictureOrder& order, const JobControl& control);
+JobOutcome SavePicture(IG_PageRenderer& renderer, const PictureOrder& order, const JobControl& control);

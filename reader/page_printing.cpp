@@ -59,22 +59,30 @@ public:
     {
     }
 
-    QString Run()
+    JobOutcome Run()
     {
         for (int i = 0; i < order.pages.size(); ++i) {
             const QString error = PrintPage(i);
-            if (control.IsCancelled() || !error.isEmpty()) {
-                printer.abort();
-                painter.end();
-                return control.IsCancelled() ? QString() : error;
-            }
+            const bool isGivenUp = control.IsCancelled();
+            if (isGivenUp || !error.isEmpty())
+                return {isGivenUp, isGivenUp ? QString() : error, Abort()};
             control.tell(i + 1, order.pages.size());
         }
         const bool isDone = painter.isActive() && painter.end() && printer.printerState() != QPrinter::Error;
-        return isDone ? QString() : NoPrinter();
+        return {false, isDone ? QString() : NoPrinter(), {}};
     }
 
 private:
+    // Not every way to a printer can take back what it was given. Answers with what the user should know.
+    QString Abort()
+    {
+        const bool isBegun = painter.isActive();
+        const bool isTakenBack = printer.abort();
+        painter.end();
+        const bool mayPrint = isBegun && !isTakenBack && printer.outputFileName().isEmpty();
+        return mayPrint ? Texts::tr("Pages that were ready may still be printed.") : QString();
+    }
+
     static QString NoPrinter() { return Texts::tr("The printer, or the file, does not take the pages."); }
 
     // The paper must be chosen before the page begins.
@@ -227,20 +235,20 @@ QString PrintRefusal(IG_Document& document, int copies)
     return QString();
 }
 
-QString PrintPages(QPrinter& printer, IG_PageRenderer& renderer, const PrintOrder& order, const JobControl& control)
+JobOutcome PrintPages(QPrinter& printer, IG_PageRenderer& renderer, const PrintOrder& order, const JobControl& control)
 {
     const QString path = printer.outputFileName();
     if (path.isEmpty())
         return Printing(printer, renderer, order, control).Run();
     const QString unfinished = UnfinishedName(path);
     printer.setOutputFileName(unfinished);
-    QString error = Printing(printer, renderer, order, control).Run();
+    JobOutcome outcome = Printing(printer, renderer, order, control).Run();
     printer.setOutputFileName(path);
-    if (!error.isEmpty() || control.IsCancelled()) {
+    if (!outcome.error.isEmpty() || outcome.wasGivenUp) {
         QFile::remove(unfinished);
     } else if (std::rename(QFile::encodeName(unfinished).constData(), QFile::encodeName(path).constData()) != 0) {
         QFile::remove(unfinished);
-        error = Texts::tr("The file %1 cannot be written.").arg(QDir::toNativeSeparators(path));
+        outcome.error = Texts::tr("The file %1 cannot be written.").arg(QDir::toNativeSeparators(path));
     }
-    return error;
+    return outcome;
 }

@@ -37,6 +37,6 @@ PrintOrder OrderFor(const QPrinter& printer, IG_Document& document, int currentP
 QString PrintRefusal(IG_Document& document, int copies);
 
 // Prints, on whichever thread it is called: pages as they are seen, at the printer's resolution, turning the paper to
-// each page's orientation. A file appears under its name when it is complete, not before. Returns what went wrong, for
-// the user. The printer must be used by nobody else meanwhile.
-QString PrintPages(QPrinter& printer, IG_PageRenderer& renderer, const PrintOrder& order, const JobControl& control);
+// each page's orientation. A file appears under its name when it is complete, not before; a printer may print the pages
+// that were ready when the rest was given up. The printer must be used by nobody else meanwhile.
+JobOutcome PrintPages(QPrinter& printer, IG_PageRenderer& renderer, const PrintOrder& order, const JobControl& control);

@@ -6,6 +6,10 @@ class MainWindow;
 class QPrinter;
 enum class PrintSize;
 
+// The path with the first ending that a filter of file names tells, when its name has none. Unchanged when the filter
+// lets all files pass.
+QString WithEnding(const QString& path, const QString& filter);
+
 // The UI context of the reader's window; its operations reach the window through it.
 class ReaderContext : public G_UIContext
 {
@@ -24,5 +28,6 @@ public:
     virtual int AskDotsPerInch(const QString& title); // 0 when the user does not want to
 
 private:
+    bool MayReplace(const QString& title, const QString& path);
     MainWindow* window = nullptr; // not owned
 };

@@ -1,10 +1,13 @@
 #include "status_panel.h"
 
 #include <frame/document/ig_document.h>
+#include <frame/operation/event_manager.h>
 #include <frame/view/doc_view.h>
+#include <frame/view/ui_context.h>
 
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QSpinBox>
 
@@ -70,6 +73,7 @@ void StatusPanel::SetView(G_DocView* newView)
 {
     if (view)
         disconnect(view, nullptr, this, nullptr);
+    disconnect(pagesWatch);
     view = newView;
     setEnabled(view != nullptr);
     if (!view) {
@@ -79,15 +83,13 @@ void StatusPanel::SetView(G_DocView* newView)
         zoomBox->clearEditText();
         return;
     }
-    const int pageCount = view->GDocument()->GetPageCount();
-    {
-        const QSignalBlocker quiet(pageBox);
-        pageBox->setRange(1, qMax(1, pageCount));
-        pageBox->setSuffix(QStringLiteral(" / %1").arg(pageCount));
-    }
     connect(view, &G_DocView::CurrentPageChanged, this, &StatusPanel::ShowPage);
     connect(view, &G_DocView::ZoomChanged, this, &StatusPanel::ShowZoom);
-    ShowPage(view->CurrentPageIndex());
+    if (view->UIContext()) { // the view itself was told before
+        pagesWatch =
+            connect(view->UIContext()->EventMgr(), &G_EventMgr::PageStructChanged, this, &StatusPanel::ShowPageCount);
+    }
+    ShowPageCount();
     ShowZoom(view->GetZoom());
 }
 
@@ -95,6 +97,29 @@ void StatusPanel::EditPage()
 {
     pageBox->setFocus(Qt::ShortcutFocusReason);
     pageBox->selectAll();
+}
+
+// What no box has a use for.
+void StatusPanel::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Escape || !view) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    ShowPage(view->CurrentPageIndex());
+    ShowZoom(view->GetZoom());
+    emit Typed();
+}
+
+void StatusPanel::ShowPageCount()
+{
+    if (!view)
+        return;
+    const QSignalBlocker quiet(pageBox);
+    const int pageCount = view->GDocument()->GetPageCount();
+    pageBox->setRange(1, qMax(1, pageCount));
+    pageBox->setSuffix(QStringLiteral(" / %1").arg(pageCount));
+    ShowPage(view->CurrentPageIndex());
 }
 
 void StatusPanel::ShowPage(int pageIndex)

@@ -4,8 +4,8 @@
 #include <QWidget>
 
 class G_DocView;
-class G_Event;
 class QComboBox;
+class QKeyEvent;
 class QSpinBox;
 
 // Page box and zoom box of the status line; they follow one view and steer it.
@@ -19,18 +19,23 @@ public:
     void EditPage();
 
 signals:
-    // The user ended typing in one of the boxes.
+    // The user ended typing in one of the boxes, or gave it up.
     void Typed();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
 
 private slots:
     void GoToTypedPage();
     void ApplyZoomText();
     void ApplyZoomChoice(int position);
     void ShowPage(int pageIndex);
+    void ShowPageCount();
     void ShowZoom(float percent);
 
 private:
     QPointer<G_DocView> view;
-    QSpinBox* pageBox;  // owned by this
-    QComboBox* zoomBox; // owned by this
+    QMetaObject::Connection pagesWatch; // of the view's document
+    QSpinBox* pageBox;                  // owned by this
+    QComboBox* zoomBox;                 // owned by this
 };

@@ -280,6 +280,10 @@
 <context>
     <name>GP_LinkCommand</name>
     <message>
+        <source>The attachment cannot be opened.</source>
+        <translation>无法打开附件。</translation>
+    </message>
+    <message>
         <source>Save Attachment</source>
         <translation>保存附件</translation>
     </message>
@@ -290,6 +294,14 @@
     <message>
         <source>The attachment cannot be saved there.</source>
         <translation>无法将附件保存到该位置。</translation>
+    </message>
+    <message>
+        <source>The attachment %1 is a document. Do you want to open it or to save it?</source>
+        <translation>附件 %1 是一个文档。要打开还是保存？</translation>
+    </message>
+    <message>
+        <source>Attachment</source>
+        <translation>附件</translation>
     </message>
 </context>
 <context>
@@ -1088,6 +1100,10 @@ A reader of fixed-layout documents.</source>
         <translation>文档没有页面。</translation>
     </message>
     <message>
+        <source>&quot;%1&quot; is no size of a page.</source>
+        <translation>“%1”不是页面的尺寸。</translation>
+    </message>
+    <message>
         <source>&quot;%1&quot; is no place on a page.</source>
         <translation>“%1”不是页面上的位置。</translation>
     </message>
@@ -1649,6 +1665,10 @@ A reader of fixed-layout documents.</source>
 <context>
     <name>PagePrinting</name>
     <message>
+        <source>Pages that were ready may still be printed.</source>
+        <translation>已准备好的页面可能仍会打印。</translation>
+    </message>
+    <message>
         <source>The printer, or the file, does not take the pages.</source>
         <translation>打印机或文件无法接收页面。</translation>
     </message>
@@ -1784,6 +1804,10 @@ A reader of fixed-layout documents.</source>
 </context>
 <context>
     <name>ReaderContext</name>
+    <message>
+        <source>%1 exists already. Do you want to replace it?</source>
+        <translation>%1 已存在。要替换它吗？</translation>
+    </message>
     <message>
         <source>Dots per inch:</source>
         <translation>每英寸点数：</translation>
