@@ -163,6 +163,7 @@ QSizeF DocumentStore::ReadPageSize(int pageIndex)
             size = templateSizes.value(part);
         }
         if (!part.isEmpty() && !size.isValid()) {
+            const ProblemScope scope(*problems, part);
             size = ReadPageHead(*source, part).areaSize;
             const std::lock_guard<std::mutex> lock(sizeMutex);
             templateSizes.insert(part, size);

@@ -69,13 +69,17 @@ void TellOfReference(const QString& reference, const ResolvedLocation& found)
 {
     if (found.step == LocationStep::Exact)
         return;
-    if (found)
-        ReportProblem(ProblemKind::MisspeltReference,
-                      QCoreApplication::translate("OfdPackage", "\"%1\" leads nowhere; \"%2\" was read instead.")
-                          .arg(reference.trimmed(), found.part));
-    else
+    const QString named = reference.trimmed();
+    if (!found) {
         ReportProblem(ProblemKind::MissingPart,
-                      QCoreApplication::translate("OfdPackage", "\"%1\" leads to no part.").arg(reference.trimmed()));
+                      QCoreApplication::translate("OfdPackage", "\"%1\" leads to no part.").arg(named));
+        return;
+    }
+    // One that is right but for where it begins is told as it should be.
+    const QString read = found.part == named ? QLatin1Char('/') + found.part : found.part;
+    ReportProblem(
+        ProblemKind::MisspeltReference,
+        QCoreApplication::translate("OfdPackage", "\"%1\" leads nowhere; \"%2\" was read instead.").arg(named, read));
 }
 
 ResolvedLocation FindLocation(const Package& package, const QString& reference, const LocationContext& context)

@@ -57,6 +57,8 @@ AttachmentEntry ReadEntry(const pugi::xml_node& element, const Package& package,
         format = fileName.contains(QLatin1Char('.')) ? fileName.section(QLatin1Char('.'), -1) : QString();
     }
     QString name = AttributeText(element, "Name").trimmed();
+    if (name.isEmpty())
+        name = FileNameOf(entry.part.isEmpty() ? location : entry.part);
     const QString ending = QLatin1Char('.') + format;
     if (!format.isEmpty() && name.endsWith(ending, Qt::CaseInsensitive))
         name.chop(ending.size());

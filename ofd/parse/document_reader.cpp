@@ -300,8 +300,15 @@ QSizeF ReadAreaSize(const pugi::xml_node& area)
     const pugi::xml_node box = ChildElement(area, "PhysicalBox");
     if (!box)
         return QSizeF();
-    const std::optional<QRectF> rect = ParseBox(TrimmedText(box).toStdString());
-    return rect && rect->width() > 0 && rect->height() > 0 ? rect->size() : QSizeF();
+    const QString text = TrimmedText(box);
+    const std::optional<QRectF> rect = ParseBox(text.toStdString());
+    if (rect && rect->width() > 0 && rect->height() > 0)
+        return rect->size();
+    constexpr int shownLength = 80;
+    ReportProblem(
+        ProblemKind::BadValue,
+        QCoreApplication::translate("OfdDocument", "\"%1\" is no size of a page.").arg(text.left(shownLength)));
+    return QSizeF();
 }
 
 void TellOfFurther(const XmlPart& document, const std::vector<pugi::xml_node>& elements, const QString& text)

@@ -34,7 +34,7 @@ std::unique_ptr<XmlPart> LoadDocumentPart(const Package& package, const QString&
 // Reports `text` at the second of the elements, of which there should be one.
 void TellOfFurther(const XmlPart& document, const std::vector<pugi::xml_node>& elements, const QString& text);
 
-// The size told by an area element (PageArea or Area); invalid when it has none that is usable.
+// The size told by an area element (PageArea or Area); invalid when it has none that is usable, which is reported.
 QSizeF ReadAreaSize(const pugi::xml_node& area);
 
 } // namespace ofd

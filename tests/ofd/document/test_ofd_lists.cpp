@@ -25,6 +25,7 @@ private slots:
     void aRemarkTakenBackSavesTheSameBytes();
     void annotationsThatCannotBeReadAreTold_data();
     void annotationsThatCannotBeReadAreTold();
+    void anAttachmentWithoutANameIsCalledAfterItsPart();
     void addedAttachmentsAreSaved();
     void aListOfAttachmentsIsMadeInItsPlace();
     void removedAttachmentsTakeTheirPartsAlong();
@@ -143,6 +144,24 @@ void TestOfdLists::annotationsThatCannotBeReadAreTold()
     QCOMPARE(document->GetPage(0)->LoadAnnots() == 0, isRead);
     QCOMPARE(document->GetPage(0)->GetAnnotCount(), 0);
     QCOMPARE(document->GetPage(0)->LoadAnnots() == 0, isRead); // the second time too
+}
+
+void TestOfdLists::anAttachmentWithoutANameIsCalledAfterItsPart()
+{
+    OfdFile file = OfdFile::WithPages(1).Tail("<ofd:Attachments>Attachments.xml</ofd:Attachments>");
+    const auto entry = [](const QByteArray& attributes, const QByteArray& location) {
+        return "<ofd:Attachment " + attributes + "><ofd:FileLoc>" + location + "</ofd:FileLoc></ofd:Attachment>";
+    };
+    file.Set(QStringLiteral("Doc_0/Attachments.xml"),
+             Element("Attachments", entry("ID=\"1\"", "Files\\invoice.xml") +
+                                        entry("ID=\"2\" Name=\"  \" Format=\"XML\"", "Files/invoice.xml") +
+                                        entry("ID=\"3\"", "Files/gone") + entry("ID=\"4\"", "")));
+    file.Set(QStringLiteral("Doc_0/Files/invoice.xml"), "<a/>");
+    const auto document = Open(file);
+    QStringList names;
+    for (int i = 0; i < document->GetAttachmentCount(); ++i)
+        names.append(GQ_ToQStringFromUtf8(document->GetAttachment(i).name));
+    QCOMPARE(names.join(QLatin1Char('|')), QStringLiteral("invoice|invoice|gone|"));
 }
 
 void TestOfdLists::addedAttachmentsAreSaved()

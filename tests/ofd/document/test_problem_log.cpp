@@ -48,6 +48,7 @@ private slots:
     void everyKindHasAWordOfItsOwn();
     void aDocumentTellsWhereInItsPartsThingsAreWrong();
     void anIdentifierThatCannotBeReadIsToldOnceAndWhere();
+    void sizesThatAreNoneAreToldWhereTheyStand();
     void listsInTheDocumentAndMissingIdentifiersOfAnnotationsAreNoProblems();
 };
 
@@ -178,6 +179,29 @@ void TestProblemLog::anIdentifierThatCannotBeReadIsToldOnceAndWhere()
     QCOMPARE(int(problems.size()), 1);
     QVERIFY(problems[0].text.contains(QStringLiteral("abc")));
     QVERIFY(file.Part(problems[0].part).mid(int(problems[0].offset)).startsWith("<ofd:Annot ID"));
+}
+
+void TestProblemLog::sizesThatAreNoneAreToldWhereTheyStand()
+{
+    const QTemporaryDir folder;
+    const auto area = [](const QByteArray& box) {
+        return "<ofd:Area><ofd:PhysicalBox>" + box + "</ofd:PhysicalBox></ofd:Area>";
+    };
+    OfdFile file = OfdFile::WithPages(3).Common("<ofd:TemplatePage ID=\"60\" BaseLoc=\"T.xml\"/>");
+    const QString pages = QStringLiteral("Doc_0/Pages/Page_%1/Content.xml");
+    file.Set(pages.arg(0), Element("Page", area("0 0 210mm 297mm") + "<ofd:Content/>"));
+    file.Set(pages.arg(1), Element("Page", "<ofd:Template TemplateID=\"60\"/><ofd:Content/>"));
+    file.Set(QStringLiteral("Doc_0/T.xml"), Element("Page", area("0 0 0 5")));
+    const OpenResult opened = OfdDocument::Open(file.Write(folder.filePath(QStringLiteral("sizes.ofd"))));
+    QVERIFY(opened);
+    for (int i = 0; i < 6; ++i)
+        QCOMPARE(opened.document->PageSizeMm(i % 3), QSizeF(100, 100));
+    const std::vector<Problem> problems = opened.document->GetProblems();
+    QCOMPARE(int(problems.size()), 2);
+    QCOMPARE(problems[0].part, pages.arg(0));
+    QVERIFY(problems[0].text.contains(QStringLiteral("210mm")));
+    QCOMPARE(problems[1].part, QStringLiteral("Doc_0/T.xml"));
+    QVERIFY(problems[1].text.contains(QStringLiteral("0 0 0 5")));
 }
 
 void TestProblemLog::listsInTheDocumentAndMissingIdentifiersOfAnnotationsAreNoProblems()

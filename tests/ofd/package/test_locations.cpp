@@ -1,3 +1,4 @@
+#include <ofd/model/problem_log.h>
 #include <ofd/package/locations.h>
 #include <ofd/package/package.h>
 #include <tests/ofd/package/raw_zip.h>
@@ -20,6 +21,8 @@ private slots:
     void referencesResolve_data();
     void referencesResolve();
     void ambiguousCandidatesAreNotFound();
+    void whatWasReadInsteadIsToldAsItShouldBeNamed_data();
+    void whatWasReadInsteadIsToldAsItShouldBeNamed();
     void newReferencesAreRelativeUnlessAskedOtherwise();
 };
 
@@ -144,6 +147,39 @@ void TestLocations::ambiguousCandidatesAreNotFound()
     context.isMedia = true;
     QVERIFY(!ResolveLocation(*package, QStringLiteral("Res/a.png"), context));
     QCOMPARE(ResolveLocation(*package, QStringLiteral("RES/a.png"), context).part, QStringLiteral("Doc_0/RES/a.png"));
+}
+
+void TestLocations::whatWasReadInsteadIsToldAsItShouldBeNamed_data()
+{
+    QTest::addColumn<QString>("reference");
+    QTest::addColumn<QString>("told");
+    QTest::newRow("right") << QStringLiteral("Res/image.png") << QString();
+    QTest::newRow("from the root") << QStringLiteral(" Doc_0/Res/image.png ")
+                                   << QStringLiteral("\"Doc_0/Res/image.png\" leads nowhere; "
+                                                     "\"/Doc_0/Res/image.png\" was read instead.");
+    QTest::newRow("another case") << QStringLiteral("Res/IMAGE.png")
+                                  << QStringLiteral("\"Res/IMAGE.png\" leads nowhere; "
+                                                    "\"Doc_0/Res/image.png\" was read instead.");
+    QTest::newRow("missing") << QStringLiteral("no.png") << QStringLiteral("\"no.png\" leads to no part.");
+}
+
+void TestLocations::whatWasReadInsteadIsToldAsItShouldBeNamed()
+{
+    QFETCH(const QString, reference);
+    QFETCH(const QString, told);
+    RawZip zip = SmallRawZip();
+    zip.Add("Doc_0/Res/image.png", "x");
+    const auto package = Package::OpenBytes(zip.Build());
+    LocationContext context;
+    context.holderPart = QStringLiteral("Doc_0/Document.xml");
+    context.documentFolder = QStringLiteral("Doc_0/");
+    ProblemLog log;
+    const ProblemScope scope(log, context.holderPart);
+    ResolveLocation(*package, reference, context);
+    const std::vector<Problem> problems = log.GetProblems();
+    QCOMPARE(int(problems.size()), told.isEmpty() ? 0 : 1);
+    if (!told.isEmpty())
+        QCOMPARE(problems[0].text, told);
 }
 
 void TestLocations::newReferencesAreRelativeUnlessAskedOtherwise()
