@@ -8,8 +8,6 @@
 #include <ofd/text/text_page.h>
 #include <ofd/text/text_store.h>
 
-#include <QSet>
-
 #include <algorithm>
 
 namespace ofd {
@@ -124,19 +122,25 @@ int OfdPage::LoadAnnots()
     if (areAnnotsRead)
         return areAnnotsBroken ? 1 : 0;
     const std::shared_ptr<const PageAnnotations> list = store->GetPageAnnotations(index);
-    QSet<int> taken;
     annots.clear(); // memory may have run out half-way through
-    for (int i = 0; i < int(list->annotations.size()); ++i) {
-        int id = list->annotations[size_t(i)].id;
-        if (id == 0 || taken.contains(id))
-            id = store->GetUnitIds().Take(*store->GetPackage()); // written when the annotation is edited
-        taken.insert(id);
-        annots.push_back(std::make_unique<OfdAnnot>(this, IsEditable(), *store, list, i, id));
-    }
+    GiveAnnotIds(*list);
+    for (int i = 0; i < annotIds.size(); ++i)
+        annots.push_back(std::make_unique<OfdAnnot>(this, IsEditable(), *store, list, i, annotIds.at(i)));
     areAnnotsRead = true;
     areAnnotsBroken = list->isBroken;
     ListAnnots();
     return areAnnotsBroken ? 1 : 0;
+}
+
+// Those that the file does not give are written when the annotation is edited.
+void OfdPage::GiveAnnotIds(const PageAnnotations& list)
+{
+    if (!annotIds.isEmpty())
+        return;
+    QVector<int> inFile;
+    for (const AnnotationRecord& record : list.annotations)
+        inFile.append(record.id);
+    annotIds = store->GetUnitIds().ForAnnotations(*store->GetPackage(), inFile);
 }
 
 void OfdPage::ListAnnots()

@@ -77,6 +77,7 @@ public:
 private:
     const QVector<ObjectPlace>& Places();
     void MakeLayers();
+    void GiveAnnotIds(const PageAnnotations& list);
     void ListAnnots();
 
     IG_Document* document; // not owned
@@ -89,6 +90,7 @@ private:
     QHash<int, int> placeById;                    // positions in `places`; of one identifier the first
     bool areAnnotsRead = false;
     bool areAnnotsBroken = false;
+    QVector<int> annotIds; // given to the annotations when they are first read
     std::vector<std::unique_ptr<OfdAnnot>> annots;
     QVector<IG_Annot*> shownAnnots; // not owned; those not removed
 };

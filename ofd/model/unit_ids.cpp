@@ -123,6 +123,25 @@ UnitIds::UnitIds(const DocumentStructure& structure)
 int UnitIds::Take(const Package& package, int above)
 {
     const std::lock_guard<std::mutex> lock(mutex);
+    return Next(package, above);
+}
+
+QVector<int> UnitIds::ForAnnotations(const Package& package, const QVector<int>& inFile)
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    QVector<int> ids;
+    ids.reserve(inFile.size());
+    for (int id : inFile) {
+        if (id == 0 || annotations.contains(id))
+            id = Next(package, 0);
+        annotations.insert(id);
+        ids.append(id);
+    }
+    return ids;
+}
+
+int UnitIds::Next(const Package& package, int above)
+{
     if (!isScanned) {
         highest = IdScan(package, structure).Run();
         if (structure.highestId <= HighestUsableId)

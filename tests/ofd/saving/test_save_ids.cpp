@@ -35,6 +35,34 @@ OfdFile File(const QByteArray& stated = "3")
     return file;
 }
 
+// Two pages with an annotation each, and the attributes of those.
+OfdFile FileWithAnnotations(const QByteArray& first, const QByteArray& second)
+{
+    const auto annots = [](const QByteArray& id) {
+        return Element("PageAnnot", "<ofd:Annot " + id +
+                                        " Type=\"Path\" Creator=\"c\" LastModDate=\"2020-01-02\"><ofd:Appearance "
+                                        "Boundary=\"0 0 1 1\"/></ofd:Annot>");
+    };
+    OfdFile file = File();
+    const QByteArray documentBytes = file.Part(DocumentPart);
+    file.Set(
+        DocumentPart,
+        QByteArray(documentBytes).replace("</ofd:Pages>", "</ofd:Pages><ofd:Annotations>Annots.xml</ofd:Annotations>"));
+    file.Set(QStringLiteral("Doc_0/Annots.xml"),
+             Element("Annotations", "<ofd:Page PageID=\"1\"><ofd:FileLoc>A1.xml</ofd:FileLoc></ofd:Page>"
+                                    "<ofd:Page PageID=\"2\"><ofd:FileLoc>A2.xml</ofd:FileLoc></ofd:Page>"));
+    file.Set(QStringLiteral("Doc_0/A1.xml"), annots(first));
+    return file.Set(QStringLiteral("Doc_0/A2.xml"), annots(second));
+}
+
+void EditBoth(IG_Document& document)
+{
+    for (int page = 0; page < 2; ++page) {
+        document.GetPage(page)->LoadAnnots();
+        document.GetPage(page)->GetAnnotAt(0)->SetRemark("edited");
+    }
+}
+
 } // namespace
 
 // Identifiers that are given out when something new is saved.
@@ -54,6 +82,7 @@ private slots:
     void onesThatWereFreedAreNotGivenOutAgain();
     void threadsNeverGetTheSame();
     void annotationsOfAllPagesGetDifferentOnes();
+    void annotationsOfTwoPagesWithOneIdAreToldApart();
     void onesAboveTheRangeOfIntAreWrittenAsTheyAre();
 
 private:
@@ -178,27 +207,29 @@ void TestSaveIds::threadsNeverGetTheSame()
 
 void TestSaveIds::annotationsOfAllPagesGetDifferentOnes()
 {
-    const QByteArray annot = "<ofd:Annot Type=\"Path\" Creator=\"c\" LastModDate=\"2020-01-02\"><ofd:Appearance "
-                             "Boundary=\"0 0 1 1\"/></ofd:Annot>";
-    OfdFile file = File();
-    const QByteArray documentBytes = file.Part(DocumentPart);
-    file.Set(
-        DocumentPart,
-        QByteArray(documentBytes).replace("</ofd:Pages>", "</ofd:Pages><ofd:Annotations>Annots.xml</ofd:Annotations>"));
-    file.Set(QStringLiteral("Doc_0/Annots.xml"),
-             Element("Annotations", "<ofd:Page PageID=\"1\"><ofd:FileLoc>A1.xml</ofd:FileLoc></ofd:Page>"
-                                    "<ofd:Page PageID=\"2\"><ofd:FileLoc>A2.xml</ofd:FileLoc></ofd:Page>"));
-    file.Set(QStringLiteral("Doc_0/A1.xml"), Element("PageAnnot", annot));
-    file.Set(QStringLiteral("Doc_0/A2.xml"), Element("PageAnnot", annot));
-    const QString path = desk->Saved(file, [](IG_Document& document) {
-        for (int page = 0; page < 2; ++page) {
-            document.GetPage(page)->LoadAnnots();
-            document.GetPage(page)->GetAnnotAt(0)->SetRemark("edited");
-        }
-    });
+    const QString path = desk->Saved(FileWithAnnotations("", ""), EditBoth);
     QVERIFY(PartOf(path, QStringLiteral("Doc_0/A1.xml")).contains(" ID=\"501\""));
     QVERIFY(PartOf(path, QStringLiteral("Doc_0/A2.xml")).contains(" ID=\"502\""));
     QVERIFY(PartOf(path, DocumentPart).contains("<ofd:MaxUnitID>502<"));
+}
+
+// Whoever lists annotations compares their ids without a page.
+void TestSaveIds::annotationsOfTwoPagesWithOneIdAreToldApart()
+{
+    const OfdFile file = FileWithAnnotations("ID=\"31\"", "ID=\"31\"");
+    const auto document = desk->Open(file.Write(desk->Path(QStringLiteral("twice.ofd"))));
+    QVector<int> ids;
+    for (const int page : {1, 0}) { // the one that is asked for first keeps its own
+        document->GetPage(page)->LoadAnnots();
+        document->GetPage(page)->LoadAnnots();
+        ids.append(document->GetPage(page)->GetAnnotAt(0)->GetId());
+    }
+    QCOMPARE(ids, (QVector<int>{31, 501}));
+    QCOMPARE(document->GetPage(0)->GetAnnotById(501), document->GetPage(0)->GetAnnotAt(0));
+    QVERIFY(!document->IsModified());
+    const QString path = desk->Saved(file, EditBoth);
+    QVERIFY(PartOf(path, QStringLiteral("Doc_0/A1.xml")).contains(" ID=\"31\""));
+    QVERIFY(PartOf(path, QStringLiteral("Doc_0/A2.xml")).contains(" ID=\"501\""));
 }
 
 // They are legal, and negative in the program.
