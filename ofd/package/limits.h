@@ -109,8 +109,8 @@ constexpr int MaxChannels = 64;
 constexpr int MaxPaletteEntries = 65'536;
 // Points that are told of an annotation's outline. Quietly: the rest is left out.
 constexpr int MaxAnnotationPoints = 100'000;
-// Curves and lines of the areas of a clip that are united exactly, which takes the square of their number. Quietly: the
-// areas of larger ones are laid over each other.
+// Curves and lines of the areas of a clip that are united exactly, which takes more than the square of their number
+// where all cross. Quietly: the areas of larger ones, and of those that cross very often, are laid over each other.
 constexpr int MaxUnitedElements = 400;
 
 // --- Pictures and fonts ----------------------------------------------------------------------------------------------

@@ -6,7 +6,7 @@
 
 #include <ofd/model/problem_log.h>
 #include <ofd/model/text_object.h>
-#include <ofd/package/limits.h>
+#include <ofd/model/united_areas.h>
 #include <ofd/package/xml_names.h>
 #include <ofd/package/xml_values.h>
 
@@ -15,35 +15,6 @@
 namespace ofd {
 
 namespace {
-
-// Collects what the areas of a clip cover together, in the space of the object before its own matrix.
-class AreaUnion
-{
-public:
-    void Add(const QPainterPath& outline)
-    {
-        elementCount += outline.elementCount();
-        if (all.isEmpty()) {
-            all = outline;
-            bounds = outline.boundingRect();
-            return;
-        }
-        // Areas of one rule that lie apart, such as the cells of a table, need no calculation.
-        const bool liesApart = !bounds.intersects(outline.boundingRect()) && outline.fillRule() == all.fillRule();
-        bounds |= outline.boundingRect();
-        if (liesApart || elementCount > limits::MaxUnitedElements)
-            all.addPath(outline);
-        else
-            all = all.united(outline);
-    }
-
-    QPainterPath Get() const { return all; }
-
-private:
-    QPainterPath all;
-    QRectF bounds;
-    int elementCount = 0;
-};
 
 // How a clip's shapes get from the space before the object's matrix into the container.
 struct ClipPlaces
@@ -82,23 +53,20 @@ std::optional<Clip> ReadClip(const pugi::xml_node& element, const ClipPlaces& pl
                              const Resources& resources)
 {
     Clip clip;
-    AreaUnion areas;
-    bool hasPath = false;
+    QVector<QPainterPath> areas;
     for (const pugi::xml_node& area : ChildElements(element, "Area")) {
         const QTransform fromArea = MatrixAttribute(area);
-        for (const pugi::xml_node& path : ChildElements(area, "Path")) {
-            hasPath = true;
-            areas.Add(ReadClipPath(path, fromArea));
-        }
+        for (const pugi::xml_node& path : ChildElements(area, "Path"))
+            areas.append(ReadClipPath(path, fromArea));
         for (const pugi::xml_node& text : ChildElements(area, "Text")) {
             const auto read = ReadClipText(text, int(IdAttribute(area, "DrawParam")), resources);
             clip.texts.push_back({read, read->toContainer * fromArea});
         }
     }
-    if (!hasPath && clip.texts.empty())
+    if (areas.isEmpty() && clip.texts.empty())
         return std::nullopt;
-    const QPainterPath local = areas.Get();
-    const bool misses = places.mayFallBack && hasPath && !object.boundary.isEmpty() &&
+    const QPainterPath local = UnitedAreas(areas);
+    const bool misses = places.mayFallBack && !areas.isEmpty() && !object.boundary.isEmpty() &&
                         !places.usual.mapRect(local.boundingRect()).intersects(object.boundary);
     const QTransform& place = misses ? places.withoutMatrix : places.usual;
     clip.outline = place.map(local);

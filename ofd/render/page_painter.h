@@ -61,6 +61,7 @@ private:
 
     bool ClipTo(const std::vector<Clip>& clips, const Resources& resources);
     QPainterPath OutlineOf(const Clip& clip, const Resources& resources);
+    QPainterPath LettersOf(const TextObject& text, const Resources& resources);
     void ClipToBoundary(const GraphicObject& object, const QRectF& painted, double lineMm);
 
     // In the painter's own space; the outline must not be shared with other threads.

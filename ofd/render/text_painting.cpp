@@ -5,7 +5,7 @@
 #include "painting_work.h"
 
 #include <ofd/model/document_store.h>
-#include <ofd/package/limits.h>
+#include <ofd/model/united_areas.h>
 #include <ofd/package/package.h>
 #include <ofd/text/font_store.h>
 #include <ofd/text/glyph_layout.h>
@@ -15,20 +15,6 @@ namespace ofd {
 namespace {
 
 constexpr double ClipLetterCost = 20'000; // as a part of one outline, which is walked again and again
-
-// The letter with its contours running as those of lines do that Qt draws around outlines: where both lie, neither
-// takes away from the other.
-QPainterPath AlongItsLine(const QPainterPath& letter)
-{
-    double area = 0; // twice; positive for what runs clockwise on the screen
-    for (int i = 1; i < letter.elementCount(); ++i) {
-        const QPainterPath::Element from = letter.elementAt(i - 1);
-        const QPainterPath::Element to = letter.elementAt(i);
-        if (!to.isMoveTo())
-            area += from.x * to.y - to.x * from.y;
-    }
-    return area < 0 ? letter.toReversed() : letter;
-}
 
 // Each glyph is a path of its own where the paint covers what it overlaps: the rasterizer's time grows with the square
 // of what crosses a row of pixels. Translucent glyphs are one path, since overlaps would show.
@@ -42,17 +28,7 @@ void AddOutline(QVector<QPainterPath>& outlines, QPainterPath&& glyph, bool isCo
         outlines.append(QPainterPath());
         outlines.first().setFillRule(Qt::WindingFill);
     }
-    outlines.first().addPath(AlongItsLine(glyph));
-}
-
-// Uniting takes the square of what there is to unite: large shapes are laid over each other.
-QPainterPath UnitedIfSmall(const QPainterPath& shape, const QPainterPath& more)
-{
-    if (shape.elementCount() + more.elementCount() <= limits::MaxUnitedElements)
-        return shape.united(more);
-    QPainterPath both = shape;
-    both.addPath(more);
-    return both;
+    outlines.first().addPath(Clockwise(glyph));
 }
 
 double CountLetters(const TextObject& object)
@@ -142,32 +118,34 @@ void ContentPainter::FillGlyphs(const TextLayout& layout, const TextObject& obje
 // Letters count with their line where they have one.
 QPainterPath ContentPainter::OutlineOf(const Clip& clip, const Resources& resources)
 {
-    QPainterPath all = PrivateCopy(clip.outline);
+    if (clip.texts.empty())
+        return PrivateCopy(clip.outline);
+    QVector<QPainterPath> areas;
+    if (!clip.outline.isEmpty())
+        areas.append(PrivateCopy(clip.outline));
     for (const ClipText& part : clip.texts) {
-        QPainterPath letters;
-        if (!work.Take(CountLetters(*part.text) * ClipLetterCost))
-            continue;
-        letters.setFillRule(Qt::WindingFill);
-        const TextLayout layout = LayOutText(*part.text, resources, *package, store.GetFonts());
-        for (const PlacedGlyph& glyph : layout.glyphs) {
-            if (glyph.face)
-                letters.addPath(AlongItsLine(glyph.toObject.map(glyph.face->OutlineOf(glyph.glyph))));
-        }
-        QPainterPath shape;
-        if (part.text->isStroked)
-            shape = LineAround(letters, PenOf(part.text->stroke, letters), ScaleOf(painter->worldTransform()));
-        if (part.text->isFilled)
-            shape.addPath(letters);
-        shape.setFillRule(Qt::WindingFill);
-        const QPainterPath placed = part.toContainer.map(shape);
-        if (all.isEmpty())
-            all.setFillRule(Qt::WindingFill);
-        if (all.fillRule() == Qt::WindingFill)
-            all.addPath(placed);
-        else
-            all = UnitedIfSmall(all, placed);
+        if (work.Take(CountLetters(*part.text) * ClipLetterCost))
+            areas.append(part.toContainer.map(LettersOf(*part.text, resources)));
     }
-    return all;
+    return UnitedAreas(areas);
+}
+
+QPainterPath ContentPainter::LettersOf(const TextObject& text, const Resources& resources)
+{
+    QPainterPath letters;
+    letters.setFillRule(Qt::WindingFill);
+    const TextLayout layout = LayOutText(text, resources, *package, store.GetFonts());
+    for (const PlacedGlyph& glyph : layout.glyphs) {
+        if (glyph.face)
+            letters.addPath(Clockwise(glyph.toObject.map(glyph.face->OutlineOf(glyph.glyph))));
+    }
+    QPainterPath shape;
+    if (text.isStroked)
+        shape = LineAround(letters, PenOf(text.stroke, letters), ScaleOf(painter->worldTransform()));
+    if (text.isFilled)
+        shape.addPath(letters);
+    shape.setFillRule(Qt::WindingFill);
+    return shape;
 }
 
 } // namespace ofd

@@ -1,5 +1,6 @@
 #include "graphics_pages.h"
 
+#include <ofd/model/united_areas.h>
 #include <tests/support/test_main.h>
 
 #include <QtTest>
@@ -70,6 +71,10 @@ private slots:
     void aClipOfNothingCutsAll();
     void clipsCutTextsPicturesAndComposites();
     void manyAreasAreOneClip();
+    void areasThatOverlapTakeNothingFromEachOther();
+    void lettersTakeNothingFromThePathAroundThem_data();
+    void lettersTakeNothingFromThePathAroundThem();
+    void areasThatCrossVeryOftenAreLaidOverEachOther();
 };
 
 void TestOfdClips::clipsCutToWhatTheyHaveInCommon()
@@ -223,6 +228,54 @@ void TestOfdClips::manyAreasAreOneClip()
     QVERIFY(Shows(image, 21.5, 20.5, White));
     QVERIFY(Shows(image, 78.5, 78.5, Black));
     QVERIFY(Shows(image, 79.5, 78.5, White));
+}
+
+void TestOfdClips::areasThatOverlapTakeNothingFromEachOther()
+{
+    QByteArray areas;
+    for (int i = 0; i < 100; ++i) { // every second one the other way round
+        const QByteArray left = QByteArray::number(i * 0.5), right = QByteArray::number(i * 0.5 + 2);
+        areas += PathArea("M " + left + " 0 L " + (i % 2 ? right + " 0 L " : left + " 60 L ") + right + " 60 L " +
+                          (i % 2 ? left + " 60 C" : right + " 0 C"));
+    }
+    QCOMPARE(PaintClipped(Clip(areas)), PaintClipped(Clip(PathArea("M 0 0 L 51.5 0 L 51.5 60 L 0 60 C"))));
+}
+
+void TestOfdClips::lettersTakeNothingFromThePathAroundThem_data()
+{
+    QTest::addColumn<QByteArray>("path");
+    QTest::addColumn<QByteArray>("letters");
+    const QByteArray clockwise = "M 0 0 L 60 0 L 60 60 L 0 60 C", other = "M 0 0 L 0 60 L 60 60 L 60 0";
+    const QByteArray few = "BI", many = QByteArray("B").repeated(40);
+    QTest::newRow("few, clockwise") << clockwise << few;
+    QTest::newRow("few, the other way round") << other << few;
+    QTest::newRow("many, clockwise") << clockwise << many;
+    QTest::newRow("many, the other way round") << other << many;
+}
+
+void TestOfdClips::lettersTakeNothingFromThePathAroundThem()
+{
+    QFETCH(QByteArray, path);
+    QFETCH(QByteArray, letters);
+    const QImage all = PaintClipped({});
+    QCOMPARE(PaintClipped(Clip(PathArea(path) + TextArea(letters, "CTM=\"0.2 0 0 0.2 0 20\""))), all);
+    QCOMPARE(PaintClipped(Clip(PathArea(path) + TextArea(letters, "CTM=\"-0.2 0 0 0.2 60 20\""))), all); // mirrored
+    QVERIFY(InkOf(PaintClipped(Clip(TextArea(letters, "CTM=\"0.2 0 0 0.2 0 20\"")))) > 100);
+}
+
+void TestOfdClips::areasThatCrossVeryOftenAreLaidOverEachOther()
+{
+    const auto star = [](double left) {
+        QPainterPath lines(QPointF(left, 0));
+        for (int i = 0; i < 60; ++i)
+            lines.lineTo(left + i * 37 % 50, i % 2 ? 100 : 0);
+        return lines;
+    };
+    const QPainterPath all = ofd::UnitedAreas({star(0), star(70)});
+    QVERIFY(all.elementCount() <= 2 * 61 + 2); // lying apart
+    const QPainterPath crossing = ofd::UnitedAreas({star(0), star(0.37)});
+    QVERIFY(crossing.elementCount() <= 2 * 61 + 2); // every piece between two crossings would be thousands
+    QCOMPARE(crossing.fillRule(), Qt::WindingFill);
 }
 
 TETO_TEST_MAIN(TestOfdClips)
