@@ -1,18 +1,21 @@
 #include "direct_copy.h"
 
 #include <QByteArray>
+#include <QScopeGuard>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
-#include <system_error>
+#include <exception>
 #include <thread>
-#include <vector>
 
 #include <fcntl.h>
 #include <linux/fs.h>
+#include <linux/magic.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace ofd {
@@ -77,19 +80,43 @@ private:
     std::atomic<bool> hasFailed{false};
 };
 
+// The threads that write beside the calling one. All of them have ended when this is gone, even when an exception of
+// the progress took it away; they take no new request then.
+class Helpers
+{
+public:
+    explicit Helpers(Requests& requests)
+        : requests(requests)
+    {
+        try {
+            for (std::thread& thread : threads)
+                thread = std::thread([&requests] {
+                    while (requests.WriteNext() > 0) {
+                    }
+                });
+        } catch (const std::exception&) {
+            // No more threads or no memory to be had: those that are there do it.
+        }
+    }
+    ~Helpers()
+    {
+        requests.Stop();
+        for (std::thread& thread : threads) {
+            if (thread.joinable())
+                thread.join();
+        }
+    }
+    Helpers(const Helpers&) = delete;
+    Helpers& operator=(const Helpers&) = delete;
+
+private:
+    Requests& requests;
+    std::array<std::thread, RequestsAtOnce - 1> threads;
+};
+
 // The calling thread writes too, and tells how far all of them are. False when that ended it.
 bool WriteAll(Requests& requests, const CopyProgress& progress)
 {
-    std::vector<std::thread> others;
-    try {
-        while (int(others.size()) + 1 < RequestsAtOnce)
-            others.emplace_back([&requests] {
-                while (requests.WriteNext() > 0) {
-                }
-            });
-    } catch (const std::system_error&) {
-        // No more threads to be had: those that are there do it.
-    }
     qint64 told = 0;
     const auto tell = [&] {
         const qint64 news = requests.GetDone() - told;
@@ -97,13 +124,31 @@ bool WriteAll(Requests& requests, const CopyProgress& progress)
         return !progress || news == 0 || progress(news);
     };
     bool goesOn = true;
-    while (goesOn && requests.WriteNext() > 0)
-        goesOn = tell();
-    if (!goesOn)
-        requests.Stop();
-    for (std::thread& other : others)
-        other.join();
+    {
+        const Helpers helpers(requests);
+        while (goesOn && requests.WriteNext() > 0)
+            goesOn = tell();
+    }
     return goesOn && tell();
+}
+
+// Whether a file gets a new length without a byte being written, and takes what it is made of in any order. FAT and its
+// like fill a longer file with zeros at first, so that all would be written twice; of others nothing is known.
+bool HasSparseFiles(int file)
+{
+    struct statfs facts = {};
+    if (::fstatfs(file, &facts) != 0)
+        return false;
+    switch (quint32(facts.f_type)) {
+    case EXT4_SUPER_MAGIC:
+    case XFS_SUPER_MAGIC:
+    case BTRFS_SUPER_MAGIC:
+    case F2FS_SUPER_MAGIC:
+    case OVERLAYFS_SUPER_MAGIC: // lies on one of them, or in memory
+        return true;
+    default:
+        return false;
+    }
 }
 
 } // namespace
@@ -120,29 +165,28 @@ bool ShareBlocks(const PageRange& range)
 
 DirectCopy CopyDirectly(const PageRange& range, const CopyProgress& progress)
 {
+    if (!HasSparseFiles(range.to))
+        return DirectCopy::Impossible;
     // A descriptor of its own: what is written around the range goes the usual way.
     const QByteArray path = "/proc/self/fd/" + QByteArray::number(range.to);
     const int target = ::open(path.constData(), O_WRONLY | O_DIRECT | O_CLOEXEC);
     if (target < 0)
         return DirectCopy::Impossible;
+    const auto closing = qScopeGuard([target] { ::close(target); });
     // Only the system reads through the mapping. A source that was made shorter meanwhile is an error to it, where this
     // process would be ended by a signal.
     void* const bytes =
         ::mmap(nullptr, size_t(range.count), PROT_READ, MAP_SHARED, range.from, off_t(range.fromOffset));
-    DirectCopy result = DirectCopy::Impossible;
+    if (bytes == MAP_FAILED)
+        return DirectCopy::Impossible;
+    const auto unmapping = qScopeGuard([bytes, &range] { ::munmap(bytes, size_t(range.count)); });
     // Writes that make a file longer wait for each other, so it has its length at first.
-    if (bytes != MAP_FAILED && ::ftruncate(range.to, off_t(range.toOffset + range.count)) == 0) {
-        Requests requests(range, static_cast<char*>(bytes), target);
-        const bool goesOn = WriteAll(requests, progress);
-        if (!goesOn)
-            result = DirectCopy::Cancelled;
-        else if (requests.IsComplete())
-            result = DirectCopy::Done;
-    }
-    if (bytes != MAP_FAILED)
-        ::munmap(bytes, size_t(range.count));
-    ::close(target);
-    return result;
+    if (::ftruncate(range.to, off_t(range.toOffset + range.count)) != 0)
+        return DirectCopy::Impossible;
+    Requests requests(range, static_cast<char*>(bytes), target);
+    if (!WriteAll(requests, progress))
+        return DirectCopy::Cancelled;
+    return requests.IsComplete() ? DirectCopy::Done : DirectCopy::Impossible;
 }
 
 } // namespace ofd

@@ -32,8 +32,8 @@ enum class DirectCopy {
 };
 
 // Lets the disk take the range from where the system keeps the source in memory, in several requests at a time: no byte
-// is copied within memory, and none of the target has to be flushed there later. The target has its new length
-// afterwards, even when copying fails.
+// is copied within memory, and none of the target has to be flushed there later. The target may have its new length
+// afterwards, even when copying fails. Impossible, with nothing done, on file systems where it would not be faster.
 DirectCopy CopyDirectly(const PageRange& range, const CopyProgress& progress);
 
 } // namespace ofd

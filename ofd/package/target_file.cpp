@@ -340,33 +340,45 @@ PackageError TargetFile::CopyRange(const ByteSource& source, qint64 begin, qint6
 {
     if (PackageError error = Reserve(end - begin))
         return error;
+    qint64 toldAhead = 0; // of bytes that are copied once more, since the way that they took failed in the end
+    const CopyProgress tell = [&](qint64 count) {
+        const qint64 again = std::min(count, toldAhead);
+        toldAhead -= again;
+        return !progress || progress(count - again);
+    };
     // Where both files have a byte at the same place of a page whole pages can be copied.
     if (source.GetDescriptor() >= 0 && (begin - position) % PageBytes == 0) {
         const qint64 pages = std::min((begin + PageBytes - 1) & ~(PageBytes - 1), end);
-        if (PackageError error = CopyByBlocks(source, begin, pages, progress))
+        if (PackageError error = CopyByBlocks(source, begin, pages, tell))
             return error;
         begin = pages;
-        if (PackageError error = CopyPages(source, begin, end, progress))
+        if (PackageError error = CopyPages(source, begin, end, tell, toldAhead))
             return error;
     }
-    return CopyByBlocks(source, begin, end, progress);
+    return CopyByBlocks(source, begin, end, tell);
 }
 
 // In the fastest way that there is: not at all; without a stop in memory, when the disk is waited for anyway; or within
 // the kernel. What could not be copied is left: `begin` tells where.
-PackageError TargetFile::CopyPages(const ByteSource& source, qint64& begin, qint64 end, const CopyProgress& progress)
+PackageError TargetFile::CopyPages(const ByteSource& source, qint64& begin, qint64 end, const CopyProgress& progress,
+                                   qint64& toldAhead)
 {
     const PageRange pages{source.GetDescriptor(), descriptor, begin, position, (end - begin) & ~(PageBytes - 1)};
     if (pages.count < DirectBytes)
         return CopyInKernel(source, begin, end, progress);
     bool isDone = ShareBlocks(pages);
-    if (isDone && progress && !progress(pages.count))
+    if (isDone && !progress(pages.count))
         return Cancelled();
     if (!isDone && waitsForDisk) {
-        const DirectCopy result = CopyDirectly(pages, progress);
+        qint64 told = 0;
+        const DirectCopy result = CopyDirectly(pages, [&](qint64 count) {
+            told += count;
+            return progress(count);
+        });
         if (result == DirectCopy::Cancelled)
             return Cancelled();
         isDone = result == DirectCopy::Done;
+        toldAhead = isDone ? 0 : told;
     }
     if (!isDone)
         return CopyInKernel(source, begin, end, progress);

@@ -62,7 +62,8 @@ private:
     bool OpenUnnamed(const QString& folder);
     bool OpenNamed(const QString& folder);
     bool GiveName();
-    PackageError CopyPages(const ByteSource& source, qint64& begin, qint64 end, const CopyProgress& progress);
+    PackageError CopyPages(const ByteSource& source, qint64& begin, qint64 end, const CopyProgress& progress,
+                           qint64& toldAhead);
     PackageError CopyInKernel(const ByteSource& source, qint64& begin, qint64 end, const CopyProgress& progress);
     PackageError CopyByBlocks(const ByteSource& source, qint64 begin, qint64 end, const CopyProgress& progress);
     PackageError Reserve(qint64 count);

@@ -8,7 +8,13 @@
 
 #include <QBuffer>
 #include <QRandomGenerator>
+#include <QStorageInfo>
 #include <QtTest>
+
+#include <csignal>
+#include <new>
+
+#include <sys/resource.h>
 
 using namespace ofd;
 
@@ -56,6 +62,27 @@ PackageChanges StoredChange(int length)
     return changes;
 }
 
+// A range in the middle of one file, for a place behind what another file has already.
+struct CopyBench
+{
+    explicit CopyBench(const QString& folder)
+        : bytes(RandomBytes(LargeBytes))
+        , from(folder + QStringLiteral("/from"))
+        , to(folder + QStringLiteral("/to"))
+    {
+        WriteFile(from.fileName(), bytes);
+        WriteFile(to.fileName(), QByteArray(PageBytes, 'h'));
+        isOpen = from.open(QIODevice::ReadOnly) && to.open(QIODevice::ReadWrite | QIODevice::Unbuffered);
+        range = {from.handle(), to.handle(), 3 * PageBytes, PageBytes, LargeBytes - 5 * PageBytes};
+    }
+
+    QByteArray bytes;
+    QFile from;
+    QFile to;
+    PageRange range;
+    bool isOpen = false;
+};
+
 } // namespace
 
 // What lies behind an edit in a large file is copied by whole pages, straight to the disk.
@@ -75,7 +102,12 @@ private slots:
     void savingAgainAndAgainDoesNotMakeTheFileLonger();
     void aSmallFileGetsNoPadding();
     void aSaveCancelledAmidALargePartLeavesTheOriginal();
+    void aLargeFileMadeShorterDuringTheSaveIsTold_data();
     void aLargeFileMadeShorterDuringTheSaveIsTold();
+    void aProgressThatThrowsAmidALargePartLeavesTheOriginal();
+    void aLimitOnTheSizeOfFilesAmidALargePartLeavesTheOriginal();
+    void pagesGoStraightToTheDiskWhereTheFileSystemIsFitForIt();
+    void pagesDoNotGoStraightToWhereNothingIsGainedByIt();
 };
 
 void TestPackageSaveLarge::aLargePartBehindAnEditComesThroughByteByByte_data()
@@ -165,17 +197,91 @@ void TestPackageSaveLarge::aSaveCancelledAmidALargePartLeavesTheOriginal()
     QCOMPARE(desk->FilesLeft(), QStringList{QStringLiteral("a.ofd")});
 }
 
+void TestPackageSaveLarge::aLargeFileMadeShorterDuringTheSaveIsTold_data()
+{
+    QTest::addColumn<int>("left");
+    QTest::newRow("by most of it") << LargeBytes / 4;
+    QTest::newRow("by its end") << LargeBytes - (1 << 20); // most of it is copied then, and once more in another way
+}
+
 void TestPackageSaveLarge::aLargeFileMadeShorterDuringTheSaveIsTold()
 {
+    QFETCH(int, left);
     const auto source = desk->OpenZip(LargeRawZip());
     SaveOptions options;
-    options.progress = [this](qint64, qint64) {
+    qint64 told = 0;
+    options.progress = [&](qint64 done, qint64) {
+        told = done;
         QFile file(desk->Path());
-        return file.resize(LargeBytes / 4);
+        return file.resize(left);
     };
     const SaveResult result = SavePackage(*source, DocumentChange(), desk->Path("b.ofd"), options);
     QCOMPARE(result.error.kind, PackageErrorKind::SourceChanged);
     QCOMPARE(desk->FilesLeft(), QStringList{QStringLiteral("a.ofd")});
+    QVERIFY2(told > 0 && told <= left, qPrintable(QString::number(told)));
+}
+
+void TestPackageSaveLarge::aProgressThatThrowsAmidALargePartLeavesTheOriginal()
+{
+    const auto source = desk->OpenZip(LargeRawZip());
+    const QByteArray before = ReadFile(desk->Path());
+    SaveOptions options;
+    options.progress = [](qint64 done, qint64) -> bool {
+        if (done >= (1 << 20))
+            throw std::bad_alloc();
+        return true;
+    };
+    QVERIFY_EXCEPTION_THROWN(SavePackage(*source, DocumentChange(), desk->Path(), options), std::bad_alloc);
+    QVERIFY(ReadFile(desk->Path()) == before);
+    QCOMPARE(desk->FilesLeft(), QStringList{QStringLiteral("a.ofd")});
+}
+
+void TestPackageSaveLarge::aLimitOnTheSizeOfFilesAmidALargePartLeavesTheOriginal()
+{
+    const auto source = desk->OpenZip(LargeRawZip());
+    const QByteArray before = ReadFile(desk->Path());
+    struct rlimit usual = {};
+    QCOMPARE(::getrlimit(RLIMIT_FSIZE, &usual), 0);
+    auto* const handler = std::signal(SIGXFSZ, SIG_IGN);
+    struct rlimit tight = usual;
+    tight.rlim_cur = LargeBytes / 2;
+    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &tight), 0);
+    const SaveResult result = SavePackage(*source, DocumentChange(), desk->Path());
+    ::setrlimit(RLIMIT_FSIZE, &usual);
+    std::signal(SIGXFSZ, handler);
+    QCOMPARE(result.error.kind, PackageErrorKind::WriteFailed);
+    QVERIFY(ReadFile(desk->Path()) == before);
+    QCOMPARE(desk->FilesLeft(), QStringList{QStringLiteral("a.ofd")});
+}
+
+void TestPackageSaveLarge::pagesGoStraightToTheDiskWhereTheFileSystemIsFitForIt()
+{
+    const QByteArray type = QStorageInfo(desk->Folder()).fileSystemType();
+    if (type != "ext4" && type != "xfs" && type != "btrfs")
+        QSKIP("the folder for temporary files lies elsewhere");
+    CopyBench bench(desk->Folder());
+    QVERIFY(bench.isOpen);
+    qint64 told = 0;
+    const auto progress = [&told](qint64 count) {
+        told += count;
+        return true;
+    };
+    QCOMPARE(CopyDirectly(bench.range, progress), DirectCopy::Done);
+    QCOMPARE(told, bench.range.count);
+    const QByteArray expected = QByteArray(PageBytes, 'h') + bench.bytes.mid(3 * PageBytes, int(bench.range.count));
+    QVERIFY(ReadFile(bench.to.fileName()) == expected);
+}
+
+void TestPackageSaveLarge::pagesDoNotGoStraightToWhereNothingIsGainedByIt()
+{
+    const QString folder = QStringLiteral("/dev/shm");
+    const QTemporaryDir inMemory(folder + QStringLiteral("/test-XXXXXX"));
+    if (QStorageInfo(folder).fileSystemType() != "tmpfs" || !inMemory.isValid())
+        QSKIP("no file system in memory here");
+    const CopyBench bench(inMemory.path());
+    QVERIFY(bench.isOpen);
+    QCOMPARE(CopyDirectly(bench.range, {}), DirectCopy::Impossible);
+    QCOMPARE(bench.to.size(), PageBytes);
 }
 
 TETO_TEST_MAIN(TestPackageSaveLarge)
