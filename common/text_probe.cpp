@@ -6,9 +6,12 @@
 #include <frame/base/converters.h>
 #include <frame/base/strings.h>
 #include <frame/document/ig_document.h>
+#include <frame/document/text_source.h>
 #include <frame/view/application.h>
 #include <frame/view/doc_view.h>
 #include <frame/view/ui_context.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -40,16 +43,29 @@ QString TextIn(const IG_TextPage* textPage, const CCA_GRect& rect)
     return text;
 }
 
+// Reading a page may take seconds, in which the window must not stand still: of pages that are no longer at hand it is
+// told what was selected.
+bool IsToldByRuns(IG_Document* document, const G_HighLightItem& item)
+{
+    IG_TextSource* source = document->TextSource();
+    const bool hasTexts =
+        std::none_of(item.runs.cbegin(), item.runs.cend(), [](const G_TextRun& run) { return run.text.isEmpty(); });
+    return source && hasTexts && !source->IsTextRead(item.pageIndex);
+}
+
 void AppendItemText(IG_Document* document, const G_HighLightItem& item, const char* logName, QString& text)
 {
     IG_Page* page = document->GetPage(item.pageIndex);
+    const bool isTold = page && IsToldByRuns(document, item);
     IG_TextPage* textPage = nullptr;
-    if (page)
+    if (page && !isTold)
         textPage = ParsedTextPage(page);
-    else
+    else if (!page)
         G_Application::Instance().Log("Page load failed", logName);
-    if (textPage) {
-        for (const G_TextRun& run : item.runs)
+    for (const G_TextRun& run : item.runs) {
+        if (isTold)
+            text += run.text;
+        else if (textPage)
             text += TextIn(textPage, run.rect);
     }
     document->ReleasePage(item.pageIndex, 0);

@@ -1,6 +1,7 @@
 #include <common/public_method.h>
 #include <common/text_probe.h>
 #include <frame/base/log.h>
+#include <frame/document/text_source.h>
 #include <tests/support/test_main.h>
 #include <tests/support/view_fixture.h>
 
@@ -47,6 +48,20 @@ Probe ProbeView(const ViewFixture& fixture, int limit = 100)
     PublicMethod::ParseTextPage(fixture.Context(), probe.text, probe.rect, probe.pageIndex, limit);
     return probe;
 }
+
+} // namespace
+
+namespace {
+
+// Pages whose text may have to be read elsewhere first.
+class HeavyDocument : public MemoryDocument, public IG_TextSource
+{
+public:
+    IG_TextSource* TextSource() override { return this; }
+    std::shared_ptr<const IG_ReadText> ReadText(int, const std::atomic<bool>&) override { return nullptr; }
+    bool IsTextRead(int) override { return isRead; }
+    bool isRead = false;
+};
 
 } // namespace
 
@@ -178,6 +193,37 @@ private slots:
         PageTextProbe probe;
         ProbePageText(fixture.View(), INT_MAX, "Some::Caller", probe);
         QVERIFY(lines.contains("Page load failed Some::Caller"));
+    }
+
+    void pagesThatWouldHaveToBeReadAreToldByTheirHighlight()
+    {
+        HeavyDocument document;
+        document.AddPage(400, 297);
+        document.AddText(0, 20, 30, "abcdef");
+        ScriptedContext context;
+        G_DocView view(&context, &document);
+        G_TextRun run = Run(30, 6);
+        run.text = "selected";
+        view.SetHighLightText({Item(0, {run, run})});
+        PageTextProbe probe;
+        ProbePageText(&view, 100, "", probe);
+        QCOMPARE(probe.text, QString("selectedselected"));
+        QCOMPARE(document.LoadedPageCount(), 0);
+        QCOMPARE(probe.rect, run.rect);
+        PageTextProbe cut;
+        ProbePageText(&view, 10, "", cut);
+        QCOMPARE(cut.text, QString("selectedse"));
+        run.text.clear(); // a place alone tells nothing: the page is asked all the same
+        view.SetHighLightText({Item(0, {run})});
+        PageTextProbe asked;
+        ProbePageText(&view, 100, "", asked);
+        QCOMPARE(asked.text, QString("abcdef"));
+        document.isRead = true;
+        run.text = "selected";
+        view.SetHighLightText({Item(0, {run})});
+        PageTextProbe read;
+        ProbePageText(&view, 100, "", read);
+        QCOMPARE(read.text, QString("abcdef"));
     }
 
     void eachHighlightIsCollectedWithItsRectangles()
