@@ -73,6 +73,10 @@ public:
     void Read()
     {
         const pugi::xml_node root = document.GetRoot();
+        for (const char* name : {"CommonData", "Annotations", "CustomTags", "Attachments"})
+            TellOfFurther(document, ChildElements(root, name),
+                          QCoreApplication::translate("OfdDocument", "Of more than one \"%1\" the first is read.")
+                              .arg(QLatin1String(name)));
         ReadCommonData(ChildElement(root, "CommonData"));
         const std::vector<pugi::xml_node> pageLists = ChildElements(root, "Pages");
         TellOfFurther(document, pageLists,
@@ -257,6 +261,18 @@ bool IsSigned(const Package& package, const pugi::xml_node& body, const Location
     return !xml || ChildElement(xml->GetRoot(), "Signature");
 }
 
+// Whoever opens a file with several documents should know that there is more than what is shown.
+void TellOfOthers(const XmlPart& entry, const std::vector<pugi::xml_node>& bodies)
+{
+    if (bodies.size() < 2)
+        return;
+    const ProblemPlace place(0, entry.PlaceOf(bodies[1]));
+    ReportProblem(
+        ProblemKind::Unsupported,
+        QCoreApplication::translate("OfdDocument", "The file holds %1 documents; the first one is shown and edited.")
+            .arg(bodies.size()));
+}
+
 // The entry part's facts; false, and `error` set, when there is no document behind it.
 bool ReadEntryPart(const Package& package, DocumentStructure& structure, QString& error)
 {
@@ -269,7 +285,9 @@ bool ReadEntryPart(const Package& package, DocumentStructure& structure, QString
                           .arg(xmlError.text);
         return false;
     }
-    const pugi::xml_node body = ChildElement(entry->GetRoot(), "DocBody");
+    const std::vector<pugi::xml_node> bodies = ChildElements(entry->GetRoot(), "DocBody");
+    TellOfOthers(*entry, bodies);
+    const pugi::xml_node body = bodies.empty() ? pugi::xml_node() : bodies.front();
     LocationContext context;
     context.holderPart = package.GetEntryPoint();
     structure.documentPart = FindDocumentPart(package, body, context, structure.version);

@@ -1120,6 +1120,14 @@ A reader of fixed-layout documents.</source>
         <translation>文档有多个书签列表，已合并读取。</translation>
     </message>
     <message>
+        <source>Of more than one &quot;%1&quot; the first is read.</source>
+        <translation>有多个“%1”，只读取第一个。</translation>
+    </message>
+    <message>
+        <source>The file holds %1 documents; the first one is shown and edited.</source>
+        <translation>文件包含 %1 个文档，只显示和编辑第一个。</translation>
+    </message>
+    <message>
         <source>The document has more than one list of pages; they are read as one.</source>
         <translation>文档有多个页面列表，已合并读取。</translation>
     </message>

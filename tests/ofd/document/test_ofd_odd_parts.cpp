@@ -1,5 +1,9 @@
 #include "page_painting.h"
 
+#include <frame/base/converters.h>
+#include <frame/document/ig_annot.h>
+#include <frame/document/ig_page.h>
+#include <frame/document/payloads.h>
 #include <ofd/ofd_document.h>
 #include <ofd/package/byte_source.h>
 #include <ofd/package/package.h>
@@ -80,9 +84,11 @@ bool AddNote(ofd::OfdDocument& document)
     return document.AddAttachment(new BytesReader("another"), false, "other", "txt", "other", "txt", 0);
 }
 
-QByteArray InWideCharacters(const QByteArray& xml, const QByteArray& encoding, bool hasMark)
+// The part says so; of wide characters it does not say in which order their bytes are.
+QByteArray InEncoding(const QByteArray& xml, const QByteArray& encoding, bool hasMark)
 {
-    const QString text = QString::fromUtf8(xml).replace(QStringLiteral("UTF-8"), QStringLiteral("UTF-16"));
+    const QByteArray said = encoding.startsWith("UTF-16") ? QByteArray("UTF-16") : encoding;
+    const QString text = QString::fromUtf8(xml).replace(QStringLiteral("UTF-8"), QString::fromLatin1(said));
     QTextCodec::ConverterState state(hasMark ? QTextCodec::DefaultConversion : QTextCodec::IgnoreHeader);
     return QTextCodec::codecForName(encoding)->fromUnicode(text.constData(), text.size(), &state);
 }
@@ -100,6 +106,8 @@ private slots:
     void whatCannotBeDoneWithoutSuchAPartIsRefused();
     void resourcesOfAPageInWideCharactersServeItsAnnotations_data();
     void resourcesOfAPageInWideCharactersServeItsAnnotations();
+    void editedPartsInOtherEncodingsAreWrittenInUtf8_data();
+    void editedPartsInOtherEncodingsAreWrittenInUtf8();
     void resourcesThatAreNamedTwiceAreReadOnce();
 
 private:
@@ -213,8 +221,73 @@ void TestOfdOddParts::resourcesOfAPageInWideCharactersServeItsAnnotations()
                                        "</ofd:DrawParam></ofd:DrawParams>"));
     file.Set(FirstPage, Element("Page", "<ofd:PageRes>Res.xml</ofd:PageRes><ofd:Content/>"));
     const QString odd = isList ? resources : FirstPage;
-    file.Set(odd, InWideCharacters(file.Part(odd), encoding, hasMark));
+    file.Set(odd, InEncoding(file.Part(odd), encoding, hasMark));
     QCOMPARE(ColourAt(PaintFile(file), 50, 50), QColor(Qt::blue));
+}
+
+void TestOfdOddParts::editedPartsInOtherEncodingsAreWrittenInUtf8_data()
+{
+    QTest::addColumn<QByteArray>("encoding");
+    QTest::addColumn<bool>("hasMark");
+    QTest::newRow("UTF-16 with a mark") << QByteArray("UTF-16") << true;
+    QTest::newRow("UTF-16, little-endian") << QByteArray("UTF-16LE") << false;
+    QTest::newRow("UTF-16, big-endian") << QByteArray("UTF-16BE") << false;
+    QTest::newRow("GB18030") << QByteArray("GB18030") << false;
+}
+
+void TestOfdOddParts::editedPartsInOtherEncodingsAreWrittenInUtf8()
+{
+    QFETCH(const QByteArray, encoding);
+    QFETCH(const bool, hasMark);
+    const QString annotations = QStringLiteral("Doc_0/Annot.xml");
+    const QString tags = QStringLiteral("Doc_0/Tags.xml");
+    const QByteArray word = "\xe6\xa0\x87\xe7\xad\xbe"; // two characters that no other encoding spells so
+    OfdFile file = FileWithANote().Tail(
+        "<ofd:Bookmarks><ofd:Bookmark Name=\"" + word +
+        "\"><ofd:Dest Type=\"Fit\" PageID=\"2\"/></ofd:Bookmark></ofd:Bookmarks><ofd:Annotations>Annotations.xml"
+        "</ofd:Annotations><ofd:CustomTags>TagList.xml</ofd:CustomTags><ofd:Attachments>Attachments.xml"
+        "</ofd:Attachments>");
+    file.Set(QStringLiteral("Doc_0/Annotations.xml"),
+             Element("Annotations", "<ofd:Page PageID=\"1\"><ofd:FileLoc>Annot.xml</ofd:FileLoc></ofd:Page>"));
+    file.Set(annotations, Element("PageAnnot", "<ofd:Annot ID=\"7\" Creator=\"" + word +
+                                                   "\"><ofd:Appearance Boundary=\"1 1 9 9\"/></ofd:Annot>"));
+    file.Set(QStringLiteral("Doc_0/TagList.xml"),
+             Element("CustomTags", "<ofd:CustomTag><ofd:FileLoc>Tags.xml</ofd:FileLoc></ofd:CustomTag>"));
+    file.Set(tags, Element(word, "<ofd:item/>"));
+    const QStringList odd{DocumentPart, annotations, tags, AttachmentList};
+    for (const QString& part : odd) {
+        QByteArray bytes = file.Part(part);
+        if (part == AttachmentList)
+            bytes.replace("note\"", word + '"');
+        file.Set(part, InEncoding(bytes, encoding, hasMark));
+    }
+    const QString path = file.Write(Path("encodings.ofd"));
+    const auto document = Open(path);
+    QVERIFY(AddNote(*document));
+    auto* bookmark = new G_Bookmark; // owned by its node
+    bookmark->name = "new";
+    QVERIFY(document->GetBookmarkRoot()->AddSubNode(1, bookmark));
+    QCOMPARE(document->GetPage(0)->LoadAnnots(), 0);
+    document->GetPage(0)->GetAnnotAt(0)->SetRemark("a remark");
+    QVERIFY(document->CustomTagRoot(0)->SubNode(0)->AddSubNode(1, new G_CustomTagItem)); // owned by its node
+    QVERIFY(document->Save());
+    for (const QString& part : odd) {
+        const QByteArray bytes = PartOf(path, part);
+        QVERIFY2(bytes.startsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>"), qPrintable(part));
+        QVERIFY2(bytes.contains(word), qPrintable(part));
+    }
+    const auto again = Open(path);
+    QCOMPARE(again->GetPageCount(), 3);
+    QCOMPARE(again->GetAttachment(0).name.Bytes(), word);
+    QCOMPARE(again->GetAttachmentCount(), 2);
+    QCOMPARE(GQ_ToQStringFromUtf8(again->GetBookmarkRoot()->SubNode(0)->NodeText()), QString::fromUtf8(word));
+    QCOMPARE(again->GetBookmarkRoot()->SubNodeCount(), 2);
+    QCOMPARE(again->GetPage(0)->LoadAnnots(), 0);
+    QCOMPARE(again->GetPage(0)->GetAnnotAt(0)->GetRemark(), CCA_String("a remark"));
+    QCOMPARE(again->GetPage(0)->GetAnnotAt(0)->GetCreator(), CCA_String(word));
+    const G_TreeNode* tag = again->CustomTagRoot(0)->SubNode(0);
+    QCOMPARE(GQ_ToQStringFromUtf8(tag->NodeText()), QString::fromUtf8(word));
+    QCOMPARE(tag->SubNodeCount(), 2);
 }
 
 void TestOfdOddParts::resourcesThatAreNamedTwiceAreReadOnce()

@@ -90,6 +90,7 @@ private slots:
     void removingAllBookmarksRemovesBothLists();
     void aSecondOutlineIsToldAndKept();
     void pagesOfTwoListsAreOneDocument();
+    void furtherDocumentsAndListsAreToldAndKept();
     void blanksAroundADateComeBackWithIt();
 
 private:
@@ -270,6 +271,36 @@ void TestSaveBrokenLists::pagesOfTwoListsAreOneDocument()
     const auto* bookmark = dynamic_cast<const G_Bookmark*>(again->GetBookmarkRoot()->SubNode(0)->data);
     QCOMPARE(bookmark->dest->pageIndex, 2);
     QCOMPARE(again->GetAttachmentCount(), 1);
+}
+
+void TestSaveBrokenLists::furtherDocumentsAndListsAreToldAndKept()
+{
+    const QString entryPart = QStringLiteral("OFD.xml");
+    const QByteArray other = "<ofd:DocBody><ofd:DocInfo><ofd:ModDate>2001-02-03</ofd:ModDate></ofd:DocInfo>"
+                             "<ofd:DocRoot>Other/Document.xml</ofd:DocRoot></ofd:DocBody>";
+    const QByteArray list = "<ofd:Attachments>Others.xml</ofd:Attachments>";
+    OfdFile file = OfdFile::WithPages(2).Tail("<ofd:Attachments>Attachments.xml</ofd:Attachments>" + list);
+    QByteArray entry = file.Part(entryPart);
+    entry.replace("</ofd:DocInfo>", "<ofd:ModDate>2001-02-03</ofd:ModDate></ofd:DocInfo>");
+    file.Set(entryPart, entry.replace("</ofd:DocBody>", "</ofd:DocBody>" + other));
+    const QByteArray otherPart = file.Part(DocumentPart);
+    file.Set(QStringLiteral("Other/Document.xml"), otherPart);
+    file.Set(AttachmentList, Element("Attachments", {}));
+    file.Set(QStringLiteral("Doc_0/Others.xml"), Element("Attachments", "<ofd:Attachment ID=\"9\" Name=\"hidden\"/>"));
+    const QString path = desk->Saved(file, [](ofd::OfdDocument& document) {
+        QCOMPARE(document.GetPageCount(), 2);
+        QCOMPARE(document.GetAttachmentCount(), 0);
+        QVERIFY(HasProblem(document, ofd::ProblemKind::Unsupported, "holds 2 documents"));
+        QVERIFY(HasProblem(document, ofd::ProblemKind::DuplicateIdentifier, "more than one \"Attachments\""));
+        QCOMPARE(int(document.GetProblems().size()), 2);
+        QVERIFY(AddNote(document));
+    });
+    QVERIFY(PartOf(path, entryPart).contains(other));
+    QCOMPARE(PartOf(path, entryPart).count("2001-02-03"), 1); // the date of the one that was edited is another now
+    QCOMPARE(PartOf(path, QStringLiteral("Other/Document.xml")), otherPart);
+    QVERIFY(PartOf(path, DocumentPart).contains(list));
+    QVERIFY(PartOf(path, AttachmentList).contains("Name=\"note\""));
+    QCOMPARE(desk->Open(path)->GetAttachmentCount(), 1);
 }
 
 void TestSaveBrokenLists::blanksAroundADateComeBackWithIt()
