@@ -338,8 +338,6 @@ PackageError TargetFile::Reserve(qint64 count)
 
 PackageError TargetFile::CopyRange(const ByteSource& source, qint64 begin, qint64 end, const CopyProgress& progress)
 {
-    if (PackageError error = Reserve(end - begin))
-        return error;
     qint64 toldAhead = 0; // of bytes that are copied once more, since the way that they took failed in the end
     const CopyProgress tell = [&](qint64 count) {
         const qint64 again = std::min(count, toldAhead);
@@ -347,41 +345,55 @@ PackageError TargetFile::CopyRange(const ByteSource& source, qint64 begin, qint6
         return !progress || progress(count - again);
     };
     // Where both files have a byte at the same place of a page whole pages can be copied.
-    if (source.GetDescriptor() >= 0 && (begin - position) % PageBytes == 0) {
+    const bool hasPages = source.GetDescriptor() >= 0 && (begin - position) % PageBytes == 0;
+    if (hasPages) {
         const qint64 pages = std::min((begin + PageBytes - 1) & ~(PageBytes - 1), end);
         if (PackageError error = CopyByBlocks(source, begin, pages, tell))
             return error;
         begin = pages;
+        if (PackageError error = SharePages(source, begin, end, tell))
+            return error;
+    }
+    // Only now, since what is shared needs no place.
+    if (PackageError error = Reserve(end - begin))
+        return error;
+    if (hasPages) {
         if (PackageError error = CopyPages(source, begin, end, tell, toldAhead))
             return error;
     }
     return CopyByBlocks(source, begin, end, tell);
 }
 
-// In the fastest way that there is: not at all; without a stop in memory, when the disk is waited for anyway; or within
-// the kernel. What could not be copied is left: `begin` tells where.
+PackageError TargetFile::SharePages(const ByteSource& source, qint64& begin, qint64 end, const CopyProgress& progress)
+{
+    const PageRange pages{source.GetDescriptor(), descriptor, begin, position, (end - begin) & ~(PageBytes - 1)};
+    if (pages.count < DirectBytes || !ShareBlocks(pages))
+        return {};
+    begin += pages.count;
+    if (PackageError error = SkipWritten(pages.count))
+        return error;
+    return progress(pages.count) ? PackageError() : Cancelled();
+}
+
+// Without a stop in memory, when the disk is waited for anyway; or within the kernel. What could not be copied is left:
+// `begin` tells where.
 PackageError TargetFile::CopyPages(const ByteSource& source, qint64& begin, qint64 end, const CopyProgress& progress,
                                    qint64& toldAhead)
 {
     const PageRange pages{source.GetDescriptor(), descriptor, begin, position, (end - begin) & ~(PageBytes - 1)};
-    if (pages.count < DirectBytes)
+    if (pages.count < DirectBytes || !waitsForDisk)
         return CopyInKernel(source, begin, end, progress);
-    bool isDone = ShareBlocks(pages);
-    if (isDone && !progress(pages.count))
+    qint64 told = 0;
+    const DirectCopy result = CopyDirectly(pages, [&](qint64 count) {
+        told += count;
+        return progress(count);
+    });
+    if (result == DirectCopy::Cancelled)
         return Cancelled();
-    if (!isDone && waitsForDisk) {
-        qint64 told = 0;
-        const DirectCopy result = CopyDirectly(pages, [&](qint64 count) {
-            told += count;
-            return progress(count);
-        });
-        if (result == DirectCopy::Cancelled)
-            return Cancelled();
-        isDone = result == DirectCopy::Done;
-        toldAhead = isDone ? 0 : told;
-    }
-    if (!isDone)
+    if (result != DirectCopy::Done) {
+        toldAhead = told;
         return CopyInKernel(source, begin, end, progress);
+    }
     begin += pages.count;
     return SkipWritten(pages.count);
 }

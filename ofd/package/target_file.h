@@ -44,8 +44,9 @@ public:
     // Makes the still empty file share the blocks of the whole source; false, and nothing done, where the file system
     // cannot.
     bool CloneWhole(const ByteSource& source);
-    // Appends a range of the source. Large ranges get their place on the disk first, so that a full disk is found out
-    // before it is full. Fastest by far where GetPosition() and `begin` are the same place of a page.
+    // Appends a range of the source. Large ranges that share no blocks get their place on the disk first, so that a
+    // full disk is found out before it is full. Fastest by far where GetPosition() and `begin` are the same place of a
+    // page.
     PackageError CopyRange(const ByteSource& source, qint64 begin, qint64 end, const CopyProgress& progress);
     // Leaves it to the system when the bytes reach the disk, as a plain copy does; a file that replaces another is
     // waited for all the same, since a power failure could leave neither of the two.
@@ -62,6 +63,7 @@ private:
     bool OpenUnnamed(const QString& folder);
     bool OpenNamed(const QString& folder);
     bool GiveName();
+    PackageError SharePages(const ByteSource& source, qint64& begin, qint64 end, const CopyProgress& progress);
     PackageError CopyPages(const ByteSource& source, qint64& begin, qint64 end, const CopyProgress& progress,
                            qint64& toldAhead);
     PackageError CopyInKernel(const ByteSource& source, qint64& begin, qint64 end, const CopyProgress& progress);
