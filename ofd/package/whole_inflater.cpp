@@ -16,7 +16,7 @@ namespace ofd {
 namespace {
 
 constexpr qint64 MaxPackedBytes = qint64(16) << 20; // held in memory beside what they unpack to
-constexpr qint64 HeaderBytes = 1024;                // room for a local header with its name and extra blocks
+constexpr qint64 HeaderBytes = 8 * 1024;            // room for a local header with its name and a block that aligns
 
 struct FreeDecompressor
 {
