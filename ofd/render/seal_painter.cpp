@@ -11,6 +11,17 @@ namespace ofd {
 
 namespace {
 
+// What a picture takes, in the file and on the page as far as it is seen.
+double PictureCost(const QImage& image, const Stamp& stamp, const PaintingWork& work)
+{
+    QRectF seen = stamp.boundary;
+    if (!stamp.clip.isEmpty())
+        seen &= stamp.clip.translated(stamp.boundary.topLeft());
+    const QTransform toStandard = QTransform::fromScale(work.GetPixelsPerMm(), work.GetPixelsPerMm());
+    return double(image.width()) * image.height() * DecodedPixel +
+           AreaOf(toStandard.mapRect(seen) & work.GetPageRect()) * PicturePixel;
+}
+
 void PaintPicture(QPainter& painter, const QImage& image, const QRectF& boundary)
 {
     const QSizeF unit = SidesOf(painter.worldTransform());
@@ -46,7 +57,7 @@ bool PaintSeals(QPainter& painter, DocumentStore& store, int pageIndex, Painting
         bool isDone = true;
         if (face.document)
             isDone = PaintDocument(painter, *face.document, stamp.boundary, paintDocument);
-        else if (!face.image.isNull() && work.Take(double(face.image.width()) * face.image.height() * DecodedPixel))
+        else if (!face.image.isNull() && work.Take(PictureCost(face.image, stamp, work)))
             PaintPicture(painter, face.image, stamp.boundary);
         painter.restore();
         if (!isDone)

@@ -24,6 +24,7 @@ private slots:
     void aSealThatHoldsAnotherDocumentShowsItsFirstPage();
     void theSealsOfADocumentInsideASealAreNotPainted();
     void aDocumentInsideASealCountsForWhatItTakesOnThePage();
+    void pictureSealsCountForWhatTheyCoverOfThePage();
     void sealsLieAboveAnnotationsAndShowWithoutThem();
     void severalStampsOfOneSealArePaintedOnTheirPages();
     void aSignatureThatIsListedTwiceIsPaintedOnce();
@@ -203,6 +204,28 @@ void TestOfdSeals::aDocumentInsideASealCountsForWhatItTakesOnThePage()
     };
     QCOMPARE(QColor(sealed(square.repeated(10) + red).pixel(25, 25)), QColor(Qt::red));
     QCOMPARE(QColor(sealed(square.repeated(6000) + red).pixel(25, 25)), QColor(Qt::white)); // behind too much
+}
+
+void TestOfdSeals::pictureSealsCountForWhatTheyCoverOfThePage()
+{
+    const auto sealed = [](int times) {
+        const QString part = QStringLiteral("Doc_0/Document.xml");
+        OfdFile file = OfdFile::WithPage({});
+        file.Set(part, file.Part(part).replace("0 0 100 100", "0 0 2000 2000"));
+        file.Set(SealPart, samples::SealData("png", samples::QuadrantsPng()));
+        G_RenderRequest request;
+        request.pixelsPerMm = 0.05;
+        QByteArray stamps;
+        for (int i = 0; i < times; ++i)
+            stamps += Stamp("0 0 2000 " + QByteArray::number(2000 + i));
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("large.ofd"));
+        Sign(file, stamps + Stamp("1000 1000 1000 1000")).Write(path);
+        return ofd::OfdDocument::Open(path).document->Renderer()->RenderPage(request).image.pixelColor(60, 60);
+    };
+    const QColor upperLeft(220, 40, 40), lowerRight(240, 200, 40);
+    QVERIFY(IsNear(sealed(5), upperLeft, 8));
+    QVERIFY(IsNear(sealed(20), lowerRight, 8)); // the last one would be too much
 }
 
 void TestOfdSeals::sealsLieAboveAnnotationsAndShowWithoutThem()
