@@ -11,6 +11,9 @@
 #include <QImageReader>
 #include <QPixelFormat>
 
+#include <algorithm>
+#include <new>
+
 namespace ofd {
 
 namespace {
@@ -30,19 +33,49 @@ bool IsKnownKind(const QByteArray& format)
     return false;
 }
 
+// That a picture may take which takes so many in the file.
+qint64 MostBytesFor(qint64 packedBytes)
+{
+    return std::clamp(packedBytes * limits::MaxImageRatio, limits::FreeImageBytes, limits::MaxImageBytes);
+}
+
 bool IsWithinLimits(const QSize& size, QImage::Format format, qint64 packedBytes)
 {
     const qint64 pixels = qint64(size.width()) * size.height();
     const int bits = format == QImage::Format_Invalid ? 32 : QImage::toPixelFormat(format).bitsPerPixel();
-    const qint64 bytes = pixels * bits / 8;
-    return pixels <= limits::MaxImagePixels && bytes <= limits::MaxImageBytes &&
-           (bytes <= limits::FreeImageBytes || bytes / limits::MaxImageRatio <= packedBytes);
+    return pixels <= limits::MaxImagePixels && pixels * bits / 8 <= MostBytesFor(packedBytes);
 }
 
-QImage DecodeByReader(const QByteArray& bytes, qint64 packedBytes)
+// Bytes that end when the picture is not wanted any more: decoders know no other way to be stopped.
+class StoppableBytes : public QBuffer
 {
-    QBuffer buffer;
-    buffer.setData(bytes);
+public:
+    StoppableBytes(const QByteArray& bytes, const std::function<bool()>& isCancelled)
+        : isCancelled(isCancelled)
+    {
+        setData(bytes);
+    }
+    bool IsStopped() const { return isStopped; }
+
+protected:
+    qint64 readData(char* to, qint64 size) override
+    {
+        try {
+            isStopped = isStopped || (isCancelled && isCancelled());
+        } catch (const std::bad_alloc&) { // which the frames of a decoder could not bear
+            isStopped = true;
+        }
+        return isStopped ? -1 : QBuffer::readData(to, size);
+    }
+
+private:
+    const std::function<bool()>& isCancelled;
+    bool isStopped = false;
+};
+
+QImage DecodeByReader(const QByteArray& bytes, const ImageOrder& order)
+{
+    StoppableBytes buffer(bytes, order.isCancelled);
     QImageReader reader(&buffer);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(false);
@@ -50,19 +83,26 @@ QImage DecodeByReader(const QByteArray& bytes, qint64 packedBytes)
         return QImage();
     // The size stands in the header; a picture that does not tell it is not decoded on trust.
     const QSize size = reader.size();
-    if (!size.isValid() || size.isEmpty() || !IsWithinLimits(size, reader.imageFormat(), packedBytes))
+    if (!size.isValid() || size.isEmpty() || !IsWithinLimits(size, reader.imageFormat(), order.packedBytes))
         return QImage();
-    return reader.read();
+    const QImage image = reader.read();
+    if (buffer.IsStopped())
+        return QImage(); // half a picture is no picture
+    if (image.isNull() && QImage(size, QImage::Format_RGB32).isNull())
+        throw std::bad_alloc(); // it need not be broken
+    return image;
 }
 
 } // namespace
 
 QImage DecodeImage(const QByteArray& bytes)
 {
-    return DecodeImage(bytes, WholeInEighths, bytes.size());
+    ImageOrder order;
+    order.packedBytes = bytes.size();
+    return DecodeImage(bytes, order);
 }
 
-QImage DecodeImage(const QByteArray& bytes, int eighths, qint64 packedBytes)
+QImage DecodeImage(const QByteArray& bytes, const ImageOrder& order)
 {
     if (IsJbig2(bytes))
         return DecodeJbig2(bytes);
@@ -70,11 +110,13 @@ QImage DecodeImage(const QByteArray& bytes, int eighths, qint64 packedBytes)
         return QImage();
     const std::unique_ptr<const PictureColors> colors = PictureColors::FromProfile(EmbeddedProfile(bytes));
     const int components = JpegComponents(bytes);
+    const JpegOrder jpeg{order.eighths, MostBytesFor(order.packedBytes), order.isCancelled};
     if (components == Inks)
-        return DecodeInkJpeg(bytes, colors && colors->IsForInks() ? colors.get() : nullptr);
+        return DecodeInkJpeg(bytes, colors && colors->IsForInks() ? colors.get() : nullptr, jpeg);
     // Straight into the pixels of a picture, which takes four fifths of the time.
-    const bool isPlainJpeg = components == Lights || (eighths < WholeInEighths && ShrinkableSize(bytes).isValid());
-    QImage image = isPlainJpeg ? DecodePlainJpeg(bytes, eighths) : DecodeByReader(bytes, packedBytes);
+    const bool isPlainJpeg =
+        components == Lights || (order.eighths < WholeInEighths && ShrinkableSize(bytes).isValid());
+    QImage image = isPlainJpeg ? DecodePlainJpeg(bytes, jpeg) : DecodeByReader(bytes, order);
     if (colors && !image.isNull())
         colors->Convert(image);
     if (image.format() == QImage::Format_ARGB32) // as it is painted, which would be worked out again each time

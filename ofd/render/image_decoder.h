@@ -5,15 +5,24 @@
 #include <QSize>
 #include <QSizeF>
 
+#include <functional>
+
 namespace ofd {
+
+// How a picture is to be decoded. Outlives the decoding.
+struct ImageOrder
+{
+    int eighths = 8;                   // of its size, 1 to 8, for a picture that can be decoded smaller
+    qint64 packedBytes = 0;            // that it takes in the file: very large pictures must take a little there too
+    std::function<bool()> isCancelled; // asked now and then; may be empty. Bilevel pictures do not ask.
+};
 
 // Decodes PNG, JPEG, BMP, GIF, TIFF, WebP and JBIG2. The kind is told by the bytes, never by a name. Colours
 // follow the profile that the file carries, which is that of its own numbers; without one they are those of the screen.
-// Null when the picture is broken, unknown or larger than the limit. Any thread.
+// Null when the picture is broken, unknown, larger than the limit or given up. Throws std::bad_alloc. Any thread.
+QImage DecodeImage(const QByteArray& bytes, const ImageOrder& order);
+// The whole picture, of a file that is these bytes.
 QImage DecodeImage(const QByteArray& bytes);
-// The same in so many eighths of its size, 1 to 8, for a picture that can be decoded smaller. Of very large pictures
-// the file must have a little too: `packedBytes` is what they take there.
-QImage DecodeImage(const QByteArray& bytes, int eighths, qint64 packedBytes);
 // The size of a picture that takes less time to decode smaller: most JPEG pictures. Invalid for all others.
 QSize ShrinkableSize(const QByteArray& bytes);
 // A half, a quarter or an eighth where that is enough for the size in which it is painted, else all; in eighths.

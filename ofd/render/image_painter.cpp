@@ -141,7 +141,7 @@ std::optional<QImage> ImagePainter::ImageOf(int mediaId, const Resources& resour
         return QImage();
     if (work.IsExhausted())
         return std::nullopt;
-    const QImage image = images.GetImage(package, media->part, sidesPx);
+    const QImage image = images.GetImage(package, media->part, sidesPx, isCancelled);
     return TakePicture(media->part) ? std::optional(image) : std::nullopt;
 }
 

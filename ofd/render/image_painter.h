@@ -4,6 +4,8 @@
 
 #include <QPainter>
 
+#include <functional>
+
 #include <optional>
 
 namespace ofd {
@@ -31,11 +33,14 @@ struct PictureFrame
 class ImagePainter
 {
 public:
-    ImagePainter(QPainter& painter, ImageStore& images, const Package& package, PaintingWork& work)
+    // `isCancelled` may be empty; decoding is given up when it says so. All outlive this.
+    ImagePainter(QPainter& painter, ImageStore& images, const Package& package, PaintingWork& work,
+                 const std::function<bool()>& isCancelled)
         : painter(painter)
         , images(images)
         , package(package)
         , work(work)
+        , isCancelled(isCancelled)
     {
     }
 
@@ -57,6 +62,7 @@ private:
     ImageStore& images;
     const Package& package;
     PaintingWork& work;
+    const std::function<bool()>& isCancelled;
 };
 
 } // namespace ofd

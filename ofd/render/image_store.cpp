@@ -7,6 +7,8 @@
 
 #include <QCoreApplication>
 
+#include <new>
+
 namespace ofd {
 
 namespace {
@@ -26,7 +28,8 @@ ImageStore::ImageStore()
 {
 }
 
-QImage ImageStore::GetImage(const Package& package, const QString& part, const QSizeF& paintedPx)
+QImage ImageStore::GetImage(const Package& package, const QString& part, const QSizeF& paintedPx,
+                            const std::function<bool()>& isCancelled)
 {
     QImage known;
     if (FindImage(part, paintedPx, &known))
@@ -34,11 +37,28 @@ QImage ImageStore::GetImage(const Package& package, const QString& part, const Q
     const ReadingTurns::Turn turn(turns, part);
     if (FindImage(part, paintedPx, &known)) // another thread has just decoded it
         return known;
+    const ProblemScope scope(part);
+    try {
+        return Decode(package, part, paintedPx, isCancelled);
+    } catch (const std::bad_alloc&) { // the rest of the page may need less; and there may be memory later
+        ReportProblem(ProblemKind::Limit, part,
+                      QCoreApplication::translate("OfdDocument", "There is not enough memory for the picture."));
+        return QImage();
+    }
+}
+
+QImage ImageStore::Decode(const Package& package, const QString& part, const QSizeF& paintedPx,
+                          const std::function<bool()>& isCancelled)
+{
     const PartData data = package.Read(part);
     const QSize shrinkable = data.error ? QSize() : ShrinkableSize(data.bytes);
-    const int eighths = EighthsFor(shrinkable, paintedPx);
-    const ProblemScope scope(part);
-    const QImage image = data.error ? QImage() : DecodeImage(data.bytes, eighths, PackedSizeOf(package, part));
+    ImageOrder order;
+    order.eighths = EighthsFor(shrinkable, paintedPx);
+    order.packedBytes = PackedSizeOf(package, part);
+    order.isCancelled = isCancelled;
+    const QImage image = data.error ? QImage() : DecodeImage(data.bytes, order);
+    if (image.isNull() && isCancelled && isCancelled())
+        return image; // who still wants it decodes it anew
     if (!data.error && image.isNull())
         ReportProblem(ProblemKind::BadImage, part,
                       QCoreApplication::translate("OfdDocument", "The picture cannot be decoded."));
@@ -46,7 +66,7 @@ QImage ImageStore::GetImage(const Package& package, const QString& part, const Q
     const std::lock_guard<std::mutex> lock(mutex);
     shrinkables.insert(part, shrinkable);
     wholeSizes.insert(part, shrinkable.isValid() ? shrinkable : image.size());
-    images.insert({part, eighths}, new QImage(image), cost);
+    images.insert({part, order.eighths}, new QImage(image), cost);
     return image;
 }
 

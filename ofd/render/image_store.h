@@ -10,6 +10,7 @@
 #include <QSizeF>
 #include <QString>
 
+#include <functional>
 #include <mutex>
 
 namespace ofd {
@@ -22,9 +23,11 @@ class ImageStore
 public:
     ImageStore();
 
-    // Null when the part is missing, no picture, too large, or broken.
+    // Null when the part is missing, no picture, too large, broken, or given up, which `isCancelled` (may be empty) is
+    // asked now and then.
     // With the size in which it is painted, what decodes faster smaller comes smaller, though never below that size.
-    QImage GetImage(const Package& package, const QString& part, const QSizeF& paintedPx = QSizeF());
+    QImage GetImage(const Package& package, const QString& part, const QSizeF& paintedPx = QSizeF(),
+                    const std::function<bool()>& isCancelled = {});
 
     // Of a part that was decoded before: its size when it is decoded whole. Else an empty size.
     QSize GetWholeSize(const QString& part);
@@ -33,6 +36,8 @@ public:
     static qint64 GetLimit();
 
 private:
+    QImage Decode(const Package& package, const QString& part, const QSizeF& paintedPx,
+                  const std::function<bool()>& isCancelled);
     bool FindImage(const QString& part, const QSizeF& paintedPx, QImage* image);
     ReadingTurns turns;
     std::mutex mutex;

@@ -7,30 +7,100 @@
 #include <algorithm>
 #include <csetjmp>
 #include <cstdio>
+#include <new>
 #include <vector>
 
 #include <jpeglib.h>
+
+#include <jerror.h>
 
 namespace ofd {
 
 namespace {
 
 constexpr int Inks = 4;
+constexpr int OutOfMemory = JERR_OUT_OF_MEMORY;
 
-// Errors leave the decoder by a long jump, over frames that own nothing.
-struct ErrorExit
+// Decodes one file. Errors leave the decoder by a long jump, over frames that own nothing.
+struct JpegDecoding
 {
-    jpeg_error_mgr base; // first: the decoder hands this back
-    std::jmp_buf target;
+    JpegDecoding(const QByteArray& bytes, const JpegOrder& order);
+    ~JpegDecoding() { jpeg_destroy_decompress(&decoder); }
+    JpegDecoding(const JpegDecoding&) = delete;
+    JpegDecoding& operator=(const JpegDecoding&) = delete;
+
+    // Whether the picture may be decoded, once its head is read.
+    bool MayStart();
+    // Null when it was given up, since half a picture is no picture then. Throws std::bad_alloc.
+    QImage Take(bool isDone) const;
+
+    jpeg_decompress_struct decoder = {};
+    jpeg_error_mgr errors = {};
+    jpeg_progress_mgr progress = {};
+    std::jmp_buf target = {};
+    const QByteArray& bytes;
+    const JpegOrder& order;
+    QImage image;
+    bool isGivenUp = false;
+    bool isOutOfMemory = false;
 };
 
 void Leave(j_common_ptr decoder)
 {
-    std::longjmp(reinterpret_cast<ErrorExit*>(decoder->err)->target, 1);
+    auto* decoding = static_cast<JpegDecoding*>(decoder->client_data);
+    decoding->isOutOfMemory |= decoder->err->msg_code == OutOfMemory;
+    std::longjmp(decoding->target, 1);
+}
+
+// Called for each row. What is asked may throw, which the decoder's own frames could not bear.
+void LeaveWhenGivenUp(j_common_ptr decoder)
+{
+    auto* decoding = static_cast<JpegDecoding*>(decoder->client_data);
+    try {
+        decoding->isGivenUp = decoding->order.isCancelled();
+    } catch (const std::bad_alloc&) {
+        decoding->isOutOfMemory = true;
+    }
+    if (decoding->isGivenUp || decoding->isOutOfMemory)
+        std::longjmp(decoding->target, 1);
 }
 
 void IgnoreMessage(j_common_ptr) {}
 void IgnoreLevel(j_common_ptr, int) {}
+
+JpegDecoding::JpegDecoding(const QByteArray& bytes, const JpegOrder& order)
+    : bytes(bytes)
+    , order(order)
+{
+    decoder.err = jpeg_std_error(&errors);
+    errors.error_exit = &Leave;
+    errors.output_message = &IgnoreMessage;
+    errors.emit_message = &IgnoreLevel;
+    decoder.client_data = this;
+    if (setjmp(target))         // NOLINT(cert-err52-cpp): the decoder knows no other way
+        throw std::bad_alloc(); // nothing else makes it fail
+    jpeg_create_decompress(&decoder);
+    progress.progress_monitor = &LeaveWhenGivenUp;
+    if (order.isCancelled)
+        decoder.progress = &progress;
+}
+
+// The sizes are those of what comes out. What goes over its picture more than once, or might, is kept whole besides.
+bool JpegDecoding::MayStart()
+{
+    const qint64 pixels = qint64(decoder.image_width) * decoder.image_height;
+    const qint64 pixelsOut = qint64(decoder.output_width) * decoder.output_height;
+    const bool isKept = jpeg_has_multiple_scans(&decoder);
+    return pixels <= (isKept ? limits::MaxScannedPixels : limits::MaxImagePixels) &&
+           pixelsOut * qint64(sizeof(QRgb)) <= order.mostBytes;
+}
+
+QImage JpegDecoding::Take(bool isDone) const
+{
+    if (isOutOfMemory)
+        throw std::bad_alloc();
+    return isDone && !isGivenUp ? image : QImage();
+}
 
 // One row of four inks a pixel as red, green and blue; `colors` may be null.
 void ConvertRow(std::vector<quint8>& row, QRgb* out, int width, bool isFullZero, const PictureColors* colors)
@@ -50,71 +120,63 @@ void ConvertRow(std::vector<quint8>& row, QRgb* out, int width, bool isFullZero,
     }
 }
 
-// Begins to decode, with the four inks as what comes out. False when it is none of ours.
-bool Start(jpeg_decompress_struct& decoder, const QByteArray& bytes)
+void ReadHead(JpegDecoding& decoding)
 {
-    jpeg_mem_src(&decoder, reinterpret_cast<const unsigned char*>(bytes.constData()), size_t(bytes.size()));
-    if (jpeg_read_header(&decoder, TRUE) != JPEG_HEADER_OK || decoder.num_components != Inks)
-        return false;
-    if (qint64(decoder.image_width) * decoder.image_height > limits::MaxImagePixels)
-        return false;
-    decoder.out_color_space = JCS_CMYK;
-    return jpeg_start_decompress(&decoder) && decoder.output_components == Inks;
+    jpeg_decompress_struct& decoder = decoding.decoder;
+    jpeg_mem_src(&decoder, reinterpret_cast<const unsigned char*>(decoding.bytes.constData()),
+                 size_t(decoding.bytes.size()));
+    jpeg_read_header(&decoder, TRUE);
 }
 
-// `image` and `row` belong to the caller, so that nothing is lost when an error jumps out of here. False on failure.
-bool Decode(jpeg_decompress_struct& decoder, ErrorExit& errors, const QByteArray& bytes, const PictureColors* colors,
-            QImage& image, std::vector<quint8>& row)
+// Makes the picture and begins to decode. False when it is none of ours.
+bool Start(JpegDecoding& decoding, int channels)
 {
-    if (setjmp(errors.target))  // NOLINT(cert-err52-cpp): the decoder knows no other way
-        return !image.isNull(); // what was read before the damage is shown
-    if (!Start(decoder, bytes))
+    jpeg_decompress_struct& decoder = decoding.decoder;
+    jpeg_calc_output_dimensions(&decoder);
+    if (!decoding.MayStart() || !jpeg_start_decompress(&decoder) || decoder.output_components != channels)
+        return false;
+    decoding.image = QImage(int(decoder.output_width), int(decoder.output_height), QImage::Format_RGB32);
+    decoding.isOutOfMemory = decoding.image.isNull();
+    return !decoding.isOutOfMemory;
+}
+
+// `row` belongs to the caller, so that nothing is lost when an error jumps out of here. False on failure; what was read
+// before some damage is there, up to row `output_scanline`.
+bool DecodeInks(JpegDecoding& decoding, const PictureColors* colors, std::vector<quint8>& row)
+{
+    jpeg_decompress_struct& decoder = decoding.decoder;
+    if (setjmp(decoding.target)) // NOLINT(cert-err52-cpp): the decoder knows no other way
+        return !decoding.image.isNull();
+    ReadHead(decoding);
+    decoder.out_color_space = JCS_CMYK;
+    if (decoder.num_components != Inks || !Start(decoding, Inks))
         return false;
     row.resize(size_t(decoder.output_width) * Inks);
-    image = QImage(int(decoder.output_width), int(decoder.output_height), QImage::Format_RGB32);
-    if (image.isNull())
-        return false;
-    image.fill(Qt::white);
     while (decoder.output_scanline < decoder.output_height) {
         JSAMPROW rows[] = {row.data()};
         const int y = int(decoder.output_scanline);
         if (jpeg_read_scanlines(&decoder, rows, 1) != 1)
             return true;
-        ConvertRow(row, reinterpret_cast<QRgb*>(image.scanLine(y)), image.width(), decoder.saw_Adobe_marker, colors);
+        ConvertRow(row, reinterpret_cast<QRgb*>(decoding.image.scanLine(y)), decoding.image.width(),
+                   decoder.saw_Adobe_marker, colors);
     }
     return true;
 }
 
-// Begins to decode into the bytes of an image's pixels. False when it is none of ours.
-bool StartPlain(jpeg_decompress_struct& decoder, const QByteArray& bytes, int eighths)
+// Decodes into the bytes of an image's pixels; otherwise the same.
+bool DecodeLights(JpegDecoding& decoding)
 {
-    jpeg_mem_src(&decoder, reinterpret_cast<const unsigned char*>(bytes.constData()), size_t(bytes.size()));
-    if (jpeg_read_header(&decoder, TRUE) != JPEG_HEADER_OK || decoder.num_components == Inks)
-        return false;
-    decoder.scale_num = unsigned(eighths);
+    jpeg_decompress_struct& decoder = decoding.decoder;
+    if (setjmp(decoding.target)) // NOLINT(cert-err52-cpp): the decoder knows no other way
+        return !decoding.image.isNull();
+    ReadHead(decoding);
+    decoder.scale_num = unsigned(decoding.order.eighths);
     decoder.scale_denom = 8;
     decoder.out_color_space = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? JCS_EXT_BGRA : JCS_EXT_ARGB;
-    jpeg_calc_output_dimensions(&decoder);
-    const qint64 pixels = qint64(decoder.output_width) * decoder.output_height;
-    if (qint64(decoder.image_width) * decoder.image_height > limits::MaxImagePixels ||
-        pixels * qint64(sizeof(QRgb)) > limits::MaxImageBytes)
-        return false;
-    return jpeg_start_decompress(&decoder) && decoder.output_components == int(sizeof(QRgb));
-}
-
-// As Decode does; what is missing behind the damage is left as it is, from row `decoder.output_scanline`.
-bool DecodePlain(jpeg_decompress_struct& decoder, ErrorExit& errors, const QByteArray& bytes, int eighths,
-                 QImage& image)
-{
-    if (setjmp(errors.target)) // NOLINT(cert-err52-cpp): the decoder knows no other way
-        return !image.isNull();
-    if (!StartPlain(decoder, bytes, eighths))
-        return false;
-    image = QImage(int(decoder.output_width), int(decoder.output_height), QImage::Format_RGB32);
-    if (image.isNull())
+    if (decoder.num_components == Inks || !Start(decoding, int(sizeof(QRgb))))
         return false;
     while (decoder.output_scanline < decoder.output_height) {
-        JSAMPROW rows[] = {image.scanLine(int(decoder.output_scanline))};
+        JSAMPROW rows[] = {decoding.image.scanLine(int(decoder.output_scanline))};
         if (jpeg_read_scanlines(&decoder, rows, 1) != 1)
             return true;
     }
@@ -192,36 +254,21 @@ bool IsInkJpeg(const QByteArray& bytes)
     return JpegComponents(bytes) == Inks;
 }
 
-QImage DecodeInkJpeg(const QByteArray& bytes, const PictureColors* colors)
+QImage DecodeInkJpeg(const QByteArray& bytes, const PictureColors* colors, const JpegOrder& order)
 {
-    jpeg_decompress_struct decoder = {};
-    ErrorExit errors = {};
-    decoder.err = jpeg_std_error(&errors.base);
-    errors.base.error_exit = &Leave;
-    errors.base.output_message = &IgnoreMessage;
-    errors.base.emit_message = &IgnoreLevel;
-    QImage image;
+    JpegDecoding decoding(bytes, order);
     std::vector<quint8> row;
-    jpeg_create_decompress(&decoder);
-    const bool isDone = Decode(decoder, errors, bytes, colors, image, row);
-    jpeg_destroy_decompress(&decoder);
-    return isDone ? image : QImage();
+    const bool isDone = DecodeInks(decoding, colors, row);
+    FillFrom(decoding.image, int(decoding.decoder.output_scanline));
+    return decoding.Take(isDone);
 }
 
-QImage DecodePlainJpeg(const QByteArray& bytes, int eighths)
+QImage DecodePlainJpeg(const QByteArray& bytes, const JpegOrder& order)
 {
-    jpeg_decompress_struct decoder = {};
-    ErrorExit errors = {};
-    decoder.err = jpeg_std_error(&errors.base);
-    errors.base.error_exit = &Leave;
-    errors.base.output_message = &IgnoreMessage;
-    errors.base.emit_message = &IgnoreLevel;
-    QImage image;
-    jpeg_create_decompress(&decoder);
-    const bool isDone = DecodePlain(decoder, errors, bytes, eighths, image);
-    FillFrom(image, int(decoder.output_scanline));
-    jpeg_destroy_decompress(&decoder);
-    return isDone ? image : QImage();
+    JpegDecoding decoding(bytes, order);
+    const bool isDone = DecodeLights(decoding);
+    FillFrom(decoding.image, int(decoding.decoder.output_scanline));
+    return decoding.Take(isDone);
 }
 
 } // namespace ofd

@@ -173,7 +173,7 @@ void ContentPainter::PaintImage(const ImageObject& object, const Around& around)
     const QRectF box = (painter->worldTransform() * ground.toStandard).mapRect(ImagePainter::BoxOf(object));
     if (!work.Take(AreaOf(box & ground.reach) * PicturePixel + ground.clipEdges))
         return;
-    ImagePainter pictures(*painter, store.GetImages(), *package, work);
+    ImagePainter pictures(*painter, store.GetImages(), *package, work, isCancelled);
     if (pictures.Paint(object, around.resources, around.alpha) && object.border)
         PaintBorder(object, around);
 }

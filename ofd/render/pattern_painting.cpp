@@ -142,7 +142,7 @@ QImage ContentPainter::TextureOf(const Paint& paint, const Around& around, const
     const QTransform toPixels =
         BoundaryToPixels(around.object, around.containerToPixels) * QTransform::fromTranslate(-box.x(), -box.y());
     if (paint.shading && IsUsable(toPixels))
-        PaintShading(image, *paint.shading, toPixels);
+        PaintShading(image, *paint.shading, toPixels, isCancelled);
     else if (paint.mesh)
         PaintMesh(image, *paint.mesh, toPixels, isCancelled);
     else if (paint.pattern)

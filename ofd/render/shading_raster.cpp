@@ -218,14 +218,14 @@ private:
 
 // Smooth where the shading ends: pixels with a neighbour that it reaches and one that it does not.
 template <typename Field>
-void Fill(QImage& image, const Field& field, const QTransform& fromPixels)
+void Fill(QImage& image, const Field& field, const QTransform& fromPixels, const std::function<bool()>& isCancelled)
 {
     ReachedRow above(image.width());
     ReachedRow row(image.width());
     ReachedRow below(image.width());
     above.Read(field, fromPixels, -1);
     row.Read(field, fromPixels, 0);
-    for (int y = 0; y < image.height(); ++y) {
+    for (int y = 0; y < image.height() && !(isCancelled && isCancelled()); ++y) {
         below.Read(field, fromPixels, y + 1);
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y)); // not owned
         for (int x = 0; x < image.width(); ++x) {
@@ -241,16 +241,17 @@ void Fill(QImage& image, const Field& field, const QTransform& fromPixels)
 
 } // namespace
 
-void PaintShading(QImage& image, const Shading& shading, const QTransform& toPixels)
+void PaintShading(QImage& image, const Shading& shading, const QTransform& toPixels,
+                  const std::function<bool()>& isCancelled)
 {
     const QTransform fromPixels = toPixels.inverted();
     const ShadingColors colors(shading);
     if (shading.kind == Shading::Kind::Axial) {
-        Fill(image, AxialField(shading, colors), fromPixels);
+        Fill(image, AxialField(shading, colors), fromPixels, isCancelled);
         return;
     }
     const QTransform toCircles = CirclesOf(shading);
-    Fill(image, RadialField(shading, colors, toCircles), fromPixels * toCircles);
+    Fill(image, RadialField(shading, colors, toCircles), fromPixels * toCircles, isCancelled);
 }
 
 } // namespace ofd

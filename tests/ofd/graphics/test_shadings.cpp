@@ -75,6 +75,8 @@ private slots:
     void linesAreShadedToo();
     void aPartOfThePageIsPaintedAsTheWhole();
     void aMeshThatIsNoLongerWantedIsNotPainted();
+    void aShadingThatIsNoLongerWantedIsNotPainted_data();
+    void aShadingThatIsNoLongerWantedIsNotPainted();
 };
 
 void TestOfdShadings::anAxisEndsWhereItIsNotExtended_data()
@@ -413,6 +415,34 @@ void TestOfdShadings::aMeshThatIsNoLongerWantedIsNotPainted()
         return image;
     };
     QCOMPARE(isPaintedUntil(100).pixelColor(12, 12), Red);
+    const QImage begun = isPaintedUntil(4);
+    QCOMPARE(begun.pixelColor(12, 3), Red);
+    QCOMPARE(begun.pixelColor(12, 4).alpha(), 0);
+}
+
+void TestOfdShadings::aShadingThatIsNoLongerWantedIsNotPainted_data()
+{
+    QTest::addColumn<bool>("isRadial");
+    QTest::newRow("axial") << false;
+    QTest::newRow("radial") << true;
+}
+
+void TestOfdShadings::aShadingThatIsNoLongerWantedIsNotPainted()
+{
+    QFETCH(bool, isRadial);
+    ofd::Shading shading;
+    shading.kind = isRadial ? ofd::Shading::Kind::Radial : ofd::Shading::Kind::Axial;
+    shading.end = QPointF(16, 0);
+    shading.endRadius = 40;
+    shading.extendsStart = shading.extendsEnd = true;
+    shading.stops = {{0, Red}, {1, Red}};
+    const auto isPaintedUntil = [&shading](int rows) {
+        QImage image(16, 16, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        ofd::PaintShading(image, shading, QTransform(), [&rows] { return --rows < 0; });
+        return image;
+    };
+    QCOMPARE(isPaintedUntil(100).pixelColor(12, 15), Red);
     const QImage begun = isPaintedUntil(4);
     QCOMPARE(begun.pixelColor(12, 3), Red);
     QCOMPARE(begun.pixelColor(12, 4).alpha(), 0);

@@ -206,7 +206,7 @@ void TestOfdColorSpaces::picturesFollowTheProfileThatTheyCarry()
     file.Set(QStringLiteral("Doc_0/Res/a.dat"), picture);
     const QColor found = ColourAt(PaintFile(file), 30, 30);
     QVERIFY2(IsNear(found, expected, 3), qPrintable(found.name()));
-    const QColor small = ofd::DecodeImage(picture, 2, picture.size()).pixelColor(3, 3); // as for a small view
+    const QColor small = ofd::DecodeImage(picture, {2, picture.size(), {}}).pixelColor(3, 3); // as for a small view
     QVERIFY2(IsNear(small, expected, 3), qPrintable(small.name()));
 }
 

@@ -280,13 +280,14 @@ void TestOfdView::picturesThatArePaintedSmallAreDecodedSmall()
     QCOMPARE(ofd::EighthsFor(QSize(801, 603), QSizeF(3, 3)), 1);
     QCOMPARE(ofd::EighthsFor(QSize(), QSizeF(3, 3)), 8);
     for (const int eighths : {1, 2, 4}) {
-        const QImage small = ofd::DecodeImage(bytes, eighths, bytes.size());
+        const QImage small = ofd::DecodeImage(bytes, {eighths, bytes.size(), {}});
         QCOMPARE(small.size(), QSize((801 * eighths + 7) / 8, (603 * eighths + 7) / 8));
         QVERIFY(AreClose(small.pixel(small.width() / 4, 20), qRgb(30, 60, 190)));
         QVERIFY(AreClose(small.pixel(small.width() * 3 / 4, small.height() - 3), qRgb(200, 40, 40)));
     }
-    QVERIFY(!ofd::DecodeImage(bytes.left(bytes.size() * 2 / 3), 4, bytes.size()).isNull()); // what is there is shown
-    QVERIFY(ofd::DecodeImage(bytes.left(20), 4, 20).isNull());
+    QVERIFY(
+        !ofd::DecodeImage(bytes.left(bytes.size() * 2 / 3), {4, bytes.size(), {}}).isNull()); // what is there is shown
+    QVERIFY(ofd::DecodeImage(bytes.left(20), {4, 20, {}}).isNull());
     QVERIFY(!ofd::ShrinkableSize("no picture").isValid());
 }
 
