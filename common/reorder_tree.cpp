@@ -21,6 +21,8 @@ constexpr int topZone = 5;     // px below the view's top edge that mean "to the
 constexpr int lineEndGap = 4;  // px between the indicator and the row's right end
 constexpr int topLineDrop = 4; // px below the row's top where the indicator of the top zone stands
 
+constexpr QRgb focusFrame = 0xFF2F6FDE;
+
 std::function<Qt::DropAction(QDrag*)>& DragRunner()
 {
     static std::function<Qt::DropAction(QDrag*)> runner;
@@ -287,8 +289,20 @@ void ReorderTree::dropEvent(QDropEvent* event)
 void ReorderTree::paintEvent(QPaintEvent* event)
 {
     QTreeWidget::paintEvent(event);
+    PaintFocus();
     if (isDragging && !line.isNull() && !leftView)
         PaintIndicator();
+}
+
+// The rows' delegates show what is selected; where the keys work on a row that is not, only this shows it.
+void ReorderTree::PaintFocus()
+{
+    const QModelIndex current = currentIndex();
+    if (!hasFocus() || !current.isValid() || selectionModel()->isSelected(current))
+        return;
+    QPainter painter(viewport());
+    painter.setPen(QColor(focusFrame));
+    painter.drawRect(visualRect(current).adjusted(0, 0, -1, -1));
 }
 
 void ReorderTree::PaintIndicator()

@@ -98,5 +98,6 @@ private:
     void PlaceIndicator(const QTreeWidgetItem* target, const QPoint& position);
     void HideIndicator();
     void PaintIndicator();
+    void PaintFocus();
     void ScrollNearEdge(const QPoint& position);
 };

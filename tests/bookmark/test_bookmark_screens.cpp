@@ -71,6 +71,7 @@ private slots:
     void emptyAtTwiceTheScale();
     void inEditAtTwiceTheScale();
     void focusOnAButton();
+    void focusOnARowThatIsNotSelected();
 };
 
 void TestBookmarkScreens::filled()
@@ -192,10 +193,24 @@ void TestBookmarkScreens::inEditAtTwiceTheScale()
 void TestBookmarkScreens::focusOnAButton()
 {
     PaneDesk desk(TourText());
+    desk.First()->Tree()->setCurrentItem(desk.First()->Tree()->topLevelItem(0)); // selected, it shows no focus
     const QImage before = Screens::Grab(desk.First()->pane);
     desk.First()->pane->deleteButton->setFocus();
     QVERIFY(Screens::Grab(desk.First()->pane) != before);
     Shoot(desk.First(), QStringLiteral("button-focus"));
+}
+
+void TestBookmarkScreens::focusOnARowThatIsNotSelected()
+{
+    PaneDesk desk(TourText());
+    CBookmarkTreeWidget* tree = desk.First()->Tree();
+    tree->setCurrentItem(tree->topLevelItem(0));
+    tree->setFocus();
+    const QImage before = Screens::Grab(desk.First()->pane);
+    QTest::keyClick(tree, Qt::Key_Down, Qt::ControlModifier);
+    QVERIFY(!tree->topLevelItem(1)->isSelected());
+    QVERIFY(Screens::Grab(desk.First()->pane) != before);
+    Shoot(desk.First(), QStringLiteral("row-focus"));
 }
 
 TETO_TEST_MAIN(TestBookmarkScreens)

@@ -41,6 +41,12 @@ public:
     mutable int asked = 0;
 };
 
+class EmptyDelegate : public QStyledItemDelegate
+{
+public:
+    void paint(QPainter*, const QStyleOptionViewItem&, const QModelIndex&) const override {}
+};
+
 } // namespace
 
 // The drag-and-drop base of the panes' trees.
@@ -283,7 +289,40 @@ private slots:
         QVERIFY(lone.line.isNull());
     }
 
+    void theKeysRowIsFramedWhenItIsNotSelected()
+    {
+        EmptyDelegate delegate;
+        tree->setItemDelegate(&delegate);
+        tree->show();
+        QVERIFY(QTest::qWaitForWindowActive(tree.get()));
+        tree->setFocus();
+        tree->setCurrentItem(tree->topLevelItem(1));
+        QVERIFY(!IsFramed(1));
+        QTest::keyClick(tree.get(), Qt::Key_Down, Qt::ControlModifier); // goes on without selecting
+        QVERIFY(!tree->topLevelItem(2)->isSelected());
+        QVERIFY(IsFramed(2) && !IsFramed(1));
+        QTest::keyClick(tree.get(), Qt::Key_Space, Qt::ControlModifier);
+        QVERIFY(tree->topLevelItem(2)->isSelected());
+        QVERIFY(!IsFramed(2));
+        tree->clearSelection();
+        QVERIFY(IsFramed(2));
+        tree->clearFocus();
+        QVERIFY(!IsFramed(2));
+        tree->setItemDelegate(new QStyledItemDelegate(tree.get()));
+    }
+
 private:
+    bool IsFramed(int row) const
+    {
+        const QImage picture = tree->viewport()->grab().toImage();
+        const qreal scale = picture.devicePixelRatioF();
+        const QRect box = RowRect(row);
+        const auto isBlue = [&](const QPoint& place) {
+            return picture.pixelColor(place * scale).blue() > 0xD0 && picture.pixelColor(place * scale).red() < 0x40;
+        };
+        return isBlue(box.topLeft()) && isBlue(box.bottomRight());
+    }
+
     void Select(const QList<int>& rows)
     {
         tree->clearSelection();

@@ -93,6 +93,7 @@ private slots:
     void draggingToTheTop();
     void readOnly();
     void focusOnTheButtons();
+    void focusOnARowThatIsNotSelected();
     void theMenuOfTheAddButton();
     void theDialog();
     void atTwiceTheScale();
@@ -198,6 +199,7 @@ void TestOutlineScreens::focusOnTheButtons()
 {
     OutlineDesk desk(TourText());
     const NaviOutlineWidget* pane = desk.First()->pane;
+    desk.First()->Tree()->setCurrentItem(desk.First()->Tree()->topLevelItem(0)); // selected, it shows no focus
     desk.First()->Tree()->setFocus();
     const QImage before = Screens::Grab(desk.First()->pane);
     int number = 0;
@@ -206,6 +208,19 @@ void TestOutlineScreens::focusOnTheButtons()
         QVERIFY(Screens::Grab(desk.First()->pane) != before);
         Shoot(desk.First()->pane, QStringLiteral("button-focus-%1").arg(++number));
     }
+}
+
+void TestOutlineScreens::focusOnARowThatIsNotSelected()
+{
+    OutlineDesk desk(TourText());
+    CTreeWidget* tree = desk.First()->Tree();
+    tree->setCurrentItem(tree->topLevelItem(0));
+    tree->setFocus();
+    const QImage before = Screens::Grab(desk.First()->pane);
+    QTest::keyClick(tree, Qt::Key_Down, Qt::ControlModifier);
+    QVERIFY(!tree->currentItem()->isSelected());
+    QVERIFY(Screens::Grab(desk.First()->pane) != before);
+    Shoot(desk.First()->pane, QStringLiteral("row-focus"));
 }
 
 void TestOutlineScreens::theMenuOfTheAddButton()
