@@ -46,6 +46,7 @@ private slots:
     void aPageThatCannotBeReadIsToldAndIsABlankSheet();
     void aPictureThatIsTooLargeIsRefused();
     void aPictureThatCannotBeWrittenIsTold();
+    void aPictureNeverReplacesTheDocument();
     void resavingChangesNoByte_data();
     void resavingChangesNoByte();
     void resavingReplacesWhatIsThere();
@@ -136,6 +137,18 @@ void TestToolFiles::aPictureThatCannotBeWrittenIsTold()
     const ToolRun run = RunTool({"render", PlainFile(), "--page", "1", "-o", Path("no/such/folder.png")});
     QCOMPARE(run.exitCode, 3);
     QVERIFY(run.errors.contains("folder.png"));
+}
+
+void TestToolFiles::aPictureNeverReplacesTheDocument()
+{
+    QVERIFY(QFile::copy(PlainFile(), Path("shown.ofd")));
+    QVERIFY(QFile::link(Path("shown.ofd"), Path("link.png")));
+    for (const QString& target : {Path("shown.ofd"), Path("./shown.ofd"), Path("link.png")}) {
+        const ToolRun run = RunTool({"render", Path("shown.ofd"), "--page", "1", "-o", target});
+        QCOMPARE(run.exitCode, 64);
+        QVERIFY(run.errors.contains("would replace the document"));
+        QCOMPARE(BytesOf(Path("shown.ofd")), BytesOf(PlainFile()));
+    }
 }
 
 void TestToolFiles::resavingChangesNoByte_data()
