@@ -31,7 +31,7 @@ public:
     virtual bool IsTemplateVisible(int id) = 0; // false when there is no such template
 
     virtual int GetPageCount() = 0;
-    // Null when the page does not exist or is known to fail; content is not read for it, so that IG_Page::Load may still
+    // Null when the page does not exist or is known to fail. No content is read for it, so IG_Page::Load may still
     // fail. Pair with ReleasePage.
     virtual IG_Page* GetPage(int index) = 0;
     // Lets heavy content go; harmless when unmatched. The flags are 0.
