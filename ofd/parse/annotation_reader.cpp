@@ -122,6 +122,7 @@ AnnotationIndex ReadAnnotationIndex(const Package& package, const QString& listP
     const ProblemScope scope(listPart);
     QSet<QString> seen; // a part that is listed twice is read once, for the first page that it is listed for
     for (const pugi::xml_node& page : ChildElements(xml->GetRoot(), "Page")) {
+        const ProblemPlace place(0, xml->PlaceOf(page));
         const QString part = ResolveLocation(package, TrimmedText(ChildElement(page, "FileLoc")), context).part;
         if (part.isEmpty() || seen.contains(part))
             continue;

@@ -10,6 +10,7 @@
 #include <ofd/package/xml_part.h>
 #include <ofd/package/xml_values.h>
 
+#include <QCoreApplication>
 #include <QSet>
 
 #include <algorithm>
@@ -18,6 +19,8 @@
 namespace ofd {
 
 namespace {
+
+constexpr int shownLength = 80;
 
 CCA_String Utf8(const QString& text)
 {
@@ -71,6 +74,15 @@ AttachmentEntry ReadEntry(const pugi::xml_node& element, const Package& package,
     entry.info.id = NumberOf(entry.identifier);
     entry.info.visible = BooleanAttribute(element, "Visible", true);
     return entry;
+}
+
+void TellOfIdentifier(const QString& identifier, QSet<QString>& known)
+{
+    if (!identifier.isEmpty() && known.contains(identifier))
+        ReportProblem(ProblemKind::DuplicateIdentifier,
+                      QCoreApplication::translate("OfdDocument", "More than one attachment has the ID %1.")
+                          .arg(identifier.left(shownLength)));
+    known.insert(identifier);
 }
 
 // Missing and repeated identifiers get free numbers, in memory only.
@@ -156,10 +168,13 @@ QVector<AttachmentEntry> ReadAttachments(const Package& package, const DocumentS
         context.holderPart = structure.attachmentsPart;
     }
     const ProblemScope scope(context.holderPart);
+    QSet<QString> identifiers;
     int ordinal = 0;
     for (const pugi::xml_node& element : ChildElements(holder, "Attachment")) {
+        const ProblemPlace place(0, list ? list->PlaceOf(element) : -1);
         entries.append(ReadEntry(element, package, context));
         entries.last().ordinal = ordinal++;
+        TellOfIdentifier(entries.last().identifier, identifiers);
     }
     MakeIdsUnique(entries);
     return entries;

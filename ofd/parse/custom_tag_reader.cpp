@@ -116,6 +116,7 @@ std::vector<TagTree> ReadCustomTags(const Package& package, const QString& listP
     context.documentFolder = documentFolder;
     QSet<QString> seen;
     for (const pugi::xml_node& entry : ChildElements(list->GetRoot(), "CustomTag")) {
+        const ProblemPlace place(0, list->PlaceOf(entry));
         const QString part = ResolveLocation(package, TrimmedText(ChildElement(entry, "FileLoc")), context).part;
         if (part.isEmpty() || seen.contains(part))
             continue;

@@ -1128,6 +1128,10 @@ A reader of fixed-layout documents.</source>
         <translation>文件包含 %1 个文档，只显示和编辑第一个。</translation>
     </message>
     <message>
+        <source>More than one attachment has the ID %1.</source>
+        <translation>多个附件具有相同的标识 %1。</translation>
+    </message>
+    <message>
         <source>The document has more than one list of pages; they are read as one.</source>
         <translation>文档有多个页面列表，已合并读取。</translation>
     </message>

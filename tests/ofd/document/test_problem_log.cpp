@@ -49,6 +49,7 @@ private slots:
     void aDocumentTellsWhereInItsPartsThingsAreWrong();
     void anIdentifierThatCannotBeReadIsToldOnceAndWhere();
     void sizesThatAreNoneAreToldWhereTheyStand();
+    void problemsOfListsAreToldWithTheirEntries();
     void listsInTheDocumentAndMissingIdentifiersOfAnnotationsAreNoProblems();
 };
 
@@ -202,6 +203,38 @@ void TestProblemLog::sizesThatAreNoneAreToldWhereTheyStand()
     QVERIFY(problems[0].text.contains(QStringLiteral("210mm")));
     QCOMPARE(problems[1].part, QStringLiteral("Doc_0/T.xml"));
     QVERIFY(problems[1].text.contains(QStringLiteral("0 0 0 5")));
+}
+
+void TestProblemLog::problemsOfListsAreToldWithTheirEntries()
+{
+    const QTemporaryDir folder;
+    const auto entry = [](const QByteArray& name, const QByteArray& attributes) {
+        return "<ofd:" + name + ' ' + attributes + "><ofd:FileLoc>gone.xml</ofd:FileLoc></ofd:" + name + '>';
+    };
+    OfdFile file = OfdFile::WithPages(1).Tail("<ofd:Annotations>A.xml</ofd:Annotations><ofd:CustomTags>T.xml"
+                                              "</ofd:CustomTags><ofd:Attachments>F.xml</ofd:Attachments>");
+    file.Set(QStringLiteral("Doc_0/here.txt"), "text");
+    file.Set(QStringLiteral("Doc_0/A.xml"), Element("Annotations", entry("Page", "PageID=\"1\"")));
+    file.Set(QStringLiteral("Doc_0/T.xml"), Element("CustomTags", entry("CustomTag", "NameSpace=\"n\"")));
+    file.Set(QStringLiteral("Doc_0/F.xml"),
+             Element("Attachments", "<ofd:Attachment ID=\"a1\" Name=\"1\"><ofd:FileLoc>here.txt</ofd:FileLoc>"
+                                    "</ofd:Attachment>" +
+                                        entry("Attachment", "ID=\" a1\" Name=\"2\"")));
+    const OpenResult opened = OfdDocument::Open(file.Write(folder.filePath(QStringLiteral("lists.ofd"))));
+    QVERIFY(opened);
+    opened.document->GetPage(0)->LoadAnnots();
+    QCOMPARE(opened.document->CustomTagRootCount(), 0);
+    const std::vector<Problem> problems = opened.document->GetProblems();
+    QCOMPARE(int(problems.size()), 4);
+    for (const Problem& problem : problems) {
+        const bool isDouble = problem.kind == ProblemKind::DuplicateIdentifier;
+        QVERIFY(isDouble || problem.kind == ProblemKind::MissingPart);
+        QVERIFY(problem.text.contains(isDouble ? QStringLiteral("ID a1") : QStringLiteral("gone.xml")));
+        const QByteArray element = file.Part(problem.part).mid(int(problem.offset));
+        QVERIFY2(element.startsWith("<ofd:Page ") || element.startsWith("<ofd:CustomTag ") ||
+                     element.startsWith("<ofd:Attachment ID=\" a1"),
+                 element.constData());
+    }
 }
 
 void TestProblemLog::listsInTheDocumentAndMissingIdentifiersOfAnnotationsAreNoProblems()
