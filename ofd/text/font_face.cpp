@@ -3,19 +3,24 @@
 #include <ofd/package/limits.h>
 
 #include "font_repair.h"
+#include "glyph_budget.h"
 
 #include <QFile>
 #include <QTextCodec>
 
 #include <algorithm>
 #include <cmath>
+#include <ctime>
 #include <mutex>
+#include <vector>
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
 #include FT_OUTLINE_H
 #include FT_SFNT_NAMES_H
 #include FT_TRUETYPE_IDS_H
+#include FT_TRUETYPE_TABLES_H
+#include FT_TRUETYPE_TAGS_H
 
 namespace ofd {
 
@@ -35,6 +40,22 @@ FT_Library Library()
     }();
     return library;
 }
+
+// How long this thread has worked.
+class ThreadClock
+{
+public:
+    qint64 Microseconds() const { return Now() - start; }
+
+private:
+    static qint64 Now()
+    {
+        timespec now = {};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+        return qint64(now.tv_sec) * 1'000'000 + now.tv_nsec / 1000;
+    }
+    const qint64 start = Now();
+};
 
 // Collects an outline as a path, font units to em units, y turned downward.
 struct OutlineSink
@@ -173,9 +194,11 @@ uint EncodedBy(const QTextCodec& codec, uint character)
 
 } // namespace
 
-std::shared_ptr<FontFace> FontFace::FromBytes(const QByteArray& bytes, const QStringList& names)
+std::shared_ptr<FontFace> FontFace::FromBytes(const QByteArray& bytes, const QStringList& names,
+                                              const std::shared_ptr<GlyphBudget>& budget)
 {
     std::shared_ptr<FontFace> font(new FontFace);
+    font->budget = budget ? budget : std::make_shared<GlyphBudget>();
     const QByteArray repaired = RepairedFont(bytes);
     font->wasRepaired = !repaired.isEmpty();
     font->data = font->wasRepaired ? repaired : bytes;
@@ -215,6 +238,8 @@ bool FontFace::Adopt(FT_FaceRec_* openedFace)
     unitsPerEm = face->units_per_EM > 0 ? face->units_per_EM : 1000;
     isBold = face->style_flags & FT_STYLE_FLAG_BOLD;
     isItalic = face->style_flags & FT_STYLE_FLAG_ITALIC;
+    FT_ULong size = 0;
+    hasParts = !FT_Load_Sfnt_Table(face, TTAG_glyf, 0, nullptr, &size);
     ChooseCharacterMap();
     ReadHeights();
     return true;
@@ -277,16 +302,80 @@ FontFace::Glyph FontFace::GlyphData(quint32 glyph) const
     const auto known = glyphs.constFind(glyph);
     if (known != glyphs.constEnd())
         return *known;
-    Glyph result;
-    const bool isThere = glyph < quint32(face->num_glyphs);
-    if (isThere && !FT_Load_Glyph(face, glyph, FT_LOAD_NO_SCALE | FT_LOAD_NO_BITMAP)) {
-        result.advance = face->glyph->metrics.horiAdvance / unitsPerEm;
-        if (face->glyph->format == FT_GLYPH_FORMAT_OUTLINE)
-            result.outline = PathOf(face->glyph->outline, 1 / unitsPerEm);
-    }
+    const Glyph result = MakeGlyph(glyph);
     if (glyphs.size() < limits::MaxCachedGlyphs)
         glyphs.insert(glyph, result);
     return result;
+}
+
+FontFace::Glyph FontFace::MakeGlyph(quint32 glyph) const
+{
+    if (glyph >= quint32(face->num_glyphs) || (budget && budget->IsSpent()))
+        return {};
+    const ThreadClock clock;
+    Glyph result;
+    qint64 points = 0;
+    const bool isLoaded = Load(glyph);
+    if (isLoaded) {
+        result.advance = face->glyph->metrics.horiAdvance / unitsPerEm;
+        if (face->glyph->format == FT_GLYPH_FORMAT_OUTLINE) {
+            result.outline = PathOf(face->glyph->outline, 1 / unitsPerEm);
+            points = face->glyph->outline.n_points;
+        }
+    }
+    if (!budget)
+        return result;
+    if (const qint64 taken = clock.Microseconds(); !isLoaded || taken >= limits::SlowGlyphMicroseconds)
+        points = std::max(points, taken * limits::PointsOfMicrosecond);
+    budget->Take(points);
+    return result;
+}
+
+// Into the slot of the face. A glyph that is put together from others is looked through first, since the library does
+// all that it asks for.
+bool FontFace::Load(quint32 glyph) const
+{
+    constexpr FT_Int32 flags = FT_LOAD_NO_SCALE | FT_LOAD_NO_BITMAP;
+    if (!budget || !hasParts)
+        return !FT_Load_Glyph(face, glyph, flags);
+    if (FT_Load_Glyph(face, glyph, flags | FT_LOAD_NO_RECURSE))
+        return false;
+    if (face->glyph->format != FT_GLYPH_FORMAT_COMPOSITE)
+        return true;
+    return CountParts(glyph, 0) <= limits::MaxGlyphParts && !FT_Load_Glyph(face, glyph, flags);
+}
+
+// Beyond the limit it need not be right. Each glyph is counted once, however many use it.
+int FontFace::CountParts(quint32 glyph, int depth) const
+{
+    constexpr int tooMany = limits::MaxGlyphParts + 1;
+    const auto known = partCounts.constFind(glyph);
+    if (known != partCounts.constEnd())
+        return *known;
+    if (depth > limits::MaxReferenceDepth || budget->IsSpent())
+        return tooMany;
+    if (FT_Load_Glyph(face, glyph, FT_LOAD_NO_SCALE | FT_LOAD_NO_BITMAP | FT_LOAD_NO_RECURSE) ||
+        face->glyph->format != FT_GLYPH_FORMAT_COMPOSITE) {
+        partCounts.insert(glyph, 1);
+        return 1;
+    }
+    std::vector<quint32> parts;
+    budget->Take(qint64(face->glyph->num_subglyphs) * limits::PointsOfGlyphPart);
+    for (FT_UInt i = 0; i < face->glyph->num_subglyphs; ++i) {
+        FT_Int index = 0;
+        FT_UInt partFlags = 0;
+        FT_Int first = 0;
+        FT_Int second = 0;
+        FT_Matrix matrix;
+        if (!FT_Get_SubGlyph_Info(face->glyph, i, &index, &partFlags, &first, &second, &matrix))
+            parts.push_back(quint32(index));
+    }
+    partCounts.insert(glyph, tooMany); // what contains itself finds this
+    int count = 1;
+    for (size_t i = 0; i < parts.size() && count < tooMany; ++i)
+        count = std::min(tooMany, count + CountParts(parts[i], depth + 1));
+    partCounts.insert(glyph, count);
+    return count;
 }
 
 QPainterPath FontFace::OutlineOf(quint32 glyph) const

@@ -1,6 +1,7 @@
 #include "font_store.h"
 
 #include "font_names.h"
+#include "glyph_budget.h"
 #include "installed_fonts.h"
 
 #include <ofd/model/problem_log.h>
@@ -55,7 +56,10 @@ QStringList WantedFamilies(const FontResource& font, bool* saysBold, bool* saysI
 
 } // namespace
 
-FontStore::FontStore() = default;
+FontStore::FontStore()
+    : glyphBudget(std::make_shared<GlyphBudget>())
+{
+}
 FontStore::~FontStore() = default;
 
 FontChoice FontStore::GetFont(const Package& package, const FontResource* font, int weight, bool isItalic)
@@ -94,7 +98,7 @@ std::shared_ptr<const FontFace> FontStore::Embedded(const Package& package, cons
         const PartData data = package.Read(part);
         isCollection = data.bytes.startsWith("ttcf");
         if (!data.error)
-            face = FontFace::FromBytes(data.bytes, {font.fontName, font.familyName});
+            face = FontFace::FromBytes(data.bytes, {font.fontName, font.familyName}, glyphBudget);
     }
     if (!face)
         ReportProblem(ProblemKind::BadFont, part,

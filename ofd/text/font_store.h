@@ -54,6 +54,7 @@ private:
     QHash<quint64, std::shared_ptr<const FontFace>> fallbacks;  // by character and manner
     std::vector<std::shared_ptr<const FontFace>> fallbackFaces; // each face of them once
     int searches = 0;                                           // among the installed fonts
+    const std::shared_ptr<GlyphBudget> glyphBudget;             // of the embedded ones
     qint64 fontBytes = 0;                                       // of the embedded fonts that were read
 };
 

@@ -185,9 +185,9 @@ void TestPaintingWork::wedgesFromEdgeToEdgeCountForWhatTheyTake()
 {
     ofd::PaintingWork work(Sheet, 8000);
     const ofd::WorkGround ground = SheetGround(work);
-    QCOMPARE(TimesTaken(work, ofd::FillCost(ThinWedges(200), QTransform(), ground, ofd::OpaquePixel)), 0);
+    QCOMPARE(TimesTaken(work, ofd::FillCost(ThinWedges(200), QTransform(), ground, ofd::OpaquePixel).units), 0);
     QVERIFY(!work.IsExhausted()); // left out alone
-    const int times = TimesTaken(work, ofd::FillCost(ThinWedges(50), QTransform(), ground, ofd::OpaquePixel));
+    const int times = TimesTaken(work, ofd::FillCost(ThinWedges(50), QTransform(), ground, ofd::OpaquePixel).units);
     QVERIFY2(times >= 1 && times <= 4, qPrintable(QString::number(times)));
 }
 
@@ -212,7 +212,7 @@ void TestPaintingWork::edgesInFewPixelsCountLessThanThoseAcrossTheSheet()
 {
     const ofd::PaintingWork work(Sheet, 8000);
     const auto cost = [ground = SheetGround(work)](double width) {
-        return ofd::FillCost(StarOutline(200, width), QTransform(), ground, ofd::OpaquePixel);
+        return ofd::FillCost(StarOutline(200, width), QTransform(), ground, ofd::OpaquePixel).units;
     };
     QVERIFY(cost(20) * 4 < cost(210));
 }
@@ -227,7 +227,7 @@ void TestPaintingWork::aDenseGridOfThinLinesIsFarBelowWhatAPageMayAsk()
         grid.moveTo(std::min(mm, 210), 0);
         grid.lineTo(std::min(mm, 210), Sheet.height());
     }
-    QVERIFY(ofd::StrokeCost(grid, 0.1, 0, QTransform(), SheetGround(work), ofd::OpaquePixel) <
+    QVERIFY(ofd::StrokeCost(grid, {0.1, 0, true}, QTransform(), SheetGround(work), ofd::OpaquePixel).units <
             ofd::limits::PageWork / 50);
 }
 

@@ -1,0 +1,134 @@
+#include "made_fonts.h"
+
+#include <ofd/package/limits.h>
+#include <ofd/text/font_face.h>
+#include <ofd/text/glyph_budget.h>
+#include <tests/support/test_main.h>
+
+#include <QtTest>
+
+using ofd::FontFace;
+
+namespace {
+
+// Glyphs 1 to `depth`, each of which uses the next so many times; the last is an outline.
+QByteArray Nested(int depth, int times, const QByteArray& last)
+{
+    QVector<QByteArray> glyphs{QByteArray()};
+    for (int i = 1; i <= depth; ++i)
+        glyphs.append(made_fonts::Composite(QVector<int>(times, i + 1)));
+    glyphs.append(last);
+    return made_fonts::TrueType(glyphs);
+}
+
+// How many of these glyphs have an outline.
+int Drawn(const FontFace& face, int first, int end)
+{
+    int count = 0;
+    for (int glyph = first; glyph < end; ++glyph)
+        count += face.OutlineOf(quint32(glyph)).isEmpty() ? 0 : 1;
+    return count;
+}
+
+} // namespace
+
+// Fonts of a few kilobytes whose glyphs would take hours, or all memory.
+class TestFontLimits : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void glyphsOfGlyphsAreDrawnUpToTheLimit_data();
+    void glyphsOfGlyphsAreDrawnUpToTheLimit();
+    void aGlyphThatContainsItselfIsEmpty();
+    void glyphsOfVeryManyPointsAreDrawnUpToTheLimit();
+    void theFontsOfADocumentShareTheLimit();
+    void ordinaryGlyphsAreNotCounted();
+    void glyphsThatCallSubroutinesWithoutEndSpendTheLimit();
+};
+
+void TestFontLimits::glyphsOfGlyphsAreDrawnUpToTheLimit_data()
+{
+    QTest::addColumn<int>("depth");
+    QTest::addColumn<int>("times");
+    QTest::addColumn<bool>("isDrawn");
+    QTest::newRow("one in one") << 1 << 1 << true;
+    QTest::newRow("two in two, eight deep") << 8 << 2 << true;
+    QTest::newRow("two in two, thirty deep") << 30 << 2 << false;
+    QTest::newRow("a thousand in a thousand, five deep") << 5 << 1000 << false;
+    QTest::newRow("one in one, sixty deep") << 60 << 1 << false;
+}
+
+void TestFontLimits::glyphsOfGlyphsAreDrawnUpToTheLimit()
+{
+    QFETCH(int, depth);
+    QFETCH(int, times);
+    QFETCH(bool, isDrawn);
+    const auto face = FontFace::FromBytes(Nested(depth, times, made_fonts::Outline(20)));
+    QVERIFY(face);
+    QCOMPARE(!face->OutlineOf(1).isEmpty(), isDrawn);
+    QVERIFY(!face->OutlineOf(quint32(depth) + 1).isEmpty()); // the rest of the font is as good as ever
+    QCOMPARE(face->AdvanceOf(quint32(depth) + 1), 0.6);
+    const auto blank = FontFace::FromBytes(Nested(depth, times, QByteArray())); // blanks are what is cheapest to repeat
+    QVERIFY(blank && blank->OutlineOf(1).isEmpty());
+}
+
+void TestFontLimits::aGlyphThatContainsItselfIsEmpty()
+{
+    const QByteArray outline = made_fonts::Outline(20);
+    const auto face = FontFace::FromBytes(
+        made_fonts::TrueType({QByteArray(), made_fonts::Composite({1, 1}), made_fonts::Composite({3, 3}),
+                              made_fonts::Composite({2, 4}), outline}));
+    QVERIFY(face);
+    QCOMPARE(Drawn(*face, 1, 4), 0);
+    QCOMPARE(Drawn(*face, 4, 5), 1);
+}
+
+void TestFontLimits::glyphsOfVeryManyPointsAreDrawnUpToTheLimit()
+{
+    constexpr int points = 30'000;
+    const auto face = FontFace::FromBytes(made_fonts::TrueTypeOfOne(made_fonts::Outline(points), 2000));
+    QVERIFY(face);
+    const int drawn = Drawn(*face, 0, 2000);
+    QVERIFY(drawn > 0);
+    QVERIFY(drawn <= ofd::limits::MaxHeavyGlyphPoints / (points - ofd::limits::FreeGlyphPoints) + 1);
+    QVERIFY(!face->OutlineOf(0).isEmpty()); // what was drawn once stays
+}
+
+void TestFontLimits::theFontsOfADocumentShareTheLimit()
+{
+    const auto budget = std::make_shared<ofd::GlyphBudget>();
+    const QByteArray heavy = made_fonts::TrueTypeOfOne(made_fonts::Outline(30'000), 2000);
+    const auto first = FontFace::FromBytes(heavy, {}, budget);
+    QVERIFY(Drawn(*first, 0, 2000) > 0);
+    const auto second = FontFace::FromBytes(heavy, {}, budget);
+    QCOMPARE(Drawn(*second, 0, 2000), 0);
+    QVERIFY(!FontFace::FromBytes(heavy)->OutlineOf(0).isEmpty()); // of another document
+}
+
+void TestFontLimits::ordinaryGlyphsAreNotCounted()
+{
+    constexpr int count = 20'000;
+    const auto budget = std::make_shared<ofd::GlyphBudget>();
+    const QByteArray font = made_fonts::TrueTypeOfOne(made_fonts::Outline(ofd::limits::FreeGlyphPoints), count);
+    const auto face = FontFace::FromBytes(font, {}, budget);
+    QCOMPARE(Drawn(*face, 0, count), count / 2);
+    QVERIFY(!budget->IsSpent());
+}
+
+void TestFontLimits::glyphsThatCallSubroutinesWithoutEndSpendTheLimit()
+{
+    const auto budget = std::make_shared<ofd::GlyphBudget>();
+    const QByteArray font = made_fonts::CffOfCalls(1000);
+    int faces = 0; // a glyph of each; sixty thousand of them would be as many glyphs of one
+    for (; faces < 1000 && !budget->IsSpent(); ++faces) {
+        const auto face = FontFace::FromBytes(font, {}, budget);
+        QVERIFY(face);
+        QVERIFY(face->OutlineOf(1).isEmpty());
+    }
+    QVERIFY2(faces < 1000, "as if they took no time");
+}
+
+TETO_TEST_MAIN(TestFontLimits)
+
+#include "test_font_limits.moc"
