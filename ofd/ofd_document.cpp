@@ -333,7 +333,7 @@ void OfdDocument::CustomTagObjects(CCA_LockedArray<G_PageObjectPath>& objects, c
     if (!item)
         return;
     for (const G_PageObjRef* reference : item->objects.Values()) {
-        OfdPage* page = d->PageAt(this, PageIndexFromId(reference->pageId));
+        OfdPage* page = reference ? d->PageAt(this, PageIndexFromId(reference->pageId)) : nullptr;
         if (!page)
             continue;
         for (const int id : reference->objectIds) {

@@ -236,7 +236,8 @@ bool OfdPage::CustomTagAtPoint(float x, float y, G_TreeNode** node, int* extra)
 {
     if (!content)
         return false;
-    TagHits hits(PageId(), QPointF(x, y), Places());
+    const QVector<ObjectPlace>& all = Places(); // which makes `placeById` too
+    TagHits hits(PageId(), QPointF(x, y), all, placeById);
     for (int i = 0; i < document->CustomTagRootCount(); ++i)
         hits.Search(document->CustomTagRoot(i));
     if (!hits.GetNode())

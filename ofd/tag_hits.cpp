@@ -4,11 +4,12 @@
 
 namespace ofd {
 
-TagHits::TagHits(int pageId, const QPointF& point, const QVector<ObjectPlace>& places)
+TagHits::TagHits(int pageId, const QPointF& point, const QVector<ObjectPlace>& places, const QHash<int, int>& placeById)
     : pageId(pageId)
 {
-    for (const ObjectPlace& place : places) {
-        if (place.isVisible && place.box.contains(point) && !areas.contains(place.id))
+    for (int i = 0; i < places.size(); ++i) {
+        const ObjectPlace& place = places.at(i);
+        if (place.isVisible && place.box.contains(point) && placeById.value(place.id) == i)
             areas.insert(place.id, place.box.width() * place.box.height());
     }
 }
@@ -32,7 +33,7 @@ void TagHits::Test(G_TreeNode* node)
     if (!tag)
         return;
     for (const G_PageObjRef* reference : tag->objects.Values()) {
-        if (reference->pageId != pageId)
+        if (!reference || reference->pageId != pageId)
             continue;
         for (const int id : reference->objectIds) {
             const auto area = areas.constFind(id);

@@ -12,7 +12,8 @@ namespace ofd {
 class TagHits
 {
 public:
-    TagHits(int pageId, const QPointF& point, const QVector<ObjectPlace>& places);
+    // Of the places of one identifier only the one that `placeById` has counts.
+    TagHits(int pageId, const QPointF& point, const QVector<ObjectPlace>& places, const QHash<int, int>& placeById);
 
     void Search(G_TreeNode* root);
     G_TreeNode* GetNode() const { return best; } // not owned; null when nothing was hit

@@ -152,9 +152,18 @@ void ReferencesThatHitNothingGiveNoPath(ConformanceBackend& backend)
     tag.objects.Add(new G_PageObjRef);
     tag.objects.GetAt(1)->pageId = 555;
     tag.objects.GetAt(1)->objectIds = {1};
+    tag.objects.Add(nullptr);
     CCA_LockedArray<G_PageObjectPath> paths;
     document->CustomTagObjects(paths, &tag);
     QCOMPARE(paths.GetSize(), 0);
+    G_TreeNode* root = document->CustomTagRoot(0);
+    QVERIFY(root && root->SubNode(0)->AddSubNode(0, new G_CustomTagItem(tag)));
+    IG_Page* page = document->GetPage(0);
+    QVERIFY(page && page->Load());
+    G_TreeNode* hit = nullptr;
+    QVERIFY(page->CustomTagAtPoint(25, 32, &hit, nullptr)); // passes it over
+    QVERIFY(hit->NodeText() == "Buyer");
+    QVERIFY(document->IsModified());
 }
 
 void TheRendererPaintsPages(ConformanceBackend& backend)

@@ -410,6 +410,15 @@ void TestOfdDocument::duplicateObjectIdsMeanTheFirst()
     document->CustomTagObjects(paths, &tag);
     QCOMPARE(paths.GetSize(), 1);
     QCOMPARE(GQ_ToQPainterPath(paths.GetAt(0).path).boundingRect(), QRectF(10, 10, 10, 10));
+    QVERIFY(document->AddCustomTagRoot("t", "p", "u", 0));
+    G_TreeNode* top = document->CustomTagRoot(0)->SubNode(0);
+    top->SetNodeData(new G_CustomTagItem(tag));
+    IG_Page* page = document->GetPage(0);
+    QVERIFY(page->Load());
+    G_TreeNode* node = nullptr;
+    QVERIFY(page->CustomTagAtPoint(15, 15, &node, nullptr));
+    QCOMPARE(node, top);
+    QVERIFY(!page->CustomTagAtPoint(65, 15, nullptr, nullptr)); // nor does the second one stand for the tag
 }
 
 void TestOfdDocument::pagesListedTwiceAreTwoPages()
