@@ -18,6 +18,14 @@
 #include <QTimer>
 #include <QUndoStack>
 
+#include <utility>
+
+namespace {
+
+constexpr int FileReturnsMs = 500;
+
+} // namespace
+
 DocumentTab::DocumentTab(std::unique_ptr<DocumentFile> openedFile, G_UIContext* uiContext, QWidget* viewParent)
     : file(std::move(openedFile))
     , context(uiContext)
@@ -107,7 +115,7 @@ SaveOutcome DocumentTab::SaveAs(const QString& path)
 SaveOutcome DocumentTab::AfterSave(const SaveOutcome& outcome)
 {
     if (outcome.done) {
-        hasOffStackChange = isAskedReadOnly = false; // it is a file that was just written
+        hasOffStackChange = isAskedReadOnly = hasFileChange = false; // it is a file that was just written
         view->UndoStack()->setClean();
         RememberFile();
         emit DirtyChanged();
@@ -151,14 +159,35 @@ bool DocumentTab::IsFileUnchanged() const
 
 void DocumentTab::RememberFile()
 {
-    stamp = CurrentStamp();
-    if (!watcher->files().isEmpty())
-        watcher->removePaths(watcher->files());
-    watcher->addPath(Path());
+    stamp = toldStamp = CurrentStamp();
+    WatchFile();
 }
 
+// What is watched is a file, not its name: one that was put in its place is not watched yet.
+void DocumentTab::WatchFile()
+{
+    if (!watcher->files().isEmpty())
+        watcher->removePaths(watcher->files());
+    if (QFileInfo::exists(Path()))
+        watcher->addPath(Path());
+}
+
+// Many programs remove a file, or put another in its place, when they write it anew.
 void DocumentTab::OnWatchedFileChanged()
 {
-    if (!IsFileUnchanged())
-        emit FileChangedOnDisk();
+    if (QFileInfo::exists(Path()))
+        TellFileChange();
+    else if (!std::exchange(awaitsFile, true))
+        QTimer::singleShot(FileReturnsMs, this, &DocumentTab::TellFileChange);
+}
+
+void DocumentTab::TellFileChange()
+{
+    awaitsFile = false;
+    WatchFile();
+    const FileStamp now = CurrentStamp();
+    if (now == stamp || now == toldStamp)
+        return;
+    toldStamp = now;
+    emit FileChangedOnDisk();
 }

@@ -42,9 +42,10 @@ public:
     // Whether a save would make signatures invalid and the user was not asked yet. Agreeing holds as long as the tab.
     bool MustAskAboutSignatures() const { return !mayBreakSignatures && file->BreaksSignatures(); }
     void AllowBreakingSignatures() { mayBreakSignatures = true; }
-    // The file was changed while another tab was in front: told when this one comes there.
-    void SetUntoldChange(bool isUntold) { hasUntoldChange = isUntold; }
-    bool HasUntoldChange() const { return hasUntoldChange; }
+    // The file was changed by somebody else, and the user has neither seen to it nor said to ignore it: told whenever
+    // the tab is in front. A save ends it.
+    void SetFileChange(bool isOpen) { hasFileChange = isOpen; }
+    bool HasFileChange() const { return hasFileChange; }
     // Whether who opened the document wanted it read-only; it holds when the file is reloaded.
     bool IsAskedReadOnly() const { return isAskedReadOnly; }
     void SetAskedReadOnly(bool isAsked) { isAskedReadOnly = isAsked; }
@@ -69,6 +70,7 @@ private slots:
     void OnStackMoved();
     void SettleChanges();
     void OnWatchedFileChanged();
+    void TellFileChange();
 
 private:
     struct FileStamp
@@ -79,6 +81,7 @@ private:
     };
     FileStamp CurrentStamp() const;
     void RememberFile();
+    void WatchFile();
     void SettleSoon();
     SaveOutcome AfterSave(const SaveOutcome& outcome);
 
@@ -89,7 +92,8 @@ private:
     std::unique_ptr<DocumentSearch> search; // deleted ahead of the view
     std::unique_ptr<ViewHistory> history;   // the same
     QFileSystemWatcher* watcher;            // owned by this
-    FileStamp stamp;
+    FileStamp stamp;                        // of the file that was opened or saved
+    FileStamp toldStamp;                    // of the change that was told last
     // Of the present turn of the event loop:
     int unsettledMoves = 0; // index changes of the undo stack
     bool hasUnsettledEvent = false;
@@ -97,5 +101,6 @@ private:
     bool hasOffStackChange = false;
     bool mayBreakSignatures = false;
     bool isAskedReadOnly = false;
-    bool hasUntoldChange = false;
+    bool hasFileChange = false;
+    bool awaitsFile = false; // it is gone, perhaps to come back at once
 };

@@ -200,7 +200,7 @@ void MainWindow::OnTabChosen(int position)
         view->Widget()->setFocus();
     ShowCurrentPane();
     RefreshWindow();
-    if (view && tabs.at(position)->HasUntoldChange())
+    if (view && tabs.at(position)->HasFileChange())
         ShowFileChanged(tabs.at(position).get());
 }
 
@@ -372,6 +372,8 @@ bool MainWindow::ReportSave(DocumentTab* tab, const SaveOutcome& outcome)
         return false;
     }
     RefreshTab(tab);
+    if (tab == CurrentTab() && !tab->HasFileChange())
+        fileBar->hide();
     ShowNote(outcome.warning.isEmpty() ? tr("Saved.") : outcome.warning);
     return true;
 }
@@ -384,38 +386,6 @@ bool MainWindow::SaveTabCopy(DocumentTab* tab, const QString& path)
         return false;
     }
     return !IsOpenElsewhere(tab, path) && ReportSave(tab, tab->SaveCopy(path));
-}
-
-// The file is opened before the tab goes: another program may not have written all of it yet.
-bool MainWindow::ReloadTab(DocumentTab* tab)
-{
-    const QString path = tab->Path();
-    const bool wasAskedReadOnly = tab->IsAskedReadOnly();
-    OpenOutcome outcome = OpenDocumentFile(path, wasAskedReadOnly);
-    if (!outcome.file) {
-        ShowOpenError(path, outcome.error);
-        return false;
-    }
-    const int position = PositionOf(tab);
-    std::unique_ptr<QTemporaryDir> folder = tab->TakeTemporaryFolder();
-    RemoveTab(position);
-    DocumentTab* added = AddTab(std::move(outcome.file));
-    added->SetAskedReadOnly(wasAskedReadOnly);
-    added->SetTemporaryFolder(std::move(folder));
-    tabBar->moveTab(TabCount() - 1, position);
-    return true;
-}
-
-void MainWindow::ReloadCurrent()
-{
-    DocumentTab* tab = CurrentTab();
-    if (!tab || context->IsModalRunning() || !MayStopJobOf(tab, tr("Reload")))
-        return;
-    const QString text = tr("Discard your changes in %1?").arg(QFileInfo(tab->Path()).fileName());
-    if (tab->IsDirty() && context->ShowQuestionBox(tr("Reload"), text, QMessageBox::Discard | QMessageBox::Cancel,
-                                                   QMessageBox::Cancel) != QMessageBox::Discard)
-        return;
-    ReloadTab(tab);
 }
 
 void MainWindow::SaveCurrent()

@@ -213,8 +213,8 @@ void MainWindow::ShowNote(const QString& text)
 // A thin bar above the page, not a box: the file may change while the user is in the middle of something.
 void MainWindow::ShowFileChanged(DocumentTab* tab)
 {
-    tab->SetUntoldChange(tab != CurrentTab());
-    if (tab->HasUntoldChange()) {
+    tab->SetFileChange(true);
+    if (tab != CurrentTab()) {
         ShowNote(tr("%1 was changed by another program.").arg(QFileInfo(tab->Path()).fileName()));
         return;
     }
@@ -233,7 +233,10 @@ void MainWindow::ShowFileChanged(DocumentTab* tab)
         row->addWidget(reload);
     }
     auto* ignore = new QPushButton(tr("Ignore"), fileBar);
-    connect(ignore, &QPushButton::clicked, fileBar, &QWidget::hide);
+    connect(ignore, &QPushButton::clicked, tab, [this, tab] {
+        tab->SetFileChange(false);
+        fileBar->hide();
+    });
     row->addWidget(ignore);
     fileBar->show();
 }

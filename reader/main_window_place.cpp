@@ -1,4 +1,5 @@
-// Where the window and its documents stand: full screen, what is remembered from one start to the next, tabs in turn.
+// Where the window and its documents stand: full screen, what is remembered from one start to the next, tabs in turn,
+// tabs that are opened anew in their place.
 #include "main_window.h"
 
 #include "job_bar.h"
@@ -11,12 +12,15 @@
 #include <frame/view/settings.h>
 
 #include <QEvent>
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QScreen>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTabBar>
+#include <QTemporaryDir>
 #include <QToolBar>
 
 namespace {
@@ -130,4 +134,36 @@ void MainWindow::ActivateNextTab(int step)
 {
     if (TabCount() > 1)
         ActivateTab((tabBar->currentIndex() + step + TabCount()) % TabCount());
+}
+
+// The file is opened before the tab goes: another program may not have written all of it yet.
+bool MainWindow::ReloadTab(DocumentTab* tab)
+{
+    const QString path = tab->Path();
+    const bool wasAskedReadOnly = tab->IsAskedReadOnly();
+    OpenOutcome outcome = OpenDocumentFile(path, wasAskedReadOnly);
+    if (!outcome.file) {
+        ShowOpenError(path, outcome.error);
+        return false;
+    }
+    const int position = PositionOf(tab);
+    std::unique_ptr<QTemporaryDir> folder = tab->TakeTemporaryFolder();
+    RemoveTab(position);
+    DocumentTab* added = AddTab(std::move(outcome.file));
+    added->SetAskedReadOnly(wasAskedReadOnly);
+    added->SetTemporaryFolder(std::move(folder));
+    tabBar->moveTab(TabCount() - 1, position);
+    return true;
+}
+
+void MainWindow::ReloadCurrent()
+{
+    DocumentTab* tab = CurrentTab();
+    if (!tab || context->IsModalRunning() || !MayStopJobOf(tab, tr("Reload")))
+        return;
+    const QString text = tr("Discard your changes in %1?").arg(QFileInfo(tab->Path()).fileName());
+    if (tab->IsDirty() && context->ShowQuestionBox(tr("Reload"), text, QMessageBox::Discard | QMessageBox::Cancel,
+                                                   QMessageBox::Cancel) != QMessageBox::Discard)
+        return;
+    ReloadTab(tab);
 }

@@ -84,6 +84,8 @@ private slots:
     void theButtonThatReloadsAsksBeforeItDiscardsChanges();
     void aDocumentThatWasOpenedReadOnlyStaysSoWhenItIsReloaded();
     void aChangeOfAFileIsToldWhenItsTabComesToTheFront();
+    void aChangeOfAFileIsToldUntilTheUserSeesToIt();
+    void aFileThatIsReplacedAgainIsToldAgain();
     void aFileThatCannotBeReloadedKeepsItsTab();
     void aCopyLeavesTheTabAtItsFile();
     void aCopyOverTheDocumentItselfIsRefused();
@@ -378,6 +380,43 @@ void TestReaderPlaces::aChangeOfAFileIsToldWhenItsTabComesToTheFront()
     desk.Window()->ActivateTab(1);
     desk.Window()->ActivateTab(0);
     QVERIFY(!ButtonOf(desk.Window(), "Reload"));
+}
+
+void TestReaderPlaces::aChangeOfAFileIsToldUntilTheUserSeesToIt()
+{
+    ReaderDesk desk(false);
+    const QString path = LongFile(desk);
+    QVERIFY(desk.Window()->OpenFile(path));
+    QVERIFY(desk.Window()->OpenFile(LongFile(desk, "other.ofd")));
+    desk.Window()->ActivateTab(0);
+    OfdFile::WithPages(50).Write(path);
+    QTRY_VERIFY(ButtonOf(desk.Window(), "Reload"));
+    desk.Window()->ActivateTab(1);
+    QVERIFY(!ButtonOf(desk.Window(), "Reload"));
+    desk.Window()->ActivateTab(0);
+    QVERIFY(ButtonOf(desk.Window(), "Reload"));
+    const QString copy = desk.Folder() + "/copy.ofd";
+    QVERIFY(desk.Window()->SaveTabAs(desk.Window()->CurrentTab(), copy)); // its file is another one now
+    QVERIFY(!ButtonOf(desk.Window(), "Reload"));
+    desk.Window()->ActivateTab(1);
+    desk.Window()->ActivateTab(0);
+    QVERIFY(!ButtonOf(desk.Window(), "Reload"));
+}
+
+void TestReaderPlaces::aFileThatIsReplacedAgainIsToldAgain()
+{
+    ReaderDesk desk(false);
+    const QString path = LongFile(desk);
+    QVERIFY(desk.Window()->OpenFile(path));
+    QSignalSpy changed(desk.Window()->CurrentTab(), &DocumentTab::FileChangedOnDisk);
+    for (int pages = 50; pages < 53; ++pages) {
+        QVERIFY(QFile::remove(path)); // as programs do that write a file anew
+        OfdFile::WithPages(pages).Write(path);
+        QTRY_COMPARE(changed.size(), pages - 49);
+        QVERIFY(ButtonOf(desk.Window(), "Reload")); // never told to be gone
+        ButtonOf(desk.Window(), "Ignore")->click();
+        QVERIFY(!ButtonOf(desk.Window(), "Ignore"));
+    }
 }
 
 void TestReaderPlaces::aFileThatCannotBeReloadedKeepsItsTab()
