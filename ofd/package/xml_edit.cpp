@@ -27,13 +27,15 @@ struct AttributeRange
     qint64 end = -1;        // behind the closing quote
 };
 
-// Finds an attribute by local name in the start tag [begin, end) of well-formed XML; declarations are passed over.
-AttributeRange FindAttribute(const QByteArray& bytes, qint64 begin, qint64 end, const QByteArray& localName)
+// Finds an attribute in the start tag [begin, end) of well-formed XML: the one of that name, else the first of that
+// local name, as readers do; declarations are passed over.
+AttributeRange FindAttribute(const QByteArray& bytes, qint64 begin, qint64 end, const QByteArray& wanted)
 {
     const char* data = bytes.constData();
     qint64 at = begin + 1;
     while (at < end && !IsBlank(data[at]) && data[at] != '>' && data[at] != '/')
         ++at;
+    AttributeRange prefixed;
     while (at < end) {
         AttributeRange range;
         range.begin = at;
@@ -46,18 +48,20 @@ AttributeRange FindAttribute(const QByteArray& bytes, qint64 begin, qint64 end, 
         while (at < end && data[at] != '"' && data[at] != '\'')
             ++at;
         if (name.isEmpty() || at >= end)
-            return {};
+            break;
         range.quoteBegin = at;
         const void* quote = std::memchr(data + at + 1, data[at], size_t(end - at - 1));
         if (!quote)
-            return {};
+            break;
         at = static_cast<const char*>(quote) - data + 1;
         range.end = at;
         const bool isDeclaration = name == "xmlns" || name.startsWith("xmlns:");
-        if (!isDeclaration && LocalName(name.constData()) == localName.constData())
+        if (!isDeclaration && name == wanted)
             return range;
+        if (!isDeclaration && prefixed.begin < 0 && LocalName(name.constData()) == wanted.constData())
+            prefixed = range;
     }
-    return {};
+    return prefixed;
 }
 
 // Behind the last attribute of a start tag, or behind the name when there is none.
@@ -164,20 +168,20 @@ void XmlEdit::SetText(const pugi::xml_node& element, const QString& text)
     ReplaceContent(element, EscapeText(text));
 }
 
-void XmlEdit::SetAttribute(const pugi::xml_node& element, const QByteArray& localName, const QString& value)
+void XmlEdit::SetAttribute(const pugi::xml_node& element, const QByteArray& name, const QString& value)
 {
     const ElementRange range = GetRange(element);
     if (!range)
         return;
     const QByteArray quoted = '"' + EscapeAttribute(value) + '"';
-    const AttributeRange old = FindAttribute(part.GetBytes(), range.begin, range.startTagEnd, localName);
+    const AttributeRange old = FindAttribute(part.GetBytes(), range.begin, range.startTagEnd, name);
     if (old.begin >= 0) {
         Replace(old.quoteBegin, old.end, quoted, LevelInside(element));
         return;
     }
     const qint64 at = AttributesEnd(part.GetBytes(), range);
-    const QByteArray bytes = ' ' + localName + '=' + quoted;
-    const QPair<qint64, QByteArray> key(at, localName);
+    const QByteArray bytes = ' ' + name + '=' + quoted;
+    const QPair<qint64, QByteArray> key(at, name);
     const auto added = addedAttributes.constFind(key);
     if (added != addedAttributes.cend()) {
         splices[*added].bytes = bytes;
@@ -187,13 +191,13 @@ void XmlEdit::SetAttribute(const pugi::xml_node& element, const QByteArray& loca
     Insert(at, bytes, LevelInside(element));
 }
 
-void XmlEdit::RemoveAttribute(const pugi::xml_node& element, const QByteArray& localName)
+void XmlEdit::RemoveAttribute(const pugi::xml_node& element, const QByteArray& name)
 {
     const ElementRange range = GetRange(element);
     if (!range)
         return;
-    const AttributeRange old = FindAttribute(part.GetBytes(), range.begin, range.startTagEnd, localName);
-    const auto added = addedAttributes.constFind({AttributesEnd(part.GetBytes(), range), localName});
+    const AttributeRange old = FindAttribute(part.GetBytes(), range.begin, range.startTagEnd, name);
+    const auto added = addedAttributes.constFind({AttributesEnd(part.GetBytes(), range), name});
     if (old.begin >= 0)
         Replace(old.begin, old.end, {}, LevelInside(element));
     else if (added != addedAttributes.cend())

@@ -49,9 +49,10 @@ public:
     // Replaces all between the tags; an empty tag is opened.
     void ReplaceContent(const pugi::xml_node& element, const QByteArray& xml);
     void SetText(const pugi::xml_node& element, const QString& text);
-    // Changes the value of the attribute with that local name, or adds it behind the last one as `localName`.
-    void SetAttribute(const pugi::xml_node& element, const QByteArray& localName, const QString& value);
-    void RemoveAttribute(const pugi::xml_node& element, const QByteArray& localName);
+    // Changes the value of the attribute of that name, else of the first with that local name, or adds it behind the
+    // last one as `name`.
+    void SetAttribute(const pugi::xml_node& element, const QByteArray& name, const QString& value);
+    void RemoveAttribute(const pugi::xml_node& element, const QByteArray& name);
     // Removes the element together with the white space in front of it.
     void Remove(const pugi::xml_node& element);
 

@@ -79,14 +79,19 @@ pugi::xml_node Descend(const pugi::xml_node& from, std::initializer_list<std::st
 
 pugi::xml_attribute Attribute(const pugi::xml_node& node, std::string_view localName)
 {
+    pugi::xml_attribute prefixed;
     for (pugi::xml_attribute attribute = node.first_attribute(); attribute; attribute = attribute.next_attribute()) {
         const std::string_view name = attribute.name();
         const bool endsLikeIt = name.size() >= localName.size() &&
                                 name.compare(name.size() - localName.size(), localName.size(), localName) == 0;
-        if (endsLikeIt && LocalName(attribute.name()) == localName && !IsDeclaration(attribute))
+        if (!endsLikeIt || LocalName(attribute.name()) != localName || IsDeclaration(attribute))
+            continue;
+        if (name.size() == localName.size())
             return attribute;
+        if (!prefixed)
+            prefixed = attribute;
     }
-    return {};
+    return prefixed;
 }
 
 bool IsDeclaration(const pugi::xml_attribute& attribute)

@@ -32,7 +32,8 @@ std::vector<pugi::xml_node> ChildElements(const pugi::xml_node& parent, std::str
 // Follows first children: Descend(root, {"CommonData", "PageArea"}).
 pugi::xml_node Descend(const pugi::xml_node& from, std::initializer_list<std::string_view> localNames);
 
-// The attribute whose local name fits (xmlns declarations never do); a null attribute when there is none.
+// The attribute whose local name fits (xmlns declarations never do), of several the one without a prefix, else the
+// first; a null attribute when there is none.
 pugi::xml_attribute Attribute(const pugi::xml_node& node, std::string_view localName);
 // Whether it declares a namespace.
 bool IsDeclaration(const pugi::xml_attribute& attribute);

@@ -250,8 +250,10 @@ G_Dest ReadDestination(const pugi::xml_node& element)
     G_Dest dest;
     dest.pageIndex = -1;
     for (const pugi::xml_attribute& attribute : element.attributes()) {
-        if (!IsDeclaration(attribute))
-            SetValue(dest, LocalName(attribute.name()), attribute.value());
+        const std::string_view name = LocalName(attribute.name());
+        const bool isPrefixed = name.data() != attribute.name();
+        if (!isPrefixed ? !IsDeclaration(attribute) : Attribute(element, name) == attribute)
+            SetValue(dest, name, attribute.value());
     }
     return dest;
 }

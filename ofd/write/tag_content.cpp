@@ -56,11 +56,6 @@ QStringList DataIn(const QVector<KeyedValue>& values)
     return data;
 }
 
-QByteArray LocalPart(const QByteArray& key)
-{
-    return key.mid(key.indexOf(':') + 1);
-}
-
 void EditAttributes(XmlEdit& edit, const pugi::xml_node& element, const QVector<KeyedValue>& now,
                     const QVector<KeyedValue>& before)
 {
@@ -72,12 +67,12 @@ void EditAttributes(XmlEdit& edit, const pugi::xml_node& element, const QVector<
         current.insert(value.key, value.value);
     for (const KeyedValue& value : before) {
         if (!value.IsData() && !current.contains(value.key))
-            edit.RemoveAttribute(element, LocalPart(value.key));
+            edit.RemoveAttribute(element, value.key);
     }
     for (const KeyedValue& value : now) {
-        const bool isKnown = old.contains(value.key);
-        if (!value.IsData() && !(isKnown && old.value(value.key) == value.value))
-            edit.SetAttribute(element, isKnown ? LocalPart(value.key) : value.key, value.value);
+        const bool isSame = old.contains(value.key) && old.value(value.key) == value.value;
+        if (!value.IsData() && !isSame)
+            edit.SetAttribute(element, value.key, value.value);
     }
 }
 

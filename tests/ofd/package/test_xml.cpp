@@ -39,6 +39,7 @@ private slots:
     void anUndeclaredPrefixParses();
     void unNamespacedChildrenAreFound();
     void declarationsAreNoAttributes();
+    void attributesOfOthersDoNotHideOurs();
     void namespacesAreLookedUpOutward();
     void blankTextIsText();
     void cdataCommentsAndReferencesMakeTheText();
@@ -108,6 +109,14 @@ void TestXml::declarationsAreNoAttributes()
     const auto part = Parse("<a xmlns:ID=\"u\" ofd:ID=\"5\" xmlns=\"v\"/>");
     QCOMPARE(AttributeText(part->GetRoot(), "ID"), QStringLiteral("5"));
     QVERIFY(!HasAttribute(part->GetRoot(), "xmlns"));
+}
+
+void TestXml::attributesOfOthersDoNotHideOurs()
+{
+    const auto part = Parse("<a x:ID=\"other\" MyID=\"no\" ID=\"5\" y:Name=\"first\" z:Name=\"second\"/>");
+    QCOMPARE(AttributeText(part->GetRoot(), "ID"), QStringLiteral("5"));
+    QCOMPARE(AttributeText(part->GetRoot(), "Name"), QStringLiteral("first"));
+    QVERIFY(!HasAttribute(part->GetRoot(), "D"));
 }
 
 void TestXml::namespacesAreLookedUpOutward()

@@ -52,6 +52,7 @@ private slots:
     void withoutAnEditTheBytesAreTheSame();
     void rangesEndWhereTheElementEnds();
     void anAttributeChangesInPlace();
+    void attributesOfOthersAreLeftAlone();
     void attributesAreAddedOnceAndRemoved();
     void textAndContentAreReplaced();
     void anEmptyTagIsOpenedForItsChildren();
@@ -97,6 +98,18 @@ void TestXmlEdit::anAttributeChangesInPlace()
         edit.SetAttribute(root, "Name", QStringLiteral("it's \"new\""));
     });
     QCOMPARE(result, Head + "<ofd:a xmlns:Name=\"u\" z = '&lt;' ofd:Name=\"it's &quot;new&quot;\" y=\"1\"/>");
+}
+
+void TestXmlEdit::attributesOfOthersAreLeftAlone()
+{
+    const QByteArray result =
+        Edited("<a x:n=\"1\" n=\"2\" x:m=\"3\" x:k=\"4\" k=\"5\" y:k=\"6\"/>", [](XmlEdit& edit, pugi::xml_node root) {
+            edit.SetAttribute(root, "n", QStringLiteral("new"));
+            edit.SetAttribute(root, "m", QStringLiteral("newer"));
+            edit.RemoveAttribute(root, "y:k");
+            edit.SetAttribute(root, "x:k", QStringLiteral("newest"));
+        });
+    QCOMPARE(result, QByteArray("<a x:n=\"1\" n=\"new\" x:m=\"newer\" x:k=\"newest\" k=\"5\"/>"));
 }
 
 void TestXmlEdit::attributesAreAddedOnceAndRemoved()

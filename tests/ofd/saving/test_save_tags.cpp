@@ -299,6 +299,11 @@ void TestSaveTags::attributesAndDataAreEdited()
     QByteArray expected = Tags;
     expected.replace("kind=\"a=b\"", "kind=\"&lt;c&gt;\" new=\"1\"").replace("literal", "other");
     QCOMPARE(part, expected.replace("<fp:item n=\"2\">", "<fp:item>"));
+    const auto change = [](IG_Document& document) {
+        TagAt(document, "0")->attributes.RemoveAll();
+        TagAt(document, "0")->attributes.Add("y:id=new");
+    };
+    QCOMPARE(Saved(change, File("<a><b id=\"1\" y:id=\"3\"/></a>")), QByteArray("<a><b y:id=\"new\"/></a>"));
 }
 
 void TestSaveTags::namesOfAnyKindComeBack()
