@@ -2,6 +2,23 @@
 
 #include <QThread>
 
+#include <new>
+
+namespace {
+
+JobOutcome Run(const BackgroundJob::Work& work, const JobControl& control)
+{
+    try {
+        return work(control);
+    } catch (const std::bad_alloc&) { // which would end the program on this thread
+        JobOutcome outcome;
+        outcome.error = BackgroundJob::tr("There is not enough memory.");
+        return outcome;
+    }
+}
+
+} // namespace
+
 BackgroundJob::BackgroundJob(const Work& work, QObject* parent)
     : QObject(parent)
     , cancelled(std::make_shared<std::atomic<bool>>(false))
@@ -11,7 +28,7 @@ BackgroundJob::BackgroundJob(const Work& work, QObject* parent)
                                  QMetaObject::invokeMethod(
                                      this, [this, done, total] { emit Progress(done, total); }, Qt::QueuedConnection);
                              }};
-    thread.reset(QThread::create([work, control, result = outcome] { *result = work(control); }));
+    thread.reset(QThread::create([work, control, result = outcome] { *result = Run(work, control); }));
     connect(thread.get(), &QThread::finished, this, [this] { emit Ended(*outcome); });
     thread->start();
 }

@@ -2,6 +2,7 @@
 #include "host_operations.h"
 #include "main_window.h"
 #include "plugin_host.h"
+#include "reader_application.h"
 #include "reader_context.h"
 #include "show_panes.h"
 #include "single_instance.h"
@@ -14,6 +15,8 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QTimer>
+
+#include <new>
 
 #include <unistd.h>
 
@@ -76,6 +79,17 @@ void ServeLaterStarts(SingleInstance& instance, MainWindow& window)
     });
 }
 
+// Before the event loop, which bears that memory runs out, has begun.
+void OpenFiles(MainWindow& window, const QStringList& files)
+{
+    try {
+        for (const QString& file : files)
+            window.OpenFile(file);
+    } catch (const std::bad_alloc&) {
+        ReaderApplication::TellOfShortage();
+    }
+}
+
 int RunWindow(const Options& options, SingleInstance& instance)
 {
     // Order of death: the window with its tabs, the host's operations, the plugin's module.
@@ -90,8 +104,7 @@ int RunWindow(const Options& options, SingleInstance& instance)
     window.show();
     if (!hasPlugin)
         TellPluginFailure(&window, plugin.Error());
-    for (const QString& file : options.files)
-        window.OpenFile(file);
+    OpenFiles(window, options.files);
     if (!options.paneFolder.isEmpty())
         return ShowPanes(&window, options.paneFolder) ? 0 : 1;
     if (!options.standsAlone)
@@ -108,7 +121,7 @@ int main(int argc, char** argv)
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication::setAttribute(Qt::AA_ForceRasterWidgets); // nothing here draws with GL: its libraries stay unloaded
-    QApplication application(argc, argv);
+    ReaderApplication application(argc, argv);
     SetUpAppearance(application);
     const Options options = ParseOptions(application);
     SingleInstance instance(QStringLiteral("tetoreader-%1").arg(getuid()));

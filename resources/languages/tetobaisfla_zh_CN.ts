@@ -13,6 +13,13 @@
     </message>
 </context>
 <context>
+    <name>BackgroundJob</name>
+    <message>
+        <source>There is not enough memory.</source>
+        <translation>内存不足。</translation>
+    </message>
+</context>
+<context>
     <name>BatchAddOutlineDlg</name>
     <message>
         <source>Batch add</source>
@@ -375,6 +382,14 @@
 </context>
 <context>
     <name>G_DocView</name>
+    <message>
+        <source>There is not enough memory to paint the page.</source>
+        <translation>内存不足，无法绘制此页。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory to copy the text.</source>
+        <translation>内存不足，无法复制文字。</translation>
+    </message>
     <message>
         <source>This page cannot be shown: %1</source>
         <translation>无法显示此页：%1</translation>
@@ -855,6 +870,26 @@ A reader of fixed-layout documents.</source>
 </context>
 <context>
     <name>OfdDocument</name>
+    <message>
+        <source>There is not enough memory to open the document.</source>
+        <translation>内存不足，无法打开文档。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory to save the document.</source>
+        <translation>内存不足，无法保存文档。</translation>
+    </message>
+    <message>
+        <source>The document was saved, but there was not enough memory to go on with it. Open it again.</source>
+        <translation>文档已保存，但内存不足，无法继续使用。请重新打开。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory to read the text of the page.</source>
+        <translation>内存不足，无法读取此页的文字。</translation>
+    </message>
+    <message>
+        <source>There is not enough memory for the picture.</source>
+        <translation>内存不足，无法显示图片。</translation>
+    </message>
     <message>
         <source>The page is missing in the file.</source>
         <translation>文件中缺少此页。</translation>
@@ -1812,6 +1847,13 @@ A reader of fixed-layout documents.</source>
     <message>
         <source>Open documents</source>
         <translation>已打开的文档</translation>
+    </message>
+</context>
+<context>
+    <name>ReaderApplication</name>
+    <message>
+        <source>There is not enough memory for this. Save what you have edited.</source>
+        <translation>内存不足，无法完成此操作。请保存您的修改。</translation>
     </message>
 </context>
 <context>
