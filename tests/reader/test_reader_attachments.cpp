@@ -1,6 +1,7 @@
 #include "reader_desk.h"
 
 #include <tests/ofd/document/ofd_file.h>
+#include <tests/support/screens.h>
 #include <tests/support/test_main.h>
 
 #include <reader/recent_files.h>
@@ -91,8 +92,10 @@ public:
         QObject::connect(&timer, &QTimer::timeout, &timer, [this, button] {
             auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
             auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (box && box->button(QMessageBox::StandardButton(button)))
+            if (box && box->button(QMessageBox::StandardButton(button))) {
+                Screens::SaveScreen(box, "replace-file");
                 box->button(QMessageBox::StandardButton(button))->click();
+            }
             if (!dialog)
                 return;
             proposed << dialog->findChild<QLineEdit*>("fileNameEdit")->text();
