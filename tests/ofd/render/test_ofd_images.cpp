@@ -45,6 +45,17 @@ QByteArray PngOf(const QSize& size, const QColor& colour)
     return bytes;
 }
 
+// Of one bit a pixel, so that it may be very large.
+QByteArray WhitePng(const QSize& size)
+{
+    QImage image(size, QImage::Format_Mono);
+    image.fill(1);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    image.save(&buffer, "PNG");
+    return bytes;
+}
+
 // A page with a picture of 40 by 40 mm at (10, 10); resource 40 is `picture`, resource 41 `other`.
 QImage PaintPicture(const QByteArray& picture, const QByteArray& other, const QByteArray& attributes,
                     const QByteArray& inside = {})
@@ -99,11 +110,7 @@ void TestOfdImages::aMaskThatCannotBeReadHidesNothing()
 void TestOfdImages::aPictureIsNotShownWithoutAMaskThatIsTooMuchWork()
 {
     const QByteArray black = PngOf(QSize(8, 8), Qt::black);
-    QImage huge(12'000, 12'000, QImage::Format_Mono);
-    huge.fill(1);
-    QByteArray mask;
-    QBuffer buffer(&mask);
-    QVERIFY(huge.save(&buffer, "PNG"));
+    const QByteArray mask = WhitePng(QSize(12'000, 12'000));
     QVERIFY(!ofd::DecodeImage(mask).isNull()); // it could be decoded
     QVERIFY(InkBox(PaintPicture(black, mask, "ImageMask=\"41\"")).isEmpty());
     QCOMPARE(InkBox(PaintPicture(black, mask, {})), QRectF(10, 10, 40, 40));
@@ -144,8 +151,11 @@ void TestOfdImages::bordersHaveRoundCornersAndDashes()
 void TestOfdImages::bordersCountAsWorkAndTakeEveryPaint()
 {
     const QByteArray white = PngOf(QSize(8, 8), Qt::white);
-    const QByteArray dashes = "LineWidth=\"20\" DashPattern=\"0.02 0.02\"";
-    QVERIFY(InkBox(PaintPicture(white, {}, {}, "<ofd:Border " + dashes + "/>")).isEmpty()); // thousands, each wide
+    // A picture that leaves little, and thousands of dashes, each as wide as the page.
+    const QByteArray large = WhitePng(QSize(10'000, 10'000));
+    const QByteArray dashes = "LineWidth=\"160\" DashPattern=\"0.0085 0.0085\"";
+    QVERIFY(InkBox(PaintPicture(large, {}, {}, "<ofd:Border " + dashes + "/>")).isEmpty());
+    QVERIFY(!InkBox(PaintPicture(large, {}, {}, "<ofd:Border LineWidth=\"4\"/>")).isEmpty());
     const QImage shaded = PaintPicture(
         white, {}, {},
         "<ofd:Border LineWidth=\"4\"><ofd:BorderColor><ofd:AxialShd StartPoint=\"0 0\" EndPoint=\"40 0\">"
