@@ -1,6 +1,7 @@
 #include "hostile.h"
 
 #include "deviations.h"
+#include "hostile_fonts.h"
 #include "raw_zip.h"
 
 #include <functional>
@@ -304,6 +305,40 @@ QByteArray BrokenFont()
     return PackedBytes(package);
 }
 
+// The first page has this many letters, each of a glyph of its own, in such steps.
+QByteArray WithFont(const QByteArray& font, int letters, int step)
+{
+    Package package = Plain();
+    package.Add("Doc_0/Res/hostile.ttf", font);
+    AddResources(package, "<ofd:Fonts><ofd:Font ID=\"1000\" FontName=\"Hostile\"><ofd:FontFile>/Doc_0/Res/hostile.ttf"
+                          "</ofd:FontFile></ofd:Font></ofd:Fonts>\n");
+    QByteArray glyphs;
+    for (int i = 0; i < letters; ++i)
+        glyphs += QByteArray::number((i + 1) * step) + ' ';
+    const QByteArray count = QByteArray::number(letters);
+    AddToFirstPage(package, "<ofd:TextObject ID=\"900\" Boundary=\"20 100 60 8\" Font=\"1000\" Size=\"6\">"
+                            "<ofd:CGTransform CodePosition=\"0\" CodeCount=\"" +
+                                count + "\" GlyphCount=\"" + count + "\"><ofd:Glyphs>" + glyphs.trimmed() +
+                                "</ofd:Glyphs></ofd:CGTransform><ofd:TextCode X=\"0\" Y=\"6\">" +
+                                QByteArray(letters, 'A') + "</ofd:TextCode></ofd:TextObject>");
+    return PackedBytes(package);
+}
+
+QByteArray GlyphBomb()
+{
+    return WithFont(FontOfNestedGlyphs(30, 2, QByteArray()), 30, 1);
+}
+
+QByteArray HeavyGlyphs()
+{
+    return WithFont(FontOfOneGlyph(GlyphOfPoints(32'000), 20'000), 9'000, 2);
+}
+
+QByteArray CallingGlyphs()
+{
+    return WithFont(CffOfCalls(1000), 200, 1);
+}
+
 // A bilevel picture whose header promises 4,294,967,295 pixels in both directions.
 QByteArray HugeJbig2()
 {
@@ -341,6 +376,10 @@ const Damage kTable[] = {
     {"clips_and_shadings", "three thousand shadings of the whole page, each cut to a clip",
      "open; paint what is within the limit", ClipsAndShadings},
     {"broken_font", "an embedded font whose tables lie outside of it", "open; draw with another font", BrokenFont},
+    {"glyph_bomb", "a font of thirty glyphs, each of which is the next one twice", "open", GlyphBomb},
+    {"heavy_glyphs", "a font of twenty thousand glyphs of 32,000 points, half of them shown", "open", HeavyGlyphs},
+    {"calling_glyphs", "a font whose glyphs call subroutines that call each other a thousand times", "open",
+     CallingGlyphs},
     {"huge_jbig2", "a bilevel picture of 4,294,967,295 by 4,294,967,295", "open; draw nothing for it", HugeJbig2},
 };
 

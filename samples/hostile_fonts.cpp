@@ -1,11 +1,11 @@
-#include "made_fonts.h"
+#include "hostile_fonts.h"
 
 #include <QMap>
 #include <QtEndian>
 
 #include <initializer_list>
 
-namespace made_fonts {
+namespace samples {
 
 namespace {
 
@@ -76,7 +76,7 @@ QByteArray TopDict(int charStrings, int privateDict)
 
 } // namespace
 
-QByteArray Composite(const QVector<int>& parts)
+QByteArray GlyphOfGlyphs(const QVector<int>& parts)
 {
     constexpr int offsetsArePlaces = 0x2;
     constexpr int moreFollow = 0x20;
@@ -86,7 +86,7 @@ QByteArray Composite(const QVector<int>& parts)
     return Filled(glyph);
 }
 
-QByteArray Outline(int points)
+QByteArray GlyphOfPoints(int points)
 {
     QByteArray flags; // on the outline; a short step to the right, or to the left; none upward
     for (int i = 0; i < points; ++i)
@@ -94,7 +94,7 @@ QByteArray Outline(int points)
     return Filled(U16({1, 0, 0, 100, 100, points - 1, 0}) + flags + QByteArray(points, '\x32'));
 }
 
-QByteArray TrueType(const QVector<QByteArray>& glyphs)
+QByteArray FontOfGlyphs(const QVector<QByteArray>& glyphs)
 {
     QByteArray glyf;
     QVector<int> places{0};
@@ -105,7 +105,16 @@ QByteArray TrueType(const QVector<QByteArray>& glyphs)
     return Font(glyf, places);
 }
 
-QByteArray TrueTypeOfOne(const QByteArray& glyph, int count)
+QByteArray FontOfNestedGlyphs(int depth, int times, const QByteArray& last)
+{
+    QVector<QByteArray> glyphs{QByteArray()};
+    for (int i = 1; i <= depth; ++i)
+        glyphs.append(GlyphOfGlyphs(QVector<int>(times, i + 1)));
+    glyphs.append(last);
+    return FontOfGlyphs(glyphs);
+}
+
+QByteArray FontOfOneGlyph(const QByteArray& glyph, int count)
 {
     QVector<int> places;
     for (int i = 0; i <= count; ++i)
@@ -116,6 +125,7 @@ QByteArray TrueTypeOfOne(const QByteArray& glyph, int count)
 QByteArray CffOfCalls(int calls)
 {
     constexpr int depth = 9;
+    constexpr int callers = 200;
     constexpr char callSubroutine = 29;
     constexpr char firstNumber = 32; // of subroutine 0
     QVector<QByteArray> subroutines;
@@ -125,10 +135,10 @@ QByteArray CffOfCalls(int calls)
     subroutines.append("\x0b");
     const QByteArray before = QByteArray("\1\0\4\4", 4) + Index({"A"});
     const QByteArray behind = Index({}) + Index(subroutines);
-    const QByteArray charStrings =
-        Index({"\x0e", QByteArray().append(firstNumber).append(callSubroutine).append('\x0e')});
+    const QByteArray caller = QByteArray().append(firstNumber).append(callSubroutine).append('\x0e');
+    const QByteArray charStrings = Index(QVector<QByteArray>{"\x0e"} + QVector<QByteArray>(callers, caller));
     const int start = before.size() + TopDict(0, 0).size() + behind.size();
     return before + TopDict(start, start + charStrings.size()) + behind + charStrings;
 }
 
-} // namespace made_fonts
+} // namespace samples
