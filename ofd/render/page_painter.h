@@ -66,6 +66,9 @@ private:
 
     // In the painter's own space; the outline must not be shared with other threads.
     void FillShape(const QPainterPath& outline, const Paint& paint, const Around& around);
+    void FillDensely(const QPainterPath& outline, const Paint& paint, const Around& around);
+    void FillWithTexture(const QPainterPath& outline, const Paint& paint, const Around& around);
+    QImage TextureWithin(const Paint& paint, const Around& around, const QRect& box, const QRectF& filled);
     void StrokeShape(const QPainterPath& outline, const StrokeStyle& style, const Paint& paint, const Around& around);
     QPen PenOf(const StrokeStyle& style, const QPainterPath& outline) const;
     // The line counts as work with its own width, which the pen's may be above on the screen.
@@ -84,6 +87,7 @@ private:
     void PaintCell(const Pattern& pattern, const Resources& resources, const QTransform& toPixels);
 
     static bool NeedsLayer(const GraphicObject& object);
+    static QColor SeenColor(const Paint& paint, const Around& around);
     static bool Covers(const Paint& paint, const Around& around);
     void PaintApart(const Around& around);
     static std::optional<QRectF> BoundsPx(const Around& around);

@@ -22,9 +22,12 @@ constexpr double LongEdgeRows = 100;
 constexpr double FreeCrossings = 4; // as small shapes have
 constexpr double MostCrossings = 100;
 constexpr double MostCrossingsPerPixel = 0.25; // edges in the same pixel are one thing to search
-constexpr double ThinLinePx = 1.2;
-constexpr double ThinPixelCost = 40; // along a thin line, which needs no outline of its own
+constexpr double SinglePixelCost = 40;         // along a line that the painter makes without an outline
 constexpr double ClipEdgeCost = 2;
+constexpr double DenseFrom = 5e6; // where edges that cross cost less, it does not matter
+constexpr double DenseElementCost = 100;
+constexpr double DenseCellCost = 100; // a pixel that an edge crosses
+constexpr double DensePixelCost = 8;  // any pixel of the box
 constexpr int MeshCornersAsked = 128;
 constexpr double MeshLayers = 64;
 
@@ -126,6 +129,25 @@ double CostOf(const Measure& measure, const WorkGround& ground, double pixelCost
            ground.clipEdges * ClipEdgeCost;
 }
 
+// Of finding out first what the outline covers.
+double DenseCostOf(const Measure& measure, const WorkGround& ground, double pixelCost)
+{
+    return measure.elements * DenseElementCost + measure.along * DenseCellCost +
+           AreaOf(measure.box) * (DensePixelCost + pixelCost) + ground.clipEdges * ClipEdgeCost;
+}
+
+ShapeCost QuickerCostOf(const Measure& measure, const WorkGround& ground, double pixelCost)
+{
+    ShapeCost cost;
+    cost.units = CostOf(measure, ground, pixelCost);
+    if (measure.box.isEmpty() || EdgesCost(measure.rows, measure.elements, measure.box) < DenseFrom)
+        return cost;
+    const double denseUnits = DenseCostOf(measure, ground, pixelCost);
+    cost.isDense = denseUnits < cost.units;
+    cost.units = std::min(cost.units, denseUnits);
+    return cost;
+}
+
 } // namespace
 
 double AreaOf(const QRectF& rect)
@@ -133,26 +155,31 @@ double AreaOf(const QRectF& rect)
     return rect.isEmpty() ? 0 : rect.width() * rect.height();
 }
 
-double FillCost(const QPainterPath& outline, const QTransform& toPixels, const WorkGround& ground, double pixelCost)
+ShapeCost FillCost(const QPainterPath& outline, const QTransform& toPixels, const WorkGround& ground, double pixelCost)
 {
-    return CostOf(MeasureOf(outline, toPixels * ground.toStandard, ground.reach, 0), ground, pixelCost);
+    return QuickerCostOf(MeasureOf(outline, toPixels * ground.toStandard, ground.reach, 0), ground, pixelCost);
 }
 
-double StrokeCost(const QPainterPath& outline, double width, double dashes, const QTransform& toPixels,
-                  const WorkGround& ground, double pixelCost)
+ShapeCost StrokeCost(const QPainterPath& outline, const LineFacts& line, const QTransform& toPixels,
+                     const WorkGround& ground, double pixelCost)
 {
     const QTransform toStandard = toPixels * ground.toStandard;
-    const double widthPx = std::max(1.0, width * ScaleOf(toStandard));
-    Measure line = MeasureOf(outline, toStandard, ground.reach, widthPx);
-    const double around = line.box.width() + line.box.height();
-    const double pieces = line.elements + 2 * dashes;
-    if (widthPx <= ThinLinePx)
-        return line.along * (ThinPixelCost + pixelCost) + pieces * StrokeElementCost;
-    // Two sides, and at each corner and end of a dash as much again as the line is wide.
+    const double widthPx = std::max(1.0, line.width * ScaleOf(toStandard));
+    Measure measure = MeasureOf(outline, toStandard, ground.reach, widthPx);
+    const double around = measure.box.width() + measure.box.height();
+    const double pieces = measure.elements + 2 * line.dashes;
+    // At each corner and end of a dash as much again as the line is wide.
     const double ends = pieces * std::min(2 * widthPx, around);
-    line.area = std::min(AreaOf(line.box), (line.along + ends) * widthPx);
-    line.rows = 2 * line.rows + ends;
-    return CostOf(line, ground, pixelCost) + pieces * StrokeElementCost;
+    if (line.isOneByOne)
+        return {measure.along * SinglePixelCost + (measure.along + ends) * widthPx * pixelCost +
+                    pieces * StrokeElementCost,
+                false};
+    measure.area = std::min(AreaOf(measure.box), (measure.along + ends) * widthPx);
+    measure.rows = 2 * measure.rows + ends; // two sides
+    measure.along = 2 * measure.along + ends;
+    ShapeCost cost = QuickerCostOf(measure, ground, pixelCost);
+    cost.units += pieces * StrokeElementCost;
+    return cost;
 }
 
 double ClipCost(const QPainterPath& outline, const QTransform& toPixels, WorkGround& ground)

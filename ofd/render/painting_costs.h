@@ -34,12 +34,26 @@ constexpr double GradientPixel = 45;
 constexpr double ObjectCost = 800;
 constexpr double GlyphCost = 600;
 
+// The work of an outline, in the way that is quicker for it.
+struct ShapeCost
+{
+    double units = 0;
+    bool isDense = false; // it is quicker to find out what it covers first: its edges cross many others in their rows
+};
+
+// What the work of a line depends on besides its outline.
+struct LineFacts
+{
+    double width = 0;        // in the outline's own space
+    double dashes = 0;       // along it
+    bool isOneByOne = false; // the painter makes straight pieces that hang together with no other one by one
+};
+
 double AreaOf(const QRectF& rect);
 // `toPixels` maps the outline to pixels of the device.
-double FillCost(const QPainterPath& outline, const QTransform& toPixels, const WorkGround& ground, double pixelCost);
-// `width` is that of the line in the outline's own space; `dashes` is how many there are along it.
-double StrokeCost(const QPainterPath& outline, double width, double dashes, const QTransform& toPixels,
-                  const WorkGround& ground, double pixelCost);
+ShapeCost FillCost(const QPainterPath& outline, const QTransform& toPixels, const WorkGround& ground, double pixelCost);
+ShapeCost StrokeCost(const QPainterPath& outline, const LineFacts& line, const QTransform& toPixels,
+                     const WorkGround& ground, double pixelCost);
 // Cutting to an outline; the ground becomes what is left.
 double ClipCost(const QPainterPath& outline, const QTransform& toPixels, WorkGround& ground);
 // Making the pixels of a mesh in a box of standard pixels.

@@ -1,4 +1,5 @@
 // How a page's painter paints paths, and fills and strokes outlines with whatever paint.
+#include "coverage.h"
 #include "page_painter.h"
 #include "painting_tools.h"
 #include "painting_work.h"
@@ -15,7 +16,6 @@ namespace ofd {
 namespace {
 
 constexpr double ThinnestLinePx = 0.7; // thinner lines would fade away on the screen
-constexpr int ManyElements = 1000;     // of a line that is painted piece by piece
 constexpr double DotLength = 1e-3;     // of a dash that only its caps show, in widths of the line
 
 // The length of all lines of the outline; of curves that of their control points.
@@ -41,20 +41,35 @@ double DashesAlong(const QPainterPath& outline, const QPen& pen)
     return std::min(LengthOf(outline) / length * dashes.size(), limits::MaxDashesInLine);
 }
 
-// The subpaths of an outline.
-QVector<QPainterPath> PiecesOf(const QPainterPath& outline)
+// Whether the painter makes each straight piece by itself, which is fast: when none hangs together with another, and
+// they have neither gaps nor round ends.
+bool IsMadeOneByOne(const QPainterPath& outline, const QPen& pen)
 {
-    QVector<QPainterPath> pieces;
-    for (int i = 0; i < outline.elementCount(); ++i) {
-        const QPainterPath::Element element = outline.elementAt(i);
-        if (element.isMoveTo() || pieces.isEmpty())
-            pieces.append(QPainterPath(element));
-        else if (element.isLineTo())
-            pieces.last().lineTo(element);
-        else if (element.isCurveTo() && i + 2 < outline.elementCount())
-            pieces.last().cubicTo(element, outline.elementAt(i + 1), outline.elementAt(i + 2));
+    if (pen.style() != Qt::SolidLine || pen.capStyle() == Qt::RoundCap || outline.elementCount() % 2)
+        return false;
+    for (int i = 0; i < outline.elementCount(); i += 2) {
+        if (!outline.elementAt(i).isMoveTo() || !outline.elementAt(i + 1).isLineTo())
+            return false;
     }
-    return pieces;
+    return true;
+}
+
+QPainterPath MappedShape(const QPainterPath& outline, const QTransform& transform)
+{
+    QPainterPath mapped = transform.map(outline);
+    mapped.setFillRule(outline.fillRule());
+    return mapped;
+}
+
+// The colour wherever something is covered, as strong as it is covered.
+QImage Colored(QImage coverage, const QColor& color)
+{
+    QVector<QRgb> strengths;
+    for (int i = 0; i < 256; ++i)
+        strengths.append(qRgba(color.red(), color.green(), color.blue(), qRound(color.alpha() * i / 255.0)));
+    coverage.reinterpretAsFormat(QImage::Format_Indexed8);
+    coverage.setColorTable(strengths);
+    return coverage;
 }
 
 } // namespace
@@ -66,6 +81,13 @@ bool ContentPainter::Covers(const Paint& paint, const Around& around)
            around.object.blendMode == BlendMode::Normal;
 }
 
+QColor ContentPainter::SeenColor(const Paint& paint, const Around& around)
+{
+    QColor color = paint.color;
+    color.setAlphaF(color.alphaF() * around.alpha);
+    return color;
+}
+
 double ContentPainter::PixelCostOf(const Paint& paint, const Around& around)
 {
     if (around.object.blendMode != BlendMode::Normal)
@@ -75,25 +97,52 @@ double ContentPainter::PixelCostOf(const Paint& paint, const Around& around)
 
 void ContentPainter::FillShape(const QPainterPath& outline, const Paint& paint, const Around& around)
 {
-    if (!work.Take(FillCost(outline, painter->worldTransform(), ground, PixelCostOf(paint, around))))
+    const ShapeCost cost = FillCost(outline, painter->worldTransform(), ground, PixelCostOf(paint, around));
+    if (!work.Take(cost.units))
         return;
-    if (paint.IsColor()) {
-        QColor color = paint.color;
-        color.setAlphaF(color.alphaF() * around.alpha);
-        painter->fillPath(outline, color);
-        return;
-    }
-    QPainterPath inPixels = painter->worldTransform().map(outline);
-    inPixels.setFillRule(outline.fillRule());
+    if (cost.isDense)
+        FillDensely(outline, paint, around);
+    else if (paint.IsColor())
+        painter->fillPath(outline, SeenColor(paint, around));
+    else
+        FillWithTexture(outline, paint, around);
+}
+
+// What it covers is found out first, and then coloured.
+void ContentPainter::FillDensely(const QPainterPath& outline, const Paint& paint, const Around& around)
+{
+    const QPainterPath inPixels = MappedShape(outline, painter->worldTransform());
     const QRectF filled = inPixels.controlPointRect();
-    if (!work.Take(TextureCostOf(paint, around, filled)))
-        return;
-    const QScopedValueRollback<WorkGround> groundAround(ground);
-    ground.reach &= ground.toStandard.mapRect(filled);
     const QRect box = PixelsWithin(filled, VisiblePixels(*painter));
     if (box.isEmpty())
         return;
-    const QImage texture = TextureOf(paint, around, box, filled);
+    QImage covered = CoverageOf(inPixels, box, isCancelled);
+    if (covered.isNull())
+        return;
+    if (!paint.IsColor()) {
+        QImage texture = TextureWithin(paint, around, box, filled);
+        if (texture.isNull())
+            return;
+        QPainter cutter(&texture);
+        cutter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+        cutter.drawImage(0, 0, covered);
+        cutter.end();
+        covered = texture;
+    } else {
+        covered = Colored(std::move(covered), SeenColor(paint, around));
+    }
+    const PainterScope scope(*painter);
+    painter->setWorldTransform(QTransform());
+    painter->setOpacity(paint.IsColor() ? 1 : paint.color.alphaF() * around.alpha);
+    painter->drawImage(box.topLeft(), covered);
+}
+
+void ContentPainter::FillWithTexture(const QPainterPath& outline, const Paint& paint, const Around& around)
+{
+    const QPainterPath inPixels = MappedShape(outline, painter->worldTransform());
+    const QRectF filled = inPixels.controlPointRect();
+    const QRect box = PixelsWithin(filled, VisiblePixels(*painter));
+    const QImage texture = TextureWithin(paint, around, box, filled);
     if (texture.isNull())
         return;
     const PainterScope scope(*painter);
@@ -102,6 +151,16 @@ void ContentPainter::FillShape(const QPainterPath& outline, const Paint& paint, 
     QBrush brush(texture);
     brush.setTransform(QTransform::fromTranslate(box.x(), box.y()));
     painter->fillPath(inPixels, brush);
+}
+
+// Counted as work, what it covers included.
+QImage ContentPainter::TextureWithin(const Paint& paint, const Around& around, const QRect& box, const QRectF& filled)
+{
+    if (!work.Take(TextureCostOf(paint, around, filled)))
+        return QImage();
+    const QScopedValueRollback<WorkGround> groundAround(ground);
+    ground.reach &= ground.toStandard.mapRect(filled);
+    return box.isEmpty() ? QImage() : TextureOf(paint, around, box, filled);
 }
 
 QPen ContentPainter::PenOf(const StrokeStyle& style, const QPainterPath& outline) const
@@ -136,25 +195,23 @@ void ContentPainter::StrokeShape(const QPainterPath& outline, const StrokeStyle&
 void ContentPainter::StrokeWith(const QPen& pen, double width, const QPainterPath& outline, const Paint& paint,
                                 const Around& around)
 {
-    const double cost = StrokeCost(outline, width, DashesAlong(outline, pen), painter->worldTransform(), ground,
-                                   PixelCostOf(paint, around));
-    if (!work.Take(cost))
+    const bool isOneByOne = IsMadeOneByOne(outline, pen);
+    const QTransform toPixels = painter->worldTransform();
+    const LineFacts facts{width, DashesAlong(outline, pen), isOneByOne};
+    const ShapeCost cost = StrokeCost(outline, facts, toPixels, ground, PixelCostOf(paint, around));
+    if (!work.Take(cost.units))
         return;
-    if (paint.IsColor()) {
+    // Where pieces made one by one lie over each other, translucent ones would show twice.
+    const bool isOneShape = !paint.IsColor() || (isOneByOne && !Covers(paint, around));
+    if (cost.isDense) {
+        FillDensely(LineAround(outline, pen, ScaleOf(toPixels)), paint, around);
+    } else if (isOneShape) {
+        FillShape(LineAround(outline, pen, ScaleOf(toPixels)), paint, around);
+    } else {
         QPen colored = pen;
-        QColor color = paint.color;
-        color.setAlphaF(color.alphaF() * around.alpha);
-        colored.setBrush(color);
-        // The rasterizer's time grows with what crosses a row of pixels.
-        if (outline.elementCount() < ManyElements || !Covers(paint, around)) {
-            painter->strokePath(outline, colored);
-            return;
-        }
-        for (const QPainterPath& piece : PiecesOf(outline))
-            painter->strokePath(piece, colored);
-        return;
+        colored.setBrush(SeenColor(paint, around));
+        painter->strokePath(outline, colored);
     }
-    FillShape(LineAround(outline, pen, ScaleOf(painter->worldTransform())), paint, around);
 }
 
 void ContentPainter::PaintPath(const PathObject& object, const Around& around)
