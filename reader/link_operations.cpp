@@ -14,6 +14,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QMessageBox>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
@@ -32,6 +33,15 @@ QString SuggestedName(const G_AttachmentInfo& attachment)
     while (name.startsWith(QLatin1Char('.')))
         name.remove(0, 1);
     return name.isEmpty() ? QStringLiteral("attachment") : name;
+}
+
+// Files of its kind first, so that a name typed without an ending gets that of the attachment.
+QString FilterFor(const QString& name)
+{
+    static const QRegularExpression plain(QStringLiteral("^\\w+$"));
+    const QString ending = QFileInfo(name).suffix();
+    const QString all = GP_LinkCommand::tr("All files (*)");
+    return plain.match(ending).hasMatch() ? QStringLiteral("*.%1;;%2").arg(ending, all) : all;
 }
 
 bool WriteTo(const QString& path, IG_Document* document, int index)
@@ -63,8 +73,9 @@ QString SaveAttachment(ReaderContext* context, IG_Document* document, int index)
 {
     const G_AttachmentInfo attachment = document->GetAttachment(index);
     const QDir folder(QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
-    const QString path = context->AskSavePath(GP_LinkCommand::tr("Save Attachment"),
-                                              folder.filePath(SuggestedName(attachment)), QString());
+    const QString name = SuggestedName(attachment);
+    const QString path =
+        context->AskSavePath(GP_LinkCommand::tr("Save Attachment"), folder.filePath(name), FilterFor(name));
     if (path.isEmpty())
         return QString();
     const int place = document->GetAttachmentIndexById(attachment.id); // the list may have changed meanwhile

@@ -287,6 +287,10 @@
 <context>
     <name>GP_LinkCommand</name>
     <message>
+        <source>All files (*)</source>
+        <translation>所有文件 (*)</translation>
+    </message>
+    <message>
         <source>The attachment cannot be opened.</source>
         <translation>无法打开附件。</translation>
     </message>

@@ -54,6 +54,7 @@ QString ScriptedReaderContext::AskSavePath(const QString& title, const QString& 
     if (savePath.isEmpty())
         QTest::qFail(qPrintable("unexpected file dialog: " + title), __FILE__, __LINE__);
     proposedPath = path;
+    proposedFilter = filter;
     return savePath;
 }
 

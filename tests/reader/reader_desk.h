@@ -30,6 +30,7 @@ public:
     // The real dialog asks for paths; the test answers that.
     void UseRealFileDialog() { hasRealFileDialog = true; }
     QString ProposedPath() const { return proposedPath; }
+    QString ProposedFilter() const { return proposedFilter; }
     void Answer(int button) { answers << button; }
     QStringList Texts() const { return texts; }
     int PendingAnswers() const { return answers.size(); }
@@ -40,6 +41,7 @@ private:
     bool hasRealFileDialog = false;
     QString savePath;
     QString proposedPath;
+    QString proposedFilter;
     int dots = 0;
     QList<int> answers;
     QStringList texts;

@@ -263,6 +263,10 @@ void TestReaderAttachments::anotherKindOfFileIsOnlyOfferedToBeSaved()
     QTRY_VERIFY(QFile::exists(target));
     QVERIFY(!QFileInfo(target).isExecutable());
     QVERIFY(desk.desk.Context()->Texts().isEmpty());
+    const QString filter = desk.desk.Context()->ProposedFilter();
+    QCOMPARE(filter, QString("*.sh;;All files (*)"));
+    QCOMPARE(WithEnding("/a/run", filter.section(";;", 0, 0)), QString("/a/run.sh"));
+    QCOMPARE(WithEnding("/a/run", filter.section(";;", 1)), QString("/a/run"));
 }
 
 void TestReaderAttachments::namesGetTheEndingOfTheirFilter_data()
