@@ -168,10 +168,12 @@ constexpr unsigned MaxFontNames = 4096;
 constexpr int MaxFontTables = 256;
 // Glyphs that an embedded font puts a glyph together from, counted as often as they are used. Quietly: it is empty.
 constexpr int MaxGlyphParts = 1000;
-// Points of the glyphs that all embedded fonts of a document have beyond so many each: a few kilobytes can be sixty
-// thousand glyphs of as many points. Quietly: the glyphs that come after that are empty.
+// Points of the glyphs that all embedded fonts of a document have beyond so many each, at least, and more for each byte
+// of the fonts in the file: a few kilobytes can be sixty thousand glyphs of as many points, but a font that was drawn
+// with a brush has thousands honestly. Quietly: the glyphs that come after that are empty.
 constexpr int FreeGlyphPoints = 500;
 constexpr qint64 MaxHeavyGlyphPoints = 4'000'000;
+constexpr int HeavyGlyphPointsPerByte = 2;
 // Points that each part of a glyph counts as, and each microsecond that a glyph takes which has no outline in the end,
 // or which takes so many: an ordinary one takes a hundredth of that.
 constexpr int PointsOfGlyphPart = 4;

@@ -3,7 +3,7 @@
 #include "image_decoder.h"
 
 #include <ofd/model/problem_log.h>
-#include <ofd/package/package.h>
+#include <ofd/package/packed_size.h>
 
 #include <QCoreApplication>
 
@@ -14,12 +14,6 @@ namespace ofd {
 namespace {
 
 constexpr int CachedKilobytes = 256 << 10;
-
-qint64 PackedSizeOf(const Package& package, const QString& part)
-{
-    const int entry = package.FindEntry(part);
-    return entry < 0 ? 0 : package.GetDirectory().entries[size_t(entry)].compressedSize;
-}
 
 } // namespace
 

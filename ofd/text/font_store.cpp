@@ -7,7 +7,7 @@
 #include <ofd/model/problem_log.h>
 #include <ofd/model/resources.h>
 #include <ofd/package/limits.h>
-#include <ofd/package/package.h>
+#include <ofd/package/packed_size.h>
 
 #include <QCoreApplication>
 
@@ -97,6 +97,7 @@ std::shared_ptr<const FontFace> FontStore::Embedded(const Package& package, cons
         fontBytes += size;
         const PartData data = package.Read(part);
         isCollection = data.bytes.startsWith("ttcf");
+        glyphBudget->Grant(PackedSizeOf(package, part));
         if (!data.error)
             face = FontFace::FromBytes(data.bytes, {font.fontName, font.familyName}, glyphBudget);
     }

@@ -16,6 +16,8 @@ class GlyphBudget
 public:
     // A glyph of so many points, or what takes as long.
     void Take(qint64 points) { left -= std::max<qint64>(0, points - limits::FreeGlyphPoints); }
+    // For a font of so many bytes in the file.
+    void Grant(qint64 packedBytes) { left += packedBytes * limits::HeavyGlyphPointsPerByte; }
     bool IsSpent() const { return left < 0; }
 
 private:

@@ -32,6 +32,7 @@ private slots:
     void aGlyphThatContainsItselfIsEmpty();
     void glyphsOfVeryManyPointsAreDrawnUpToTheLimit();
     void theFontsOfADocumentShareTheLimit();
+    void aLargeFontMayHaveMorePoints();
     void ordinaryGlyphsAreNotCounted();
     void glyphsThatCallSubroutinesWithoutEndSpendTheLimit();
 };
@@ -94,6 +95,17 @@ void TestFontLimits::theFontsOfADocumentShareTheLimit()
     const auto second = FontFace::FromBytes(heavy, {}, budget);
     QCOMPARE(Drawn(*second, 0, 2000), 0);
     QVERIFY(!FontFace::FromBytes(heavy)->OutlineOf(0).isEmpty()); // of another document
+}
+
+void TestFontLimits::aLargeFontMayHaveMorePoints()
+{
+    constexpr int points = 2000;
+    constexpr int count = 8000; // as of a brush; half of them are there
+    const QByteArray font = samples::FontOfOneGlyph(samples::GlyphOfPoints(points), count);
+    QVERIFY(Drawn(*FontFace::FromBytes(font), 0, count) < count / 2);
+    const auto budget = std::make_shared<ofd::GlyphBudget>();
+    budget->Grant(qint64(points) * count / 2); // each point takes more than a byte, if no two glyphs are alike
+    QCOMPARE(Drawn(*FontFace::FromBytes(font, {}, budget), 0, count), count / 2);
 }
 
 void TestFontLimits::ordinaryGlyphsAreNotCounted()
