@@ -56,12 +56,19 @@ char Folded(char c)
     return c >= 'A' && c <= 'Z' ? char(c + ('a' - 'A')) : c;
 }
 
+// Some writers put commas between numbers.
+std::string Separated(std::string_view text)
+{
+    std::string separated(text);
+    std::replace(separated.begin(), separated.end(), ',', ' ');
+    return separated;
+}
+
 // Exactly that many numbers, between blanks or commas; nothing when there are fewer, more, or a bad one.
 template <int Count>
 bool ParseExactly(std::string_view text, double (&values)[Count])
 {
-    std::string separated(text);
-    std::replace(separated.begin(), separated.end(), ',', ' ');
+    const std::string separated = Separated(text);
     const std::vector<std::string_view> words = SplitWords(separated);
     if (int(words.size()) != Count)
         return false;
@@ -149,7 +156,8 @@ std::optional<QRectF> ParseBox(std::string_view text)
 
 std::optional<QVector<double>> ParseArray(std::string_view text, bool* isAllRead)
 {
-    const std::vector<std::string_view> words = SplitWords(text);
+    const std::string separated = Separated(text);
+    const std::vector<std::string_view> words = SplitWords(separated);
     if (words.size() > size_t(limits::MaxArrayItems))
         return std::nullopt;
     QVector<double> values;

@@ -321,6 +321,7 @@ void TestXml::boxesPositionsAndArrays()
     QVERIFY(!ParseBox("0 0 nan 297"));
     QCOMPARE(ParsePosition("3 4"), std::optional<QPointF>(QPointF(3, 4)));
     QCOMPARE(ParseArray("1 x 2.5"), std::optional<QVector<double>>(QVector<double>({1, 0, 2.5})));
+    QCOMPARE(ParseArray("1,2.5, 3"), std::optional<QVector<double>>(QVector<double>({1, 2.5, 3})));
     QCOMPARE(ParseArray("  "), std::optional<QVector<double>>(QVector<double>()));
 }
 
