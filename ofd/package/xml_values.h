@@ -24,8 +24,8 @@ std::optional<bool> ParseBoolean(std::string_view text);
 std::optional<QPointF> ParsePosition(std::string_view text);
 // "x y width height"; width and height may be negative.
 std::optional<QRectF> ParseBox(std::string_view text);
-// Numbers between blanks or commas; items that are no numbers become 0 so that places are kept, and `isAllRead`, which may be
-// null, becomes false. Nothing when it is too long.
+// Numbers between blanks or commas; items that are no numbers become 0 so that places are kept, and `isAllRead`, which
+// may be null, becomes false. Nothing when it is too long.
 std::optional<QVector<double>> ParseArray(std::string_view text, bool* isAllRead = nullptr);
 // Words between blanks.
 std::vector<std::string_view> SplitWords(std::string_view text);

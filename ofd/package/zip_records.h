@@ -32,7 +32,7 @@ constexpr quint16 MethodDeflated = 8;
 
 constexpr quint16 Zip64ExtraId = 1;
 constexpr quint16 AlignmentExtraId = 0xd935; // takes room, so that data lies where it is wanted
-constexpr quint32 Saturated32 = 0xffffffff; // the value stands in the zip64 extra block
+constexpr quint32 Saturated32 = 0xffffffff;  // the value stands in the zip64 extra block
 constexpr quint16 Saturated16 = 0xffff;
 
 quint16 Get16(const char* at);
