@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr int MostPlaces = 100;
+constexpr size_t MostPlaces = 100;
 constexpr double SameMm = 1; // closer together are the same place
 constexpr float SamePercent = 0.01F;
 
@@ -69,13 +69,13 @@ bool ViewHistory::IsSamePlace(const Step& a, const Step& b)
     return a.place.page == b.place.page && (a.place.cornerMm - b.place.cornerMm).manhattanLength() < SameMm;
 }
 
-void ViewHistory::Append(QVector<Step>& steps, const Step& step)
+void ViewHistory::Append(std::vector<Step>& steps, const Step& step)
 {
-    if (!steps.isEmpty() && IsSamePlace(steps.last(), step))
-        steps.removeLast();
-    steps.append(step);
+    if (!steps.empty() && IsSamePlace(steps.back(), step))
+        steps.pop_back();
+    steps.push_back(step);
     if (steps.size() > MostPlaces)
-        steps.removeFirst();
+        steps.erase(steps.begin());
 }
 
 void ViewHistory::OnJumping()
@@ -89,8 +89,8 @@ void ViewHistory::OnJumping()
 
 void ViewHistory::OnJumped()
 {
-    if (!isMoving && !before.isEmpty())
-        before.last().changesZoom = !IsSameZoom(before.last().zoom, ZoomOf(*view));
+    if (!isMoving && !before.empty())
+        before.back().changesZoom = !IsSameZoom(before.back().zoom, ZoomOf(*view));
 }
 
 void ViewHistory::GoBack()
@@ -111,17 +111,18 @@ void ViewHistory::Forget()
 }
 
 // A jump may have led to where the view was, and pages may be gone: such places are passed over.
-void ViewHistory::Move(QVector<Step>& from, QVector<Step>& to)
+void ViewHistory::Move(std::vector<Step>& from, std::vector<Step>& to)
 {
     Step here = Here();
     const auto leadsNowhere = [&here, this](const Step& step) {
         const bool isZoomed = step.changesZoom && !IsSameZoom(step.zoom, here.zoom);
         return (IsSamePlace(step, here) && !isZoomed) || !view->Page(step.place.page);
     };
-    while (!from.isEmpty() && leadsNowhere(from.last()))
-        from.removeLast();
-    if (!from.isEmpty()) {
-        const Step target = from.takeLast();
+    while (!from.empty() && leadsNowhere(from.back()))
+        from.pop_back();
+    if (!from.empty()) {
+        const Step target = from.back();
+        from.pop_back();
         here.changesZoom = target.changesZoom;
         Append(to, here);
         isMoving = true;

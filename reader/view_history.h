@@ -4,7 +4,8 @@
 
 #include <QObject>
 #include <QPointF>
-#include <QVector>
+
+#include <vector>
 
 // A place in a document: where the view's top left corner lies on its current page.
 struct ViewPlace
@@ -35,8 +36,8 @@ class ViewHistory : public QObject
     Q_OBJECT
 public:
     explicit ViewHistory(G_DocView* view);
-    bool CanGoBack() const { return !before.isEmpty(); }
-    bool CanGoForward() const { return !after.isEmpty(); }
+    bool CanGoBack() const { return !before.empty(); }
+    bool CanGoForward() const { return !after.empty(); }
     void GoBack();
     void GoForward();
     // What led to the first place that the user sees is no jump of his.
@@ -54,13 +55,13 @@ private:
     };
     Step Here() const;
     static bool IsSamePlace(const Step& a, const Step& b);
-    static void Append(QVector<Step>& steps, const Step& step);
+    static void Append(std::vector<Step>& steps, const Step& step);
     void OnJumping();
     void OnJumped();
-    void Move(QVector<Step>& from, QVector<Step>& to);
+    void Move(std::vector<Step>& from, std::vector<Step>& to);
 
     G_DocView* view; // not owned
-    QVector<Step> before;
-    QVector<Step> after;
+    std::vector<Step> before;
+    std::vector<Step> after;
     bool isMoving = false;
 };
