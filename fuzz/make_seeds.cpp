@@ -148,6 +148,7 @@ void AddTexts(SeedWriter& seeds)
     for (const char* json : {"{\"a\":[1,{\"b\":\"c\"}]}", "[true,false,null,-1.5e3,\"\\u4e2d\\n\"]", "{}"})
         seeds.Add("fuzz_json", json);
     seeds.Add("fuzz_text_form", "page 210 297\nbookmark \"Name\" index=0\n");
+    seeds.Add("fuzz_text_form", "attachment a xml 60106 9\n"); // of 60 MB
     seeds.Add("fuzz_path_data", "M 0 0 L 10 10 Q 1 1 2 2 B 1 1 2 2 3 3 A 5 5 0 0 1 8 8 C");
     seeds.Add("fuzz_values", "g 3 1.5 2 g 2 -1");
     seeds.Add("fuzz_values", "../Res/./font.ttf");

@@ -333,9 +333,10 @@ bool TextForm::Attachment()
     info.format = GQ_ToCAS(format);
     info.size = sizeKb;
     info.visible = hidden.isEmpty();
-    QByteArray data(qRound(sizeKb * 1024), Qt::Uninitialized);
-    for (int i = 0; i < data.size(); ++i)
-        data[i] = static_cast<char>('a' + i % 26);
+    const QByteArray alphabet = "abcdefghijklmnopqrstuvwxyz";
+    const int size = qRound(sizeKb * 1024);
+    QByteArray data = alphabet.repeated(size / alphabet.size() + 1); // many bytes at a time: it may be many
+    data.truncate(size);
     document->AddAttachmentData(info, data);
     return true;
 }

@@ -1,5 +1,6 @@
 #include <frame/base/converters.h>
 #include <frame/document/memory_document.h>
+#include <tests/support/byte_streams.h>
 #include <tests/support/test_main.h>
 #include <tests/support/tree_dump.h>
 
@@ -171,6 +172,14 @@ void TestMemoryTextForm::attachmentsHaveContentOfTheirSize()
     QVERIFY(document->GetAttachment(1).format.IsEmpty());
     QVERIFY(!document->GetAttachment(1).visible);
     QCOMPARE(document->GetAttachment(1).id, 4); // a taken id is replaced
+    BytesWriter first;
+    QVERIFY(document->WriteAttachment(0, &first));
+    QCOMPARE(first.bytes.size(), 1536);
+    QVERIFY(first.bytes.startsWith("abcdefghijklmnopqrstuvwxyzabc"));
+    QVERIFY(first.bytes.endsWith("zab")); // 1536 % 26 == 2
+    BytesWriter second;
+    QVERIFY(document->WriteAttachment(1, &second));
+    QVERIFY(second.bytes.isEmpty());
 }
 
 void TestMemoryTextForm::aDeepOutlineIsRead()
