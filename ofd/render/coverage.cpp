@@ -15,7 +15,8 @@ namespace {
 // Of a piece that is done at once, at 16 bytes each and 8 more to sort them. The rasterizer leaves out what is beyond
 // four millions.
 constexpr double MaxCells = 2e6;
-constexpr int SmallestSide = 8; // of a piece
+constexpr int SmallestSide = 8;     // of a piece
+constexpr double CurveFineness = 8; // Qt makes edges that differ by a quarter of a pixel
 
 using Rasterizer = agg::rasterizer_scanline_aa<agg::rasterizer_sl_clip_dbl>; // whose coordinates do not overflow
 
@@ -31,6 +32,18 @@ double CellsOf(QPointF from, QPointF to, const QRectF& box)
     const double down = to.y() - from.y();
     const double across = std::abs(to.x() - from.x()) * (down > 0 ? (bottom - top) / down : 1);
     return bottom - top + std::min(across, box.width()) + 2;
+}
+
+// Curves become straight edges, fine enough that it does not show where rounding, which differs from tile to tile,
+// makes one more or less of them.
+QList<QPolygonF> Straightened(const QPainterPath& outline, const QPoint& origin)
+{
+    QList<QPolygonF> polygons = outline.toSubpathPolygons(QTransform::fromScale(CurveFineness, CurveFineness));
+    const QTransform back = QTransform::fromScale(1 / CurveFineness, 1 / CurveFineness) *
+                            QTransform::fromTranslate(-origin.x(), -origin.y());
+    for (QPolygonF& polygon : polygons)
+        polygon = back.map(polygon);
+    return polygons;
 }
 
 // Rasterizes outlines of straight edges into a picture, piece by piece.
@@ -142,7 +155,7 @@ QImage CoverageOf(const QPainterPath& outline, const QRect& box, const std::func
     if (image.isNull())
         return image;
     image.fill(0);
-    const QList<QPolygonF> polygons = outline.toSubpathPolygons(QTransform::fromTranslate(-box.left(), -box.top()));
+    const QList<QPolygonF> polygons = Straightened(outline, box.topLeft());
     return CoveragePainter(polygons, outline.fillRule(), isCancelled, image).Paint() ? image : QImage();
 }
 

@@ -176,6 +176,7 @@ ShapeCost StrokeCost(const QPainterPath& outline, const LineFacts& line, const Q
                 false};
     measure.area = std::min(AreaOf(measure.box), (measure.along + ends) * widthPx);
     measure.rows = 2 * measure.rows + ends; // two sides
+    measure.elements = int(pieces);
     measure.along = 2 * measure.along + ends;
     ShapeCost cost = QuickerCostOf(measure, ground, pixelCost);
     cost.units += pieces * StrokeElementCost;
