@@ -82,7 +82,8 @@ private:
     {
         QRect first = piece;
         QRect second = piece;
-        if (piece.height() >= piece.width()) {
+        // Edges beside a piece count in each of its rows: fewer rows help more than fewer columns.
+        if (piece.height() > SmallestSide || piece.height() >= piece.width()) {
             first.setHeight(piece.height() / 2);
             second.setTop(first.bottom() + 1);
         } else {

@@ -46,7 +46,7 @@ struct LineFacts
 {
     double width = 0;        // in the outline's own space
     double dashes = 0;       // along it
-    bool isOneByOne = false; // the painter makes straight pieces that hang together with no other one by one
+    bool isOneByOne = false; // each straight piece is painted by itself
 };
 
 double AreaOf(const QRectF& rect);

@@ -41,17 +41,26 @@ double DashesAlong(const QPainterPath& outline, const QPen& pen)
     return std::min(LengthOf(outline) / length * dashes.size(), limits::MaxDashesInLine);
 }
 
-// Whether the painter makes each straight piece by itself, which is fast: when none hangs together with another, and
-// they have neither gaps nor round ends.
-bool IsMadeOneByOne(const QPainterPath& outline, const QPen& pen)
+// Whether it is straight pieces alone that hang together with no other and have neither gaps nor round ends.
+bool IsOfSinglePieces(const QPainterPath& outline, const QPen& pen)
 {
-    if (pen.style() != Qt::SolidLine || pen.capStyle() == Qt::RoundCap || outline.elementCount() % 2)
+    if (pen.style() != Qt::SolidLine || pen.capStyle() == Qt::RoundCap)
         return false;
-    for (int i = 0; i < outline.elementCount(); i += 2) {
-        if (!outline.elementAt(i).isMoveTo() || !outline.elementAt(i + 1).isLineTo())
+    for (int i = 0; i < outline.elementCount(); ++i) {
+        const QPainterPath::Element element = outline.elementAt(i);
+        if (i % 2 ? !element.isLineTo() : !element.isMoveTo())
             return false;
     }
     return true;
+}
+
+// Left to itself the painter makes one outline of them all under a transform that stretches, which takes very long.
+void StrokeOneByOne(QPainter& painter, const QPainterPath& outline, const QPen& pen)
+{
+    const PainterScope scope(painter);
+    painter.setPen(pen);
+    for (int i = 0; i + 1 < outline.elementCount(); i += 2)
+        painter.drawLine(QPointF(outline.elementAt(i)), QPointF(outline.elementAt(i + 1)));
 }
 
 QPainterPath MappedShape(const QPainterPath& outline, const QTransform& transform)
@@ -59,6 +68,15 @@ QPainterPath MappedShape(const QPainterPath& outline, const QTransform& transfor
     QPainterPath mapped = transform.map(outline);
     mapped.setFillRule(outline.fillRule());
     return mapped;
+}
+
+// What of the texture is covered.
+QImage CutOut(QImage texture, const QImage& coverage)
+{
+    QPainter cutter(&texture);
+    cutter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    cutter.drawImage(0, 0, coverage);
+    return texture;
 }
 
 // The colour wherever something is covered, as strong as it is covered.
@@ -114,23 +132,17 @@ void ContentPainter::FillDensely(const QPainterPath& outline, const Paint& paint
     const QPainterPath inPixels = MappedShape(outline, painter->worldTransform());
     const QRectF filled = inPixels.controlPointRect();
     const QRect box = PixelsWithin(filled, VisiblePixels(*painter));
-    if (box.isEmpty())
-        return;
-    QImage covered = CoverageOf(inPixels, box, isCancelled);
-    if (covered.isNull())
-        return;
+    QImage texture;
     if (!paint.IsColor()) {
-        QImage texture = TextureWithin(paint, around, box, filled);
+        texture = TextureWithin(paint, around, box, filled); // it counts even where nothing of it is seen
         if (texture.isNull())
             return;
-        QPainter cutter(&texture);
-        cutter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-        cutter.drawImage(0, 0, covered);
-        cutter.end();
-        covered = texture;
-    } else {
-        covered = Colored(std::move(covered), SeenColor(paint, around));
     }
+    const QImage coverage = box.isEmpty() ? QImage() : CoverageOf(inPixels, box, isCancelled);
+    if (coverage.isNull())
+        return;
+    const QImage covered =
+        paint.IsColor() ? Colored(coverage, SeenColor(paint, around)) : CutOut(std::move(texture), coverage);
     const PainterScope scope(*painter);
     painter->setWorldTransform(QTransform());
     painter->setOpacity(paint.IsColor() ? 1 : paint.color.alphaF() * around.alpha);
@@ -195,23 +207,30 @@ void ContentPainter::StrokeShape(const QPainterPath& outline, const StrokeStyle&
 void ContentPainter::StrokeWith(const QPen& pen, double width, const QPainterPath& outline, const Paint& paint,
                                 const Around& around)
 {
-    const bool isOneByOne = IsMadeOneByOne(outline, pen);
+    // Translucent pieces that lie over each other would show twice: they are painted as one outline.
+    const bool isCovering = Covers(paint, around);
+    const bool isOneByOne = isCovering && IsOfSinglePieces(outline, pen);
     const QTransform toPixels = painter->worldTransform();
     const LineFacts facts{width, DashesAlong(outline, pen), isOneByOne};
     const ShapeCost cost = StrokeCost(outline, facts, toPixels, ground, PixelCostOf(paint, around));
     if (!work.Take(cost.units))
         return;
-    // Where pieces made one by one lie over each other, translucent ones would show twice.
-    const bool isOneShape = !paint.IsColor() || (isOneByOne && !Covers(paint, around));
-    if (cost.isDense) {
-        FillDensely(LineAround(outline, pen, ScaleOf(toPixels)), paint, around);
-    } else if (isOneShape) {
-        FillShape(LineAround(outline, pen, ScaleOf(toPixels)), paint, around);
-    } else {
+    if (isCovering && !cost.isDense) {
         QPen colored = pen;
         colored.setBrush(SeenColor(paint, around));
-        painter->strokePath(outline, colored);
+        if (isOneByOne)
+            StrokeOneByOne(*painter, outline, colored);
+        else
+            painter->strokePath(outline, colored);
+        return;
     }
+    const QPainterPath line = LineAround(outline, pen, ScaleOf(toPixels));
+    if (cost.isDense)
+        FillDensely(line, paint, around);
+    else if (paint.IsColor())
+        painter->fillPath(line, SeenColor(paint, around));
+    else
+        FillWithTexture(line, paint, around);
 }
 
 void ContentPainter::PaintPath(const PathObject& object, const Around& around)

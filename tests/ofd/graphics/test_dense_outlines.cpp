@@ -63,6 +63,18 @@ QByteArray Grid(double spacing)
     return data;
 }
 
+// Circles around each other.
+QByteArray Rings()
+{
+    QByteArray data;
+    for (double radius = 1; radius < 45; radius += 0.5) {
+        const QByteArray r = Number(radius) + ' ' + Number(radius);
+        data += "M " + Number(50 - radius) + " 50 A " + r + " 0 1 1 " + Number(50 + radius) + " 50 A " + r + " 0 1 1 " +
+                Number(50 - radius) + " 50 ";
+    }
+    return data;
+}
+
 } // namespace
 
 // Outlines of very many edges, as in hatchings, grids and the fine patterns of certificates.
@@ -76,6 +88,9 @@ private slots:
     void hundredsOfLinesInOneOutlineAreAllThere();
     void translucentLinesThatCrossShowOnce_data();
     void translucentLinesThatCrossShowOnce();
+    void thinTranslucentLinesThatCrossShowOnce_data();
+    void thinTranslucentLinesThatCrossShowOnce();
+    void thousandsOfLinesUnderAStretchingTransformAreLinesOneByOne();
     void clipsCutDenseOutlines();
     void aPartOfThePageIsPaintedAsTheWhole();
 };
@@ -104,7 +119,7 @@ void TestDenseOutlines::barsInOneOutlineLookAsTheyDoOneByOne()
     QVERIFY(ColourAt(together, 20, 50) != QColor(Qt::white)); // something is there
 }
 
-// A millimetre wide, five apart on a sheet: too much work they were once.
+// Half a millimetre wide, two apart: too much work they were once.
 void TestDenseOutlines::hundredsOfLinesInOneOutlineAreAllThere()
 {
     const QImage polyline = PaintPage(Path("M 0 1 " + QByteArray(Grid(2)).replace("M", "L"), "LineWidth=\"0.5\"",
@@ -133,6 +148,37 @@ void TestDenseOutlines::translucentLinesThatCrossShowOnce()
     QVERIFY(Shows(image, 1 + spacing / 2, 1 + spacing / 2, Qt::white));
 }
 
+void TestDenseOutlines::thinTranslucentLinesThatCrossShowOnce_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::newRow("one that hangs together") << QByteArray("M 10 10 L 90 90 L 90 10 L 10 90");
+    QTest::newRow("two, and a place without a line") << QByteArray("M 10 10 L 90 90 M 90 10 L 10 90 M 0 0");
+}
+
+void TestDenseOutlines::thinTranslucentLinesThatCrossShowOnce()
+{
+    QFETCH(QByteArray, data);
+    const QImage image = PaintPage(Path(data, "LineWidth=\"0.2\"", "<ofd:StrokeColor Value=\"0 0 0\" Alpha=\"128\"/>"));
+    int darkest = 255;
+    for (int x = -4; x <= 4; ++x)
+        darkest = std::min(darkest, ColourAt(image, 50 + x / 4.0, 50 + x / 4.0).red());
+    QVERIFY2(darkest >= 120 && darkest < 200, qPrintable(QString::number(darkest)));
+}
+
+void TestDenseOutlines::thousandsOfLinesUnderAStretchingTransformAreLinesOneByOne()
+{
+    QByteArray together;
+    QByteArray oneByOne;
+    const QByteArray attributes = "LineWidth=\"0.3\" CTM=\"1 0 0 1.001 0 0\"";
+    const QByteArray black = "<ofd:StrokeColor Value=\"0 0 0\"/>";
+    for (int i = 0; i < 3000; ++i) {
+        const QByteArray line = "M " + Number(i % 100) + " 2 L " + Number(i % 97) + " 90 ";
+        together += line;
+        oneByOne += Path(line, attributes, black);
+    }
+    QCOMPARE(PaintPage(Path(together, attributes, black)), PaintPage(oneByOne));
+}
+
 void TestDenseOutlines::clipsCutDenseOutlines()
 {
     const QByteArray clips = "<ofd:Clips><ofd:Clip><ofd:Area><ofd:Path Boundary=\"0 0 100 100\">"
@@ -149,8 +195,12 @@ void TestDenseOutlines::aPartOfThePageIsPaintedAsTheWhole()
 {
     OfdFile file = OfdFile::WithPages(1);
     file.Set(QStringLiteral("Doc_0/Pages/Page_0/Content.xml"),
-             PageXml(Path(Joined(Bars()), "Fill=\"true\" Stroke=\"false\"", Colour("0 0 0"))));
+             PageXml(Path(Joined(Bars()), "Fill=\"true\" Stroke=\"false\"", Colour("0 0 0")) +
+                     Path(Rings(), "LineWidth=\"0.3\"", "<ofd:StrokeColor Value=\"200 0 0\"/>") +
+                     Path(Grid(7), "LineWidth=\"0.4\" DashPattern=\"0.4 1.6\" Cap=\"Round\"",
+                          "<ofd:StrokeColor Value=\"0 0 200\"/>")));
     const QImage whole = PaintFile(file);
+    QVERIFY(ColourAt(whole, 40, 50) != QColor(Qt::white));
     G_RenderRequest part;
     part.region = QRect(60, 70, 100, 90);
     QVERIFY(LargestDifference(PaintFile(file, part), whole.copy(part.region)) <= 2); // edges are cut at its sides

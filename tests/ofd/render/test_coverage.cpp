@@ -71,6 +71,7 @@ private slots:
     void edgesCoverTheirShareOfAPixel();
     void aBoxShowsItsPartOfTheWhole();
     void veryManyEdgesAreDonePieceByPiece();
+    void sumsOfVeryManyEdgesMayWrapAround();
     void placesFarAwayDoNotOverflow();
     void nothingCoversNothing();
     void itCanBeCancelled();
@@ -146,6 +147,18 @@ void TestCoverage::veryManyEdgesAreDonePieceByPiece()
                 QCOMPARE(At(coverage, x, y), expected);
         }
     }
+}
+
+// Of files made for it: what they show does not matter, that nothing else happens does.
+void TestCoverage::sumsOfVeryManyEdgesMayWrapAround()
+{
+    QPainterPath boxes;
+    boxes.setFillRule(Qt::WindingFill);
+    for (int i = 0; i < 40'000; ++i)
+        boxes.addRect(20.945, 10, 20, 4);
+    const QImage coverage = CoverageOf(boxes, Sheet);
+    QCOMPARE(At(coverage, 100, 100), 0);
+    QCOMPARE(At(coverage, 30, 30), 0);
 }
 
 void TestCoverage::placesFarAwayDoNotOverflow()
