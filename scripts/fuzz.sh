@@ -16,7 +16,8 @@ cmake --build --preset fuzz --target fuzzers make_samples
 bin=build/fuzz/bin
 corpus=build/fuzz/corpus
 export QT_QPA_PLATFORM=offscreen
-export ASAN_OPTIONS=allocator_may_return_null=1:detect_stack_use_after_return=0
+# Freed memory that the sanitizer keeps back would count for the limit on memory.
+export ASAN_OPTIONS=allocator_may_return_null=1:detect_stack_use_after_return=0:quarantine_size_mb=32
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 export LSAN_OPTIONS=suppressions=$PWD/scripts/lsan.supp:print_suppressions=0
 ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 $bin/make_samples build/fuzz/seed-documents
