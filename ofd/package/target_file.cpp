@@ -1,21 +1,19 @@
 #include "target_file.h"
 
 #include "byte_source.h"
+#include "temporary_names.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRandomGenerator>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <csignal>
 #include <vector>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/file.h>
@@ -35,9 +33,7 @@ constexpr qint64 WritebackBytes = qint64(16) << 20;
 constexpr qint64 ReservedBytes = qint64(1) << 20; // ranges from this size on get their place on the disk at once
 constexpr qint64 DirectBytes = qint64(8) << 20; // ranges from this size on go to the disk from where they are in memory
 constexpr int NameAttempts = 100;
-constexpr int MaxLinks = 40;          // in a row, as many as the system follows
-const char NamePrefix[] = ".saving-"; // then the process, a random word, and the ending
-const char NameEnding[] = ".tmp";
+constexpr int MaxLinks = 40; // in a row, as many as the system follows
 
 bool alwaysNamed = false;
 
@@ -94,45 +90,6 @@ void CopyExtendedAttributes(const QByteArray& from, int to)
         if (::getxattr(from.constData(), name, value.data(), size_t(size)) == size)
             (void)!::fsetxattr(to, name, value.data(), size_t(size), 0);
     }
-}
-
-// The process that the name of a temporary file tells; 0 when it is none of ours.
-pid_t ProcessOf(const QByteArray& name)
-{
-    if (!name.startsWith(NamePrefix) || !name.endsWith(NameEnding))
-        return 0;
-    const QList<QByteArray> pieces = name.split('-');
-    return pieces.size() == 3 ? pid_t(pieces.at(1).toInt()) : 0;
-}
-
-// Deletes what killed processes left in the folder. A file is theirs when nobody of that number runs and nobody holds
-// the lock that its writer would hold; the latter protects writers on other machines and in other containers.
-void RemoveLeftovers(const QByteArray& folder)
-{
-    DIR* const entries = ::opendir(folder.constData());
-    if (!entries)
-        return;
-    while (const dirent* entry = ::readdir(entries)) {
-        const pid_t process = ProcessOf(entry->d_name);
-        if (process <= 0 || ::kill(process, 0) == 0 || errno != ESRCH)
-            continue;
-        const int leftover = ::openat(::dirfd(entries), entry->d_name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-        if (leftover < 0)
-            continue;
-        struct stat facts = {};
-        const bool isFile = ::fstat(leftover, &facts) == 0 && S_ISREG(facts.st_mode);
-        if (isFile && ::flock(leftover, LOCK_EX | LOCK_NB) == 0)
-            ::unlinkat(::dirfd(entries), entry->d_name, 0);
-        ::close(leftover);
-    }
-    ::closedir(entries);
-}
-
-// A name that nobody has by all likelihood.
-QString NewName(const QString& folder)
-{
-    return folder + QLatin1Char('/') + QLatin1String(NamePrefix) + QString::number(::getpid()) + QLatin1Char('-') +
-           QString::number(QRandomGenerator::system()->generate64(), 36) + QLatin1String(NameEnding);
 }
 
 QByteArray PathOfDescriptor(int descriptor)
@@ -219,7 +176,7 @@ bool TargetFile::OpenUnnamed(const QString& folder)
 bool TargetFile::OpenNamed(const QString& folder)
 {
     for (int attempt = 0; attempt < NameAttempts; ++attempt) {
-        const QString name = NewName(folder);
+        const QString name = NewTemporaryName(folder);
         descriptor = ::open(QFile::encodeName(name).constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
         if (descriptor >= 0) {
             temporaryPath = name;
@@ -247,7 +204,7 @@ bool TargetFile::GiveName()
     const QByteArray self = PathOfDescriptor(descriptor);
     const QString folder = QFileInfo(targetPath).absolutePath();
     for (int attempt = 0; attempt < NameAttempts; ++attempt) {
-        const QString name = NewName(folder);
+        const QString name = NewTemporaryName(folder);
         if (::linkat(AT_FDCWD, self.constData(), AT_FDCWD, QFile::encodeName(name).constData(), AT_SYMLINK_FOLLOW) ==
             0) {
             temporaryPath = name;
