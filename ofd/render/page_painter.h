@@ -66,6 +66,7 @@ private:
 
     // In the painter's own space; the outline must not be shared with other threads.
     void FillShape(const QPainterPath& outline, const Paint& paint, const Around& around);
+    void FillCounted(const QPainterPath& outline, const Paint& paint, const Around& around, bool isDense);
     void FillDensely(const QPainterPath& outline, const Paint& paint, const Around& around);
     void FillWithTexture(const QPainterPath& outline, const Paint& paint, const Around& around);
     QImage TextureWithin(const Paint& paint, const Around& around, const QRect& box, const QRectF& filled);

@@ -116,9 +116,14 @@ double ContentPainter::PixelCostOf(const Paint& paint, const Around& around)
 void ContentPainter::FillShape(const QPainterPath& outline, const Paint& paint, const Around& around)
 {
     const ShapeCost cost = FillCost(outline, painter->worldTransform(), ground, PixelCostOf(paint, around));
-    if (!work.Take(cost.units))
-        return;
-    if (cost.isDense)
+    if (work.Take(cost.units))
+        FillCounted(outline, paint, around, cost.isDense);
+}
+
+// What was counted as work already.
+void ContentPainter::FillCounted(const QPainterPath& outline, const Paint& paint, const Around& around, bool isDense)
+{
+    if (isDense)
         FillDensely(outline, paint, around);
     else if (paint.IsColor())
         painter->fillPath(outline, SeenColor(paint, around));
@@ -224,13 +229,7 @@ void ContentPainter::StrokeWith(const QPen& pen, double width, const QPainterPat
             painter->strokePath(outline, colored);
         return;
     }
-    const QPainterPath line = LineAround(outline, pen, ScaleOf(toPixels));
-    if (cost.isDense)
-        FillDensely(line, paint, around);
-    else if (paint.IsColor())
-        painter->fillPath(line, SeenColor(paint, around));
-    else
-        FillWithTexture(line, paint, around);
+    FillCounted(LineAround(outline, pen, ScaleOf(toPixels)), paint, around, cost.isDense);
 }
 
 void ContentPainter::PaintPath(const PathObject& object, const Around& around)
