@@ -38,6 +38,90 @@ std::unique_ptr<MemoryDocument> Read(const char* text)
     return document;
 }
 
+void BadRow(const char* text, const char* error)
+{
+    QTest::newRow(text) << QString::fromUtf8(text) << QString::fromUtf8(error);
+}
+
+// Pages and what stands on them, and lines out of place.
+void AddBadPages()
+{
+    BadRow("sheet 1 2", "line 1: unknown word \"sheet\"");
+    BadRow("page 1 2\npages", "line 2: unknown word \"pages\"");
+    BadRow("page", "line 1: wrong values for \"page\"");
+    BadRow("page 210", "line 1: wrong values for \"page\"");
+    BadRow("page 210 x", "line 1: wrong values for \"page\"");
+    BadRow("page 210 nan", "line 1: wrong values for \"page\"");
+    BadRow("page 0 10", "line 1: impossible page size");
+    BadRow("page 1e9 10", "line 1: impossible page size");
+    BadRow("page 1 2 id=0", "line 1: the page id is wrong or taken");
+    BadRow("page 1 2 id=x", "line 1: the page id is wrong or taken");
+    BadRow("page 1 2 id=3\npage 1 2 id=3", "line 2: the page id is wrong or taken");
+    BadRow("page 1 2 name=x", "line 1: wrong values for \"page\"");
+    BadRow("page 1 2 id=3 more", "line 1: too much behind \"page\"");
+    BadRow(" page 1 2", "line 1: wrong indentation");
+    BadRow("  page 1 2", "line 1: wrong indentation");
+    BadRow("\tpage 1 2", "line 1: wrong indentation");
+    BadRow("page 1 2\n    text 1 2 x", "line 2: wrong indentation");
+    BadRow("text 1 2 x", "line 1: \"text\" cannot stand here");
+    BadRow("page 1 2\n  bookmark a", "line 2: \"bookmark\" cannot stand here");
+    BadRow("bookmark a\n  bookmark b", "line 2: \"bookmark\" cannot stand here");
+    BadRow("outline a\n  tag b", "line 2: \"tag\" cannot stand here");
+    BadRow("page 1 2\n  text x", "line 2: wrong values for \"text\"");
+    BadRow("page 1 2\n  layer 3 x", "line 2: wrong values for \"layer\"");
+    BadRow("page 1 2\n  layer 12 x", "line 2: wrong values for \"layer\"");
+    BadRow("page 1 2\n  template x Body", "line 2: wrong values for \"template\"");
+    BadRow("page 1 2\n  template 5 Body x", "line 2: too much behind \"template\"");
+    BadRow("page 1 2\n  annot rect=1,2,3", "line 2: wrong values for \"annot\"");
+    BadRow("page 1 2\n  annot colour=red", "line 2: unknown word \"colour\"");
+    BadRow("page 1 2\n  annot visible=maybe", "line 2: wrong values for \"annot\"");
+    BadRow("page 1 2\n  annot id=five", "line 2: wrong values for \"annot\"");
+    BadRow("page 1 2\n  annot subtype", "line 2: wrong values for \"annot\"");
+    BadRow("\"page", "line 1: unfinished quotes");
+}
+
+// Lists, rights and the rest of the document.
+void AddBadLists()
+{
+    BadRow("bookmark", "line 1: wrong values for \"bookmark\"");
+    BadRow("bookmark \"a", "line 1: wrong values for \"bookmark\"");
+    BadRow("bookmark a page=0", "line 1: wrong values for \"bookmark\"");
+    BadRow("bookmark a mode=5", "line 1: wrong values for \"bookmark\"");
+    BadRow("bookmark a zoom=inf", "line 1: wrong values for \"bookmark\"");
+    BadRow("bookmark a where=1", "line 1: unknown word \"where\"");
+    BadRow("outline a open", "line 1: unknown word \"open\"");
+    BadRow("tag a attribute", "line 1: wrong values for \"tag\"");
+    BadRow("tag a objects=1", "line 1: wrong values for \"tag\"");
+    BadRow("tag a objects=1:x", "line 1: wrong values for \"tag\"");
+    BadRow("tag a objects=1:2:3", "line 1: wrong values for \"tag\"");
+    BadRow("attachment a xml 1", "line 1: wrong values for \"attachment\"");
+    BadRow("attachment a xml -1 1", "line 1: impossible size");
+    BadRow("attachment a xml 1e9 1", "line 1: impossible size");
+    BadRow("attachment a xml 1 1 secret", "line 1: wrong values for \"attachment\"");
+    BadRow("rights edit=perhaps", "line 1: wrong values for \"rights\"");
+    BadRow("rights look=no", "line 1: unknown word \"look\"");
+    BadRow("rights copies=-1", "line 1: wrong values for \"rights\"");
+    BadRow("rights copies=some", "line 1: wrong values for \"rights\"");
+    BadRow("outline a uri", "line 1: unknown word \"uri\"");
+    BadRow("readonly now", "line 1: too much behind \"readonly\"");
+}
+
+void AddBadLinks()
+{
+    BadRow("page 1 2\n  link uri=x", "line 2: wrong values for \"link\"");
+    BadRow("page 1 2\n  link rect=0,0,9,9", "line 2: wrong values for \"link\"");
+    BadRow("page 1 2\n  link rect=0,0,9 uri=x", "line 2: wrong values for \"link\"");
+    BadRow("page 1 2\n  link rect=0,0,9,9 uri", "line 2: \"uri\" needs a value");
+    BadRow("page 1 2\n  link rect=0,0,9,9 sound=loud", "line 2: \"sound\" takes no value");
+    BadRow("page 1 2\n  link rect=0,0,9,9 attachment=x", "line 2: wrong values for \"link\"");
+    BadRow("page 1 2\n  link rect=0,0,9,9 annot=x sound", "line 2: wrong values for \"link\"");
+    BadRow("page 1 2\n  link rect=0,0,9,9 base=x", "line 2: \"base\" needs an address before it");
+    BadRow("page 1 2\n  link rect=0,0,9,9 dance=1", "line 2: unknown word \"dance\"");
+    BadRow("open", "line 1: wrong values for \"open\"");
+    BadRow("open page=0", "line 1: wrong values for \"open\"");
+    BadRow("open page=1 mode=9", "line 1: wrong values for \"open\"");
+}
+
 } // namespace
 
 void TestMemoryTextForm::anEmptyTextIsAnEmptyDocument()
@@ -199,74 +283,9 @@ void TestMemoryTextForm::badTextIsRefusedWithItsLine_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("error");
-    const auto row = [](const char* text, const char* error) {
-        QTest::newRow(text) << QString::fromUtf8(text) << QString::fromUtf8(error);
-    };
-    row("sheet 1 2", "line 1: unknown word \"sheet\"");
-    row("page 1 2\npages", "line 2: unknown word \"pages\"");
-    row("page", "line 1: wrong values for \"page\"");
-    row("page 210", "line 1: wrong values for \"page\"");
-    row("page 210 x", "line 1: wrong values for \"page\"");
-    row("page 210 nan", "line 1: wrong values for \"page\"");
-    row("page 0 10", "line 1: impossible page size");
-    row("page 1e9 10", "line 1: impossible page size");
-    row("page 1 2 id=0", "line 1: the page id is wrong or taken");
-    row("page 1 2 id=x", "line 1: the page id is wrong or taken");
-    row("page 1 2 id=3\npage 1 2 id=3", "line 2: the page id is wrong or taken");
-    row("page 1 2 name=x", "line 1: wrong values for \"page\"");
-    row("page 1 2 id=3 more", "line 1: too much behind \"page\"");
-    row(" page 1 2", "line 1: wrong indentation");
-    row("  page 1 2", "line 1: wrong indentation");
-    row("\tpage 1 2", "line 1: wrong indentation");
-    row("page 1 2\n    text 1 2 x", "line 2: wrong indentation");
-    row("text 1 2 x", "line 1: \"text\" cannot stand here");
-    row("page 1 2\n  bookmark a", "line 2: \"bookmark\" cannot stand here");
-    row("bookmark a\n  bookmark b", "line 2: \"bookmark\" cannot stand here");
-    row("outline a\n  tag b", "line 2: \"tag\" cannot stand here");
-    row("page 1 2\n  text x", "line 2: wrong values for \"text\"");
-    row("page 1 2\n  layer 3 x", "line 2: wrong values for \"layer\"");
-    row("page 1 2\n  layer 12 x", "line 2: wrong values for \"layer\"");
-    row("page 1 2\n  template x Body", "line 2: wrong values for \"template\"");
-    row("page 1 2\n  template 5 Body x", "line 2: too much behind \"template\"");
-    row("page 1 2\n  annot rect=1,2,3", "line 2: wrong values for \"annot\"");
-    row("page 1 2\n  annot colour=red", "line 2: unknown word \"colour\"");
-    row("page 1 2\n  annot visible=maybe", "line 2: wrong values for \"annot\"");
-    row("page 1 2\n  annot id=five", "line 2: wrong values for \"annot\"");
-    row("bookmark", "line 1: wrong values for \"bookmark\"");
-    row("bookmark \"a", "line 1: wrong values for \"bookmark\"");
-    row("bookmark a page=0", "line 1: wrong values for \"bookmark\"");
-    row("bookmark a mode=5", "line 1: wrong values for \"bookmark\"");
-    row("bookmark a zoom=inf", "line 1: wrong values for \"bookmark\"");
-    row("bookmark a where=1", "line 1: unknown word \"where\"");
-    row("outline a open", "line 1: unknown word \"open\"");
-    row("tag a attribute", "line 1: wrong values for \"tag\"");
-    row("tag a objects=1", "line 1: wrong values for \"tag\"");
-    row("tag a objects=1:x", "line 1: wrong values for \"tag\"");
-    row("tag a objects=1:2:3", "line 1: wrong values for \"tag\"");
-    row("attachment a xml 1", "line 1: wrong values for \"attachment\"");
-    row("attachment a xml -1 1", "line 1: impossible size");
-    row("attachment a xml 1e9 1", "line 1: impossible size");
-    row("attachment a xml 1 1 secret", "line 1: wrong values for \"attachment\"");
-    row("rights edit=perhaps", "line 1: wrong values for \"rights\"");
-    row("rights look=no", "line 1: unknown word \"look\"");
-    row("rights copies=-1", "line 1: wrong values for \"rights\"");
-    row("rights copies=some", "line 1: wrong values for \"rights\"");
-    row("page 1 2\n  annot subtype", "line 2: wrong values for \"annot\"");
-    row("page 1 2\n  link uri=x", "line 2: wrong values for \"link\"");
-    row("page 1 2\n  link rect=0,0,9,9", "line 2: wrong values for \"link\"");
-    row("page 1 2\n  link rect=0,0,9 uri=x", "line 2: wrong values for \"link\"");
-    row("page 1 2\n  link rect=0,0,9,9 uri", "line 2: \"uri\" needs a value");
-    row("page 1 2\n  link rect=0,0,9,9 sound=loud", "line 2: \"sound\" takes no value");
-    row("page 1 2\n  link rect=0,0,9,9 attachment=x", "line 2: wrong values for \"link\"");
-    row("page 1 2\n  link rect=0,0,9,9 annot=x sound", "line 2: wrong values for \"link\"");
-    row("page 1 2\n  link rect=0,0,9,9 base=x", "line 2: \"base\" needs an address before it");
-    row("page 1 2\n  link rect=0,0,9,9 dance=1", "line 2: unknown word \"dance\"");
-    row("open", "line 1: wrong values for \"open\"");
-    row("open page=0", "line 1: wrong values for \"open\"");
-    row("open page=1 mode=9", "line 1: wrong values for \"open\"");
-    row("outline a uri", "line 1: unknown word \"uri\"");
-    row("readonly now", "line 1: too much behind \"readonly\"");
-    row("\"page", "line 1: unfinished quotes");
+    AddBadPages();
+    AddBadLists();
+    AddBadLinks();
 }
 
 void TestMemoryTextForm::badTextIsRefusedWithItsLine()

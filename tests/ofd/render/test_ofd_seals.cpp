@@ -107,6 +107,21 @@ QByteArray WithMarkedEnds(const QByteArray& der)
     return marked;
 }
 
+// Cut anywhere it holds no picture; with any byte changed none that is larger than it.
+void VerifyDamageIsHarmless(const QByteArray& seal)
+{
+    for (int length = 0; length < seal.size(); ++length)
+        QVERIFY(!ofd::FindSealPicture(seal.left(length)));
+    for (int at = 0; at < seal.size(); ++at) {
+        for (const char mask : {'\x01', '\x7f', '\x80', '\xff'}) {
+            QByteArray changed = seal;
+            changed[at] = char(changed[at] ^ mask);
+            const auto found = ofd::FindSealPicture(changed);
+            QVERIFY(!found || found->bytes.size() <= changed.size());
+        }
+    }
+}
+
 } // namespace
 
 void TestOfdSeals::aSealIsPaintedStretchedToItsBoundaryAndCutToItsClip()
@@ -337,16 +352,7 @@ void TestOfdSeals::brokenSealDataNeverLeadAstray()
     QCOMPARE(whole->bytes, QByteArray(300, 'p'));
     QCOMPARE(whole->widthMm, 30);
     QCOMPARE(whole->heightMm, 30);
-    for (int length = 0; length < seal.size(); ++length)
-        QVERIFY(!ofd::FindSealPicture(seal.left(length)));
-    for (int at = 0; at < seal.size(); ++at) {
-        for (const char mask : {'\x01', '\x7f', '\x80', '\xff'}) {
-            QByteArray changed = seal;
-            changed[at] = char(changed[at] ^ mask);
-            const auto found = ofd::FindSealPicture(changed);
-            QVERIFY(!found || found->bytes.size() <= changed.size());
-        }
-    }
+    VerifyDamageIsHarmless(seal);
 }
 
 void TestOfdSeals::deepSealDataAreNotFollowed()
@@ -376,16 +382,7 @@ void TestOfdSeals::sealsWhoseEndsAreMarkedAreRead()
     QCOMPARE(whole->bytes, picture);
     QCOMPARE(whole->heightMm, 30);
     // A mark that is missing at the end ends the element around it too.
-    for (int length = 0; length < seal.size(); ++length)
-        QVERIFY(!ofd::FindSealPicture(seal.left(length)));
-    for (int at = 0; at < seal.size(); ++at) {
-        for (const char mask : {'\x01', '\x7f', '\x80', '\xff'}) {
-            QByteArray changed = seal;
-            changed[at] = char(changed[at] ^ mask);
-            const auto found = ofd::FindSealPicture(changed);
-            QVERIFY(!found || found->bytes.size() <= changed.size());
-        }
-    }
+    VerifyDamageIsHarmless(seal);
     // A piece that is no string of octets, and a plain string whose end is marked, are no picture.
     const auto block = [](const QByteArray& octets) {
         return samples::DerSequence(samples::DerWord("png") + octets + samples::DerInteger(1) + samples::DerInteger(1));

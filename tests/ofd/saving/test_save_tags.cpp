@@ -1,64 +1,14 @@
 #include "saving_desk.h"
+#include "tag_file.h"
 
 #include <frame/base/converters.h>
 #include <frame/document/payloads.h>
 #include <tests/support/test_main.h>
 #include <tests/support/tree_dump.h>
 
-#include <QRandomGenerator>
 #include <QtTest>
 
 namespace {
-
-const QString ListPart = QStringLiteral("Doc_0/Tags/CustomTags.xml");
-const QString TagPart = QStringLiteral("Doc_0/Tags/Tag_1.xml");
-
-const QByteArray Tags = "<?xml version=\"1.0\"?>\n<!-- a vocabulary -->\n"
-                        "<fp:invoice xmlns:fp=\"urn:fp\" xmlns:ofd=\"http://www.ofdspec.org/2016\" version='1'>\n"
-                        "  <fp:seller kind=\"a=b\">\n"
-                        "    free text\n"
-                        "    <ofd:ObjectRef PageRef=\"1\">11</ofd:ObjectRef>\n"
-                        "    <ofd:ObjectRef PageRef=\"1\">0</ofd:ObjectRef>\n"
-                        "    <ofd:ObjectData>literal</ofd:ObjectData>\n"
-                        "    <ofd:ObjectRef PageRef=\"2\">12</ofd:ObjectRef>\n"
-                        "  </fp:seller>\n"
-                        "  <fp:items>\n"
-                        "    <fp:item/>\n"
-                        "    <fp:item n=\"2\"></fp:item>\n"
-                        "  </fp:items>\n"
-                        "</fp:invoice>\n<!-- end -->\n";
-
-OfdFile File(const QByteArray& tags = Tags)
-{
-    return OfdFile::WithPages(2)
-        .Tail("<ofd:CustomTags>Tags/CustomTags.xml</ofd:CustomTags>")
-        .Set(ListPart, Element("CustomTags", "<ofd:CustomTag TypeID=\"fp\" NameSpace=\"urn:fp\"><ofd:FileLoc>Tag_1.xml"
-                                             "</ofd:FileLoc></ofd:CustomTag>"))
-        .Set(TagPart, tags);
-}
-
-// "0/1" is the second tag below the first of the top tag's; "" is the top tag.
-G_TreeNode* NodeAt(IG_Document& document, const QByteArray& rows, int root = 0)
-{
-    G_TreeNode* node = document.CustomTagRoot(root)->SubNode(0);
-    if (rows.isEmpty())
-        return node;
-    for (const QByteArray& row : rows.split('/'))
-        node = node->SubNode(row.toInt());
-    return node;
-}
-
-G_CustomTagItem* TagAt(IG_Document& document, const QByteArray& rows, int root = 0)
-{
-    return dynamic_cast<G_CustomTagItem*>(NodeAt(document, rows, root)->data);
-}
-
-G_CustomTagItem* NewTag(const CCA_String& name)
-{
-    auto* tag = new G_CustomTagItem; // owned by the caller
-    tag->tagName = name;
-    return tag;
-}
 
 // As the pane renames: a fresh record.
 void Rename(IG_Document& document, const QByteArray& rows, const CCA_String& name)
@@ -96,8 +46,6 @@ private slots:
     void anUnreadablePartIsLeftAlone();
     void editAndUndoSavesTheSameBytes();
     void savesFollowEachOther();
-    void randomEditsComeBack_data();
-    void randomEditsComeBack();
 
 private:
     QByteArray Saved(const SavingDesk::Edit& edit, const OfdFile& file = File())
@@ -433,68 +381,6 @@ void TestSaveTags::savesFollowEachOther()
     QCOMPARE(reopened->CustomTagRootCount(), 2);
     QCOMPARE(DumpTree(reopened->CustomTagRoot(1)), QStringLiteral("second\n  below\n"));
     QVERIFY(document->GetUnsavableChanges().isEmpty());
-}
-
-void TestSaveTags::randomEditsComeBack_data()
-{
-    QTest::addColumn<quint32>("seed");
-    for (const quint32 seed : {1U, 2U, 3U, 4U, 5U, 6U, 2161263774U})
-        QTest::newRow(qPrintable(QStringLiteral("seed %1").arg(seed))) << seed;
-    const quint32 fresh = QRandomGenerator::system()->generate();
-    QTest::newRow(qPrintable(QStringLiteral("seed %1").arg(fresh))) << fresh;
-}
-
-void TestSaveTags::randomEditsComeBack()
-{
-    QFETCH(const quint32, seed);
-    QRandomGenerator random(seed);
-    const QString path = File().Write(desk->Path(QStringLiteral("a.ofd")));
-    const auto document = desk->Open(path);
-    document->AddCustomTagRoot("second", "s", "urn:s", 0);
-    for (int step = 0; step < 400; ++step) {
-        QVector<G_TreeNode*> nodes;
-        for (int root = 0; root < 2; ++root)
-            nodes.append(NodeAt(*document, "", root));
-        for (int i = 0; i < nodes.size(); ++i) {
-            for (int row = 0; row < nodes[i]->SubNodeCount(); ++row)
-                nodes.append(nodes[i]->SubNode(row));
-        }
-        G_TreeNode* node = nodes[random.bounded(nodes.size())];
-        G_TreeNode* other = nodes[random.bounded(nodes.size())];
-        const CCA_String name("tag " + QByteArray::number(random.bounded(50)));
-        const bool isTop = node->level == 1;
-        switch (random.bounded(5)) {
-        case 0:
-            node->AddSubNode(random.bounded(node->SubNodeCount() + 1), NewTag(name));
-            break;
-        case 1:
-            node->SetNodeData(NewTag(name));
-            break;
-        case 2:
-            if (!isTop && nodes.size() > 6)
-                node->parent->RemoveSubNode(node->index);
-            break;
-        case 3:
-            if (!isTop)
-                G_TreeNode::MoveSubNode(node->parent, node->index, other,
-                                        random.bounded(other->SubNodeCount() + (node->parent == other ? 0 : 1)));
-            break;
-        default:
-            auto* tag = new G_CustomTagItem(*dynamic_cast<G_CustomTagItem*>(node->data)); // owned by the node
-            if (tag->objects.GetSize() == 0)
-                tag->objects.Add(new G_PageObjRef{1, {}});
-            tag->objects.GetAt(0)->objectIds.append(1 + random.bounded(99));
-            node->SetNodeData(tag);
-        }
-        if (step % 40 != 39)
-            continue;
-        const ofd::DocumentSaveResult result = document->Save();
-        QVERIFY2(result, qPrintable(result.error));
-        QVERIFY(!document->IsModified());
-        const auto reopened = desk->Open(path);
-        for (int root = 0; root < 2; ++root)
-            QCOMPARE(DumpTree(reopened->CustomTagRoot(root)), DumpTree(document->CustomTagRoot(root)));
-    }
 }
 
 TETO_TEST_MAIN(TestSaveTags)
